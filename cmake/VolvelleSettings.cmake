@@ -1,0 +1,31 @@
+# Language, warnings, sanitizers and compiler cache for every target of the project.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+find_program(VOLVELLE_CCACHE ccache)
+if(VOLVELLE_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${VOLVELLE_CCACHE}")
+endif()
+
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wcast-align -Wunused -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Reports pointers of inlined library code that cannot be null.
+  add_compile_options(-Wno-null-dereference -Wduplicated-cond -Wlogical-op -Wshadow=local)
+else()
+  add_compile_options(-Wshadow)
+endif()
+
+if(VOLVELLE_SANITIZE)
+  add_compile_options(-fsanitize=${VOLVELLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VOLVELLE_SANITIZE})
+endif()
+if(VOLVELLE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+
+namespace volvelle {
+
+// Where console lines end up. One sink is in force at a time.
+class ConsoleSink {
+public:
+    virtual ~ConsoleSink() = default;
+
+    // One line without its line end; may hold line ends of its own. [main thread, or the direct printer's]
+    virtual void write(std::string_view line) = 0;
+};
+
+// The one console of the process. Without a sink every line is dropped, and nothing is queued for it.
+class Console {
+public:
+    // Puts a sink in force, null for none, and returns the one before. The caller keeps it alive.
+    // [main thread]
+    ConsoleSink* setSink(ConsoleSink* sink);
+
+    bool isHeard() const { return current.load(std::memory_order_acquire) != nullptr; }
+    void write(std::string_view line);
+
+private:
+    std::atomic<ConsoleSink*> current{nullptr};
+};
+
+Console& console();
+
+// Lines on standard output, flushed by the line.
+class StandardOutputSink : public ConsoleSink {
+public:
+    void write(std::string_view line) override;
+};
+
+// The log of the whole system: hands the message to the main queue, which writes it as one line. The lines of
+// one thread keep their order, and the caller does not wait. [any thread]
+void safeprint(std::string message);
+void debugprint(std::string message);
+
+// Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written first.
+void directPrint(std::string_view message);
+
+// Writes the log lines that wait; called off the main thread it does nothing.
+void flushLog();
+
+} // namespace volvelle

@@ -1,0 +1,34 @@
+#include "base/FatalStop.h"
+
+#include "base/Console.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace volvelle {
+
+namespace {
+std::atomic<FinalStep> finalStep{nullptr};
+} // namespace
+
+void fatalStop(std::string_view message)
+{
+    std::string line(message);
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+    flushLog();
+    if (const FinalStep step = finalStep.load()) {
+        step();
+    }
+    std::abort();
+}
+
+FinalStep setFinalStep(FinalStep step)
+{
+    return finalStep.exchange(step);
+}
+
+} // namespace volvelle

@@ -1,0 +1,89 @@
+#include "base/Paths.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<fs::path> chosenResources;
+
+bool isFolder(const fs::path& path)
+{
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+std::optional<fs::path> environmentFolder(const char* name)
+{
+    const char* value = std::getenv(name);
+    if (value == nullptr || *value != '/') {
+        return std::nullopt;
+    }
+    return fs::path(value);
+}
+
+std::optional<std::string> documentsEntry(const fs::path& file)
+{
+    std::ifstream stream(file);
+    constexpr std::string_view key = "XDG_DOCUMENTS_DIR=\"";
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with(key) && line.ends_with('"') && line.size() > key.size()) {
+            return line.substr(key.size(), line.size() - key.size() - 1);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<fs::path> resourcesFolder()
+{
+    if (chosenResources) {
+        return chosenResources;
+    }
+    std::error_code error;
+    const fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    if (error) {
+        return std::nullopt;
+    }
+    for (const char* place : {"resources", "../share/volvelle"}) {
+        const fs::path folder = executable.parent_path() / place;
+        if (isFolder(folder)) {
+            return folder.lexically_normal();
+        }
+    }
+    return std::nullopt;
+}
+
+void setResourcesFolder(std::optional<fs::path> folder)
+{
+    chosenResources = std::move(folder);
+}
+
+std::optional<fs::path> documentsFolder()
+{
+    const auto home = environmentFolder("HOME");
+    if (!home) {
+        return std::nullopt;
+    }
+    const fs::path configuration = environmentFolder("XDG_CONFIG_HOME").value_or(*home / ".config");
+    constexpr std::string_view homeMark = "$HOME/";
+    if (const auto entry = documentsEntry(configuration / "user-dirs.dirs")) {
+        if (entry->starts_with(homeMark)) {
+            return *home / entry->substr(homeMark.size());
+        }
+        if (entry->starts_with('/')) {
+            return fs::path(*entry);
+        }
+    }
+    return *home / "Documents";
+}
+
+} // namespace volvelle

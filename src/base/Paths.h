@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+// The folders that the program reads from and writes to. [main thread]
+namespace volvelle {
+
+// The folder that holds "Phrases" and "Phrases2", without a value where none was found. It is, in this order:
+// the folder set by setResourcesFolder, "resources" beside the executable, "../share/volvelle" beside it.
+std::optional<std::filesystem::path> resourcesFolder();
+
+// Sets the first place to look, an absent value to forget it.
+void setResourcesFolder(std::optional<std::filesystem::path> folder);
+
+// The user's documents folder: XDG_DOCUMENTS_DIR of user-dirs.dirs, else "Documents" in the home folder;
+// without a value where there is no home.
+std::optional<std::filesystem::path> documentsFolder();
+
+} // namespace volvelle

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+namespace volvelle {
+
+// Integers, uniform over a closed range. Owned by whoever installs it; used by one thread at a time.
+class RandomSource {
+public:
+    virtual ~RandomSource() = default;
+
+    // An integer from `lower` to `upper`, both included. Only called with lower <= upper.
+    virtual int draw(int lower, int upper) = 0;
+};
+
+// The product's own source, seeded from the system's entropy at its first draw.
+class SystemRandomSource : public RandomSource {
+public:
+    int draw(int lower, int upper) override;
+
+private:
+    std::mt19937_64 engine{seed()};
+
+    static std::uint64_t seed();
+};
+
+// A draw from the source in force; an inverted range is a fatal stop.
+int randomInteger(int lower, int upper);
+
+// Puts a source in force, null for the system's, and returns the one before, null where it was the system's.
+// Tests alone call it. [the thread that draws]
+RandomSource* setRandomSource(RandomSource* source);
+
+} // namespace volvelle

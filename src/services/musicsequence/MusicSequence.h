@@ -1,0 +1,290 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+// The music sequence service: sequences of tracks of timed events, and their Standard MIDI Files.
+//
+// Times are in beats (quarter notes), finite and not negative. Every operation returns a status, noErr for
+// success, and changes nothing where it fails unless it says otherwise. Out parameters keep their values on
+// failure. A sequence and what belongs to it is used by one thread at a time. [any thread]
+namespace volvelle {
+
+using OSStatus = std::int32_t;
+
+inline constexpr OSStatus noErr = 0;
+inline constexpr OSStatus kAudioToolboxErr_InvalidSequenceType = -10846;
+inline constexpr OSStatus kAudioToolboxErr_InvalidPlayerState = -10852;
+inline constexpr OSStatus kAudioToolboxErr_InvalidEventType = -10853;
+inline constexpr OSStatus kAudioToolboxErr_NoSequence = -10854;
+inline constexpr OSStatus kAudioToolboxErr_IllegalTrackDestination = -10855;
+inline constexpr OSStatus kAudioToolboxErr_StartOfTrack = -10856;
+inline constexpr OSStatus kAudioToolboxErr_EndOfTrack = -10857;
+inline constexpr OSStatus kAudioToolboxErr_TrackNotFound = -10858;
+inline constexpr OSStatus kAudioToolboxErr_TrackIndexError = -10859;
+inline constexpr OSStatus kAudioToolboxErr_CannotDoInCurrentContext = -10863;
+// A property that does not exist, or a size that does not fit it.
+inline constexpr OSStatus kAudioToolboxErr_InvalidProperty = -10879;
+// A file that cannot be opened, read or written, and a file that is no Standard MIDI File.
+inline constexpr OSStatus fileNotFoundErr = -43;
+inline constexpr OSStatus fileIOErr = -36;
+inline constexpr OSStatus fileExistsErr = -48;
+inline constexpr OSStatus fileFormatErr = -10870;
+
+// A music sequence. The handle counts its holders: the sequence dies with the last one. Null is no sequence,
+// and every operation on it answers kAudioToolboxErr_NoSequence.
+class MusicSequenceObject;
+using MusicSequence = std::shared_ptr<MusicSequenceObject>;
+
+// A track of a sequence. Handles of one track compare equal. A track of a dead sequence answers
+// kAudioToolboxErr_NoSequence; so does a null handle.
+class MusicTrackObject;
+using MusicTrack = std::shared_ptr<MusicTrackObject>;
+
+class MusicEventIteratorObject;
+using MusicEventIterator = std::shared_ptr<MusicEventIteratorObject>;
+
+class MusicPlayerObject;
+using MusicPlayer = std::shared_ptr<MusicPlayerObject>;
+
+using MusicSequenceFileTypeID = std::uint32_t;
+inline constexpr MusicSequenceFileTypeID kMusicSequenceFile_MIDIType = 0x6D696469; // 'midi'
+
+using MusicSequenceFileFlags = std::uint32_t;
+inline constexpr MusicSequenceFileFlags kMusicSequenceFileFlags_EraseFile = 1;
+
+using MusicSequenceLoadFlags = std::uint32_t;
+inline constexpr MusicSequenceLoadFlags kMusicSequenceLoadSMF_PreserveTracks = 0;
+inline constexpr MusicSequenceLoadFlags kMusicSequenceLoadSMF_ChannelsToTracks = 1;
+
+using MusicTrackProperty = std::uint32_t;
+inline constexpr MusicTrackProperty kSequenceTrackProperty_LoopInfo = 0;            // MusicTrackLoopInfo
+inline constexpr MusicTrackProperty kSequenceTrackProperty_OffsetTime = 1;          // double, beats
+inline constexpr MusicTrackProperty kSequenceTrackProperty_MuteStatus = 2;          // bool, 1 byte
+inline constexpr MusicTrackProperty kSequenceTrackProperty_SoloStatus = 3;          // bool, 1 byte
+inline constexpr MusicTrackProperty kSequenceTrackProperty_AutomatedParameters = 4; // bool, 1 byte
+inline constexpr MusicTrackProperty kSequenceTrackProperty_TrackLength = 5;         // double, beats
+inline constexpr MusicTrackProperty kSequenceTrackProperty_TimeResolution = 6;      // int16, pulses a beat
+
+struct MusicTrackLoopInfo {
+    double loopDuration = 0.0;      // beats
+    std::int32_t numberOfLoops = 0; // 0 is endless
+};
+
+// The kinds of events, and the record that each carries.
+using MusicEventType = std::uint32_t;
+inline constexpr MusicEventType kMusicEventType_NULL = 0;
+inline constexpr MusicEventType kMusicEventType_ExtendedNote = 1;  // ExtendedNoteOnEvent
+inline constexpr MusicEventType kMusicEventType_ExtendedTempo = 3; // ExtendedTempoEvent
+inline constexpr MusicEventType kMusicEventType_User = 4;          // MusicEventUserData
+inline constexpr MusicEventType kMusicEventType_Meta = 5;          // MIDIMetaEvent
+inline constexpr MusicEventType kMusicEventType_MIDINoteMessage = 6;
+inline constexpr MusicEventType kMusicEventType_MIDIChannelMessage = 7;
+inline constexpr MusicEventType kMusicEventType_MIDIRawData = 8;
+inline constexpr MusicEventType kMusicEventType_Parameter = 9; // ParameterEvent
+inline constexpr MusicEventType kMusicEventType_AUPreset = 10; // AUPresetEvent
+
+struct MIDINoteMessage {
+    std::uint8_t channel = 0; // 0 to 15
+    std::uint8_t note = 0;    // 0 to 127, as the two below
+    std::uint8_t velocity = 0;
+    std::uint8_t releaseVelocity = 0;
+    float duration = 0.0F; // beats, finite and not negative
+};
+
+// A channel message (0x80 to 0xEF) or a system message (0xF1 to 0xFF); data bytes 0 to 127.
+struct MIDIChannelMessage {
+    std::uint8_t status = 0;
+    std::uint8_t data1 = 0;
+    std::uint8_t data2 = 0;
+    std::uint8_t reserved = 0;
+};
+
+struct ExtendedTempoEvent {
+    double bpm = 0.0; // finite and above 0
+};
+
+struct ExtendedNoteOnEvent {
+    std::uint32_t instrumentID = 0;
+    std::uint32_t groupID = 0;
+    float duration = 0.0F; // beats
+    float extendedParams[2] = {};
+};
+
+struct ParameterEvent {
+    std::uint32_t parameterID = 0;
+    std::uint32_t scope = 0;
+    std::uint32_t element = 0;
+    float value = 0.0F;
+};
+
+struct AUPresetEvent {
+    std::uint32_t presetID = 0;
+};
+
+// The heads of the records of variable length. The bytes stand directly behind the length, data[0] first; a
+// payload that an iterator gives is at least sizeof(record) bytes long.
+struct MIDIMetaEvent {
+    std::uint8_t metaEventType = 0;
+    std::uint8_t unused1 = 0;
+    std::uint8_t unused2 = 0;
+    std::uint8_t unused3 = 0;
+    std::uint32_t dataLength = 0;
+    std::uint8_t data[1] = {};
+};
+
+struct MIDIRawData {
+    std::uint32_t length = 0;
+    std::uint8_t data[1] = {};
+};
+
+struct MusicEventUserData {
+    std::uint32_t length = 0;
+    std::uint8_t data[1] = {};
+};
+
+// MARK: Sequences and their tracks
+
+// A new sequence with an empty tempo track and no other track.
+OSStatus NewMusicSequence(MusicSequence& sequence);
+
+// Gives up the caller's share; what another holder still has does not change. `sequence` is null afterwards.
+OSStatus DisposeMusicSequence(MusicSequence& sequence);
+
+// Appends a track; its index is the previous count.
+OSStatus MusicSequenceNewTrack(const MusicSequence& sequence, MusicTrack& track);
+
+// Removes the track; the indices behind it move down by one. The handle then belongs to no sequence and
+// answers kAudioToolboxErr_NoSequence. The tempo track, as any track that is not in the list, answers
+// kAudioToolboxErr_TrackNotFound.
+OSStatus MusicSequenceDisposeTrack(const MusicSequence& sequence, const MusicTrack& track);
+
+// The count without the tempo track.
+OSStatus MusicSequenceGetTrackCount(const MusicSequence& sequence, std::uint32_t& count);
+
+// kAudioToolboxErr_TrackIndexError for an index out of range.
+OSStatus MusicSequenceGetIndTrack(const MusicSequence& sequence, std::uint32_t index, MusicTrack& track);
+
+// kAudioToolboxErr_TrackNotFound for a track that is not in the list.
+OSStatus MusicSequenceGetTrackIndex(const MusicSequence& sequence, const MusicTrack& track,
+                                    std::uint32_t& index);
+
+// The tempo track always exists and is no member of the list.
+OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& track);
+
+// MARK: Files
+
+// The sequence as the bytes of a Standard MIDI File of format 1: the tempo track, then the tracks in order.
+// `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
+OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenceFileTypeID type,
+                                     MusicSequenceFileFlags flags, std::int16_t resolution,
+                                     std::vector<std::uint8_t>& data);
+
+// The same into a file. Without kMusicSequenceFileFlags_EraseFile an existing file answers fileExistsErr. The
+// file is replaced only when all bytes are on disk (a temporary file in the same folder, then a rename); a
+// device or a pipe is written directly.
+OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::filesystem::path& url,
+                                 MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
+                                 std::int16_t resolution);
+
+// Reads a Standard MIDI File into the sequence, whose tracks are replaced. Every file that holds notes opens;
+// what was mended is told by MusicSequenceGetLoadWarnings.
+OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesystem::path& url,
+                               MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
+OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vector<std::uint8_t>& data,
+                                   MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
+
+// What the last load mended, as plain lines; empty for a clean file.
+OSStatus MusicSequenceGetLoadWarnings(const MusicSequence& sequence, std::vector<std::string>& warnings);
+
+// The division of the file last loaded in pulses per beat, 480 before any load.
+OSStatus MusicSequenceGetLoadDivision(const MusicSequence& sequence, std::int16_t& division);
+
+// MARK: Track properties
+
+// `size` is the room at `value` on entry and what was written on return.
+OSStatus MusicTrackGetProperty(const MusicTrack& track, MusicTrackProperty property, void* value,
+                               std::uint32_t& size);
+// Sizes are 8 for floats, 16 for loop info, 1 for truth values, 2 for the resolution. A length or an offset
+// that is not finite, and a negative length, answer kAudioToolboxErr_InvalidEventType.
+OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty property, const void* value,
+                               std::uint32_t size);
+
+// MARK: Spans
+//
+// A span is half open and takes events by their start. One that reaches the track's length or beyond takes in
+// everything to the end; one whose start equals its end holds nothing.
+
+// Deletes the events of the span; later events keep their times.
+OSStatus MusicTrackClear(const MusicTrack& track, double start, double end);
+
+// Deletes the events of the span and moves later events earlier by the span; the track gets shorter by it.
+OSStatus MusicTrackCut(const MusicTrack& track, double start, double end);
+
+// Inserts a copy of the span; destination events from `at` on move later by the span, the destination gets
+// longer by it. Source and destination may be one track.
+OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end, const MusicTrack& destination,
+                              double at);
+
+// Adds a copy of the span at `at`; destination events keep their times.
+OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, const MusicTrack& destination,
+                         double at);
+
+// Adds `by` to the times of the events of the span. A move to below 0 answers kAudioToolboxErr_StartOfTrack.
+OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
+
+// MARK: New events
+//
+// The record is copied on entry. Events of equal times keep the order of entry. A time that is negative or not
+// finite, or a data byte above 127, answers kAudioToolboxErr_InvalidEventType. Tempo goes to the tempo track
+// only, everything else may go to any track; a wrong track answers kAudioToolboxErr_IllegalTrackDestination.
+
+OSStatus MusicTrackNewMIDINoteEvent(const MusicTrack& track, double time, const MIDINoteMessage& message);
+OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time, const MIDIChannelMessage& message);
+OSStatus MusicTrackNewMIDIRawDataEvent(const MusicTrack& track, double time, const MIDIRawData* record);
+OSStatus MusicTrackNewMetaEvent(const MusicTrack& track, double time, const MIDIMetaEvent* record);
+OSStatus MusicTrackNewExtendedTempoEvent(const MusicTrack& track, double time, double bpm);
+OSStatus MusicTrackNewUserEvent(const MusicTrack& track, double time, const MusicEventUserData* record);
+OSStatus MusicTrackNewExtendedNoteEvent(const MusicTrack& track, double time, const ExtendedNoteOnEvent& record);
+OSStatus MusicTrackNewParameterEvent(const MusicTrack& track, double time, const ParameterEvent& record);
+OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const AUPresetEvent& record);
+
+// MARK: Walking a track
+
+// An iterator on the first event.
+OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
+OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
+
+// False on an empty track and behind the last event.
+OSStatus MusicEventIteratorHasCurrentEvent(const MusicEventIterator& iterator, bool& flag);
+
+// True while an event follows the current one.
+OSStatus MusicEventIteratorHasNextEvent(const MusicEventIterator& iterator, bool& flag);
+
+// Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator behind the end,
+// without a current event.
+OSStatus MusicEventIteratorNextEvent(const MusicEventIterator& iterator);
+
+// The current event. `payload` points to the stored record and stays valid until the track changes; `size` is
+// the record's whole size in bytes. Without a current event kAudioToolboxErr_EndOfTrack.
+OSStatus MusicEventIteratorGetEventInfo(const MusicEventIterator& iterator, double& time, MusicEventType& type,
+                                        const void*& payload, std::uint32_t& size);
+
+// Removes the current event and stands on the one that followed it.
+OSStatus MusicEventIteratorDeleteEvent(const MusicEventIterator& iterator);
+
+// MARK: Playing straight away
+
+OSStatus NewMusicPlayer(MusicPlayer& player);
+OSStatus MusicPlayerSetSequence(const MusicPlayer& player, const MusicSequence& sequence);
+// Both answer kAudioToolboxErr_NoSequence for a player without a sequence.
+OSStatus MusicPlayerPreroll(const MusicPlayer& player);
+OSStatus MusicPlayerStart(const MusicPlayer& player);
+
+// Prints a description of the sequence to the console, at once.
+void CAShow(const MusicSequence& sequence);
+
+} // namespace volvelle
