@@ -27,7 +27,9 @@ template <std::integral T>
     requires(!std::same_as<T, bool> && !std::same_as<T, std::int64_t> && !std::same_as<T, std::uint64_t>)
 std::string text(T value)
 {
-    if constexpr (std::is_signed_v<T>) {
+    if constexpr (std::same_as<T, char>) {
+        return std::string(1, value);
+    } else if constexpr (std::is_signed_v<T>) {
         return text(static_cast<std::int64_t>(value));
     } else {
         return text(static_cast<std::uint64_t>(value));

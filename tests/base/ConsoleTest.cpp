@@ -1,0 +1,126 @@
+#include "base/Console.h"
+#include "base/MainQueue.h"
+#include "tests/support/ConsoleCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace volvelle {
+namespace {
+
+using test::ConsoleCapture;
+using Lines = std::vector<std::string>;
+
+TEST(Console, SafeprintOfAnEmptyMessagePrintsAnEmptyLine)
+{
+    ConsoleCapture capture;
+    safeprint("");
+    EXPECT_EQ(capture.take(), Lines{""});
+}
+
+TEST(Console, LoggedLinesReachTheConsoleInOrderAndAfterTheCall)
+{
+    struct Spy : ConsoleSink {
+        void write(std::string_view line) override { lines.emplace_back(line); }
+        Lines lines;
+    } spy;
+    ConsoleSink* before = console().setSink(&spy);
+    safeprint("one");
+    debugprint("two");
+    EXPECT_TRUE(spy.lines.empty());
+    mainQueue().drain();
+    EXPECT_EQ(spy.lines, (Lines{"one", "two"}));
+    console().setSink(before);
+}
+
+TEST(Console, ADirectPrintWritesTheWaitingLinesFirstAndRunsNoClosure)
+{
+    ConsoleCapture capture;
+    bool ran = false;
+    safeprint("logged");
+    mainQueue().post([&ran] { ran = true; });
+    safeprint("logged too");
+    directPrint("direct");
+    EXPECT_FALSE(ran);
+    EXPECT_EQ(capture.take(), (Lines{"logged", "logged too", "direct"}));
+    EXPECT_TRUE(ran);
+}
+
+TEST(Console, LinesOfAnotherThreadArriveInTheirOrder)
+{
+    ConsoleCapture capture;
+    std::thread other([] {
+        for (int i = 0; i < 100; ++i) {
+            safeprint(std::to_string(i));
+        }
+    });
+    other.join();
+    const Lines lines = capture.take();
+    ASSERT_EQ(lines.size(), 100U);
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(lines[static_cast<std::size_t>(i)], std::to_string(i));
+    }
+}
+
+TEST(Console, WithoutASinkNothingIsQueued)
+{
+    safeprint("nobody hears this");
+    ConsoleCapture capture;
+    EXPECT_TRUE(capture.take().empty());
+}
+
+TEST(Console, StandardOutputGetsTheLineAndItsEnd)
+{
+    StandardOutputSink sink;
+    testing::internal::CaptureStdout();
+    sink.write("a line");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a line\n");
+}
+
+TEST(MainQueue, DrainingIsReentrantAndRunsWhatClosuresPost)
+{
+    std::vector<int> order;
+    mainQueue().post([&order] {
+        order.push_back(1);
+        mainQueue().post([&order] { order.push_back(3); });
+        mainQueue().drain();
+        order.push_back(4);
+    });
+    mainQueue().post([&order] { order.push_back(2); });
+    mainQueue().drain();
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
+}
+
+TEST(MainQueue, EveryPostingCallsTheWakeUpHook)
+{
+    int calls = 0;
+    mainQueue().setWakeUp([&calls] { ++calls; });
+    mainQueue().post([] {});
+    mainQueue().postLine("x");
+    mainQueue().setWakeUp({});
+    mainQueue().post([] {});
+    EXPECT_EQ(calls, 2);
+    mainQueue().drain();
+}
+
+TEST(MainQueue, ClosuresOfManyThreadsAllRun)
+{
+    int sum = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&sum] {
+            for (int i = 0; i < 250; ++i) {
+                mainQueue().post([&sum] { ++sum; });
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    mainQueue().drain();
+    EXPECT_EQ(sum, 1000);
+}
+
+} // namespace
+} // namespace volvelle

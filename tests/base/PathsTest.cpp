@@ -1,0 +1,69 @@
+#include "base/Paths.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace volvelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Paths : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string name = (fs::temp_directory_path() / "volvelle-paths-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        home = name;
+        unsetenv("XDG_CONFIG_HOME");
+        setenv("HOME", home.c_str(), 1);
+    }
+
+    void TearDown() override
+    {
+        setResourcesFolder(std::nullopt);
+        fs::remove_all(home);
+    }
+
+    void writeUserDirs(const std::string& text)
+    {
+        fs::create_directories(home / ".config");
+        std::ofstream(home / ".config/user-dirs.dirs") << text;
+    }
+
+    fs::path home;
+};
+
+TEST_F(Paths, DocumentsAreBelowHomeWithoutAConfiguration)
+{
+    EXPECT_EQ(documentsFolder(), home / "Documents");
+}
+
+TEST_F(Paths, TheUsersConfigurationNamesTheDocumentsFolder)
+{
+    writeUserDirs("# comment\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+    EXPECT_EQ(documentsFolder(), home / "Dokumente");
+    writeUserDirs("XDG_DOCUMENTS_DIR=\"/srv/papers\"\n");
+    EXPECT_EQ(documentsFolder(), fs::path("/srv/papers"));
+    writeUserDirs("XDG_DOCUMENTS_DIR=\"\"\n");
+    EXPECT_EQ(documentsFolder(), home / "Documents");
+}
+
+TEST_F(Paths, WithoutAHomeThereIsNoDocumentsFolder)
+{
+    unsetenv("HOME");
+    EXPECT_EQ(documentsFolder(), std::nullopt);
+}
+
+TEST_F(Paths, AChosenResourcesFolderComesFirst)
+{
+    setResourcesFolder(home / "mine");
+    EXPECT_EQ(resourcesFolder(), home / "mine");
+}
+
+} // namespace
+} // namespace volvelle
