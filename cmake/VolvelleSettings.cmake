@@ -19,7 +19,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Reports pointers of inlined library code that cannot be null.
   add_compile_options(-Wno-null-dereference -Wduplicated-cond -Wlogical-op -Wshadow=local)
 else()
-  add_compile_options(-Wshadow)
+  # The library of g++ 12 sorts stably through a temporary buffer that it calls deprecated itself.
+  add_compile_options(-Wshadow -Wno-deprecated-declarations)
 endif()
 
 if(VOLVELLE_SANITIZE)

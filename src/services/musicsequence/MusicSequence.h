@@ -178,6 +178,8 @@ OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& t
 // MARK: Files
 
 // The sequence as the bytes of a Standard MIDI File of format 1: the tempo track, then the tracks in order.
+// Notes, channel messages, tempos, metas and raw data are written; what else a track holds counts for its length
+// alone. A note-off of release velocity 0 is written as a note-on of velocity 0, and read back as such.
 // `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
 OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenceFileTypeID type,
                                      MusicSequenceFileFlags flags, std::int16_t resolution,
@@ -190,7 +192,8 @@ OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::files
                                  MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
                                  std::int16_t resolution);
 
-// Reads a Standard MIDI File into the sequence, whose tracks are replaced. Every file that holds notes opens;
+// Reads a Standard MIDI File into the sequence, whose tracks are replaced; the tempo track stays the same, with
+// other content. On failure nothing changes. Every file that holds notes opens;
 // what was mended is told by MusicSequenceGetLoadWarnings.
 OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesystem::path& url,
                                MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
@@ -216,7 +219,9 @@ OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty prope
 // MARK: Spans
 //
 // A span is half open and takes events by their start. One that reaches the track's length or beyond takes in
-// everything to the end; one whose start equals its end holds nothing.
+// everything to the end; one whose start equals its end holds nothing. A start or an end that is negative or not
+// finite, and a start behind the end, answer kAudioToolboxErr_InvalidEventType. Tempos are copied to a tempo
+// track only, else kAudioToolboxErr_IllegalTrackDestination.
 
 // Deletes the events of the span; later events keep their times.
 OSStatus MusicTrackClear(const MusicTrack& track, double start, double end);
@@ -233,7 +238,7 @@ OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end
 OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, const MusicTrack& destination,
                          double at);
 
-// Adds `by` to the times of the events of the span. A move to below 0 answers kAudioToolboxErr_StartOfTrack.
+// Adds `by` to the times of the events of the span; at equal times they then stand behind the others. A move to below 0 answers kAudioToolboxErr_StartOfTrack.
 OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
 
 // MARK: New events
@@ -254,7 +259,8 @@ OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const 
 
 // MARK: Walking a track
 
-// An iterator on the first event.
+// An iterator on the first event. It stays usable whatever happens to the track: it keeps to its event, goes to
+// the following one where that is deleted, and stays behind the end once it is there.
 OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
 OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
 

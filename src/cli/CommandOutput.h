@@ -1,0 +1,38 @@
+#pragma once
+
+#include "services/musicsequence/MusicSequence.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace volvelle {
+
+inline constexpr int exitDone = 0;
+inline constexpr int exitFailed = 1;
+inline constexpr int exitUsage = 2;
+
+// What a command says: results and remarks on standard output, failures on standard error. [main thread]
+class CommandOutput {
+public:
+    explicit CommandOutput(bool isQuiet) : quiet(isQuiet) {}
+
+    // A line that the user asked for; a remark, which a quiet command leaves out.
+    void result(std::string_view line);
+    void remark(std::string_view line);
+
+    // The one line of a command that could not; returns exitFailed.
+    int failure(std::string_view line);
+
+    // "3 of 10" on a terminal, overwritten by the next; nothing elsewhere.
+    void progress(int done, int of);
+
+private:
+    bool quiet;
+};
+
+// Why a file could not be read or written, as a sentence.
+std::string readFailure(const std::filesystem::path& file, OSStatus status);
+std::string writeFailure(const std::filesystem::path& file, OSStatus status);
+
+} // namespace volvelle

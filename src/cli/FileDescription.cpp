@@ -1,0 +1,237 @@
+#include "cli/FileDescription.h"
+
+#include "base/Text.h"
+#include "midi/MIDIConstants.h"
+#include "sequence/TrackWalk.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+using Name = std::pair<std::uint8_t, std::string_view>;
+
+constexpr std::array<Name, 18> metaNames{{
+    {META_SEQUENCENUMBER, "sequence number"}, {META_TEXT, "text"},
+    {META_COPYRIGHT, "copyright"},            {META_TRACKNAME, "track name"},
+    {META_INSTRUMENTNAME, "instrument name"}, {META_LYRICS, "lyrics"},
+    {META_MARKER, "marker"},                  {META_CUEPOINT, "cue point"},
+    {META_PROGRAMNAME, "program name"},       {META_DEVICENAME, "device name"},
+    {META_CHANNELPREFIX, "channel prefix"},   {META_MIDIPORT, "port"},
+    {META_EOT, "end of track"},               {META_SETTEMPO, "tempo"},
+    {META_SMTPOFFSET, "SMPTE offset"},        {META_TIMESIGNATURE, "time signature"},
+    {META_KEYSIGNATURE, "key signature"},     {META_SPECIFIC, "sequencer specific"},
+}};
+
+constexpr std::array<Name, 5> channelNames{{
+    {STATUS_PPRESSURE, "polyphonic pressure"}, {STATUS_CONTROLLER, "controller"},
+    {STATUS_PROGRAM, "program"},               {STATUS_CPRESSURE, "pressure"},
+    {STATUS_PITCHBEND, "pitch bend"},
+}};
+
+template <std::size_t size>
+std::string nameOf(const std::array<Name, size>& names, std::uint8_t code, std::string_view other)
+{
+    const auto name = std::ranges::find(names, code, &Name::first);
+    return std::string(name == names.end() ? other : name->second);
+}
+
+bool isTextType(std::uint8_t type)
+{
+    return type >= META_TEXT && type <= 0x0F;
+}
+
+// The number of bytes of the UTF-8 character at `bytes`, 0 where it is none.
+std::size_t characterLength(const std::vector<std::uint8_t>& bytes, std::size_t at)
+{
+    const std::uint8_t lead = bytes[at];
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    if (length == 0 || at + length > bytes.size()) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((bytes[at + i] & 0xC0U) != 0x80U) {
+            return 0;
+        }
+    }
+    const bool isOverlong = (lead == 0xE0 && bytes[at + 1] < 0xA0) || (lead == 0xF0 && bytes[at + 1] < 0x90);
+    const bool isBeyond = (lead == 0xED && bytes[at + 1] > 0x9F) || (lead == 0xF4 && bytes[at + 1] > 0x8F);
+    return isOverlong || isBeyond ? 0 : length;
+}
+
+std::string textOf(const std::vector<std::uint8_t>& bytes)
+{
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t length = characterLength(bytes, at);
+        if (length == 0) {
+            return latinText(bytes);
+        }
+        at += length;
+    }
+    return {bytes.begin(), bytes.end()};
+}
+
+class TrackReader {
+public:
+    explicit TrackReader(FoundTrack& target) : track(target) {}
+
+    void read(const TrackEvent& event)
+    {
+        switch (event.type) {
+        case kMusicEventType_MIDINoteMessage:
+            return readNote(event);
+        case kMusicEventType_MIDIChannelMessage:
+            return readChannelMessage(event);
+        case kMusicEventType_Meta:
+            return readMeta(event);
+        case kMusicEventType_MIDIRawData: {
+            const auto& record = event.record<MIDIRawData>();
+            return add(event, "system exclusive", std::nullopt, {record.data, record.data + record.length});
+        }
+        default:
+            return add(event, concat("type ", event.type), std::nullopt, {});
+        }
+    }
+
+    void finish()
+    {
+        const bool isOne = !channels.empty() &&
+                           std::ranges::all_of(channels, [this](int channel) { return channel == channels.front(); });
+        if (isOne) {
+            track.channel = channels.front();
+        }
+    }
+
+private:
+    void readNote(const TrackEvent& event)
+    {
+        const auto& note = event.record<MIDINoteMessage>();
+        track.notes.push_back({event.time, static_cast<double>(note.duration), note.note, note.velocity,
+                               note.releaseVelocity, note.channel});
+        noteChannel(note.channel);
+    }
+
+    void readChannelMessage(const TrackEvent& event)
+    {
+        const auto& message = event.record<MIDIChannelMessage>();
+        if (message.status >= STATUS_SYSEX) {
+            return add(event, "system message", std::nullopt, {message.status, message.data1, message.data2});
+        }
+        const std::uint8_t status = message.status & 0xF0U;
+        std::vector<std::uint8_t> data{message.data1};
+        if (status != STATUS_PROGRAM && status != STATUS_CPRESSURE) {
+            data.push_back(message.data2);
+        }
+        const int channel = message.status & 0x0FU;
+        noteChannel(channel);
+        add(event, nameOf(channelNames, status, "channel message"), channel, std::move(data));
+    }
+
+    void readMeta(const TrackEvent& event)
+    {
+        const auto& record = event.record<MIDIMetaEvent>();
+        add(event, nameOf(metaNames, record.metaEventType, concat("meta ", record.metaEventType)), std::nullopt,
+            {record.data, record.data + record.dataLength});
+        if (isTextType(record.metaEventType)) {
+            track.events.back().text = textOf(track.events.back().data);
+        }
+        if (record.metaEventType == META_TRACKNAME && track.name.empty()) {
+            track.name = *track.events.back().text;
+        }
+    }
+
+    void add(const TrackEvent& event, std::string type, std::optional<int> channel, std::vector<std::uint8_t> data)
+    {
+        track.events.push_back({event.time, std::move(type), channel, std::move(data), std::nullopt});
+    }
+
+    void noteChannel(int channel)
+    {
+        if (channels.empty() || channels.back() != channel) {
+            channels.push_back(channel);
+        }
+    }
+
+    FoundTrack& track;
+    std::vector<int> channels; // as they change
+};
+
+void walk(const MusicTrack& track, const std::function<void(const TrackEvent&)>& visit)
+{
+    walkTrack(
+        track, [](WalkFailure, OSStatus) {},
+        [&visit](const TrackEvent& event, const MusicEventIterator&) {
+            visit(event);
+            return WalkStep::stepOn;
+        });
+}
+
+double lengthOf(const MusicTrack& track)
+{
+    double length = 0.0;
+    std::uint32_t size = sizeof length;
+    MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
+    return length;
+}
+
+void describeTempo(const MusicSequence& sequence, FileDescription& description)
+{
+    MusicTrack track;
+    MusicSequenceGetTempoTrack(sequence, track);
+    description.length = lengthOf(track);
+    walk(track, [&description](const TrackEvent& event) {
+        if (event.type == kMusicEventType_ExtendedTempo) {
+            description.tempo.push_back({event.time, event.record<ExtendedTempoEvent>().bpm});
+        }
+    });
+}
+
+FoundTrack describeTrack(const MusicTrack& track, int index)
+{
+    FoundTrack found;
+    found.index = index;
+    found.length = lengthOf(track);
+    TrackReader reader(found);
+    walk(track, [&reader](const TrackEvent& event) { reader.read(event); });
+    reader.finish();
+    return found;
+}
+
+} // namespace
+
+OSStatus describeFile(const std::filesystem::path& file, FileDescription& description)
+{
+    MusicSequence sequence;
+    if (const OSStatus status = NewMusicSequence(sequence); status != noErr) {
+        return status;
+    }
+    const OSStatus status = MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType,
+                                                  kMusicSequenceLoadSMF_PreserveTracks);
+    if (status != noErr) {
+        return status;
+    }
+    std::int16_t division = 480;
+    MusicSequenceGetLoadDivision(sequence, division);
+    description.division = division;
+    MusicSequenceGetLoadWarnings(sequence, description.warnings);
+    describeTempo(sequence, description);
+    std::uint32_t count = 0;
+    MusicSequenceGetTrackCount(sequence, count);
+    std::vector<FoundNote> notes;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        MusicTrack track;
+        MusicSequenceGetIndTrack(sequence, i, track);
+        description.tracks.push_back(describeTrack(track, static_cast<int>(i)));
+        const FoundTrack& found = description.tracks.back();
+        description.length = std::max(description.length, found.length);
+        notes.insert(notes.end(), found.notes.begin(), found.notes.end());
+    }
+    std::ranges::stable_sort(notes, {}, &FoundNote::position);
+    description.chords = findChords(notes, description.length);
+    return noErr;
+}
+
+} // namespace volvelle

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "cli/CommandOutput.h"
+#include "cli/Options.h"
+
+namespace volvelle {
+
+// Writes one arrangement, or several, as Standard MIDI Files and reports what was chosen. An existing file is
+// replaced, and only when the new one is whole. Returns the exit status.
+int runGenerate(const GenerateOptions& options, CommandOutput& output);
+
+} // namespace volvelle

@@ -1,0 +1,81 @@
+#include "cli/InspectJSON.h"
+
+#include <nlohmann/json.hpp>
+
+namespace volvelle {
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+JSON noteObject(const FoundNote& note)
+{
+    return {{"position", note.position},
+            {"duration", note.duration},
+            {"number", note.number},
+            {"velocity", note.velocity},
+            {"releaseVelocity", note.releaseVelocity},
+            {"channel", note.channel}};
+}
+
+JSON eventObject(const FoundEvent& event)
+{
+    JSON object{{"position", event.position}, {"type", event.type}};
+    if (event.channel) {
+        object["channel"] = *event.channel;
+    }
+    object["data"] = event.data;
+    if (event.text) {
+        object["text"] = *event.text;
+    }
+    return object;
+}
+
+JSON trackObject(const FoundTrack& track)
+{
+    JSON object{{"index", track.index}};
+    object["channel"] = track.channel ? JSON(*track.channel) : JSON(nullptr);
+    object["name"] = track.name;
+    object["lengthBeats"] = track.length;
+    object["notes"] = JSON::array();
+    for (const FoundNote& note : track.notes) {
+        object["notes"].push_back(noteObject(note));
+    }
+    object["events"] = JSON::array();
+    for (const FoundEvent& event : track.events) {
+        object["events"].push_back(eventObject(event));
+    }
+    return object;
+}
+
+JSON chordObject(const FoundChord& chord)
+{
+    return {{"position", chord.position},
+            {"duration", chord.duration},
+            {"shortName", chord.shortName},
+            {"longName", chord.longName},
+            {"notes", chord.notes}};
+}
+
+} // namespace
+
+std::string inspectJSON(const FileDescription& description)
+{
+    JSON object{{"division", description.division}, {"lengthBeats", description.length}};
+    object["tempo"] = JSON::array();
+    for (const FoundTempo& tempo : description.tempo) {
+        object["tempo"].push_back({{"position", tempo.position}, {"bpm", tempo.bpm}});
+    }
+    object["tracks"] = JSON::array();
+    for (const FoundTrack& track : description.tracks) {
+        object["tracks"].push_back(trackObject(track));
+    }
+    object["chords"] = JSON::array();
+    for (const FoundChord& chord : description.chords) {
+        object["chords"].push_back(chordObject(chord));
+    }
+    object["warnings"] = description.warnings;
+    return object.dump();
+}
+
+} // namespace volvelle

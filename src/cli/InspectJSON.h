@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cli/FileDescription.h"
+
+#include <string>
+
+namespace volvelle {
+
+// The description as JSON:
+// {"division","lengthBeats","tempo":[{"position","bpm"}],
+//  "tracks":[{"index","channel","name","lengthBeats",
+//             "notes":[{"position","duration","number","velocity","releaseVelocity","channel"}],
+//             "events":[{"position","type","channel"?,"data","text"?}]}],
+//  "chords":[{"position","duration","shortName","longName","notes"}],"warnings":[]}
+// A track's channel is null where its events lie on several, or on none.
+std::string inspectJSON(const FileDescription& description);
+
+} // namespace volvelle

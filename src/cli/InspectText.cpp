@@ -1,0 +1,55 @@
+#include "cli/InspectText.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+namespace {
+
+std::string keyRange(const std::vector<FoundNote>& notes)
+{
+    const auto [low, high] = std::ranges::minmax(notes, {}, &FoundNote::number);
+    return concat("keys ", low.number, " to ", high.number);
+}
+
+std::string trackLine(const FoundTrack& track)
+{
+    std::string line = concat("  ", track.index, "  ");
+    line += track.channel ? concat("channel ", *track.channel + 1) : std::string("no single channel");
+    line += concat(", ", track.notes.size(), " notes");
+    if (!track.notes.empty()) {
+        line += ", " + keyRange(track.notes);
+    }
+    line += concat(", ", track.events.size(), " other events, ", track.length, " beats");
+    return track.name.empty() ? line : concat(line, ", \"", track.name, "\"");
+}
+
+} // namespace
+
+void printInspection(const std::filesystem::path& file, const FileDescription& description, CommandOutput& output)
+{
+    output.result(concat("'", file.string(), "': ", description.length, " beats, ", description.division,
+                         " ticks to the beat"));
+    output.result("Tempo");
+    if (description.tempo.empty()) {
+        output.result("  none, so 120.0 beats per minute");
+    }
+    for (const FoundTempo& tempo : description.tempo) {
+        output.result(concat("  ", tempo.position, "  ", tempo.bpm, " beats per minute"));
+    }
+    output.result("Tracks");
+    for (const FoundTrack& track : description.tracks) {
+        output.result(trackLine(track));
+    }
+    output.result("Chords");
+    for (const FoundChord& chord : description.chords) {
+        output.result(concat("  ", chord.position, "  ", chord.shortName, " for ", chord.duration, " beats"));
+    }
+    for (const std::string& warning : description.warnings) {
+        output.result(concat("Warning: ", warning));
+    }
+}
+
+} // namespace volvelle

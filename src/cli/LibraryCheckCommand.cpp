@@ -1,0 +1,159 @@
+#include "cli/LibraryCheckCommand.h"
+
+#include "base/Checked.h"
+#include "base/Console.h"
+#include "base/Paths.h"
+#include "base/Text.h"
+#include "phrases/MIDIPhrases.h"
+#include "scores/ScoreKind.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using NamedChord = std::pair<double, std::string>; // position in beats, short name
+
+// Keeps the warnings among the lines, and passes all of them on.
+class WarningSink : public ConsoleSink {
+public:
+    WarningSink() : next(console().setSink(this)) {}
+    ~WarningSink() override { console().setSink(next); }
+    WarningSink(const WarningSink&) = delete;
+    WarningSink& operator=(const WarningSink&) = delete;
+
+    void write(std::string_view line) override
+    {
+        if (line.starts_with("Warning:") || line.starts_with("MIDIChordPhrase: Warning: No chord detected.")) {
+            warnings.emplace_back(line);
+        }
+        if (next != nullptr) {
+            next->write(line);
+        }
+    }
+
+    std::vector<std::string> warnings;
+
+private:
+    ConsoleSink* next;
+};
+
+std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>& problems)
+{
+    std::vector<fs::path> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        files.push_back(entry->path());
+    }
+    if (error) {
+        problems.push_back(concat(folder.string(), ": the folder cannot be listed"));
+    } else if (files.empty()) {
+        problems.push_back(concat(folder.string(), ": there are no phrases"));
+    }
+    std::ranges::sort(files);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        std::string number = text(i + 1);
+        number.insert(0, number.size() < 3 ? 3 - number.size() : 0, '0');
+        if (files[i].filename() != number + ".mid") {
+            problems.push_back(concat(files[i].string(), ": '", number, ".mid' was expected here"));
+        }
+    }
+    return files;
+}
+
+std::vector<NamedChord> chordsNamed(const MIDIPhrase& phrase)
+{
+    constexpr std::string_view mark = "chord: ";
+    std::vector<NamedChord> chords;
+    for (const auto& track : phrase.sequence->sequenceNode->tracks) {
+        for (const auto& event : track->getElementsOfClass<MetaTextEvent>()) {
+            const std::string line(event->data.begin(), event->data.end());
+            if (line.starts_with(mark)) {
+                chords.emplace_back(event->position, line.substr(mark.size()));
+            }
+        }
+    }
+    return chords;
+}
+
+std::string chordText(const std::vector<NamedChord>& chords)
+{
+    std::string line;
+    for (const auto& [position, name] : chords) {
+        line += concat(line.empty() ? "" : ", ", name, " at ", position);
+    }
+    return line.empty() ? "none" : line;
+}
+
+void checkChords(const MIDIChordPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
+{
+    std::vector<NamedChord> found;
+    for (const auto& chord : phrase.chords) {
+        found.emplace_back(chord->position, required(chord->nrule).shortName);
+        if (chord->position >= MIDIPhrase::MAXBEATLENGTH) {
+            problems.push_back(concat(place, ": a chord begins at ", chord->position, ", the end of the phrase"));
+        }
+    }
+    if (const auto named = chordsNamed(phrase); !named.empty() && named != found) {
+        problems.push_back(
+            concat(place, ": the score names ", chordText(named), "; found were ", chordText(found)));
+    }
+}
+
+void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
+{
+    const std::string place = file.string();
+    WarningSink sink;
+    std::shared_ptr<MIDIPhrase> phrase;
+    if (kind == ScoreKind::chordPattern) {
+        const auto chords = MIDIChordPhrase::make();
+        chords->isMasterTrack = true;
+        chords->loadPhrase(file, 0);
+        checkChords(*chords, place, problems);
+        phrase = chords;
+    } else {
+        phrase = MIDIPhrase::make();
+        phrase->channel = scoreChannel(kind);
+        phrase->loadPhrase2(file, 0);
+    }
+    if (phrase->loadedEvents.empty()) {
+        problems.push_back(concat(place, ": the phrase is silent"));
+    }
+    flushLog();
+    for (const std::string& warning : sink.warnings) {
+        problems.push_back(concat(place, ": ", warning));
+    }
+}
+
+} // namespace
+
+int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
+{
+    const auto root = options.folder ? options.folder : resourcesFolder();
+    if (!root) {
+        return output.failure("There is no phrase library beside this program: name its folder.");
+    }
+    std::vector<std::string> problems;
+    std::size_t count = 0;
+    for (const ScoreKind kind : allScoreKinds) {
+        const auto files = phrasesIn(*root / phraseFolder(kind), problems);
+        count += files.size();
+        for (const fs::path& file : files) {
+            checkPhrase(file, kind, problems);
+        }
+    }
+    for (const std::string& problem : problems) {
+        output.result(problem);
+    }
+    if (!problems.empty()) {
+        return output.failure(concat(problems.size(), " problems in ", count, " phrases of '", root->string(),
+                                     "'."));
+    }
+    output.remark(concat(count, " phrases are in order."));
+    return exitDone;
+}
+
+} // namespace volvelle

@@ -1,0 +1,20 @@
+#include "cli/LibraryCompileCommand.h"
+
+#include "base/Text.h"
+#include "scores/ScoreCompiler.h"
+
+namespace volvelle {
+
+int runLibraryCompile(const LibraryCompileOptions& options, CommandOutput& output)
+{
+    LibraryReport report;
+    const bool done = compileLibrary(options.scores, options.out, report);
+    for (const std::string& error : report.errors) {
+        output.failure(error);
+    }
+    output.remark(concat(report.compiled, " scores compiled, ", report.changed, " phrases written, ",
+                         report.removed, " removed."));
+    return done ? exitDone : exitFailed;
+}
+
+} // namespace volvelle

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "cli/CommandOutput.h"
+#include "cli/Options.h"
+
+namespace volvelle {
+
+// Compiles a folder of scores into a folder of phrases; writes only what changed. Every score that fails is told
+// in a line of its own. Returns the exit status.
+int runLibraryCompile(const LibraryCompileOptions& options, CommandOutput& output);
+
+} // namespace volvelle

@@ -1,0 +1,155 @@
+#include "midi/SequenceNode.h"
+
+#include "base/Checked.h"
+#include "base/Console.h"
+#include "base/Text.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+namespace {
+
+constexpr std::uint8_t tempoChannel = 0xFF;
+
+void printLimit()
+{
+    directPrint(concat("Fehler: Die Anzahl der Spuren ist auf ", SequenceNode::maxTracks, " begrenzt"));
+}
+
+} // namespace
+
+SequenceNode::SequenceNode()
+{
+    counter = 1;
+    makeTempoTrack();
+    SequenceNode::addTrack();
+}
+
+SequenceNode::SequenceNode(std::uint16_t trackCount)
+{
+    counter = 1;
+    makeTempoTrack();
+    appendTrack(0);
+    if (trackCount > maxTracks) {
+        printLimit();
+        return;
+    }
+    for (const int channel : checkedRange(1, int{trackCount})) {
+        appendTrack(checkedCast<std::uint8_t>(channel));
+    }
+    numberOfTracks = SequenceNode::getTrackCount();
+}
+
+SequenceNode::~SequenceNode()
+{
+    const auto unlink = [this](PatternNode& node) {
+        if (node.sequence == this) {
+            node.sequence = nullptr;
+        }
+    };
+    const auto unlinkTrack = [&unlink](TrackNode& track) {
+        unlink(track);
+        std::ranges::for_each(track.patterns, [&unlink](const auto& pattern) { unlink(*pattern); });
+    };
+    if (tempoTrack) {
+        unlinkTrack(*tempoTrack);
+    }
+    std::ranges::for_each(tracks, [&unlinkTrack](const auto& track) { unlinkTrack(*track); });
+}
+
+void SequenceNode::makeTempoTrack()
+{
+    tempoTrack = std::make_shared<TrackNode>();
+    tempoTrack->sequence = this;
+    tempoTrack->isTempoTrack = true;
+    tempoTrack->channel = tempoChannel;
+}
+
+void SequenceNode::appendTrack(std::uint8_t channel)
+{
+    auto track = std::make_shared<TrackNode>();
+    track->channel = channel;
+    track->sequence = this;
+    tracks.push_back(std::move(track));
+}
+
+std::uint16_t SequenceNode::addTrack()
+{
+    if (numberOfTracks > maxTracks) {
+        printLimit();
+        return 0;
+    }
+    appendTrack(0);
+    numberOfTracks = SequenceNode::getTrackCount();
+    return tracks.back()->id;
+}
+
+void SequenceNode::removeTrack(std::uint16_t id)
+{
+    const auto found = std::ranges::find_if(tracks, [id](const auto& track) { return track->id == id; });
+    if (found != tracks.end()) {
+        tracks.erase(found);
+    }
+}
+
+std::shared_ptr<TrackNode> SequenceNode::getrack(std::uint16_t id) const
+{
+    const auto found = std::ranges::find_if(tracks, [id](const auto& track) { return track->id == id; });
+    return found == tracks.end() ? nullptr : *found;
+}
+
+std::shared_ptr<TrackNode> SequenceNode::getTrack(std::uint16_t index) const
+{
+    if (index >= numberOfTracks) {
+        directPrint(concat("Warnung: Der Spur Index wurde auf das Maximum (", numberOfTracks, ") gesetzt. "));
+        index = checkedSubtract(numberOfTracks, 1);
+    }
+    return checkedAt(tracks, index);
+}
+
+std::shared_ptr<TrackNode> SequenceNode::getTempoTrack() const
+{
+    required(tempoTrack);
+    return tempoTrack;
+}
+
+std::uint16_t SequenceNode::getTrackCount() const
+{
+    return checkedCast<std::uint16_t>(tracks.size());
+}
+
+std::vector<std::shared_ptr<TrackNode>> SequenceNode::children() const
+{
+    return tracks;
+}
+
+std::shared_ptr<TrackNode> SequenceNode::child(std::uint16_t index) const
+{
+    auto track = getTrack(index);
+    required(track);
+    return track;
+}
+
+void SequenceNode::clear()
+{
+    required(tempoTrack).clearEvents();
+    std::ranges::for_each(tracks, [](const auto& track) { track->clear(); });
+}
+
+void SequenceNode::diagnostics() const
+{
+    directPrint(
+        "\n\n+++++++++++++++++++++++++++++++++++++ Sequence +++++++++++++++++++++++++++++++++++++START\n\n");
+    directPrint("\n\tTrack 0 / Tempo Track:");
+    getTempoTrack()->dumpout();
+    directPrint(concat("\nDie Anzahl der (Music) Tracks ist ", tracks.size(), "."));
+    directPrint("Tracks:");
+    for (const auto& track : tracks) {
+        directPrint(concat("\n\tTrack ", track->className(), ":"));
+    }
+    directPrint(
+        "\n\n+++++++++++++++++++++++++++++++++++++ Sequence ++++++++++++++++++++++++++++++++++++++STOP\n\n");
+}
+
+} // namespace volvelle

@@ -1,0 +1,9 @@
+#include "phrases/ChordEvent.h"
+
+namespace volvelle {
+
+ChordEvent::ChordEvent() = default;
+
+ChordEvent::~ChordEvent() = default;
+
+} // namespace volvelle

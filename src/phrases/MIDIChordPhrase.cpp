@@ -1,0 +1,194 @@
+#include "phrases/MIDIChordPhrase.h"
+
+#include "base/Checked.h"
+#include "base/Console.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace volvelle {
+
+namespace {
+
+std::shared_ptr<ChordRule> copyOf(const ChordRule& rule)
+{
+    return std::make_shared<ChordRule>(rule);
+}
+
+std::shared_ptr<ChordRule> inexactCopyOf(const ChordRule& rule)
+{
+    auto copy = copyOf(rule);
+    copy->shortName = "(?)" + rule.shortName;
+    copy->longName = "(?)" + rule.longName;
+    return copy;
+}
+
+void append(PhraseEvents& to, const PhraseEvents& from)
+{
+    to.insert(to.end(), from.begin(), from.end());
+}
+
+} // namespace
+
+MIDIChordPhrase::MIDIChordPhrase() = default;
+
+MIDIChordPhrase::~MIDIChordPhrase() = default;
+
+std::shared_ptr<MIDIChordPhrase> MIDIChordPhrase::make()
+{
+    return std::shared_ptr<MIDIChordPhrase>(new MIDIChordPhrase);
+}
+
+ChordRules& MIDIChordPhrase::chordRules()
+{
+    static ChordRules rules;
+    return rules;
+}
+
+void MIDIChordPhrase::savePhrase(const std::filesystem::path& url)
+{
+    MIDIPhrase::savePhrase(url);
+}
+
+void MIDIChordPhrase::loadPhrase(const std::filesystem::path& url, int transpose)
+{
+    MIDIPhrase::loadPhrase(url, transpose);
+    buildChords();
+}
+
+void MIDIChordPhrase::buildChords()
+{
+    chords.clear();
+    std::vector<int> sounding;
+    for (const auto& event : loadedEvents) {
+        if (event->type == PhraseEvent::noteOff) {
+            const auto held = std::ranges::find(sounding, int{event->number});
+            if (held != sounding.end()) {
+                sounding.erase(held);
+            }
+        } else if (event->type == PhraseEvent::noteOn) {
+            sounding.push_back(event->number);
+            createChordRule(sounding, event);
+        }
+    }
+    if (isMasterTrack) {
+        reduceChords();
+    }
+    regenerateEvents();
+}
+
+void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding, const std::shared_ptr<PhraseEvent>& event)
+{
+    const auto matches = chordRules().findMatches(sounding);
+    if (matches.empty()) {
+        directPrint("MIDIChordPhrase: Warning: No chord detected.");
+        return;
+    }
+    const int index = chordRules().getMatchingIndex();
+    if (index == -1) {
+        directPrint("MIDIChordPhrase: Warning: No exact chord match yet (possibly precalculation).");
+        return;
+    }
+    if (std::cmp_greater_equal(index, matches.size())) {
+        return;
+    }
+    const auto chord = std::make_shared<ChordEvent>();
+    chord->notes = {event};
+    chord->position = quantizesEvents ? std::round(event->position * quantizePrecision) / quantizePrecision
+                                      : event->position;
+    chord->nrule = copyOf(*checkedAt(matches, index));
+    directPrint(concat("Following chord rule was detected: ", chord->nrule->longName, " at ", chord->position,
+                       "."));
+    addChord(chord);
+}
+
+std::shared_ptr<ChordRule> MIDIChordPhrase::findChordRule(ChordEvent& chord)
+{
+    std::vector<int> tones;
+    for (const auto& note : chord.notes) {
+        tones.push_back(note->number % 12);
+    }
+    const auto matches = chordRules().findMatches(tones);
+    const int index = chordRules().getMatchingIndex();
+    if (matches.empty()) {
+        directPrint("MIDIChordPhrase::findChordRule() : Warning: No chord detected.");
+    } else if (index == -1) {
+        chord.nrule = inexactCopyOf(*matches.back());
+        directPrint("MIDIChordPhrase::findChordRule() : Warning: No exact chord match.");
+        return chord.nrule;
+    } else if (std::cmp_less(index, matches.size())) {
+        chord.nrule = copyOf(*checkedAt(matches, index));
+        directPrint(concat("MIDIChordPhrase::findChordRule() : Following chord rule was detected: ",
+                           chord.nrule->longName, " at ", chord.position, "."));
+        return chord.nrule;
+    }
+    chord.nrule = std::make_shared<ChordRule>();
+    chord.nrule->shortName = "???";
+    chord.nrule->longName = "NO CHORD";
+    chord.nrule->rule = tones;
+    return chord.nrule;
+}
+
+void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
+{
+    for (auto place = chords.begin(); place != chords.end(); ++place) {
+        const auto element = *place;
+        if (element->position != chord->position) {
+            continue;
+        }
+        if (!chord->nrule) {
+            directPrint("MIDIChordPhrase: Warning: A chord without a rule.");
+            break;
+        }
+        if (!element->nrule) {
+            directPrint("MIDIChordPhrase: Warning: A chord without a rule in chords array.");
+            break;
+        }
+        if (chord->nrule->rule.size() > element->nrule->rule.size()) {
+            append(chord->notes, element->notes);
+            chords.erase(place);
+            break;
+        }
+    }
+    if (!chords.empty() && chords.back()->position == chord->position) {
+        directPrint(concat("Warning: Multiple chords at position ", chord->position, " were filtered out."));
+        append(chord->notes, chords.back()->notes);
+        return;
+    }
+    chords.push_back(chord);
+}
+
+void MIDIChordPhrase::reduceChords()
+{
+    int lastIndex = -1;
+    std::vector<std::shared_ptr<ChordEvent>> reduced;
+    for (const auto& chord : chords) {
+        if (required(chord->nrule).index == lastIndex) {
+            chord->nrule = nullptr;
+        } else {
+            lastIndex = chord->nrule->index;
+            reduced.push_back(chord);
+        }
+    }
+    chords = std::move(reduced);
+}
+
+std::vector<double> MIDIChordPhrase::getChordPositions()
+{
+    constexpr double end = MAXBEATLENGTH;
+    std::vector<double> positions;
+    auto previous = chords.empty() ? nullptr : chords.front();
+    for (const auto& chord : chords) {
+        positions.push_back(chord->position);
+        previous->duration = chord->position - previous->position;
+        previous = chord;
+    }
+    positions.push_back(end);
+    if (previous) {
+        previous->duration = end - previous->position;
+    }
+    return positions;
+}
+
+} // namespace volvelle

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "scores/ScoreChord.h"
+#include "scores/ScoreKind.h"
+#include "scores/ScoreNote.h"
+
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// One phrase of four bars of four beats, read from its text.
+// The notes stand by position; notes of one position stand in the order of the text.
+struct Score {
+    static constexpr int bars = 4;
+    static constexpr double beats = 16;       // length of every phrase
+    static constexpr double sixteenth = 0.25; // beats
+    static constexpr double gap = 0.03125;    // beats that a note ends ahead of its written end
+
+    std::string title;
+    std::string style;
+    bool machine = false; // deliberately played with fewer than six velocities
+    ScoreKind kind = ScoreKind::lead;
+    std::vector<ScoreNote> notes;
+    std::vector<ScoreChord> chords; // in chord patterns alone
+};
+
+} // namespace volvelle

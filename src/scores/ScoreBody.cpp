@@ -1,0 +1,44 @@
+#include "scores/ScoreBody.h"
+
+#include "scores/ScoreText.h"
+
+#include <array>
+#include <utility>
+
+namespace volvelle::scores {
+
+std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, std::string& error)
+{
+    std::vector<ScoreBar> bars;
+    for (const auto& line : body) {
+        const auto texts = scoreBars(line.text);
+        if (!texts) {
+            error = atLine(line.number) + "a line of bars begins and ends with \"|\"";
+            return std::nullopt;
+        }
+        for (const auto text : *texts) {
+            const int number = static_cast<int>(bars.size()) + 1;
+            if (number > Score::bars) {
+                error = atLine(line.number) + "a phrase has 4 bars, and this is one more";
+                return std::nullopt;
+            }
+            bars.push_back({line.number, number, text});
+        }
+    }
+    if (bars.size() == Score::bars)
+        return bars;
+    error = "the body has " + std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4";
+    return std::nullopt;
+}
+
+std::optional<int> dynamicsLevel(std::string_view word)
+{
+    constexpr std::array<std::pair<std::string_view, int>, 6> levels = {
+        {{"pp", 40}, {"p", 52}, {"mp", 64}, {"mf", 76}, {"f", 88}, {"ff", 100}}};
+    for (const auto& [name, velocity] : levels)
+        if (name == word)
+            return velocity;
+    return std::nullopt;
+}
+
+} // namespace volvelle::scores

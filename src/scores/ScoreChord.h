@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace volvelle {
+
+// One named chord of a chord pattern, without its inversion and its velocity.
+struct ScoreChord {
+    double position = 0; // beats from the start
+    std::string name;    // as "Am7"
+
+    bool operator==(const ScoreChord&) const = default;
+};
+
+} // namespace volvelle

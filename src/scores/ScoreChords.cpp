@@ -1,0 +1,161 @@
+#include "scores/ChordName.h"
+#include "scores/PitchNames.h"
+#include "scores/ScoreBody.h"
+#include "scores/ScoreText.h"
+
+#include <algorithm>
+#include <array>
+
+namespace volvelle::scores {
+
+namespace {
+
+constexpr int cellsMost = 16;
+
+// A chord that sounds until the next cell that is not ".".
+struct Sounding {
+    std::vector<int> numbers;
+    double start = 0; // beats
+    int velocity = 76;
+};
+
+// A chord cell taken apart: NAME, "/" and the lowest tone, "=" and the velocity.
+struct ChordCell {
+    std::string_view name;
+    std::optional<std::string_view> lowest;
+    std::optional<std::string_view> velocity;
+};
+
+ChordCell takenApart(std::string_view cell)
+{
+    ChordCell parts{cell, std::nullopt, std::nullopt};
+    if (const auto at = parts.name.find('='); at != std::string_view::npos) {
+        parts.velocity = parts.name.substr(at + 1);
+        parts.name = parts.name.substr(0, at);
+    }
+    if (const auto at = parts.name.find('/'); at != std::string_view::npos) {
+        parts.lowest = parts.name.substr(at + 1);
+        parts.name = parts.name.substr(0, at);
+    }
+    return parts;
+}
+
+std::vector<int> closePosition(const ChordName& chord, int lowestTone, int from)
+{
+    const int bottom = from + (lowestTone - from % 12 + 12) % 12;
+    std::vector<int> numbers;
+    numbers.reserve(chord.intervals.size());
+    for (const int interval : chord.intervals)
+        numbers.push_back(bottom + (chord.root + interval - lowestTone + 24) % 12);
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+class ChordReader {
+public:
+    ChordReader(const ScoreSettings& settings, Score& score) : settings(settings), score(score) {}
+
+    bool readBar(const ScoreBar& bar, std::string& error);
+    void finish(double end);
+
+private:
+    std::string readCell(std::string_view cell, int bar, double position);
+    std::string readChord(const ChordCell& cell, int bar, double position);
+    int levelAt(int bar, double position) const;
+
+    const ScoreSettings& settings;
+    Score& score;
+    Sounding sounding;
+};
+
+bool ChordReader::readBar(const ScoreBar& bar, std::string& error)
+{
+    const auto cells = scoreCells(bar.text);
+    const int count = static_cast<int>(cells.size());
+    if (count < 1 || count > cellsMost || cellsMost % count != 0) {
+        error =
+            atBar(bar.line, bar.number) + "a bar holds 1, 2, 4, 8 or 16 cells, not " + std::to_string(count);
+        return false;
+    }
+    double position = (bar.number - 1) * 4.0;
+    for (const auto cell : cells) {
+        const auto fault = readCell(cell, bar.number, position);
+        if (!fault.empty()) {
+            error = atBar(bar.line, bar.number) + fault;
+            return false;
+        }
+        position += 4.0 / count;
+    }
+    return true;
+}
+
+std::string ChordReader::readCell(std::string_view cell, int bar, double position)
+{
+    if (cell == ".")
+        return sounding.numbers.empty() ? "there is no chord that could go on" : "";
+    finish(position);
+    return cell == "-" ? std::string() : readChord(takenApart(cell), bar, position);
+}
+
+std::string ChordReader::readChord(const ChordCell& cell, int bar, double position)
+{
+    const auto chord = chordNamed(cell.name);
+    if (!chord)
+        return quoted(cell.name) + " is no chord name";
+    const auto detected = chordDetected(chord->tones());
+    if (detected != cell.name)
+        return std::string(cell.name) + " is found again as " + detected + ": write " + detected;
+    const auto lowest = cell.lowest ? pitchClass(*cell.lowest) : chord->root;
+    if (!lowest || (chord->tones() & (1u << *lowest)) == 0)
+        return quoted(cell.lowest.value_or("")) + " is no tone of " + std::string(cell.name);
+    const auto velocity = cell.velocity ? wholeNumber(*cell.velocity, 1, 127) : levelAt(bar, position);
+    if (!velocity)
+        return quoted(cell.velocity.value_or("")) + " is no velocity from 1 to 127";
+    sounding = {closePosition(*chord, *lowest, settings.lowest), position, *velocity};
+    score.chords.push_back({position, std::string(cell.name)});
+    return {};
+}
+
+int ChordReader::levelAt(int bar, double position) const
+{
+    constexpr int onBar = 6;
+    constexpr int ahead = 10;
+    const auto last = settings.dynamics.size() - 1;
+    const int level = settings.dynamics[std::min(static_cast<std::size_t>(bar - 1), last)];
+    const double inBar = position - (bar - 1) * 4.0;
+    if (inBar == 0)
+        return level + onBar;
+    return inBar == static_cast<int>(inBar) ? level : level + ahead;
+}
+
+void ChordReader::finish(double end)
+{
+    constexpr std::array<int, 4> touch = {0, -9, -5, 4}; // bottom, inner, inner, top
+    const auto count = sounding.numbers.size();
+    for (std::size_t voice = 0; voice < count; ++voice) {
+        const int shift = touch[voice + 1 == count && voice > 0 ? 3 : voice];
+        const int velocity = std::clamp(sounding.velocity + shift, 1, 127);
+        score.notes.push_back({sounding.start, end - sounding.start - Score::gap,
+                               static_cast<std::uint8_t>(sounding.numbers[voice]),
+                               static_cast<std::uint8_t>(velocity)});
+    }
+    sounding = {};
+}
+
+} // namespace
+
+bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score,
+                std::string& error)
+{
+    const auto bars = fourBars(body, error);
+    if (!bars)
+        return false;
+    ChordReader reader(settings, score);
+    for (const auto& bar : *bars)
+        if (!reader.readBar(bar, error))
+            return false;
+    reader.finish(Score::beats);
+    return true;
+}
+
+} // namespace volvelle::scores

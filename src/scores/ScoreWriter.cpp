@@ -1,0 +1,75 @@
+#include "scores/ScoreWriter.h"
+
+#include "base/Text.h"
+#include "services/musicsequence/MusicSequence.h"
+#include "services/musicsequence/smf/StandardMIDIFileWriter.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace volvelle {
+
+namespace {
+
+constexpr std::uint8_t textMeta = 0x01;
+constexpr std::uint8_t trackNameMeta = 0x03;
+constexpr std::int16_t ticksInBeat = 480;
+
+OSStatus addText(const MusicTrack& track, double position, std::uint8_t type, std::string_view words)
+{
+    std::vector<std::uint32_t> room((sizeof(MIDIMetaEvent) + words.size()) / sizeof(std::uint32_t) + 1);
+    auto* record = reinterpret_cast<std::uint8_t*>(room.data());
+    MIDIMetaEvent head;
+    head.metaEventType = type;
+    head.dataLength = static_cast<std::uint32_t>(words.size());
+    std::memcpy(record, &head, sizeof(head));
+    std::memcpy(record + offsetof(MIDIMetaEvent, data), words.data(), words.size());
+    return MusicTrackNewMetaEvent(track, position, reinterpret_cast<const MIDIMetaEvent*>(record));
+}
+
+OSStatus addNote(const MusicTrack& track, const ScoreNote& note, int channel)
+{
+    MIDINoteMessage message;
+    message.channel = static_cast<std::uint8_t>(channel);
+    message.note = note.number;
+    message.velocity = note.velocity;
+    message.duration = static_cast<float>(note.duration);
+    return MusicTrackNewMIDINoteEvent(track, note.position, message);
+}
+
+OSStatus fill(const MusicTrack& track, const Score& score)
+{
+    OSStatus status = addText(track, 0, trackNameMeta, score.title);
+    if (status == noErr)
+        status = addText(track, 0, textMeta, "style: " + score.style);
+    for (std::size_t i = 0; status == noErr && i < score.chords.size(); ++i)
+        status = addText(track, score.chords[i].position, textMeta, "chord: " + score.chords[i].name);
+    for (std::size_t i = 0; status == noErr && i < score.notes.size(); ++i)
+        status = addNote(track, score.notes[i], scoreChannel(score.kind));
+    const double length = Score::beats;
+    if (status == noErr)
+        status = MusicTrackSetProperty(track, kSequenceTrackProperty_TrackLength, &length, sizeof(length));
+    return status;
+}
+
+} // namespace
+
+std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::string& error)
+{
+    MusicSequence sequence;
+    MusicTrack track;
+    std::vector<std::uint8_t> data;
+    OSStatus status = NewMusicSequence(sequence);
+    if (status == noErr)
+        status = MusicSequenceNewTrack(sequence, track);
+    if (status == noErr)
+        status = fill(track, score);
+    if (status == noErr)
+        status = writeStandardMIDIFile(sequence, SMFFormat::SingleTrack, ticksInBeat, data);
+    if (status == noErr)
+        return data;
+    error = concat("the phrase cannot be written as MIDI: status ", status);
+    return std::nullopt;
+}
+
+} // namespace volvelle

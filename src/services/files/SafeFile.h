@@ -1,0 +1,28 @@
+#pragma once
+
+#include "services/musicsequence/MusicSequence.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <vector>
+
+// Whole files, read and written so that a file on disk is never half of what it should be.
+namespace volvelle {
+
+// The bytes of a file of up to 2 GiB. fileNotFoundErr where none stands there, else fileIOErr; `bytes` is
+// then as it was. [any thread]
+OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& bytes);
+
+// Puts a file with these bytes at the path, in the place of an existing one where `overwrite` is set, else
+// fileExistsErr. The bytes go to a temporary file in the same folder, which takes the name once they are on
+// disk; on any failure nothing of it is left and an existing file is as it was. A link is followed, and the
+// access rights of an existing file are kept. A device or a pipe is written directly. A folder that does not
+// exist is fileNotFoundErr, everything else fileIOErr. [any thread]
+OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite);
+
+// Removes the temporary files that are being written, for a program that ends at once. [any thread, in signal
+// handlers too]
+void removePendingTemporaryFile();
+
+} // namespace volvelle

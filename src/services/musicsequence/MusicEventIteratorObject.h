@@ -1,0 +1,20 @@
+#pragma once
+
+#include "services/musicsequence/EventCursor.h"
+#include "services/musicsequence/MusicSequence.h"
+
+namespace volvelle {
+
+// A cursor on a track that it keeps alive, though not the track's sequence. [the sequence's thread]
+class MusicEventIteratorObject {
+public:
+    explicit MusicEventIteratorObject(const MusicTrack& track);
+    ~MusicEventIteratorObject();
+    MusicEventIteratorObject(const MusicEventIteratorObject&) = delete;
+    MusicEventIteratorObject& operator=(const MusicEventIteratorObject&) = delete;
+
+    MusicTrack track; // never null
+    EventCursor cursor;
+};
+
+} // namespace volvelle

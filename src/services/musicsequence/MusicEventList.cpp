@@ -1,0 +1,145 @@
+#include "services/musicsequence/MusicEventList.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace volvelle {
+
+void MusicEventList::add(const MusicEvent& event)
+{
+    const bool inOrder = sortedCount == events.size() && (events.empty() || events.back().time <= event.time);
+    events.push_back(event);
+    sortedCount += inOrder ? 1U : 0U;
+}
+
+void MusicEventList::append(double time, MusicEventType type, std::uint32_t size, const void* record,
+                            std::size_t recordSize)
+{
+    MusicEvent event{time, type, size, 0};
+    if (event.isInline()) {
+        std::memcpy(&event.payload, record, recordSize);
+    } else {
+        event.payload = arena.add(size, record, recordSize);
+    }
+    add(event);
+}
+
+void* MusicEventList::appendBlank(double time, MusicEventType type, std::uint32_t size)
+{
+    const bool isInline = size <= MusicEvent::inlineRoom;
+    add({time, type, size, isInline ? 0 : arena.add(size)});
+    return isInline ? &events.back().payload : arena.at(events.back().payload);
+}
+
+void MusicEventList::replace(MusicEventList& other)
+{
+    events = std::move(other.events);
+    arena = std::move(other.arena);
+    sortedCount = std::exchange(other.sortedCount, 0);
+    markedCount = std::exchange(other.markedCount, 0);
+    wastedWords = std::exchange(other.wastedWords, 0);
+    other.events.clear();
+    other.arena = {};
+    for (MusicEventList* list : {this, &other}) {
+        for (EventCursor* cursor : list->cursors) {
+            cursor->index = EventCursor::behindEnd;
+        }
+    }
+}
+
+std::span<const MusicEvent> MusicEventList::all()
+{
+    order();
+    compact();
+    return events;
+}
+
+void MusicEventList::eraseRun(std::size_t first, std::size_t last)
+{
+    for (std::size_t i = first; i < last; ++i) {
+        mark(events[i]);
+    }
+    dropMarkedEnd();
+    compact();
+}
+
+void MusicEventList::shiftFrom(std::size_t first, double by, double floor)
+{
+    for (std::size_t i = first; i < events.size(); ++i) {
+        events[i].time = std::max(floor, events[i].time + by);
+    }
+}
+
+void MusicEventList::moveRun(std::size_t first, std::size_t last, double by)
+{
+    const std::size_t count = events.size();
+    for (EventCursor* cursor : cursors) {
+        if (cursor->index >= first && cursor->index < last) {
+            cursor->index += count - last;
+        } else if (cursor->index >= last && cursor->index < count) {
+            cursor->index -= last - first;
+        }
+    }
+    for (std::size_t i = first; i < last; ++i) {
+        events[i].time += by;
+    }
+    const auto begin = events.begin();
+    std::rotate(begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(last),
+                events.end());
+    sortedCount = count - (last - first);
+    order();
+}
+
+void MusicEventList::addCursor(EventCursor& cursor)
+{
+    order();
+    cursors.push_back(&cursor);
+    settle(cursor);
+}
+
+void MusicEventList::removeCursor(EventCursor& cursor)
+{
+    const auto found = std::find(cursors.rbegin(), cursors.rend(), &cursor);
+    if (found != cursors.rend()) {
+        *found = cursors.back();
+        cursors.pop_back();
+    }
+}
+
+const MusicEvent* MusicEventList::current(EventCursor& cursor)
+{
+    order();
+    settle(cursor);
+    return cursor.index == EventCursor::behindEnd ? nullptr : &events[cursor.index];
+}
+
+bool MusicEventList::hasNext(EventCursor& cursor)
+{
+    return current(cursor) != nullptr && cursor.index + 1 < events.size();
+}
+
+bool MusicEventList::next(EventCursor& cursor)
+{
+    if (current(cursor) == nullptr) {
+        return false;
+    }
+    ++cursor.index;
+    settle(cursor);
+    return cursor.index != EventCursor::behindEnd;
+}
+
+void MusicEventList::erase(EventCursor& cursor)
+{
+    if (current(cursor) == nullptr) {
+        return;
+    }
+    mark(events[cursor.index]);
+    dropMarkedEnd();
+    if (markedCount > 32 && markedCount > events.size() / 2) {
+        compact();
+    }
+    settle(cursor);
+}
+
+} // namespace volvelle

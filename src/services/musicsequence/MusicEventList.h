@@ -1,0 +1,90 @@
+#pragma once
+
+#include "services/musicsequence/EventCursor.h"
+#include "services/musicsequence/MusicEvent.h"
+#include "services/musicsequence/PayloadArena.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace volvelle {
+
+// The events of a track by time, equal times in the order of entry. Additions that are in order cost nothing;
+// others are sorted in at the next reading. Deletions mark, and compact once half of the events are marked.
+// Every reading operation sorts first. [the sequence's thread]
+class MusicEventList {
+public:
+    MusicEventList() = default;
+    MusicEventList(const MusicEventList&) = delete;
+    MusicEventList& operator=(const MusicEventList&) = delete;
+
+    // Adds an event with a record of `size` bytes, 0 behind the `recordSize` bytes that are copied. `record`
+    // may stand in this list.
+    void append(double time, MusicEventType type, std::uint32_t size, const void* record,
+                std::size_t recordSize);
+
+    // Adds an event whose record is 0; the caller fills it before the next change.
+    void* appendBlank(double time, MusicEventType type, std::uint32_t size);
+
+    void reserve(std::size_t count) { events.reserve(count); }
+
+    // Takes over the events of `other`; the cursors of this list then stand behind the end.
+    void replace(MusicEventList& other);
+
+    // All events that live, none of them marked.
+    std::span<const MusicEvent> all();
+
+    // The record of an event of this list, or of a copy of it.
+    const void* payload(const MusicEvent& event) const
+    {
+        return event.isInline() ? &event.payload : arena.at(event.payload);
+    }
+
+    // MARK: Runs of events, by the indices of all()
+
+    void eraseRun(std::size_t first, std::size_t last);
+
+    // Adds `by` to the times from `first` on, but lets none come before `floor`.
+    void shiftFrom(std::size_t first, double by, double floor);
+
+    // Adds `by` to the times of the run, which then stands behind what stands there.
+    void moveRun(std::size_t first, std::size_t last, double by);
+
+    // MARK: Cursors
+
+    // A cursor that was added is kept up to date until it is removed.
+    void addCursor(EventCursor& cursor);
+    void removeCursor(EventCursor& cursor);
+
+    // The event under the cursor, null behind the end.
+    const MusicEvent* current(EventCursor& cursor);
+    bool hasNext(EventCursor& cursor);
+    // False where no event follows; the cursor then stands behind the end.
+    bool next(EventCursor& cursor);
+    // Deletes the event under the cursor.
+    void erase(EventCursor& cursor);
+
+private:
+    void add(const MusicEvent& event);
+    void order();
+    void sortTail();
+    void moveCursorsForTail();
+    void unskipFrom(std::size_t index);
+    void compact();
+    void compactArena();
+    void dropMarkedEnd();
+    void mark(MusicEvent& event);
+    std::size_t live(std::size_t index);
+    void settle(EventCursor& cursor);
+
+    std::vector<MusicEvent> events;
+    PayloadArena arena;
+    std::size_t sortedCount = 0; // the events in front that stand by time
+    std::size_t markedCount = 0;
+    std::size_t wastedWords = 0; // of the arena, by deletions
+    std::vector<EventCursor*> cursors;
+};
+
+} // namespace volvelle

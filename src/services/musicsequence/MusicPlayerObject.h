@@ -1,0 +1,13 @@
+#pragma once
+
+#include "services/musicsequence/MusicSequence.h"
+
+namespace volvelle {
+
+// A player: it holds the sequence that it would play. [one thread at a time]
+class MusicPlayerObject {
+public:
+    MusicSequence sequence; // null before one was set
+};
+
+} // namespace volvelle

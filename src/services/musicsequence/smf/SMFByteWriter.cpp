@@ -1,0 +1,34 @@
+#include "services/musicsequence/smf/SMFByteWriter.h"
+
+namespace volvelle {
+
+void SMFByteWriter::put16(std::uint32_t value)
+{
+    put(static_cast<std::uint8_t>(value >> 8U));
+    put(static_cast<std::uint8_t>(value));
+}
+
+void SMFByteWriter::put32(std::uint32_t value)
+{
+    put16(value >> 16U);
+    put16(value);
+}
+
+void SMFByteWriter::putNumber(std::uint32_t value)
+{
+    for (unsigned shift = 21; shift > 0; shift -= 7) {
+        if (value >> shift != 0) {
+            put(static_cast<std::uint8_t>(0x80U | (value >> shift)));
+        }
+    }
+    put(static_cast<std::uint8_t>(value & 0x7FU));
+}
+
+void SMFByteWriter::set32(std::size_t place, std::uint32_t value)
+{
+    for (unsigned i = 0; i < 4; ++i) {
+        bytes[place + i] = static_cast<std::uint8_t>(value >> (24U - 8U * i));
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "services/musicsequence/smf/SMFFile.h"
+#include "services/musicsequence/smf/SMFWarnings.h"
+
+namespace volvelle {
+
+// Gives the file a division of 1 to 32767 ticks a beat: `division` is the header's, whose high bit tells that
+// it counts frames a second.
+void applyTimeBase(int division, SMFFile& file, SMFWarnings& warnings);
+
+// Lets each track begin where the one before ends.
+void layTracksInARow(SMFFile& file);
+
+} // namespace volvelle

@@ -1,0 +1,27 @@
+#include "services/musicsequence/smf/SMFWarnings.h"
+
+#include "base/Text.h"
+
+#include <utility>
+
+namespace volvelle {
+
+void SMFWarnings::add(std::string line)
+{
+    ++count;
+    if (lines.size() < most) {
+        lines.push_back(std::move(line));
+    }
+}
+
+std::vector<std::string> SMFWarnings::take()
+{
+    if (count > lines.size()) {
+        const std::size_t more = count - lines.size();
+        lines.push_back(concat(more, more == 1 ? " more place was mended." : " more places were mended."));
+    }
+    count = 0;
+    return std::exchange(lines, {});
+}
+
+} // namespace volvelle
