@@ -12,6 +12,10 @@ namespace volvelle {
 // [any thread]
 class METATags {
 public:
+// The constants of the same names are others on purpose.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+
     enum Case : std::uint8_t {
         META_SEQUENCENUMBER = 0x00,
         META_TEXTf = 0x01,
@@ -37,6 +41,8 @@ public:
         META_AUPARAMETER = 0xF2,
         META_AUPRESET = 0xF3,
     };
+
+#pragma GCC diagnostic pop
 
     constexpr METATags(Case value) : value(value) {}
 

@@ -93,7 +93,7 @@ public:
     MyMIDIMetaEvent& operator=(const MyMIDIMetaEvent&) = delete;
 
     MIDIMetaEventEx ext;
-    const MIDIMetaEventPtr ptr = reinterpret_cast<MIDIMetaEventPtr>(&ext);
+    MIDIMetaEvent* const ptr = reinterpret_cast<MIDIMetaEventPtr>(&ext);
     std::uint8_t* const dataPtr = ext.data.bytes.data();
 };
 
@@ -105,7 +105,7 @@ public:
     MyMIDIRawData& operator=(const MyMIDIRawData&) = delete;
 
     MIDIRawDataEx ext;
-    const MIDIRawDataPtr ptr = reinterpret_cast<MIDIRawDataPtr>(&ext);
+    MIDIRawData* const ptr = reinterpret_cast<MIDIRawDataPtr>(&ext);
     std::uint8_t* const dataPtr = ext.data.bytes.data();
 };
 
@@ -117,7 +117,7 @@ public:
     MyMusicEventUserData& operator=(const MyMusicEventUserData&) = delete;
 
     MusicEventUserDataEx ext;
-    const MusicEventUserDataPtr ptr = reinterpret_cast<MusicEventUserDataPtr>(&ext);
+    MusicEventUserData* const ptr = reinterpret_cast<MusicEventUserDataPtr>(&ext);
     std::uint8_t* const dataPtr = ext.data.bytes.data();
 };
 
@@ -129,7 +129,7 @@ public:
     MyMIDIPacket& operator=(const MyMIDIPacket&) = delete;
 
     MIDIPacketEx ext;
-    const MIDIPacketPtr ptr = reinterpret_cast<MIDIPacketPtr>(&ext);
+    MIDIPacket* const ptr = reinterpret_cast<MIDIPacketPtr>(&ext);
     std::uint8_t* const dataPtr = ext.data.data();
 };
 

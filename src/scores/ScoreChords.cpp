@@ -14,7 +14,7 @@ constexpr int cellsMost = 16;
 
 // A chord that sounds until the next cell that is not ".".
 struct Sounding {
-    std::vector<int> numbers;
+    std::vector<int> numbers; // in the order of the chord's intervals, so that each note leads on to the chord
     double start = 0; // beats
     int velocity = 76;
 };
@@ -47,7 +47,6 @@ std::vector<int> closePosition(const ChordName& chord, int lowestTone, int from)
     numbers.reserve(chord.intervals.size());
     for (const int interval : chord.intervals)
         numbers.push_back(bottom + (chord.root + interval - lowestTone + 24) % 12);
-    std::sort(numbers.begin(), numbers.end());
     return numbers;
 }
 
@@ -132,12 +131,13 @@ void ChordReader::finish(double end)
 {
     constexpr std::array<int, 4> touch = {0, -9, -5, 4}; // bottom, inner, inner, top
     const auto count = sounding.numbers.size();
-    for (std::size_t voice = 0; voice < count; ++voice) {
+    for (const int number : sounding.numbers) {
+        const auto voice = static_cast<std::size_t>(
+            std::ranges::count_if(sounding.numbers, [number](int other) { return other < number; }));
         const int shift = touch[voice + 1 == count && voice > 0 ? 3 : voice];
         const int velocity = std::clamp(sounding.velocity + shift, 1, 127);
         score.notes.push_back({sounding.start, end - sounding.start - Score::gap,
-                               static_cast<std::uint8_t>(sounding.numbers[voice]),
-                               static_cast<std::uint8_t>(velocity)});
+                               static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(velocity)});
     }
     sounding = {};
 }

@@ -125,7 +125,6 @@ std::uint32_t MIDISequence::getTrackIndex(const MusicTrack& track)
 
 void MIDISequence::setMusicSequence(const MusicSequence& sequence)
 {
-    musicSequence = nullptr;
     musicSequence = sequence;
     if (!musicSequence) {
         logLine("MIDISequence::Warnung: Die Sequenz wurde auf NULL gesetzt.");

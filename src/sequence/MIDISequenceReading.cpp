@@ -115,17 +115,20 @@ void MIDISequence::iterateEvents(const MusicTrack& track, int index)
 
 void MIDISequence::fillMetaData(const MIDIMetaEvent* source, UserEvent& dest)
 {
-    fill(*this, "Metadata", required(source).data, source->dataLength, dest);
+    const MIDIMetaEvent& record = required(source);
+    fill(*this, "Metadata", record.data, record.dataLength, dest);
 }
 
 void MIDISequence::fillSysExData(const MIDIRawData* source, UserEvent& dest)
 {
-    fill(*this, "SysExData", required(source).data, source->length, dest);
+    const MIDIRawData& record = required(source);
+    fill(*this, "SysExData", record.data, record.length, dest);
 }
 
 void MIDISequence::fillUserData(const MusicEventUserData* source, UserEvent& dest)
 {
-    fill(*this, "UserData", required(source).data, source->length, dest);
+    const MusicEventUserData& record = required(source);
+    fill(*this, "UserData", record.data, record.length, dest);
 }
 
 SequenceReading::SequenceReading(MIDISequence& owner, int trackIndex, MIDISequence::ChannelAssignment& record)

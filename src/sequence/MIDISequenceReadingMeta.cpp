@@ -9,7 +9,6 @@ void SequenceReading::readMetaAs(const TrackEvent& event, Target target, Found<N
 {
     const auto& record = event.record<MIDIMetaEvent>();
     const auto meta = std::make_shared<Node>();
-    meta->type = record.metaEventType;
     meta->length = record.dataLength;
     sequence.fillMetaData(&record, *meta);
     take(meta, event.time, target, found);

@@ -58,7 +58,8 @@ void MIDISequence::createPolyphonicPressureEvent(double position, std::uint8_t c
 
 void MIDISequence::createPolyphonicPressureMessage(const std::shared_ptr<MidiPolyPressureEvent>& event)
 {
-    writeSystemMessage(event, required(event).number, event->value, channelFailure("POLY PRESSURE Event", event->channel),
+    required(event);
+    writeSystemMessage(event, event->number, event->value, channelFailure("POLY PRESSURE Event", event->channel),
                        &SequenceFoundDelegate::foundPolyPressureEvent);
 }
 
@@ -71,7 +72,8 @@ void MIDISequence::createControllerEvent(double position, std::uint8_t channel, 
 
 void MIDISequence::createControllerMessage(const std::shared_ptr<MidiControllerEvent>& event)
 {
-    writeSystemMessage(event, required(event).number, event->value, concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden."),
+    required(event);
+    writeSystemMessage(event, event->number, event->value, concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden."),
                        &SequenceFoundDelegate::foundControllerEvent);
 }
 
@@ -84,7 +86,8 @@ void MIDISequence::createProgramChangeEvent(double position, std::uint8_t channe
 
 void MIDISequence::createProgramChangeMessage(const std::shared_ptr<MidiProgramChangeEvent>& event)
 {
-    writeSystemMessage(event, required(event).value, 0, channelFailure("PROGRAM CHANGE Event", event->channel),
+    required(event);
+    writeSystemMessage(event, event->value, 0, channelFailure("PROGRAM CHANGE Event", event->channel),
                        &SequenceFoundDelegate::foundProgramChangeEvent);
 }
 
@@ -97,7 +100,8 @@ void MIDISequence::createAfterTouchEvent(double position, std::uint8_t channel, 
 
 void MIDISequence::createAfterTouchMessage(const std::shared_ptr<MidiChannelPressureEvent>& event)
 {
-    writeSystemMessage(event, required(event).value, 0, channelFailure("CHANNEL PRESSURE Event", event->channel),
+    required(event);
+    writeSystemMessage(event, event->value, 0, channelFailure("CHANNEL PRESSURE Event", event->channel),
                        &SequenceFoundDelegate::foundChannelPressureEvent);
 }
 
@@ -114,7 +118,8 @@ void MIDISequence::createPitchWheelEvent(double position, std::uint8_t channel, 
 
 void MIDISequence::createPitchWheelMessage(const std::shared_ptr<MidiPitchBendEvent>& event)
 {
-    writeSystemMessage(event, required(event).bend.msb, event->bend.lsb,
+    required(event);
+    writeSystemMessage(event, event->bend.msb, event->bend.lsb,
                        channelFailure("PITCHBEND Event", event->channel),
                        &SequenceFoundDelegate::foundPitchBendEvent);
 }
@@ -165,7 +170,8 @@ void MIDISequence::createSystemSongPositionPointerEvent(double position, std::ui
 
 void MIDISequence::createSystemSongPositionPointerMessage(const std::shared_ptr<SystemSongPositionPointerEvent>& event)
 {
-    writeSystemMessage(event, required(event).msb, event->lsb, systemFailure("SONG POSITION POINTER"),
+    required(event);
+    writeSystemMessage(event, event->msb, event->lsb, systemFailure("SONG POSITION POINTER"),
                        &SequenceFoundDelegate::foundSystemSongPositionPointerEvent);
 }
 

@@ -84,6 +84,7 @@ std::vector<std::shared_ptr<ChordRule>> ChordRules::findMatches(const std::vecto
     if (sequence.empty()) {
         return matches;
     }
+    matches.reserve(EnumMIDIChords::NUMBEROFCHORDSINKEY);
     countOctave(sequence);
     const auto count =
         static_cast<std::size_t>(std::ranges::count_if(opattern, [](int notes) { return notes > 0; }));

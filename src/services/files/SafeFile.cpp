@@ -148,6 +148,9 @@ OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& 
 
 OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
 {
+    if (path.empty()) {
+        return fileNotFoundErr;
+    }
     struct stat existing = {};
     const bool exists = stat(path.c_str(), &existing) == 0;
     if (exists && !overwrite) {

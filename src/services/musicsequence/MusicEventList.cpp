@@ -6,13 +6,6 @@
 
 namespace volvelle {
 
-void MusicEventList::add(const MusicEvent& event)
-{
-    const bool inOrder = sortedCount == events.size() && (events.empty() || events.back().time <= event.time);
-    events.push_back(event);
-    sortedCount += inOrder ? 1U : 0U;
-}
-
 void MusicEventList::append(double time, MusicEventType type, std::uint32_t size, const void* record,
                             std::size_t recordSize)
 {

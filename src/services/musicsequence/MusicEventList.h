@@ -25,6 +25,12 @@ public:
     void append(double time, MusicEventType type, std::uint32_t size, const void* record,
                 std::size_t recordSize);
 
+    // Adds an event whose record of up to eight bytes stands in `payload`.
+    void appendShort(double time, MusicEventType type, std::uint32_t size, std::uint64_t payload)
+    {
+        add({time, type, size, payload});
+    }
+
     // Adds an event whose record is 0; the caller fills it before the next change.
     void* appendBlank(double time, MusicEventType type, std::uint32_t size);
 
@@ -67,7 +73,14 @@ public:
     void erase(EventCursor& cursor);
 
 private:
-    void add(const MusicEvent& event);
+    void add(const MusicEvent& event)
+    {
+        const bool isInOrder =
+            sortedCount == events.size() && (events.empty() || events.back().time <= event.time);
+        events.push_back(event);
+        sortedCount += isInOrder ? 1U : 0U;
+    }
+
     void order();
     void sortTail();
     void moveCursorsForTail();

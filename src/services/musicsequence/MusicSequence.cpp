@@ -46,9 +46,8 @@ OSStatus MusicSequenceNewTrack(const MusicSequence& sequence, MusicTrack& track)
     if (sequence == nullptr) {
         return kAudioToolboxErr_NoSequence;
     }
-    const MusicSequence owner = sequence;
-    auto added = std::make_shared<MusicTrackObject>(owner.get());
-    owner->tracks.push_back(added);
+    auto added = std::make_shared<MusicTrackObject>(sequence.get());
+    sequence->tracks.push_back(added);
     track = std::move(added);
     return noErr;
 }

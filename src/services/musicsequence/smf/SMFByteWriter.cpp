@@ -1,6 +1,27 @@
 #include "services/musicsequence/smf/SMFByteWriter.h"
 
+#include <algorithm>
+
 namespace volvelle {
+
+void SMFByteWriter::makeRoom(std::size_t count)
+{
+    if (bytes.capacity() - bytes.size() < count) {
+        bytes.reserve(std::max(bytes.size() + count, bytes.capacity() * 2));
+    }
+}
+
+void SMFByteWriter::put(std::span<const std::uint8_t> run)
+{
+    bytes.insert(bytes.end(), run.begin(), run.end());
+}
+
+void SMFByteWriter::putName(std::string_view name)
+{
+    for (const char character : name) {
+        put(static_cast<std::uint8_t>(character));
+    }
+}
 
 void SMFByteWriter::put16(std::uint32_t value)
 {

@@ -14,12 +14,13 @@ public:
 
     explicit SMFByteWriter(std::vector<std::uint8_t>& target) : bytes(target) {}
 
+    // Prepares for about so many bytes more.
+    void makeRoom(std::size_t count);
+
     void put(std::uint8_t byte) { bytes.push_back(byte); }
 
-    void put(std::span<const std::uint8_t> run) { bytes.insert(bytes.end(), run.begin(), run.end()); }
-
-    void putName(std::string_view name) { bytes.insert(bytes.end(), name.begin(), name.end()); }
-
+    void put(std::span<const std::uint8_t> run);
+    void putName(std::string_view name);
     void put16(std::uint32_t value);
     void put32(std::uint32_t value);
 

@@ -111,6 +111,7 @@ bool SMFTrackWriter::write()
         std::ranges::stable_sort(items, {}, &Item::tick);
     }
     collectOffs();
+    writer.makeRoom(items.size() * 8);
     writer.putName("MTrk");
     writer.put32(0);
     const std::size_t start = writer.size();
@@ -135,7 +136,7 @@ bool SMFTrackWriter::write()
 
 void SMFTrackWriter::collectOffs()
 {
-    offs.clear();
+    offs.reserve(items.size());
     std::array<std::uint64_t, 2048> latest{};
     bool isPaired = true;
     for (std::size_t i = 0; i < items.size(); ++i) {

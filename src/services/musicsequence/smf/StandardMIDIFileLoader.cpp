@@ -14,6 +14,17 @@ namespace volvelle {
 
 namespace {
 
+// A record as the payload of an event.
+template <class Record>
+std::uint64_t packed(const Record& record)
+{
+    std::uint64_t payload = 0;
+    std::memcpy(&payload, &record, sizeof(record));
+    return payload;
+}
+
+// No event ends behind its file track, whose end is the length of what it feeds; tempos alone lengthen the
+// tempo track themselves.
 class Loader {
 public:
     Loader(MusicSequenceObject& owner, const SMFFile& source) : sequence(owner), file(source), tempo(&owner)
@@ -121,12 +132,11 @@ void Loader::add(const SMFEvent& event, MusicTrackObject& track)
     case SMFEventKind::note:
         addNote(event, track);
         break;
-    case SMFEventKind::message: {
-        const MIDIChannelMessage message{event.status, event.data1, event.data2, 0};
-        track.append(beats(event.tick), kMusicEventType_MIDIChannelMessage, sizeof(message), &message,
-                     sizeof(message));
+    case SMFEventKind::message:
+        track.events.appendShort(beats(event.tick), kMusicEventType_MIDIChannelMessage,
+                                 sizeof(MIDIChannelMessage),
+                                 packed(MIDIChannelMessage{event.status, event.data1, event.data2, 0}));
         break;
-    }
     case SMFEventKind::tempo: {
         const ExtendedTempoEvent record{60.0e6 / static_cast<double>(event.end)};
         tempo.append(beats(event.tick), kMusicEventType_ExtendedTempo, sizeof(record), &record,
@@ -146,7 +156,7 @@ void Loader::addNote(const SMFEvent& event, MusicTrackObject& track)
     const MIDINoteMessage note{static_cast<std::uint8_t>(event.status & 0x0FU), event.data1, event.data2,
                                static_cast<std::uint8_t>(event.length),
                                static_cast<float>(beats(event.end - event.tick))};
-    track.append(beats(event.tick), kMusicEventType_MIDINoteMessage, sizeof(note), &note, sizeof(note));
+    track.events.appendShort(beats(event.tick), kMusicEventType_MIDINoteMessage, sizeof(note), packed(note));
 }
 
 void Loader::addMeta(const SMFEvent& event, MusicTrackObject& track)
@@ -158,7 +168,6 @@ void Loader::addMeta(const SMFEvent& event, MusicTrackObject& track)
     const MIDIMetaEvent start{event.data1, 0, 0, 0, event.length, {}};
     std::memcpy(record, &start, sizeof(start));
     std::memcpy(record + head, file.bytes.data() + event.end, event.length);
-    track.length = std::max(track.length, beats(event.tick));
 }
 
 void Loader::addRawData(const SMFEvent& event, MusicTrackObject& track)
@@ -171,7 +180,6 @@ void Loader::addRawData(const SMFEvent& event, MusicTrackObject& track)
     const MIDIRawData start{event.length + lead, {0xF0}};
     std::memcpy(record, &start, head + lead);
     std::memcpy(record + head + lead, file.bytes.data() + event.end, event.length);
-    track.length = std::max(track.length, beats(event.tick));
 }
 
 void Loader::finish()

@@ -1,0 +1,147 @@
+#include "app/MIDIDocument.h"
+#include "base/Paths.h"
+#include "phrases/MIDIClipGenerator.h"
+#include "services/musicsequence/MusicSequence.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+using namespace volvelle;
+
+constexpr int blocks = 64; // arrangements in the long sequence that parsing and writing work on
+
+void useLibrary()
+{
+    setResourcesFolder(VOLVELLE_RESOURCES);
+}
+
+std::vector<std::uint8_t> longFile(int& events)
+{
+    useLibrary();
+    MIDIClipGenerator generator;
+    const auto sequence = generator.makeArrangementLong(blocks);
+    events = 0;
+    for (const auto& track : sequence->sequenceNode->tracks) {
+        events += track->getEventCount();
+    }
+    return MIDIDocument::sequenceData(sequence->musicSequence).value();
+}
+
+// From the call to the bytes of the file: five phrase files, two step generators, chords, mix, sequence, bytes.
+void arrangement(benchmark::State& state)
+{
+    useLibrary();
+    for (auto _ : state) {
+        MIDIClipGenerator generator;
+        const auto sequence = generator.makeArrangement(false);
+        benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
+    }
+}
+BENCHMARK(arrangement)->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
+
+void emptyArrangement(benchmark::State& state)
+{
+    for (auto _ : state) {
+        MIDIClipGenerator generator;
+        const auto sequence = generator.makeArrangement(true);
+        benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
+    }
+}
+BENCHMARK(emptyArrangement)->Unit(benchmark::kMicrosecond);
+
+// One set of sounding notes against the catalogue.
+void chordMatching(benchmark::State& state)
+{
+    ChordRules& rules = MIDIChordPhrase::chordRules();
+    const std::vector<int> notes{57, 60, 64, 67};
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(rules.findMatches(notes));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(chordMatching);
+
+// Items are notes that move.
+void chordFollowing(benchmark::State& state)
+{
+    useLibrary();
+    MIDIClipGenerator generator;
+    generator.makeArrangement(false);
+    MIDIPhraseMixer& mixer = *generator.phraseMixer;
+    for (auto _ : state) {
+        mixer.polyMeter0->transposeTrackNotes(*mixer.chordTrack);
+        mixer.phraseTrack0->transposeTrackNotes(*mixer.chordTrack);
+    }
+    const auto notes = mixer.polyMeter0->loadedEvents.size() + mixer.phraseTrack0->loadedEvents.size();
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(notes));
+}
+BENCHMARK(chordFollowing);
+
+// Items are realtime events.
+void flattening(benchmark::State& state)
+{
+    useLibrary();
+    MIDIClipGenerator generator;
+    const auto sequence = generator.makeArrangementLong(blocks);
+    std::size_t events = 0;
+    for (auto _ : state) {
+        const auto list = sequence->nodesToAUMIDIEvent(48000.0, 0);
+        events = list.size();
+        benchmark::DoNotOptimize(list.data());
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(events));
+}
+BENCHMARK(flattening);
+
+// Items are notes; bytes are the file's.
+void parsing(benchmark::State& state)
+{
+    int events = 0;
+    const auto data = longFile(events);
+    for (auto _ : state) {
+        MusicSequence sequence;
+        NewMusicSequence(sequence);
+        MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                  kMusicSequenceLoadSMF_ChannelsToTracks);
+        benchmark::DoNotOptimize(sequence.get());
+    }
+    state.SetItemsProcessed(state.iterations() * events);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
+}
+BENCHMARK(parsing);
+
+void writing(benchmark::State& state)
+{
+    int events = 0;
+    const auto data = longFile(events);
+    MusicSequence sequence;
+    NewMusicSequence(sequence);
+    MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, kMusicSequenceLoadSMF_ChannelsToTracks);
+    for (auto _ : state) {
+        std::vector<std::uint8_t> bytes;
+        MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile, 480,
+                                    bytes);
+        benchmark::DoNotOptimize(bytes.data());
+    }
+    state.SetItemsProcessed(state.iterations() * events);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
+}
+BENCHMARK(writing);
+
+// The yardstick of the run: copying the bytes of a file.
+void copying(benchmark::State& state)
+{
+    int events = 0;
+    const auto data = longFile(events);
+    for (auto _ : state) {
+        std::vector<std::uint8_t> copy = data;
+        benchmark::DoNotOptimize(copy.data());
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
+}
+BENCHMARK(copying);
+
+} // namespace
+
+BENCHMARK_MAIN();

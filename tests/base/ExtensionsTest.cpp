@@ -1,0 +1,206 @@
+#include "base/Extensions.h"
+#include "base/Paths.h"
+#include "base/Text.h"
+#include "tests/support/ConsoleCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+
+namespace volvelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Lines = std::vector<std::string>;
+using test::ConsoleCapture;
+
+class Folder : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string name = (fs::temp_directory_path() / "volvelle-extensions-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+    }
+
+    void TearDown() override
+    {
+        std::error_code error;
+        fs::remove_all(folder, error);
+    }
+
+    fs::path folder;
+};
+
+TEST_F(Folder, IsThereAlready)
+{
+    ConsoleCapture capture;
+    EXPECT_TRUE(ensureDirectoryExists(folder));
+    EXPECT_TRUE(fs::is_empty(folder));
+    EXPECT_TRUE(capture.take().empty());
+}
+
+TEST_F(Folder, MayBeAPlainFile)
+{
+    const fs::path file = folder / "file";
+    std::ofstream(file) << "x";
+    EXPECT_TRUE(ensureDirectoryExists(file));
+    EXPECT_TRUE(fs::is_regular_file(file));
+}
+
+TEST_F(Folder, IsMadeWithAllItsParents)
+{
+    ConsoleCapture capture;
+    EXPECT_TRUE(ensureDirectoryExists(folder / "a" / "b" / "c"));
+    EXPECT_TRUE(fs::is_directory(folder / "a" / "b" / "c"));
+    EXPECT_TRUE(capture.take().empty());
+}
+
+TEST_F(Folder, CannotBeMadeBelowAFile)
+{
+    ConsoleCapture capture;
+    std::ofstream(folder / "file") << "x";
+    const fs::path wanted = folder / "file" / "below";
+    EXPECT_FALSE(ensureDirectoryExists(wanted));
+    EXPECT_EQ(capture.take(), Lines{concat("ensureDirectoryExists() : ERROR: Creating required directory '",
+                                           wanted.string(), "' failed: Not a directory")});
+}
+
+class PathsOfTheUser : public Folder {
+protected:
+    void SetUp() override
+    {
+        Folder::SetUp();
+        keep("HOME", home);
+        keep("XDG_CONFIG_HOME", configuration);
+        unsetenv("XDG_CONFIG_HOME");
+    }
+
+    void TearDown() override
+    {
+        bringBack("HOME", home);
+        bringBack("XDG_CONFIG_HOME", configuration);
+        setResourcesFolder(std::nullopt);
+        Folder::TearDown();
+    }
+
+private:
+    static void keep(const char* name, std::optional<std::string>& value)
+    {
+        if (const char* found = std::getenv(name)) {
+            value = found;
+        }
+    }
+
+    static void bringBack(const char* name, const std::optional<std::string>& value)
+    {
+        if (value) {
+            setenv(name, value->c_str(), 1);
+        } else {
+            unsetenv(name);
+        }
+    }
+
+    std::optional<std::string> home;
+    std::optional<std::string> configuration;
+};
+
+TEST_F(PathsOfTheUser, AreFoundAndLogged)
+{
+    ConsoleCapture capture;
+    setenv("HOME", folder.c_str(), 1);
+    setResourcesFolder(folder / "resources");
+    getPaths();
+    EXPECT_EQ(documentsURL, folder / "Documents");
+    EXPECT_EQ(resourcesURL, folder / "resources");
+    EXPECT_EQ(capture.take(),
+              (Lines{concat("AudioUnitViewController::getPaths() : Audio Unit's documents path is: ",
+                            (folder / "Documents").string()),
+                     concat("AudioUnitViewController::getPaths() : Audio Unit's resources path is: ",
+                            (folder / "resources").string())}));
+    EXPECT_FALSE(sharedURLAudio);
+    EXPECT_FALSE(sharedURLMIDI);
+}
+
+TEST_F(PathsOfTheUser, AreMissedAndLogged)
+{
+    ConsoleCapture capture;
+    unsetenv("HOME");
+    getPaths();
+    EXPECT_FALSE(documentsURL);
+    EXPECT_FALSE(resourcesURL);
+    EXPECT_EQ(capture.take(),
+              (Lines{"AudioUnitViewController::getPaths() : ERROR: Audio Unit's documents path is nil.",
+                     "AudioUnitViewController::getPaths() : ERROR: Audio Unit's resources path is nil."}));
+}
+
+TEST(StringValue, HasTheHighestByteFirst)
+{
+    EXPECT_EQ(stringValue(0x61626364), "abcd");
+    EXPECT_EQ(stringValue(0x6D696469), "midi");
+    EXPECT_EQ(stringValue(0), std::string(4, '\0'));
+}
+
+TEST(StringValue, DecodesMacRoman)
+{
+    EXPECT_EQ(stringValue(0x808A8E9F), "Ääéü");
+    EXPECT_EQ(stringValue(0xA0A9A7AA), "†©ß™");
+    EXPECT_EQ(stringValue(0xDBD0D1F0), "€–—\uF8FF");
+    EXPECT_EQ(stringValue(0xCAFFFEFB), "\u00A0\u02C7\u02DB\u02DA");
+}
+
+TEST(StringValue, IsDefinedForAllBytes)
+{
+    std::set<std::string> characters;
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
+        const std::string value = stringValue(byte * 0x01010101U);
+        EXPECT_NE(value, "FAIL");
+        EXPECT_EQ(value.size() % 4, 0U);
+        characters.insert(value.substr(0, value.size() / 4));
+    }
+    EXPECT_EQ(characters.size(), 256U);
+}
+
+TEST(UniqueName, StandsBehindItsPrefix)
+{
+    const std::string name = uniqueName("a");
+    EXPECT_EQ(name.substr(0, 2), "a-");
+    EXPECT_GT(name.size(), 10U);
+    EXPECT_EQ(uniqueName("").front(), '-');
+}
+
+TEST(UniqueName, HasNoDashOfItsOwn)
+{
+    const std::string name = uniqueName(std::nullopt);
+    EXPECT_EQ(name.find('-'), std::string::npos);
+    EXPECT_FALSE(name.empty());
+}
+
+TEST(UniqueName, ComesOnceOnly)
+{
+    std::set<std::string> names;
+    for (int i = 0; i < 1000; ++i) {
+        names.insert(uniqueName(std::nullopt));
+    }
+    EXPECT_EQ(names.size(), 1000U);
+}
+
+TEST(Capitals, StandAsTheyAre)
+{
+    EXPECT_EQ(capitals.size(), 197U);
+    EXPECT_EQ(capitals.front(), "Kabul");
+    EXPECT_EQ(capitals[29], "Yaoundé");
+    EXPECT_EQ(capitals.back(), "Harare");
+    for (const char* name : {"Copenagen", "Kiev", "Jerusalem", "East Jerusalem", "São Tomé", "St. John's",
+                             "Washington D.C.", "Sri Jayawardenapura Kotte"}) {
+        EXPECT_EQ(std::ranges::count(capitals, name), 1) << name;
+    }
+    EXPECT_EQ(std::set<std::string_view>(capitals.begin(), capitals.end()).size(), 197U);
+}
+
+} // namespace
+} // namespace volvelle

@@ -1,0 +1,136 @@
+#include "tests/cli/ProgramRun.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace volvelle::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using JSON = nlohmann::json;
+
+std::string bytes(std::initializer_list<int> values)
+{
+    std::string result;
+    for (const int value : values) {
+        result += static_cast<char>(value);
+    }
+    return result;
+}
+
+// One track at 96 ticks: a name, a time signature, a tempo, a triad of two beats on channel 3, a program.
+std::string smallFile()
+{
+    const std::string track = bytes({0, 0xFF, 3, 3, 'A', 0xC4, 'b',         // a name in Latin-1
+                                     0, 0xFF, 0x58, 4, 6, 3, 24, 8,         // 6/8
+                                     0, 0xFF, 0x51, 3, 0x09, 0x27, 0xC0,    // 100 beats per minute
+                                     0, 0xC2, 17,                           // program
+                                     0, 0x92, 60, 90, 0, 64, 91, 0, 67, 92, // C E G
+                                     0x81, 0x40, 0x82, 60, 10, 0, 64, 11, 0, 67, 12, //
+                                     0x60, 0xFF, 0x2F, 0});
+    return "MThd" + bytes({0, 0, 0, 6, 0, 0, 0, 1, 0, 96}) + "MTrk" +
+           bytes({0, 0, 0, static_cast<int>(track.size())}) + track;
+}
+
+using Inspect = ProgramRun;
+
+TEST_F(Inspect, TheJSONHoldsEverythingOfTheFile)
+{
+    write("small.mid", smallFile());
+    const auto result = volvelle("inspect small.mid --json");
+    ASSERT_EQ(result.status, 0) << result.error;
+    const auto expected = JSON::parse(R"({
+        "division": 96, "lengthBeats": 3.0,
+        "tempo": [{"position": 0.0, "bpm": 100.0}],
+        "tracks": [{
+            "index": 0, "channel": 2, "name": "AÄb", "lengthBeats": 3.0,
+            "notes": [
+              {"position": 0.0, "duration": 2.0, "number": 60, "velocity": 90, "releaseVelocity": 10, "channel": 2},
+              {"position": 0.0, "duration": 2.0, "number": 64, "velocity": 91, "releaseVelocity": 11, "channel": 2},
+              {"position": 0.0, "duration": 2.0, "number": 67, "velocity": 92, "releaseVelocity": 12, "channel": 2}
+            ],
+            "events": [
+              {"position": 0.0, "type": "track name", "data": [65, 196, 98], "text": "AÄb"},
+              {"position": 0.0, "type": "time signature", "data": [6, 3, 24, 8]},
+              {"position": 0.0, "type": "program", "channel": 2, "data": [17]}
+            ]}],
+        "chords": [{"position": 0.0, "duration": 3.0, "shortName": "CM", "longName": "C Major",
+                    "notes": [60, 64, 67]}],
+        "warnings": []})");
+    EXPECT_EQ(JSON::parse(result.output), expected);
+}
+
+TEST_F(Inspect, TheTextIsForAReader)
+{
+    write("small.mid", smallFile());
+    EXPECT_EQ(volvelle("inspect small.mid").output,
+              "'small.mid': 3.0 beats, 96 ticks to the beat\n"
+              "Tempo\n"
+              "  0.0  100.0 beats per minute\n"
+              "Tracks\n"
+              "  0  channel 3, 3 notes, keys 60 to 67, 3 other events, 3.0 beats, \"AÄb\"\n"
+              "Chords\n"
+              "  0.0  CM for 3.0 beats\n");
+}
+
+TEST_F(Inspect, AMadeIdeaShowsTheChordsThatTheGeneratorTold)
+{
+    const auto made = volvelle("generate --out idea.mid");
+    const auto begin = made.output.find("Chords\n") + 7;
+    const std::string told = made.output.substr(begin, made.output.find("Notes\n") - begin);
+    std::istringstream lines(told);
+    const auto shown = JSON::parse(volvelle("inspect idea.mid --json").output)["chords"];
+    std::size_t count = 0;
+    double position = 0.0;
+    for (std::string name; lines >> position >> name; ++count) {
+        ASSERT_LT(count, shown.size());
+        EXPECT_EQ(shown[count]["position"], position);
+        EXPECT_EQ(shown[count]["shortName"], name);
+    }
+    EXPECT_EQ(count, shown.size());
+    EXPECT_GT(count, 0U);
+}
+
+TEST_F(Inspect, ADamagedFileOpensWithAWarning)
+{
+    const std::string whole = smallFile();
+    write("cut.mid", whole.substr(0, whole.size() - 8));
+    const auto result = volvelle("inspect cut.mid");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("3 notes"));
+    EXPECT_THAT(result.output, HasSubstr("\nWarning: "));
+    EXPECT_THAT(JSON::parse(volvelle("inspect cut.mid --json").output)["warnings"], testing::SizeIs(1));
+}
+
+TEST_F(Inspect, AFileThatIsNotThereIsOnePlainLine)
+{
+    const auto result = volvelle("inspect gone.mid");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "There is no file 'gone.mid'.\n");
+    EXPECT_THAT(result.output, IsEmpty());
+}
+
+TEST_F(Inspect, RubbishIsOnePlainLine)
+{
+    for (const std::string& rubbish : {std::string(), std::string("hello"), std::string(5000, '\xFF')}) {
+        write("rubbish.mid", rubbish);
+        const auto result = volvelle("inspect rubbish.mid --json");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'rubbish.mid' is no Standard MIDI File.\n");
+        EXPECT_EQ(read("rubbish.mid"), rubbish);
+    }
+}
+
+TEST_F(Inspect, AFolderCannotBeRead)
+{
+    write("folder/x", "");
+    const auto result = volvelle("inspect folder");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'folder' could not be read.\n");
+}
+
+} // namespace
+} // namespace volvelle::test

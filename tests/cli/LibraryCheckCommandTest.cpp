@@ -1,0 +1,112 @@
+#include "scores/ScoreKind.h"
+#include "scores/ScoreWriter.h"
+#include "tests/cli/ProgramRun.h"
+
+#include <gmock/gmock.h>
+
+namespace volvelle::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+class LibraryCheck : public ProgramRun {
+protected:
+    LibraryCheck()
+    {
+        for (const ScoreKind kind : allScoreKinds) {
+            put(kind, {{0.0, 1.0, 60, 90}}, {});
+        }
+    }
+
+    void put(ScoreKind kind, std::vector<ScoreNote> notes, std::vector<ScoreChord> chords,
+             const std::string& name = "001.mid") const
+    {
+        Score score;
+        score.title = "T";
+        score.style = "S";
+        score.kind = kind;
+        score.notes = std::move(notes);
+        score.chords = std::move(chords);
+        std::string error;
+        const auto bytes = scoreToMIDI(score, error);
+        ASSERT_TRUE(bytes) << error;
+        write("lib/" + std::string(phraseFolder(kind)) + "/" + name, {bytes->begin(), bytes->end()});
+    }
+
+    std::string problem() const
+    {
+        const auto result = volvelle("library check lib");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.error, EndsWith("phrases of 'lib'.\n"));
+        return result.output;
+    }
+};
+
+TEST_F(LibraryCheck, TheProjectsOwnLibraryIsInOrder)
+{
+    const auto result = volvelle("library check");
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+ phrases are in order\\.\n"));
+    EXPECT_GE(std::stoi(result.output), 80);
+}
+
+TEST_F(LibraryCheck, AGoodLibraryPasses)
+{
+    EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");
+}
+
+TEST_F(LibraryCheck, OtherChordsThanTheScoreNamesAreTold)
+{
+    put(ScoreKind::chordPattern, {{0.0, 3.0, 60, 90}, {0.0, 3.0, 64, 90}, {0.0, 3.0, 67, 90}}, {{0.0, "Cm"}});
+    EXPECT_EQ(problem(),
+              "lib/Phrases/chord patterns/001.mid: the score names Cm at 0.0; found were CM at 0.0\n");
+}
+
+TEST_F(LibraryCheck, ADuplicatedNoteIsTold)
+{
+    put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {1.0, 1.0, 60, 90}}, {});
+    EXPECT_EQ(problem(), "lib/Phrases/chord patterns/001.mid: Warning: Duplicated note event (60) at position "
+                         "1.0.\n");
+}
+
+TEST_F(LibraryCheck, NotesThatAreNoChordAreTold)
+{
+    put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {0.0, 1.0, 61, 90}}, {});
+    EXPECT_EQ(problem(),
+              "lib/Phrases/chord patterns/001.mid: MIDIChordPhrase: Warning: No chord detected.\n");
+}
+
+TEST_F(LibraryCheck, AChordAtTheEndOfThePhraseIsTold)
+{
+    put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {15.9, 0.05, 64, 90}}, {});
+    EXPECT_EQ(problem(),
+              "lib/Phrases/chord patterns/001.mid: a chord begins at 16.0, the end of the phrase\n");
+}
+
+TEST_F(LibraryCheck, ASilentPhraseIsTold)
+{
+    put(ScoreKind::drums, {}, {});
+    EXPECT_EQ(problem(), "lib/Phrases2/10 drums/001.mid: the phrase is silent\n");
+}
+
+TEST_F(LibraryCheck, AGapInTheNumbersIsTold)
+{
+    put(ScoreKind::lead, {{0.0, 1.0, 60, 90}}, {}, "003.mid");
+    EXPECT_EQ(problem(), "lib/Phrases2/02 leads/003.mid: '002.mid' was expected here\n");
+}
+
+TEST_F(LibraryCheck, AMissingFolderIsTold)
+{
+    std::filesystem::remove_all(folder / "work/lib/Phrases2/09 basses");
+    EXPECT_EQ(problem(), "lib/Phrases2/09 basses: the folder cannot be listed\n");
+}
+
+TEST_F(LibraryCheck, AnEmptyFolderIsTold)
+{
+    std::filesystem::remove(folder / "work/lib/Phrases2/09 basses/001.mid");
+    EXPECT_EQ(problem(), "lib/Phrases2/09 basses: there are no phrases\n");
+}
+
+} // namespace
+} // namespace volvelle::test

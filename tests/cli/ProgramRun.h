@@ -1,0 +1,32 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace volvelle::test {
+
+struct ProgramResult {
+    int status = -1;    // exit status, 128 + signal for a killed program
+    std::string output; // standard output
+    std::string error;  // standard error
+};
+
+// Gives each test an empty folder of its own, as working folder of the program that it runs.
+class ProgramRun : public testing::Test {
+protected:
+    ProgramRun();
+    ~ProgramRun() override;
+
+    ProgramResult volvelle(const std::string& arguments) const;
+    void write(const std::string& name, const std::string& bytes) const;
+    std::string read(const std::string& name) const;
+    std::vector<std::string> names() const; // what stands in the folder, sorted
+
+    std::filesystem::path folder;
+};
+
+} // namespace volvelle::test

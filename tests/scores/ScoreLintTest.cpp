@@ -1,0 +1,177 @@
+#include "scores/ScoreLint.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr double sixteenth = Score::sixteenth - Score::gap;
+
+// A score of so many sixteenths, two to the beat, that no rule objects to.
+Score goodScore(ScoreKind kind, std::uint8_t number, int count)
+{
+    Score score;
+    score.kind = kind;
+    for (int i = 0; i < count; ++i)
+        score.notes.push_back({i * 0.5, sixteenth, number, static_cast<std::uint8_t>(60 + i % 8)});
+    return score;
+}
+
+Score goodLead()
+{
+    auto score = goodScore(ScoreKind::lead, 70, 8);
+    for (std::size_t i = 4; i < 8; ++i)
+        score.notes[i].position += 8;
+    return score;
+}
+
+Score goodComping()
+{
+    return goodScore(ScoreKind::chords, 60, 24);
+}
+
+TEST(ScoreLint, AGoodScoreHasNoFault)
+{
+    EXPECT_EQ(lintScore(goodLead()), Lines{});
+    EXPECT_EQ(lintScore(goodComping()), Lines{});
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::bass, 36, 8)), Lines{});
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::drums, 36, 24)), Lines{});
+}
+
+TEST(ScoreLint, EachKindHasItsNumberOfNotes)
+{
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::chords, 60, 15)),
+              Lines{"a chord phrase has 16 to 96 notes, not 15"});
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::bass, 36, 7)), Lines{"a bass has 8 to 64 notes, not 7"});
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::drums, 36, 23)),
+              Lines{"a drum phrase has 24 to 160 notes, not 23"});
+    EXPECT_EQ(lintScore(goodScore(ScoreKind::lead, 70, 7)), Lines{"a lead has 8 to 64 notes, not 7"});
+}
+
+TEST(ScoreLint, AChordPatternHasOneToEightChords)
+{
+    auto score = goodScore(ScoreKind::chordPattern, 60, 8);
+    EXPECT_EQ(lintScore(score), Lines{"a chord pattern has 1 to 8 chords, not 0"});
+    for (int i = 0; i < 9; ++i)
+        score.chords.push_back({i * 0.5, i % 2 == 0 ? "CM" : "FM"});
+    EXPECT_EQ(lintScore(score), Lines{"a chord pattern has 1 to 8 chords, not 9"});
+}
+
+TEST(ScoreLint, KeysStayInTheRangeOfTheKind)
+{
+    auto lead = goodLead();
+    lead.notes[0].number = 61;
+    lead.notes[7].number = 83;
+    EXPECT_EQ(lintScore(lead),
+              (Lines{"bar 1: C#3 lies outside D3 to A#4", "bar 3: B4 lies outside D3 to A#4"}));
+    auto drums = goodScore(ScoreKind::drums, 36, 24);
+    drums.notes[0].number = 88;
+    EXPECT_EQ(lintScore(drums), Lines{"bar 1: key 88 lies outside key 27 to key 87"});
+}
+
+TEST(ScoreLint, NotesLieWithinTheFourBarsAndLastASixteenth)
+{
+    auto bass = goodScore(ScoreKind::bass, 36, 11);
+    bass.notes[8] = {15, 2, 36, 80};
+    bass.notes[9] = {16, sixteenth, 40, 80};
+    bass.notes[10] = {-1, sixteenth, 45, 80};
+    EXPECT_EQ(lintScore(bass),
+              (Lines{"bar 4: a note ends behind beat 16", "a note begins at beat 16.0, outside 0 to 16",
+                     "a note begins at beat -1.0, outside 0 to 16"}));
+    auto shortNote = goodScore(ScoreKind::bass, 36, 8);
+    shortNote.notes[0].duration = 0.125;
+    EXPECT_EQ(lintScore(shortNote), Lines{"bar 1: a note is shorter than a sixteenth"});
+}
+
+TEST(ScoreLint, VelocitiesArePlayed)
+{
+    auto bass = goodScore(ScoreKind::bass, 36, 8);
+    bass.notes[0].velocity = 14;
+    bass.notes[1].velocity = 121;
+    EXPECT_EQ(lintScore(bass), (Lines{"bar 1: the velocity 14 lies outside 15 to 120",
+                                      "bar 1: the velocity 121 lies outside 15 to 120"}));
+}
+
+TEST(ScoreLint, SixVelocitiesDifferUnlessAMachinePlays)
+{
+    auto bass = goodScore(ScoreKind::bass, 36, 8);
+    for (auto& note : bass.notes)
+        note.velocity = 80;
+    EXPECT_EQ(lintScore(bass), Lines{"a played phrase has at least 6 velocities, not 1"});
+    bass.machine = true;
+    EXPECT_EQ(lintScore(bass), Lines{});
+}
+
+TEST(ScoreLint, AKeyIsNotStruckWhileItSounds)
+{
+    auto bass = goodScore(ScoreKind::bass, 36, 8);
+    bass.notes[0].duration = 0.75;
+    EXPECT_EQ(lintScore(bass), Lines{"bar 1: C1 is struck while it sounds"});
+}
+
+TEST(ScoreLint, AChordPhraseHasThreeVoicesOrFourThatSitWide)
+{
+    auto comping = goodComping();
+    comping.notes.push_back({15, sixteenth, 56, 80});
+    comping.notes.push_back({15, sixteenth, 60, 80});
+    comping.notes.push_back({15, sixteenth, 64, 80});
+    EXPECT_EQ(lintScore(comping), Lines{});
+    comping.notes.push_back({15, sixteenth, 67, 80});
+    EXPECT_EQ(lintScore(comping), Lines{"bar 4: 4 voices at beat 15.0 are more than 3"});
+    comping.notes.back().number = 68;
+    EXPECT_EQ(lintScore(comping), Lines{});
+    comping.notes.push_back({15, sixteenth, 71, 80});
+    EXPECT_EQ(lintScore(comping), Lines{"bar 4: 5 voices at beat 15.0 are more than 4"});
+}
+
+TEST(ScoreLint, VoicesOfAChordPhraseStandThreeSemitonesApart)
+{
+    auto comping = goodComping();
+    comping.notes.push_back({15, sixteenth, 60, 80});
+    comping.notes.push_back({15, sixteenth, 62, 80});
+    EXPECT_EQ(lintScore(comping), Lines{"bar 4: C3 and D3 stand closer than 3 semitones"});
+}
+
+TEST(ScoreLint, ADrummerHasThreeLimbsAndTwoMoreHandsBesideHim)
+{
+    auto drums = goodScore(ScoreKind::drums, 36, 24);
+    for (const auto key : std::initializer_list<std::uint8_t>{36, 38, 42, 54, 82})
+        drums.notes.push_back({15, sixteenth, key, 80});
+    EXPECT_EQ(lintScore(drums), Lines{});
+    drums.notes.push_back({15, sixteenth, 49, 80});
+    drums.notes.push_back({15, sixteenth, 63, 80});
+    EXPECT_EQ(lintScore(drums), (Lines{"bar 4: 4 drums of the kit at beat 15.0, at most 3",
+                                       "bar 4: 3 hand drums at beat 15.0, at most 2"}));
+}
+
+TEST(ScoreLint, ALeadBreathesInEachPairOfBars)
+{
+    auto lead = goodScore(ScoreKind::lead, 70, 32);
+    EXPECT_EQ(lintScore(lead),
+              (Lines{"bars 1 and 2 hold no breath of a beat", "bars 3 and 4 hold no breath of a beat"}));
+    lead.notes.erase(lead.notes.begin() + 4, lead.notes.begin() + 6);
+    EXPECT_EQ(lintScore(lead), Lines{"bars 3 and 4 hold no breath of a beat"});
+}
+
+TEST(ScoreLint, ANoteHeldAcrossTheMiddleIsNoBreath)
+{
+    auto lead = goodScore(ScoreKind::lead, 70, 16);
+    lead.notes.erase(lead.notes.begin() + 4, lead.notes.begin() + 6);
+    lead.notes.push_back({8, 7.5, 74, 80});
+    EXPECT_EQ(lintScore(lead), Lines{"bars 3 and 4 hold no breath of a beat"});
+}
+
+TEST(ScoreLint, NeighbouringChordsDifferAndDoNotOverlap)
+{
+    auto pattern = goodScore(ScoreKind::chordPattern, 60, 8);
+    pattern.chords = {{0, "CM"}, {8, "CM"}};
+    EXPECT_EQ(lintScore(pattern), Lines{"bar 3: CM stands twice in a row"});
+    pattern.chords = {{0, "CM"}, {8, "FM"}};
+    pattern.notes.push_back({0, 8, 55, 80});
+    EXPECT_EQ(lintScore(pattern), Lines{"bar 1: CM does not end before FM"});
+}
+
+} // namespace
+} // namespace volvelle
