@@ -205,7 +205,7 @@ TEST(ScoreChords, ChordsLieInClosePositionFromTheLowestKey)
     std::vector<int> numbers;
     for (const auto& note : score.notes)
         numbers.push_back(note.number);
-    EXPECT_EQ(numbers, (std::vector<int>{57, 60, 64, 55, 57, 60, 64, 64, 67, 72, 64}));
+    EXPECT_EQ(numbers, (std::vector<int>{57, 60, 64, 57, 60, 64, 55, 72, 64, 67, 64}));
 }
 
 TEST(ScoreChords, VelocitiesFollowTheBarThePlaceAndTheVoice)
