@@ -1,0 +1,213 @@
+#include "services/files/SafeFile.h"
+
+#include "services/files/TemporaryFile.h"
+#include "tests/services/musicsequence/SequenceTools.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace volvelle::test {
+
+namespace {
+
+Bytes contentOf(const std::filesystem::path& path)
+{
+    Bytes bytes;
+    EXPECT_EQ(readFile(path, bytes), noErr);
+    return bytes;
+}
+
+// Lets no file grow beyond a size for its lifetime.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size)
+    {
+        handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{size, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before{};
+    void (*handler)(int) = nullptr;
+};
+
+class SafeFiles : public testing::Test {
+protected:
+    TemporaryFolder folder;
+    std::filesystem::path path = folder.path / "a.mid";
+};
+
+TEST_F(SafeFiles, AFileReadsBackAsItWasWritten)
+{
+    Bytes bytes(200'000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::uint8_t>(i * 7);
+    }
+    EXPECT_EQ(replaceFile(path, bytes, false), noErr);
+    EXPECT_EQ(contentOf(path), bytes);
+    EXPECT_EQ(replaceFile(path, {}, true), noErr);
+    EXPECT_EQ(contentOf(path), Bytes{});
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
+TEST_F(SafeFiles, AFullDiskLeavesNothingBehindAndTheExistingFileAsItWas)
+{
+    EXPECT_EQ(replaceFile(path, hex("0102"), false), noErr);
+    {
+        const FileSizeLimit limit(1000);
+        EXPECT_EQ(replaceFile(path, Bytes(5000, 1), true), fileIOErr);
+        EXPECT_EQ(replaceFile(folder.path / "b.mid", Bytes(5000, 1), true), fileIOErr);
+    }
+    EXPECT_EQ(contentOf(path), hex("0102"));
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
+TEST_F(SafeFiles, AFolderThatCannotBeWrittenLeavesTheExistingFileAsItWas)
+{
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may write everywhere";
+    }
+    EXPECT_EQ(replaceFile(path, hex("0102"), false), noErr);
+    std::filesystem::permissions(folder.path,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    EXPECT_EQ(replaceFile(path, hex("03"), true), fileIOErr);
+    EXPECT_EQ(contentOf(path), hex("0102"));
+}
+
+TEST_F(SafeFiles, AFileThatMayNotBeReadIsAnIOError)
+{
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may read everything";
+    }
+    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    Bytes bytes = hex("77");
+    EXPECT_EQ(readFile(path, bytes), fileIOErr);
+    EXPECT_EQ(bytes, hex("77"));
+}
+
+TEST_F(SafeFiles, ALinkIsFollowedAndStays)
+{
+    const std::filesystem::path link = folder.path / "link.mid";
+    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
+    std::filesystem::create_symlink("a.mid", link);
+    EXPECT_EQ(replaceFile(link, hex("02"), true), noErr);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(contentOf(path), hex("02"));
+}
+
+TEST_F(SafeFiles, TheAccessRightsOfAnExistingFileStay)
+{
+    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
+    std::filesystem::permissions(path,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_EQ(replaceFile(path, hex("02"), true), noErr);
+    EXPECT_EQ(std::filesystem::status(path).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST_F(SafeFiles, ANameWithoutAFolderIsTakenInTheCurrentOne)
+{
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path);
+    EXPECT_EQ(replaceFile("plain.mid", hex("01"), false), noErr);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(folder.names(), Lines{"plain.mid"});
+}
+
+TEST_F(SafeFiles, ADeviceIsWrittenDirectly)
+{
+    EXPECT_EQ(replaceFile("/dev/null", hex("01"), true), noErr);
+    EXPECT_EQ(replaceFile("/dev/null", hex("01"), false), fileExistsErr);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    EXPECT_EQ(replaceFile("/dev/full", hex("01"), true), fileIOErr);
+}
+
+TEST_F(SafeFiles, APipeIsWrittenDirectly)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    EXPECT_EQ(replaceFile("/dev/fd/" + std::to_string(ends[1]), hex("0102"), true), noErr);
+    close(ends[1]);
+    std::array<std::uint8_t, 8> read{};
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 2);
+    close(ends[0]);
+}
+
+TEST_F(SafeFiles, WhatIsNotThereIsNotFound)
+{
+    Bytes bytes;
+    EXPECT_EQ(readFile(path, bytes), fileNotFoundErr);
+    EXPECT_EQ(readFile("", bytes), fileNotFoundErr);
+    EXPECT_EQ(replaceFile(folder.path / "none" / "a.mid", hex("01"), true), fileNotFoundErr);
+    EXPECT_EQ(replaceFile("", hex("01"), true), fileNotFoundErr);
+}
+
+TEST_F(SafeFiles, AFolderIsNoFile)
+{
+    Bytes bytes;
+    EXPECT_EQ(readFile(folder.path, bytes), fileIOErr);
+    EXPECT_EQ(replaceFile(folder.path, hex("01"), true), fileIOErr);
+}
+
+TEST_F(SafeFiles, AFileBeyondTheGreatestSizeIsNotRead)
+{
+    std::FILE* const file = std::fopen(path.c_str(), "w");
+    ASSERT_NE(file, nullptr);
+    std::fclose(file);
+    EXPECT_EQ(truncate(path.c_str(), std::int64_t{3} << 30U), 0);
+    Bytes bytes;
+    EXPECT_EQ(readFile(path, bytes), fileIOErr);
+}
+
+TEST_F(SafeFiles, ATemporaryFileCanBeRemovedBeforeASuddenEnd)
+{
+    TemporaryFile temporary;
+    ASSERT_EQ(temporary.create(folder.path), 0);
+    EXPECT_EQ(folder.names().size(), 1U);
+    removePendingTemporaryFile();
+    EXPECT_EQ(folder.names(), Lines{});
+}
+
+TEST_F(SafeFiles, ATemporaryFileThatTookANameIsNotRemoved)
+{
+    TemporaryFile temporary;
+    ASSERT_EQ(temporary.create(folder.path), 0);
+    EXPECT_EQ(temporary.write(hex("01")), 0);
+    EXPECT_EQ(temporary.finish(), 0);
+    EXPECT_EQ(temporary.takeName(path, false), 0);
+    removePendingTemporaryFile();
+    EXPECT_EQ(contentOf(path), hex("01"));
+}
+
+TEST_F(SafeFiles, AFileThatAppearsMeanwhileIsNotReplaced)
+{
+    TemporaryFile temporary;
+    ASSERT_EQ(temporary.create(folder.path), 0);
+    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
+    EXPECT_EQ(temporary.finish(), 0);
+    EXPECT_EQ(temporary.takeName(path, false), EEXIST);
+    EXPECT_EQ(contentOf(path), hex("01"));
+}
+
+} // namespace
+
+} // namespace volvelle::test
