@@ -28,7 +28,8 @@ std::vector<std::uint8_t> longFile(int& events)
     return MIDIDocument::sequenceData(sequence->musicSequence).value();
 }
 
-// From the call to the bytes of the file: five phrase files, two step generators, chords, mix, sequence, bytes.
+// From the call to the bytes of the file: five phrase files, two step generators, chords, mix, sequence,
+// bytes.
 void arrangement(benchmark::State& state)
 {
     useLibrary();
@@ -38,6 +39,7 @@ void arrangement(benchmark::State& state)
         benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
     }
 }
+
 BENCHMARK(arrangement)->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
 
 void emptyArrangement(benchmark::State& state)
@@ -48,6 +50,7 @@ void emptyArrangement(benchmark::State& state)
         benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
     }
 }
+
 BENCHMARK(emptyArrangement)->Unit(benchmark::kMicrosecond);
 
 // One set of sounding notes against the catalogue.
@@ -60,6 +63,7 @@ void chordMatching(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations());
 }
+
 BENCHMARK(chordMatching);
 
 // Items are notes that move.
@@ -76,6 +80,7 @@ void chordFollowing(benchmark::State& state)
     const auto notes = mixer.polyMeter0->loadedEvents.size() + mixer.phraseTrack0->loadedEvents.size();
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(notes));
 }
+
 BENCHMARK(chordFollowing);
 
 // Items are realtime events.
@@ -92,6 +97,7 @@ void flattening(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(events));
 }
+
 BENCHMARK(flattening);
 
 // Items are notes; bytes are the file's.
@@ -109,6 +115,7 @@ void parsing(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * events);
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
 }
+
 BENCHMARK(parsing);
 
 void writing(benchmark::State& state)
@@ -117,16 +124,18 @@ void writing(benchmark::State& state)
     const auto data = longFile(events);
     MusicSequence sequence;
     NewMusicSequence(sequence);
-    MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, kMusicSequenceLoadSMF_ChannelsToTracks);
+    MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                              kMusicSequenceLoadSMF_ChannelsToTracks);
     for (auto _ : state) {
         std::vector<std::uint8_t> bytes;
-        MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile, 480,
-                                    bytes);
+        MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile,
+                                    480, bytes);
         benchmark::DoNotOptimize(bytes.data());
     }
     state.SetItemsProcessed(state.iterations() * events);
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
 }
+
 BENCHMARK(writing);
 
 // The yardstick of the run: copying the bytes of a file.
@@ -140,6 +149,7 @@ void copying(benchmark::State& state)
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
 }
+
 BENCHMARK(copying);
 
 } // namespace

@@ -14,8 +14,8 @@ constexpr std::int16_t ticksPerBeat = 480;
 std::optional<std::vector<std::uint8_t>> MIDIDocument::sequenceData(const MusicSequence& sequence)
 {
     std::vector<std::uint8_t> data;
-    const OSStatus status = MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType,
-                                                        kMusicSequenceFileFlags_EraseFile, ticksPerBeat, data);
+    const OSStatus status = MusicSequenceFileCreateData(
+        sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile, ticksPerBeat, data);
     if (status != noErr) {
         directPrint(concat("MIDIDocument::sequenceData() : Error: Could not convert music sequence to data. "
                            "Status: ",

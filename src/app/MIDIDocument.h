@@ -11,8 +11,8 @@ namespace volvelle {
 // A MIDI document: the bytes of a Standard MIDI File.
 class MIDIDocument {
 public:
-    // The file bytes of a sequence at 480 ticks to the beat; without a value where that fails, which is told on
-    // the console. [main thread]
+    // The file bytes of a sequence at 480 ticks to the beat; without a value where that fails, which is told
+    // on the console. [main thread]
     static std::optional<std::vector<std::uint8_t>> sequenceData(const MusicSequence& sequence);
 };
 

@@ -47,8 +47,8 @@ constexpr T checkedMultiply(T a, std::type_identity_t<T> b)
     return result;
 }
 
-// `value` as a To. Integers must fit; a floating point value is truncated toward zero, must be finite, and the
-// truncated value must fit. Anything else is a fatal stop.
+// `value` as a To. Integers must fit; a floating point value is truncated toward zero, must be finite, and
+// the truncated value must fit. Anything else is a fatal stop.
 template <std::integral To, std::integral From>
 constexpr To checkedCast(From value)
 {

@@ -23,6 +23,7 @@ public:
     ConsoleSink* setSink(ConsoleSink* sink);
 
     bool isHeard() const { return current.load(std::memory_order_acquire) != nullptr; }
+
     void write(std::string_view line);
 
 private:
@@ -42,7 +43,8 @@ public:
 void safeprint(std::string message);
 void debugprint(std::string message);
 
-// Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written first.
+// Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written
+// first.
 void directPrint(std::string_view message);
 
 // Writes the log lines that wait; called off the main thread it does nothing.

@@ -6,8 +6,8 @@
 // fit, a broken phrase library.
 namespace volvelle {
 
-// Writes `message` and a line end to standard error, writes the log lines that wait, and takes the final step.
-// Never returns, whatever the final step does. [any thread]
+// Writes `message` and a line end to standard error, writes the log lines that wait, and takes the final
+// step. Never returns, whatever the final step does. [any thread]
 [[noreturn]] void fatalStop(std::string_view message);
 
 // The last thing that a fatal stop does. The default aborts; a command removes its temporary file and exits.

@@ -11,8 +11,9 @@
 
 namespace volvelle {
 
-// Runs what the main thread has to do: the main queue and the timers. A command runs it until it is done; the app's
-// own loop calls turn() when the queue's hook wakes it or nextFire() has come. [main thread, but for wake()]
+// Runs what the main thread has to do: the main queue and the timers. A command runs it until it is done; the
+// app's own loop calls turn() when the queue's hook wakes it or nextFire() has come. [main thread, but for
+// wake()]
 class RunLoop {
 public:
     // The clock must outlive the loop.
@@ -27,8 +28,8 @@ public:
     // When the next timer is due, in seconds of the clock; no value without a timer.
     std::optional<double> nextFire() const;
 
-    // Turns, and sleeps between turns until something is posted to the main queue or a timer is due. Ends soon
-    // after stop(); a stop before the run ends it at once.
+    // Turns, and sleeps between turns until something is posted to the main queue or a timer is due. Ends
+    // soon after stop(); a stop before the run ends it at once.
     void run();
     void stop();
 

@@ -7,7 +7,8 @@ namespace volvelle {
 
 Timer::Timer(double start, double seconds, std::weak_ptr<void> owner, Action call)
     : next(start + seconds), interval(seconds), target(std::move(owner)), action(std::move(call))
-{}
+{
+}
 
 void Timer::invalidate()
 {

@@ -5,8 +5,8 @@
 
 namespace volvelle {
 
-// A repeating timer of a run loop. It holds its target weakly and ends with it. Owned by whoever scheduled it and
-// by the run loop, until it is invalidated. [main thread]
+// A repeating timer of a run loop. It holds its target weakly and ends with it. Owned by whoever scheduled it
+// and by the run loop, until it is invalidated. [main thread]
 class Timer {
 public:
     using Action = std::function<void()>;
@@ -16,12 +16,13 @@ public:
 
     // Ends the timer: its action is not called again.
     void invalidate();
+
     bool isValid() const { return !invalidated && !target.expired(); }
 
     double nextFire() const { return next; } // seconds of the run loop's clock
 
-    // Calls the action if the time has come, once however late it is; the next time is the first one behind `now`
-    // on the timer's own grid.
+    // Calls the action if the time has come, once however late it is; the next time is the first one behind
+    // `now` on the timer's own grid.
     void fire(double now);
 
 private:

@@ -84,8 +84,8 @@ void printReport(CommandOutput& output, ReportingGenerator& generator)
     output.remark("Notes");
     for (int channel = 0; channel < 16; ++channel) {
         if (const int count = notes.at(static_cast<std::size_t>(channel)); count > 0) {
-            output.remark(concat("  ", padded(generator.getName(channel), labelWidth),
-                                 rightAligned(text(count), 5)));
+            output.remark(
+                concat("  ", padded(generator.getName(channel), labelWidth), rightAligned(text(count), 5)));
         }
     }
 }

@@ -134,7 +134,8 @@ int runCommandLine(int argc, char** argv)
     std::signal(SIGINT, endAfterSignal);
     std::signal(SIGTERM, endAfterSignal);
 
-    CLI::App app("Volvelle makes musical ideas: sixteen-track MIDI files from a library of phrases.", "volvelle");
+    CLI::App app("Volvelle makes musical ideas: sixteen-track MIDI files from a library of phrases.",
+                 "volvelle");
     app.set_version_flag("--version", "volvelle " VOLVELLE_VERSION);
     app.require_subcommand(1);
     Request request;

@@ -55,7 +55,8 @@ std::string writeFailure(const std::filesystem::path& file, OSStatus status)
     if (status == fileNotFoundErr) {
         return concat("'", file.string(), "' could not be written: its folder does not exist.");
     }
-    return concat("'", file.string(), "' could not be written: the folder is not writable or the disk is full.");
+    return concat("'", file.string(),
+                  "' could not be written: the folder is not writable or the disk is full.");
 }
 
 } // namespace volvelle

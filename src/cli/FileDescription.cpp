@@ -15,20 +15,31 @@ namespace {
 using Name = std::pair<std::uint8_t, std::string_view>;
 
 constexpr std::array<Name, 18> metaNames{{
-    {META_SEQUENCENUMBER, "sequence number"}, {META_TEXT, "text"},
-    {META_COPYRIGHT, "copyright"},            {META_TRACKNAME, "track name"},
-    {META_INSTRUMENTNAME, "instrument name"}, {META_LYRICS, "lyrics"},
-    {META_MARKER, "marker"},                  {META_CUEPOINT, "cue point"},
-    {META_PROGRAMNAME, "program name"},       {META_DEVICENAME, "device name"},
-    {META_CHANNELPREFIX, "channel prefix"},   {META_MIDIPORT, "port"},
-    {META_EOT, "end of track"},               {META_SETTEMPO, "tempo"},
-    {META_SMTPOFFSET, "SMPTE offset"},        {META_TIMESIGNATURE, "time signature"},
-    {META_KEYSIGNATURE, "key signature"},     {META_SPECIFIC, "sequencer specific"},
+    {META_SEQUENCENUMBER, "sequence number"},
+    {META_TEXT, "text"},
+    {META_COPYRIGHT, "copyright"},
+    {META_TRACKNAME, "track name"},
+    {META_INSTRUMENTNAME, "instrument name"},
+    {META_LYRICS, "lyrics"},
+    {META_MARKER, "marker"},
+    {META_CUEPOINT, "cue point"},
+    {META_PROGRAMNAME, "program name"},
+    {META_DEVICENAME, "device name"},
+    {META_CHANNELPREFIX, "channel prefix"},
+    {META_MIDIPORT, "port"},
+    {META_EOT, "end of track"},
+    {META_SETTEMPO, "tempo"},
+    {META_SMTPOFFSET, "SMPTE offset"},
+    {META_TIMESIGNATURE, "time signature"},
+    {META_KEYSIGNATURE, "key signature"},
+    {META_SPECIFIC, "sequencer specific"},
 }};
 
 constexpr std::array<Name, 5> channelNames{{
-    {STATUS_PPRESSURE, "polyphonic pressure"}, {STATUS_CONTROLLER, "controller"},
-    {STATUS_PROGRAM, "program"},               {STATUS_CPRESSURE, "pressure"},
+    {STATUS_PPRESSURE, "polyphonic pressure"},
+    {STATUS_CONTROLLER, "controller"},
+    {STATUS_PROGRAM, "program"},
+    {STATUS_CPRESSURE, "pressure"},
     {STATUS_PITCHBEND, "pitch bend"},
 }};
 
@@ -48,7 +59,12 @@ bool isTextType(std::uint8_t type)
 std::size_t characterLength(const std::vector<std::uint8_t>& bytes, std::size_t at)
 {
     const std::uint8_t lead = bytes[at];
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    const std::size_t length = lead < 0x80   ? 1
+                               : lead < 0xC2 ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
     if (length == 0 || at + length > bytes.size()) {
         return 0;
     }
@@ -98,8 +114,9 @@ public:
 
     void finish()
     {
-        const bool isOne = !channels.empty() &&
-                           std::ranges::all_of(channels, [this](int channel) { return channel == channels.front(); });
+        const bool isOne = !channels.empty() && std::ranges::all_of(channels, [this](int channel) {
+            return channel == channels.front();
+        });
         if (isOne) {
             track.channel = channels.front();
         }
@@ -133,8 +150,8 @@ private:
     void readMeta(const TrackEvent& event)
     {
         const auto& record = event.record<MIDIMetaEvent>();
-        add(event, nameOf(metaNames, record.metaEventType, concat("meta ", record.metaEventType)), std::nullopt,
-            {record.data, record.data + record.dataLength});
+        add(event, nameOf(metaNames, record.metaEventType, concat("meta ", record.metaEventType)),
+            std::nullopt, {record.data, record.data + record.dataLength});
         if (isTextType(record.metaEventType)) {
             track.events.back().text = textOf(track.events.back().data);
         }
@@ -143,7 +160,8 @@ private:
         }
     }
 
-    void add(const TrackEvent& event, std::string type, std::optional<int> channel, std::vector<std::uint8_t> data)
+    void add(const TrackEvent& event, std::string type, std::optional<int> channel,
+             std::vector<std::uint8_t> data)
     {
         track.events.push_back({event.time, std::move(type), channel, std::move(data), std::nullopt});
     }

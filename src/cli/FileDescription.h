@@ -12,11 +12,11 @@ namespace volvelle {
 
 // An event that is no note and no tempo.
 struct FoundEvent {
-    double position = 0.0;               // beats
-    std::string type;                    // "controller", "text", "time signature" ...
-    std::optional<int> channel;          // of a channel message
-    std::vector<std::uint8_t> data;      // the bytes behind status or meta type
-    std::optional<std::string> text;     // of a text event, UTF-8
+    double position = 0.0;           // beats
+    std::string type;                // "controller", "text", "time signature" ...
+    std::optional<int> channel;      // of a channel message
+    std::vector<std::uint8_t> data;  // the bytes behind status or meta type
+    std::optional<std::string> text; // of a text event, UTF-8
 };
 
 struct FoundTempo {

@@ -28,7 +28,8 @@ std::string trackLine(const FoundTrack& track)
 
 } // namespace
 
-void printInspection(const std::filesystem::path& file, const FileDescription& description, CommandOutput& output)
+void printInspection(const std::filesystem::path& file, const FileDescription& description,
+                     CommandOutput& output)
 {
     output.result(concat("'", file.string(), "': ", description.length, " beats, ", description.division,
                          " ticks to the beat"));

@@ -8,6 +8,7 @@
 namespace volvelle {
 
 // Prints length, tempo, tracks, chords and warnings for a reader.
-void printInspection(const std::filesystem::path& file, const FileDescription& description, CommandOutput& output);
+void printInspection(const std::filesystem::path& file, const FileDescription& description,
+                     CommandOutput& output);
 
 } // namespace volvelle

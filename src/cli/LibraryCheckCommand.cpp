@@ -21,13 +21,16 @@ using NamedChord = std::pair<double, std::string>; // position in beats, short n
 class WarningSink : public ConsoleSink {
 public:
     WarningSink() : next(console().setSink(this)) {}
+
     ~WarningSink() override { console().setSink(next); }
+
     WarningSink(const WarningSink&) = delete;
     WarningSink& operator=(const WarningSink&) = delete;
 
     void write(std::string_view line) override
     {
-        if (line.starts_with("Warning:") || line.starts_with("MIDIChordPhrase: Warning: No chord detected.")) {
+        if (line.starts_with("Warning:") ||
+            line.starts_with("MIDIChordPhrase: Warning: No chord detected.")) {
             warnings.emplace_back(line);
         }
         if (next != nullptr) {
@@ -94,7 +97,8 @@ void checkChords(const MIDIChordPhrase& phrase, const std::string& place, std::v
     for (const auto& chord : phrase.chords) {
         found.emplace_back(chord->position, required(chord->nrule).shortName);
         if (chord->position >= MIDIPhrase::MAXBEATLENGTH) {
-            problems.push_back(concat(place, ": a chord begins at ", chord->position, ", the end of the phrase"));
+            problems.push_back(
+                concat(place, ": a chord begins at ", chord->position, ", the end of the phrase"));
         }
     }
     if (const auto named = chordsNamed(phrase); !named.empty() && named != found) {
@@ -149,8 +153,8 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
         output.result(problem);
     }
     if (!problems.empty()) {
-        return output.failure(concat(problems.size(), " problems in ", count, " phrases of '", root->string(),
-                                     "'."));
+        return output.failure(
+            concat(problems.size(), " problems in ", count, " phrases of '", root->string(), "'."));
     }
     output.remark(concat(count, " phrases are in order."));
     return exitDone;

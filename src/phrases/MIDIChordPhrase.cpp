@@ -78,7 +78,8 @@ void MIDIChordPhrase::buildChords()
     regenerateEvents();
 }
 
-void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding, const std::shared_ptr<PhraseEvent>& event)
+void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding,
+                                      const std::shared_ptr<PhraseEvent>& event)
 {
     const auto matches = chordRules().findMatches(sounding);
     if (matches.empty()) {
@@ -98,8 +99,8 @@ void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding, const st
     chord->position = quantizesEvents ? std::round(event->position * quantizePrecision) / quantizePrecision
                                       : event->position;
     chord->nrule = copyOf(*checkedAt(matches, index));
-    directPrint(concat("Following chord rule was detected: ", chord->nrule->longName, " at ", chord->position,
-                       "."));
+    directPrint(
+        concat("Following chord rule was detected: ", chord->nrule->longName, " at ", chord->position, "."));
     addChord(chord);
 }
 

@@ -10,8 +10,8 @@
 namespace volvelle {
 
 // The phrase track that understands harmony: it finds out which chord sounds at which position and plays the
-// chords found, laid out anew, in place of the notes that it loaded. The mixer's chord track is the master that
-// the other tracks follow. Made by make(). Used by one thread at a time, all objects together.
+// chords found, laid out anew, in place of the notes that it loaded. The mixer's chord track is the master
+// that the other tracks follow. Made by make(). Used by one thread at a time, all objects together.
 class MIDIChordPhrase : public MIDIPhrase {
 public:
     static std::shared_ptr<MIDIChordPhrase> make();
@@ -47,11 +47,12 @@ private:
     virtual void reduceChords();
 
 public:
-    // Rebuilds generatedEvents: one block chord for each chord, up to the next one. On a master track the events
-    // become the chord's notes; elsewhere the chord's notes give the durations.
+    // Rebuilds generatedEvents: one block chord for each chord, up to the next one. On a master track the
+    // events become the chord's notes; elsewhere the chord's notes give the durations.
     virtual void regenerateEvents();
 
-    // Rebuilds loadedEvents and generatedEvents from the chords' notes, the same objects, and renews the rules.
+    // Rebuilds loadedEvents and generatedEvents from the chords' notes, the same objects, and renews the
+    // rules.
     virtual void updateChordEvents();
 
     // Maps the chords of `track` onto the chords of this master track.

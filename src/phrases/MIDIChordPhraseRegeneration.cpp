@@ -59,8 +59,8 @@ void MIDIChordPhrase::regenerateEvents()
     }
 }
 
-void MIDIChordPhrase::keepChordNote(ChordEvent& chord, const std::shared_ptr<PhraseEvent>& note, std::size_t place,
-                                    const std::vector<double>& positions)
+void MIDIChordPhrase::keepChordNote(ChordEvent& chord, const std::shared_ptr<PhraseEvent>& note,
+                                    std::size_t place, const std::vector<double>& positions)
 {
     if (place + 1 >= positions.size()) {
         directPrint("Warning: The position is out of index.");

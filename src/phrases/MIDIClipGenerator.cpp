@@ -24,7 +24,7 @@ constexpr const char* drums = "/Phrases2/10 drums/";
 
 constexpr int polyRhythmChannel = 10;
 constexpr int polyMeterChannel = 14;
-constexpr int polyMeterSteps = 64;  // sixteenths
+constexpr int polyMeterSteps = 64;   // sixteenths
 constexpr double blockLength = 16.0; // beats of one arrangement in a long one
 
 using Resources = std::optional<fs::path>;
@@ -50,7 +50,8 @@ std::vector<std::string> entriesOf(const std::string& path)
 
 bool isMIDIFile(std::string name)
 {
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    std::ranges::transform(name, name.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return name.ends_with(".MID");
 }
 

@@ -9,8 +9,8 @@
 
 namespace volvelle {
 
-// Turns one request into one finished arrangement: picks a random phrase file for each track, lets the pitched
-// tracks follow the chord track, and mixes. The channels in use:
+// Turns one request into one finished arrangement: picks a random phrase file for each track, lets the
+// pitched tracks follow the chord track, and mixes. The channels in use:
 //
 //   0 chords (master)   1 chord phrase   2 melody   8 bass   9 drums   10 poly-rhythm   14 poly-meter
 //
@@ -28,16 +28,16 @@ public:
     // A new arrangement of sixteen beats with a new mixer. An empty one has no events, and reads no file.
     virtual std::shared_ptr<MIDISequence16> makeArrangement(bool empty = false);
 
-    // `count` arrangements one behind the other, each in a block of sixteen beats. The mixer then holds the whole
-    // sequence, its tracks the last block. A negative count is a fatal stop.
+    // `count` arrangements one behind the other, each in a block of sixteen beats. The mixer then holds the
+    // whole sequence, its tracks the last block. A negative count is a fatal stop.
     virtual std::shared_ptr<MIDISequence16> makeArrangementLong(int count);
 
-    // Replaces the phrase of one channel; -1 the whole arrangement, 0 the chords, which the others then follow.
-    // Only these two refresh the mix. Other channels change nothing; `instance` is not used.
+    // Replaces the phrase of one channel; -1 the whole arrangement, 0 the chords, which the others then
+    // follow. Only these two refresh the mix. Other channels change nothing; `instance` is not used.
     virtual void makePhrase(int channel, int instance);
 
-    // The events of a channel's track, -1 the mix; none for a channel that is not in use. The list is a copy, its
-    // events are the track's own.
+    // The events of a channel's track, -1 the mix; none for a channel that is not in use. The list is a copy,
+    // its events are the track's own.
     virtual PhraseEvents getPhrase(int channel);
 
     // The label of a channel; never fails.
@@ -61,13 +61,14 @@ public:
     // Changes refresh the mix.
     virtual void adjustPolyRhythmSteps(int channel, int instance, int number);
     virtual std::shared_ptr<PolyRhythmStepEvent> getPolyRhythmStep(int channel, int instance, int number);
-    virtual void setPolyRhythmStep(const std::shared_ptr<PolyRhythmStepEvent>& step, int channel, int instance,
-                                   int number);
+    virtual void setPolyRhythmStep(const std::shared_ptr<PolyRhythmStepEvent>& step, int channel,
+                                   int instance, int number);
 
     // Always empty.
     virtual std::vector<std::shared_ptr<RandomStepEvent>> getRandomSteps(int channel);
 
-    // Saves the arrangement as "Phrases/output/phraseMixer_NNN.mid" below the documents folder, which must exist.
+    // Saves the arrangement as "Phrases/output/phraseMixer_NNN.mid" below the documents folder, which must
+    // exist.
     void saveArrangement(MIDIPhraseMixer& phraseMixer, int number);
 
     // Does nothing.

@@ -56,7 +56,8 @@ std::shared_ptr<PolyMeterStepEvent> MIDIClipGenerator::getPolyMeterStep(int chan
     return channel == polyMeterChannel && holds(steps, number) ? checkedAt(steps, number) : nullptr;
 }
 
-void MIDIClipGenerator::setPolyMeterStep(const std::shared_ptr<PolyMeterStepEvent>& step, int channel, int number)
+void MIDIClipGenerator::setPolyMeterStep(const std::shared_ptr<PolyMeterStepEvent>& step, int channel,
+                                         int number)
 {
     auto& steps = mixer().polyMeter0->polyMetricStepGenerator->steps;
     if (channel != polyMeterChannel || !holds(steps, number)) {
@@ -67,7 +68,8 @@ void MIDIClipGenerator::setPolyMeterStep(const std::shared_ptr<PolyMeterStepEven
     rebuildPolyMeter();
 }
 
-std::vector<std::shared_ptr<PolyRhythmStepEvent>> MIDIClipGenerator::getPolyRhythmSteps(int channel, int instance)
+std::vector<std::shared_ptr<PolyRhythmStepEvent>> MIDIClipGenerator::getPolyRhythmSteps(int channel,
+                                                                                        int instance)
 {
     PolyRhythmicStepGenerator& generator = *mixer().polyRhythm0->polyRhythmicStepGenerator;
     return channel == polyRhythmChannel ? generator.getSteps(instance)
@@ -84,7 +86,8 @@ void MIDIClipGenerator::adjustPolyRhythmSteps(int channel, int instance, int num
     rebuildPolyRhythm();
 }
 
-std::shared_ptr<PolyRhythmStepEvent> MIDIClipGenerator::getPolyRhythmStep(int channel, int instance, int number)
+std::shared_ptr<PolyRhythmStepEvent> MIDIClipGenerator::getPolyRhythmStep(int channel, int instance,
+                                                                          int number)
 {
     const PolyRhythmicStepGenerator& generator = *mixer().polyRhythm0->polyRhythmicStepGenerator;
     if (channel != polyRhythmChannel || !isAllowedInstance(instance)) {

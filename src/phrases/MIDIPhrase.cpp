@@ -33,7 +33,8 @@ MIDIPhrase::MIDIPhrase()
     : polyMetricStepGenerator(std::make_shared<PolyMetricStepGenerator>()),
       polyRhythmicStepGenerator(std::make_shared<PolyRhythmicStepGenerator>()),
       randomStepGenerator(std::make_shared<RandomStepGenerator>())
-{}
+{
+}
 
 MIDIPhrase::~MIDIPhrase() = default;
 
@@ -123,8 +124,8 @@ void MIDIPhrase::foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event)
     if (!loadedEvents.empty()) {
         const PhraseEvent& last = *loadedEvents.back();
         if (last.position == found.position && last.number == found.number && last.channel == found.channel) {
-            directPrint(concat("Warning: Duplicated note event (", found.number, ") at position ", found.position,
-                               "."));
+            directPrint(concat("Warning: Duplicated note event (", found.number, ") at position ",
+                               found.position, "."));
             return;
         }
     }

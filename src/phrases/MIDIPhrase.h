@@ -18,7 +18,8 @@ namespace volvelle {
 class MIDIChordPhrase;
 
 // One track of an arrangement: a phrase of at most sixteen beats, read from a file or made of steps, and its
-// playable form. Listens to the sequence that it reads, and so is made by make(). Used by one thread at a time.
+// playable form. Listens to the sequence that it reads, and so is made by make(). Used by one thread at a
+// time.
 class MIDIPhrase : public SequenceFoundDelegate, public std::enable_shared_from_this<MIDIPhrase> {
 public:
     static std::shared_ptr<MIDIPhrase> make();
@@ -29,8 +30,8 @@ public:
     static constexpr int MAXBEATLENGTH = 16; // beats
 
     std::shared_ptr<MIDISequence16> sequence; // the last file read, null before
-    PhraseEvents loadedEvents;                // what the file held or the steps gave, or the quantized form of it
-    PhraseEvents generatedEvents;             // the playable form; other objects than those of loadedEvents
+    PhraseEvents loadedEvents;    // what the file held or the steps gave, or the quantized form of it
+    PhraseEvents generatedEvents; // the playable form; other objects than those of loadedEvents
     std::shared_ptr<PolyMetricStepGenerator> polyMetricStepGenerator;
     std::shared_ptr<PolyRhythmicStepGenerator> polyRhythmicStepGenerator;
     std::shared_ptr<RandomStepGenerator> randomStepGenerator;
@@ -59,8 +60,8 @@ public:
     // other events.
     virtual void quantizeEvents(double division = 4.0);
 
-    // Rebuilds generatedEvents: each loaded note moves up to the next free tone of the chord that sounds at its
-    // position. Notes before the first chord and at beat 16 or later are left out.
+    // Rebuilds generatedEvents: each loaded note moves up to the next free tone of the chord that sounds at
+    // its position. Notes before the first chord and at beat 16 or later are left out.
     virtual void transposeTrackNotes(MIDIChordPhrase& chordTrack);
 
 private:

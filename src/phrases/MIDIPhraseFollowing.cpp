@@ -40,7 +40,8 @@ void MIDIPhrase::transposeNotesToChord(MIDIChordPhrase& chordTrack, double from,
             if (++tried > numberOfKeys) {
                 fatalStop(endlessMessage);
             }
-            candidate = candidate >= numberOfKeys - 1 ? std::uint8_t{0} : static_cast<std::uint8_t>(candidate + 1);
+            candidate =
+                candidate >= numberOfKeys - 1 ? std::uint8_t{0} : static_cast<std::uint8_t>(candidate + 1);
         }
         const auto moved = std::make_shared<PhraseEvent>(*event);
         moved->id = id++;

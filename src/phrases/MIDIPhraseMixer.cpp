@@ -42,8 +42,12 @@ std::int64_t samples(double beats)
 } // namespace
 
 MIDIPhraseMixer::MIDIPhraseMixer()
-    : chordTrack(MIDIChordPhrase::make()), phraseTrack0(MIDIPhrase::make()), leadTrack0(MIDIPhrase::make()),
-      bassTrack0(MIDIPhrase::make()), drumTrack0(MIDIPhrase::make()), polyMeter0(MIDIPhrase::make()),
+    : chordTrack(MIDIChordPhrase::make()),
+      phraseTrack0(MIDIPhrase::make()),
+      leadTrack0(MIDIPhrase::make()),
+      bassTrack0(MIDIPhrase::make()),
+      drumTrack0(MIDIPhrase::make()),
+      polyMeter0(MIDIPhrase::make()),
       polyRhythm0(MIDIPhrase::make())
 {
     chordTrack->channel = 0;

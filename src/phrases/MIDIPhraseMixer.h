@@ -28,7 +28,7 @@ public:
     std::shared_ptr<MIDIPhrase> drumTrack0;
     std::shared_ptr<MIDIPhrase> polyMeter0;
     std::shared_ptr<MIDIPhrase> polyRhythm0;
-    std::array<bool, 16> activeState{}; // by channel; all but channel 10 at the start
+    std::array<bool, 16> activeState{};       // by channel; all but channel 10 at the start
     std::shared_ptr<MIDISequence16> sequence; // the last mix as a sequence, null before
     PhraseEvents mixedEvents;                 // the last mix; the tracks' own objects
 
@@ -48,8 +48,8 @@ public:
     // Saves the given sequence; nothing is mixed.
     virtual void save(MIDISequence16& sequence, const std::filesystem::path& url);
 
-    // Rebuilds mixedEvents: all events of the active tracks by position, and at one position in the order of the
-    // tracks above (the poly-rhythm before the poly-meter).
+    // Rebuilds mixedEvents: all events of the active tracks by position, and at one position in the order of
+    // the tracks above (the poly-rhythm before the poly-meter).
     virtual void mixChannels();
 
     // A new mix as realtime events at 24,000 samples to the beat, by sample time.

@@ -42,7 +42,8 @@ std::uint8_t noteNumber(std::string_view type)
 
 PolyMetricPass::PolyMetricPass(PolyMetricStepGenerator& steps, std::uint8_t noteChannel)
     : generator(steps), channel(noteChannel)
-{}
+{
+}
 
 PhraseEvents PolyMetricPass::run(int steps)
 {

@@ -12,8 +12,8 @@ class PolyMetricPass {
 public:
     PolyMetricPass(PolyMetricStepGenerator& generator, std::uint8_t channel);
 
-    // The notes of `steps` sixteenths; their ids are the places that they had beside their note-offs. A negative
-    // `steps` is a fatal stop.
+    // The notes of `steps` sixteenths; their ids are the places that they had beside their note-offs. A
+    // negative `steps` is a fatal stop.
     PhraseEvents run(int steps);
 
 private:

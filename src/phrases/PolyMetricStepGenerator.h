@@ -9,10 +9,11 @@ namespace volvelle {
 // One step of a poly-metric cycle.
 class PolyMeterStepEvent {
 public:
-    int index = -1;         // place in the cycle; -1 for a step that was added by hand
-    std::string type = "-"; // "-" ties, "#" rests, "0" plays the reference C, a signed number that many semitones off
-    int velocity = 0;       // 0 to 255
-    int octave = 0;         // -1 to 1; drawn and stored, nothing reads it
+    int index = -1; // place in the cycle; -1 for a step that was added by hand
+    std::string type =
+        "-"; // "-" ties, "#" rests, "0" plays the reference C, a signed number that many semitones off
+    int velocity = 0; // 0 to 255
+    int octave = 0;   // -1 to 1; drawn and stored, nothing reads it
 };
 
 // A short cycle of steps of a random length, which runs against the fixed grid of sixteenths.

@@ -39,8 +39,8 @@ public:
     // Draws all instances anew, in order.
     virtual void randomize();
 
-    // Draws one instance anew; nothing for an instance outside 0 to 7. Notes do not repeat within an instance,
-    // and three of four steps are silent.
+    // Draws one instance anew; nothing for an instance outside 0 to 7. Notes do not repeat within an
+    // instance, and three of four steps are silent.
     virtual void randomize(int instance);
 
     // The instance's steps; none for an instance outside 0 to 7.

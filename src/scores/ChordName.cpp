@@ -14,8 +14,9 @@ constexpr int numberOfTypes = EnumMIDIChords::NUMBEROFCHORDSINKEY;
 unsigned ChordName::tones() const
 {
     unsigned bits = 0;
-    for (const int interval : intervals)
+    for (const int interval : intervals) {
         bits |= 1u << ((root + interval) % 12);
+    }
     return bits;
 }
 
@@ -23,8 +24,9 @@ std::optional<ChordName> chordNamed(std::string_view name)
 {
     const std::size_t letters = name.size() > 1 && name[1] == '#' ? 2 : 1;
     const auto root = pitchClass(name.substr(0, letters));
-    if (!root)
+    if (!root) {
         return std::nullopt;
+    }
     for (int type = 0; type < numberOfTypes; ++type) {
         if (EnumMIDIChords::getShortName(type) == name.substr(letters)) {
             return ChordName{*root, EnumMIDIChords::getRule(type)};

@@ -17,20 +17,23 @@ constexpr std::array<std::string_view, 12> names = {"C",  "C#", "D",  "D#", "E",
 std::optional<int> pitchClass(std::string_view name)
 {
     const auto found = std::find(names.begin(), names.end(), name);
-    if (found == names.end())
+    if (found == names.end()) {
         return std::nullopt;
+    }
     return static_cast<int>(found - names.begin());
 }
 
 std::optional<int> pitchNumber(std::string_view name)
 {
     const auto digits = name.find_first_of("-0123456789");
-    if (digits == std::string_view::npos)
+    if (digits == std::string_view::npos) {
         return std::nullopt;
+    }
     const auto tone = pitchClass(name.substr(0, digits));
     const auto octave = wholeNumber(name.substr(digits), -2, 8);
-    if (!tone || !octave)
+    if (!tone || !octave) {
         return std::nullopt;
+    }
     const int number = (*octave + 2) * 12 + *tone;
     return number <= 127 ? std::optional(number) : std::nullopt;
 }

@@ -25,8 +25,9 @@ std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body
             bars.push_back({line.number, number, text});
         }
     }
-    if (bars.size() == Score::bars)
+    if (bars.size() == Score::bars) {
         return bars;
+    }
     error = "the body has " + std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4";
     return std::nullopt;
 }
@@ -35,9 +36,11 @@ std::optional<int> dynamicsLevel(std::string_view word)
 {
     constexpr std::array<std::pair<std::string_view, int>, 6> levels = {
         {{"pp", 40}, {"p", 52}, {"mp", 64}, {"mf", 76}, {"f", 88}, {"ff", 100}}};
-    for (const auto& [name, velocity] : levels)
-        if (name == word)
+    for (const auto& [name, velocity] : levels) {
+        if (name == word) {
             return velocity;
+        }
+    }
     return std::nullopt;
 }
 

@@ -14,7 +14,8 @@ constexpr int cellsMost = 16;
 
 // A chord that sounds until the next cell that is not ".".
 struct Sounding {
-    std::vector<int> numbers; // in the order of the chord's intervals, so that each note leads on to the chord
+    std::vector<int>
+        numbers;      // in the order of the chord's intervals, so that each note leads on to the chord
     double start = 0; // beats
     int velocity = 76;
 };
@@ -45,8 +46,9 @@ std::vector<int> closePosition(const ChordName& chord, int lowestTone, int from)
     const int bottom = from + (lowestTone - from % 12 + 12) % 12;
     std::vector<int> numbers;
     numbers.reserve(chord.intervals.size());
-    for (const int interval : chord.intervals)
+    for (const int interval : chord.intervals) {
         numbers.push_back(bottom + (chord.root + interval - lowestTone + 24) % 12);
+    }
     return numbers;
 }
 
@@ -90,8 +92,9 @@ bool ChordReader::readBar(const ScoreBar& bar, std::string& error)
 
 std::string ChordReader::readCell(std::string_view cell, int bar, double position)
 {
-    if (cell == ".")
+    if (cell == ".") {
         return sounding.numbers.empty() ? "there is no chord that could go on" : "";
+    }
     finish(position);
     return cell == "-" ? std::string() : readChord(takenApart(cell), bar, position);
 }
@@ -99,17 +102,21 @@ std::string ChordReader::readCell(std::string_view cell, int bar, double positio
 std::string ChordReader::readChord(const ChordCell& cell, int bar, double position)
 {
     const auto chord = chordNamed(cell.name);
-    if (!chord)
+    if (!chord) {
         return quoted(cell.name) + " is no chord name";
+    }
     const auto detected = chordDetected(chord->tones());
-    if (detected != cell.name)
+    if (detected != cell.name) {
         return std::string(cell.name) + " is found again as " + detected + ": write " + detected;
+    }
     const auto lowest = cell.lowest ? pitchClass(*cell.lowest) : chord->root;
-    if (!lowest || (chord->tones() & (1u << *lowest)) == 0)
+    if (!lowest || (chord->tones() & (1u << *lowest)) == 0) {
         return quoted(cell.lowest.value_or("")) + " is no tone of " + std::string(cell.name);
+    }
     const auto velocity = cell.velocity ? wholeNumber(*cell.velocity, 1, 127) : levelAt(bar, position);
-    if (!velocity)
+    if (!velocity) {
         return quoted(cell.velocity.value_or("")) + " is no velocity from 1 to 127";
+    }
     sounding = {closePosition(*chord, *lowest, settings.lowest), position, *velocity};
     score.chords.push_back({position, std::string(cell.name)});
     return {};
@@ -122,8 +129,9 @@ int ChordReader::levelAt(int bar, double position) const
     const auto last = settings.dynamics.size() - 1;
     const int level = settings.dynamics[std::min(static_cast<std::size_t>(bar - 1), last)];
     const double inBar = position - (bar - 1) * 4.0;
-    if (inBar == 0)
+    if (inBar == 0) {
         return level + onBar;
+    }
     return inBar == static_cast<int>(inBar) ? level : level + ahead;
 }
 
@@ -148,12 +156,15 @@ bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& setting
                 std::string& error)
 {
     const auto bars = fourBars(body, error);
-    if (!bars)
+    if (!bars) {
         return false;
+    }
     ChordReader reader(settings, score);
-    for (const auto& bar : *bars)
-        if (!reader.readBar(bar, error))
+    for (const auto& bar : *bars) {
+        if (!reader.readBar(bar, error)) {
             return false;
+        }
+    }
     reader.finish(Score::beats);
     return true;
 }

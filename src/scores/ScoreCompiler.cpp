@@ -25,12 +25,14 @@ bool compile(const fs::path& in, const fs::path& out, ScoreKind kind, bool& chan
     }
     const auto score = parseScore(std::string(words.begin(), words.end()), kind, error);
     const auto phrase = score ? scoreToMIDI(*score, error) : std::nullopt;
-    if (!phrase)
+    if (!phrase) {
         return false;
+    }
     Bytes standing;
     changed = readFile(out, standing) != noErr || standing != *phrase;
-    if (!changed || replaceFile(out, *phrase, true) == noErr)
+    if (!changed || replaceFile(out, *phrase, true) == noErr) {
         return true;
+    }
     error = concat(out.filename().string(), " cannot be written");
     return false;
 }
@@ -39,11 +41,15 @@ std::vector<fs::path> scoresIn(const fs::path& folder, std::string& error)
 {
     std::vector<fs::path> paths;
     std::error_code status;
-    for (fs::directory_iterator entry(folder, status), end; !status && entry != end; entry.increment(status))
-        if (entry->path().extension() == ".score")
+    for (fs::directory_iterator entry(folder, status), end; !status && entry != end;
+         entry.increment(status)) {
+        if (entry->path().extension() == ".score") {
             paths.push_back(entry->path());
-    if (status)
+        }
+    }
+    if (status) {
         error = "the folder cannot be read";
+    }
     std::ranges::sort(paths, {}, [](const fs::path& path) { return path.filename().string(); });
     return paths;
 }
@@ -58,8 +64,9 @@ std::optional<int> phraseNumber(const std::string& name)
 {
     constexpr std::size_t mostDigits = 6;
     const auto digits = std::min(name.find_first_not_of("0123456789"), name.size());
-    if (digits == 0 || digits > mostDigits || name.substr(digits) != ".mid")
+    if (digits == 0 || digits > mostDigits || name.substr(digits) != ".mid") {
         return std::nullopt;
+    }
     const int number = std::stoi(name.substr(0, digits));
     return phraseName(number) == name ? std::optional(number) : std::nullopt;
 }
@@ -68,9 +75,12 @@ int removeBeyond(const fs::path& folder, int last)
 {
     std::vector<fs::path> beyond;
     std::error_code status;
-    for (fs::directory_iterator entry(folder, status), end; !status && entry != end; entry.increment(status))
-        if (phraseNumber(entry->path().filename().string()).value_or(last) > last)
+    for (fs::directory_iterator entry(folder, status), end; !status && entry != end;
+         entry.increment(status)) {
+        if (phraseNumber(entry->path().filename().string()).value_or(last) > last) {
             beyond.push_back(entry->path());
+        }
+    }
     return static_cast<int>(std::ranges::count_if(beyond, [](const fs::path& path) {
         std::error_code ignored;
         return fs::remove(path, ignored);
@@ -112,10 +122,11 @@ bool compileLibrary(const fs::path& scores, const fs::path& out, LibraryReport& 
         const auto to = out / phraseFolder(kind);
         std::error_code status;
         fs::create_directories(to, status);
-        if (status)
+        if (status) {
             report.errors.push_back(concat(phraseFolder(kind), ": the folder cannot be made"));
-        else
+        } else {
             compileFolder(scores / scoreFolder(kind), to, kind, report);
+        }
     }
     return report.errors.empty();
 }

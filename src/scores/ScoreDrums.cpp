@@ -24,8 +24,9 @@ bool readDrumBar(const ScoreBar& bar, int key, Score& score, std::string& error)
     }
     for (int cell = 0; cell < cellsInBar; ++cell) {
         const char hit = bar.text[static_cast<std::size_t>(cell)];
-        if (hit == '.')
+        if (hit == '.') {
             continue;
+        }
         if (hit < '1' || hit > '9') {
             error = atBar(bar.line, bar.number) + "a drum cell is \".\" or 1 to 9, not " + quoted({&hit, 1});
             return false;
@@ -55,9 +56,12 @@ bool readDrumRow(const ScoreLine& line, Score& score, std::string& error)
         error = atLine(line.number) + "a row of drums has 4 bars, not " + std::to_string(bars->size());
         return false;
     }
-    for (int bar = 0; bar < Score::bars; ++bar)
-        if (!readDrumBar({line.number, bar + 1, (*bars)[static_cast<std::size_t>(bar)]}, *key, score, error))
+    for (int bar = 0; bar < Score::bars; ++bar) {
+        if (!readDrumBar({line.number, bar + 1, (*bars)[static_cast<std::size_t>(bar)]}, *key, score,
+                         error)) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -65,9 +69,11 @@ bool readDrumRow(const ScoreLine& line, Score& score, std::string& error)
 
 bool readDrums(const std::vector<ScoreLine>& body, Score& score, std::string& error)
 {
-    for (const auto& line : body)
-        if (!readDrumRow(line, score, error))
+    for (const auto& line : body) {
+        if (!readDrumRow(line, score, error)) {
             return false;
+        }
+    }
     if (body.empty()) {
         error = "the body has no row of drums";
         return false;

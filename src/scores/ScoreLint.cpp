@@ -51,8 +51,9 @@ std::string spelled(const Score& score, int number)
 Together byPosition(const Score& score)
 {
     Together together;
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         together[note.position].push_back(&note);
+    }
     return together;
 }
 
@@ -60,9 +61,10 @@ void lintCount(const Score& score, const Bounds& bound, Faults& faults)
 {
     const bool pattern = score.kind == ScoreKind::chordPattern;
     const int count = static_cast<int>(pattern ? score.chords.size() : score.notes.size());
-    if (count < bound.least || count > bound.most)
+    if (count < bound.least || count > bound.most) {
         faults.push_back(concat(bound.what, " has ", bound.least, " to ", bound.most,
                                 pattern ? " chords, not " : " notes, not ", count));
+    }
 }
 
 void lintNote(const Score& score, const Bounds& bound, const ScoreNote& note, Faults& faults)
@@ -72,25 +74,31 @@ void lintNote(const Score& score, const Bounds& bound, const ScoreNote& note, Fa
         faults.push_back(concat("a note begins at beat ", note.position, ", outside 0 to 16"));
         return;
     }
-    if (note.position + note.duration > Score::beats)
+    if (note.position + note.duration > Score::beats) {
         faults.push_back(concat(bar, "a note ends behind beat 16"));
-    if (note.duration < Score::sixteenth - Score::gap)
+    }
+    if (note.duration < Score::sixteenth - Score::gap) {
         faults.push_back(concat(bar, "a note is shorter than a sixteenth"));
-    if (note.number < bound.lowest || note.number > bound.highest)
+    }
+    if (note.number < bound.lowest || note.number > bound.highest) {
         faults.push_back(concat(bar, spelled(score, note.number), " lies outside ",
                                 spelled(score, bound.lowest), " to ", spelled(score, bound.highest)));
-    if (note.velocity < softest || note.velocity > loudest)
+    }
+    if (note.velocity < softest || note.velocity > loudest) {
         faults.push_back(
             concat(bar, "the velocity ", note.velocity, " lies outside ", softest, " to ", loudest));
+    }
 }
 
 void lintVelocities(const Score& score, Faults& faults)
 {
     std::set<int> velocities;
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         velocities.insert(note.velocity);
-    if (!score.machine && velocities.size() < leastVelocities)
+    }
+    if (!score.machine && velocities.size() < leastVelocities) {
         faults.push_back(concat("a played phrase has at least 6 velocities, not ", velocities.size()));
+    }
 }
 
 void lintOverlaps(const Score& score, Faults& faults)
@@ -98,9 +106,10 @@ void lintOverlaps(const Score& score, Faults& faults)
     std::map<int, double> soundsTo;
     for (const auto& note : score.notes) {
         const auto [entry, first] = soundsTo.try_emplace(note.number, 0);
-        if (!first && note.position < entry->second)
+        if (!first && note.position < entry->second) {
             faults.push_back(
                 concat(inBar(note.position), spelled(score, note.number), " is struck while it sounds"));
+        }
         entry->second = std::max(entry->second, note.position + note.duration);
     }
 }
@@ -112,18 +121,22 @@ void lintVoices(const Score& score, const Bounds& bound, Faults& faults)
     constexpr int leastStep = 3;
     for (const auto& [position, notes] : byPosition(score)) {
         std::set<int> numbers;
-        for (const auto* note : notes)
+        for (const auto* note : notes) {
             numbers.insert(note->number);
+        }
         const bool wide = *numbers.rbegin() - *numbers.begin() >= wideSpan;
         const bool comping = score.kind == ScoreKind::chords;
         const auto most = comping && !wide ? closeVoices : bound.voices;
-        if (numbers.size() > most)
+        if (numbers.size() > most) {
             faults.push_back(concat(inBar(position), numbers.size(), " voices at beat ", position,
                                     " are more than ", most));
-        for (auto voice = numbers.begin(); comping && std::next(voice) != numbers.end(); ++voice)
-            if (*std::next(voice) - *voice < leastStep)
+        }
+        for (auto voice = numbers.begin(); comping && std::next(voice) != numbers.end(); ++voice) {
+            if (*std::next(voice) - *voice < leastStep) {
                 faults.push_back(concat(inBar(position), pitchName(*voice), " and ",
                                         pitchName(*std::next(voice)), " stand closer than 3 semitones"));
+            }
+        }
     }
 }
 
@@ -141,11 +154,13 @@ void lintLimbs(const Score& score, Faults& faults)
         const auto hands =
             std::ranges::count_if(notes, [](auto* note) { return isHandPercussion(note->number); });
         const auto kit = std::ssize(notes) - hands;
-        if (kit > kitAtOnce)
+        if (kit > kitAtOnce) {
             faults.push_back(
                 concat(inBar(position), kit, " drums of the kit at beat ", position, ", at most 3"));
-        if (hands > handsAtOnce)
+        }
+        if (hands > handsAtOnce) {
             faults.push_back(concat(inBar(position), hands, " hand drums at beat ", position, ", at most 2"));
+        }
     }
 }
 
@@ -156,15 +171,18 @@ void lintBreath(const Score& score, Faults& faults)
         double silentFrom = start;
         double longest = 0;
         for (const auto& note : score.notes) {
-            if (note.position >= start && note.position < start + half)
+            if (note.position >= start && note.position < start + half) {
                 longest = std::max(longest, note.position - silentFrom);
-            if (note.position < start + half)
+            }
+            if (note.position < start + half) {
                 silentFrom = std::max(silentFrom, note.position + note.duration);
+            }
         }
         longest = std::max(longest, start + half - silentFrom);
-        if (longest < breath)
+        if (longest < breath) {
             faults.push_back(
                 concat(start == 0 ? "bars 1 and 2" : "bars 3 and 4", " hold no breath of a beat"));
+        }
     }
 }
 
@@ -173,12 +191,15 @@ void lintChords(const Score& score, Faults& faults)
     for (std::size_t i = 0; i + 1 < score.chords.size(); ++i) {
         const auto& chord = score.chords[i];
         const auto& next = score.chords[i + 1];
-        if (chord.name == next.name)
+        if (chord.name == next.name) {
             faults.push_back(concat(inBar(next.position), next.name, " stands twice in a row"));
-        for (const auto& note : score.notes)
-            if (note.position == chord.position && note.position + note.duration >= next.position)
+        }
+        for (const auto& note : score.notes) {
+            if (note.position == chord.position && note.position + note.duration >= next.position) {
                 faults.push_back(
                     concat(inBar(chord.position), chord.name, " does not end before ", next.name));
+            }
+        }
     }
 }
 
@@ -189,16 +210,19 @@ std::vector<std::string> lintScore(const Score& score)
     const auto& bound = bounds[static_cast<std::size_t>(score.kind)];
     Faults faults;
     lintCount(score, bound, faults);
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         lintNote(score, bound, note, faults);
+    }
     lintVelocities(score, faults);
     lintOverlaps(score, faults);
-    if (score.kind == ScoreKind::drums)
+    if (score.kind == ScoreKind::drums) {
         lintLimbs(score, faults);
-    else
+    } else {
         lintVoices(score, bound, faults);
-    if (score.kind == ScoreKind::lead)
+    }
+    if (score.kind == ScoreKind::lead) {
         lintBreath(score, faults);
+    }
     lintChords(score, faults);
     return faults;
 }

@@ -59,22 +59,24 @@ std::optional<Touch> touchOf(std::string_view marks)
             touch.velocity = wholeNumber(marks, 1, 127);
             return touch.velocity ? std::optional(touch) : std::nullopt;
         }
-        if (mark == '\'' && !touch.staccato)
+        if (mark == '\'' && !touch.staccato) {
             touch.staccato = true;
-        else if (mark == '>' && touch.raise == 0)
+        } else if (mark == '>' && touch.raise == 0) {
             touch.raise = accentRaise;
-        else if (mark == '_' && touch.raise == 0)
+        } else if (mark == '_' && touch.raise == 0) {
             touch.raise = -ghostDrop;
-        else
+        } else {
             return std::nullopt;
+        }
     }
     return touch;
 }
 
 int velocityOf(const Touch& touch, int level)
 {
-    if (touch.velocity)
+    if (touch.velocity) {
         return *touch.velocity;
+    }
     return std::clamp(level + touch.raise, touch.raise < 0 ? leastGhost : 1, 127);
 }
 
@@ -90,8 +92,9 @@ bool NoteReader::readBar(const ScoreBar& bar, std::string& error)
         }
         first = first && at == start;
     }
-    if (at - start == sixteenthsInBar)
+    if (at - start == sixteenthsInBar) {
         return true;
+    }
     error = atBar(bar.line, bar.number) + "the cells add up to " + std::to_string(at - start) +
             " sixteenths, not 16";
     return false;
@@ -104,26 +107,32 @@ std::string NoteReader::readCell(std::string_view cell, bool firstOfBar)
         return {};
     }
     const auto colon = cell.find(':');
-    if (colon == std::string_view::npos)
+    if (colon == std::string_view::npos) {
         return quoted(cell) + std::string(cellForm);
+    }
     const auto behind = cell.substr(colon + 1);
     const auto digits = std::min(behind.find_first_not_of("0123456789"), behind.size());
     const auto length = wholeNumber(behind.substr(0, digits), 1, sixteenthsInBar);
-    if (!length)
+    if (!length) {
         return quoted(cell) + " has no length from 1 to 16";
-    if (cell.starts_with("~:"))
+    }
+    if (cell.starts_with("~:")) {
         return readTie(*length, behind.substr(digits), firstOfBar);
+    }
     return readStruck(cell.substr(0, colon), *length, behind.substr(digits));
 }
 
 std::string NoteReader::readTie(int length, std::string_view behind, bool firstOfBar)
 {
-    if (!firstOfBar)
+    if (!firstOfBar) {
         return "a tie stands as the first cell of a bar";
-    if (struck.numbers.empty())
+    }
+    if (struck.numbers.empty()) {
         return "there is no note to lengthen";
-    if (!behind.empty())
+    }
+    if (!behind.empty()) {
         return "a tie has nothing behind its length";
+    }
     struck.length += length;
     at += length;
     return {};
@@ -133,17 +142,20 @@ std::string NoteReader::readStruck(std::string_view head, int length, std::strin
 {
     const bool rest = head == "r";
     const auto touch = touchOf(behind);
-    if (!touch || (rest && !behind.empty()))
+    if (!touch || (rest && !behind.empty())) {
         return quoted(behind) + " cannot stand behind a length";
+    }
     Struck next{{}, at, length, velocityOf(*touch, level), touch->staccato};
     const bool several = head.size() > 2 && head.front() == '[' && head.back() == ']';
     const auto names = several ? scoreCells(head.substr(1, head.size() - 2)) : std::vector{head};
-    if (names.empty())
+    if (names.empty()) {
         return quoted(head) + " holds no pitch";
+    }
     for (std::size_t i = 0; !rest && i < names.size(); ++i) {
         const auto number = pitchNumber(names[i]);
-        if (!number)
+        if (!number) {
             return quoted(names[i]) + " is no pitch from C-2 to G8";
+        }
         next.numbers.push_back(*number);
     }
     finish();
@@ -156,10 +168,11 @@ void NoteReader::finish()
 {
     const double whole = struck.length * Score::sixteenth;
     const double sounding = struck.staccato ? std::max(whole / 2, Score::sixteenth) : whole;
-    for (const int number : struck.numbers)
+    for (const int number : struck.numbers) {
         score.notes.push_back({struck.start * Score::sixteenth, sounding - Score::gap,
                                static_cast<std::uint8_t>(number),
                                static_cast<std::uint8_t>(struck.velocity)});
+    }
     struck = {};
 }
 
@@ -168,12 +181,15 @@ void NoteReader::finish()
 bool readNotes(const std::vector<ScoreLine>& body, Score& score, std::string& error)
 {
     const auto bars = fourBars(body, error);
-    if (!bars)
+    if (!bars) {
         return false;
+    }
     NoteReader reader(score);
-    for (const auto& bar : *bars)
-        if (!reader.readBar(bar, error))
+    for (const auto& bar : *bars) {
+        if (!reader.readBar(bar, error)) {
             return false;
+        }
+    }
     reader.finish();
     return true;
 }

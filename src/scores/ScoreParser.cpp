@@ -35,36 +35,39 @@ bool HeaderReader::read(const ScoreLine& line, std::string& error)
     const auto value =
         colon == std::string_view::npos ? std::string_view() : trimmed(line.text.substr(colon + 1));
     std::string fault;
-    if (colon == std::string_view::npos || key.empty())
+    if (colon == std::string_view::npos || key.empty()) {
         fault = "a header line reads \"key: value\"";
-    else if (value.empty())
+    } else if (value.empty()) {
         fault = quoted(key) + " has no value";
-    else if (!seen.emplace(key).second)
+    } else if (!seen.emplace(key).second) {
         fault = quoted(key) + " stands twice";
-    else
+    } else {
         fault = take(key, value);
-    if (!fault.empty())
+    }
+    if (!fault.empty()) {
         error = atLine(line.number) + fault;
+    }
     return fault.empty();
 }
 
 std::string HeaderReader::take(std::string_view key, std::string_view value)
 {
     const bool pattern = score.kind == ScoreKind::chordPattern;
-    if (key == "title")
+    if (key == "title") {
         score.title = value;
-    else if (key == "style")
+    } else if (key == "style") {
         score.style = value;
-    else if (key == "machine" && value == "yes")
+    } else if (key == "machine" && value == "yes") {
         score.machine = true;
-    else if (key == "machine")
+    } else if (key == "machine") {
         return "\"machine\" is \"yes\" or left out";
-    else if (key == "from" && pattern)
+    } else if (key == "from" && pattern) {
         return takeLowest(value);
-    else if (key == "dynamics" && pattern)
+    } else if (key == "dynamics" && pattern) {
         return takeDynamics(value);
-    else
+    } else {
         return "the key " + quoted(key) + " is not known here";
+    }
     return {};
 }
 
@@ -73,8 +76,9 @@ std::string HeaderReader::takeDynamics(std::string_view value)
     settings.dynamics.clear();
     for (const auto word : scoreCells(value)) {
         const auto level = dynamicsLevel(word);
-        if (!level)
+        if (!level) {
             return quoted(word) + " is no level: pp p mp mf f ff";
+        }
         settings.dynamics.push_back(*level);
     }
     return settings.dynamics.size() > Score::bars ? "\"dynamics\" has one level for each of 4 bars at most"
@@ -85,8 +89,9 @@ std::string HeaderReader::takeLowest(std::string_view value)
 {
     constexpr int most = 104;
     const auto number = pitchNumber(value);
-    if (!number || *number > most)
+    if (!number || *number > most) {
         return quoted(value) + " is no pitch from C-2 to G#6";
+    }
     settings.lowest = *number;
     return {};
 }
@@ -124,20 +129,23 @@ std::optional<Score> parseScore(std::string_view text, ScoreKind kind, std::stri
     HeaderReader header(score, settings);
     const auto lines = scoreLines(text);
     auto line = lines.begin();
-    for (; line != lines.end() && !opensBody(line->text); ++line)
-        if (!header.read(*line, error))
+    for (; line != lines.end() && !opensBody(line->text); ++line) {
+        if (!header.read(*line, error)) {
             return std::nullopt;
-    if (line == lines.end())
+        }
+    }
+    if (line == lines.end()) {
         error = "the body is missing: there is no line \"" + bodyLine(kind) + "\"";
-    else if (line->text != bodyLine(kind))
+    } else if (line->text != bodyLine(kind)) {
         error = atLine(line->number) + "the body opens with \"" + bodyLine(kind) + "\", not " +
                 quoted(line->text);
-    else if (score.title.empty())
+    } else if (score.title.empty()) {
         error = "the title is missing";
-    else if (score.style.empty())
+    } else if (score.style.empty()) {
         error = "the style is missing";
-    else if (readBody({line + 1, lines.end()}, settings, score, error))
+    } else if (readBody({line + 1, lines.end()}, settings, score, error)) {
         return score;
+    }
     return std::nullopt;
 }
 

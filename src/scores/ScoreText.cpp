@@ -18,22 +18,25 @@ bool isBlank(char c)
 std::string_view trimmed(std::string_view text)
 {
     const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 std::vector<ScoreLine> scoreLines(std::string_view text)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
+    if (text.starts_with(byteOrderMark)) {
         text.remove_prefix(byteOrderMark.size());
+    }
     std::vector<ScoreLine> lines;
     for (int number = 1; !text.empty(); ++number) {
         const auto end = text.find('\n');
         const auto line = trimmed(text.substr(0, end));
-        if (!line.empty() && line.front() != ';')
+        if (!line.empty() && line.front() != ';') {
             lines.push_back({number, line});
+        }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
@@ -51,10 +54,12 @@ std::vector<std::string_view> scoreCells(std::string_view text)
         const auto start = at;
         bool bracketed = false;
         for (; at < text.size() && (bracketed || !isBlank(text[at])); ++at) {
-            if (text[at] == '[')
+            if (text[at] == '[') {
                 bracketed = true;
-            if (text[at] == ']')
+            }
+            if (text[at] == ']') {
                 bracketed = false;
+            }
         }
         cells.push_back(text.substr(start, at - start));
     }
@@ -63,8 +68,9 @@ std::vector<std::string_view> scoreCells(std::string_view text)
 
 std::optional<std::vector<std::string_view>> scoreBars(std::string_view line)
 {
-    if (line.size() < 2 || line.front() != '|' || line.back() != '|')
+    if (line.size() < 2 || line.front() != '|' || line.back() != '|') {
         return std::nullopt;
+    }
     std::vector<std::string_view> bars;
     line.remove_prefix(1);
     while (!line.empty()) {
@@ -79,10 +85,12 @@ std::optional<int> wholeNumber(std::string_view text, int least, int most)
 {
     int value = 0;
     const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (status != std::errc() || end != text.data() + text.size())
+    if (status != std::errc() || end != text.data() + text.size()) {
         return std::nullopt;
-    if (value < least || value > most)
+    }
+    if (value < least || value > most) {
         return std::nullopt;
+    }
     return value;
 }
 

@@ -40,15 +40,19 @@ OSStatus addNote(const MusicTrack& track, const ScoreNote& note, int channel)
 OSStatus fill(const MusicTrack& track, const Score& score)
 {
     OSStatus status = addText(track, 0, trackNameMeta, score.title);
-    if (status == noErr)
+    if (status == noErr) {
         status = addText(track, 0, textMeta, "style: " + score.style);
-    for (std::size_t i = 0; status == noErr && i < score.chords.size(); ++i)
+    }
+    for (std::size_t i = 0; status == noErr && i < score.chords.size(); ++i) {
         status = addText(track, score.chords[i].position, textMeta, "chord: " + score.chords[i].name);
-    for (std::size_t i = 0; status == noErr && i < score.notes.size(); ++i)
+    }
+    for (std::size_t i = 0; status == noErr && i < score.notes.size(); ++i) {
         status = addNote(track, score.notes[i], scoreChannel(score.kind));
+    }
     const double length = Score::beats;
-    if (status == noErr)
+    if (status == noErr) {
         status = MusicTrackSetProperty(track, kSequenceTrackProperty_TrackLength, &length, sizeof(length));
+    }
     return status;
 }
 
@@ -60,14 +64,18 @@ std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::st
     MusicTrack track;
     std::vector<std::uint8_t> data;
     OSStatus status = NewMusicSequence(sequence);
-    if (status == noErr)
+    if (status == noErr) {
         status = MusicSequenceNewTrack(sequence, track);
-    if (status == noErr)
+    }
+    if (status == noErr) {
         status = fill(track, score);
-    if (status == noErr)
+    }
+    if (status == noErr) {
         status = writeStandardMIDIFile(sequence, SMFFormat::SingleTrack, ticksInBeat, data);
-    if (status == noErr)
+    }
+    if (status == noErr) {
         return data;
+    }
     error = concat("the phrase cannot be written as MIDI: status ", status);
     return std::nullopt;
 }

@@ -62,7 +62,8 @@ void MIDISequence::create(std::uint16_t numberOfTracks)
     for (std::uint16_t i = 0; i < numberOfTracks; ++i) {
         MusicTrack track;
         if (const OSStatus status = MusicSequenceNewTrack(musicSequence, track); status != noErr) {
-            logLine("MIDISequence::Fehler: Die Spuren für die Aufnahme konnten nicht erzeugt werden. : ", status);
+            logLine("MIDISequence::Fehler: Die Spuren für die Aufnahme konnten nicht erzeugt werden. : ",
+                    status);
             checkStatus(status);
             return;
         }

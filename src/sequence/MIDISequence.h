@@ -18,10 +18,10 @@ namespace volvelle {
 
 // One music sequence of the service and one tree of nodes, and the ways between the two.
 //
-// Positions, lengths and durations are beats. A failed call of the service is logged, and the operation yields
-// a default or goes on with what it has; nothing is undone. An absent value where one is promised is a fatal
-// stop. Held by std::shared_ptr, since queued calls of the listener keep the sequence alive. All calls on one
-// object follow one another on one thread.
+// Positions, lengths and durations are beats. A failed call of the service is logged, and the operation
+// yields a default or goes on with what it has; nothing is undone. An absent value where one is promised is a
+// fatal stop. Held by std::shared_ptr, since queued calls of the listener keep the sequence alive. All calls
+// on one object follow one another on one thread.
 class MIDISequence : public std::enable_shared_from_this<MIDISequence> {
 public:
     // Which track plays which channel.
@@ -50,7 +50,8 @@ public:
 
     // MARK: Life cycle and access
 
-    // A new music sequence and a new tree; the old sequence's share is given up. On failure the old tree stays.
+    // A new music sequence and a new tree; the old sequence's share is given up. On failure the old tree
+    // stays.
     virtual void create(std::uint16_t numberOfTracks = 1);
     virtual MusicTrack createTrack(); // null on failure
     virtual void deleteTrack(const MusicTrack& track);
@@ -103,8 +104,8 @@ public:
     // writes it into the music track whose index is the node's channel and queues the listener's call on the
     // main thread. System and meta events have channel 0. A node stays in the tree though its writing fails.
 
-    virtual void createNoteEvent(double position, std::uint8_t channel, std::uint8_t note, std::uint8_t velocity,
-                                 std::uint8_t releaseVelocity, float duration);
+    virtual void createNoteEvent(double position, std::uint8_t channel, std::uint8_t note,
+                                 std::uint8_t velocity, std::uint8_t releaseVelocity, float duration);
     virtual void createNoteMessage(const std::shared_ptr<MidiNoteEvent>& event);
     virtual void createPolyphonicPressureEvent(double position, std::uint8_t channel, std::uint8_t number,
                                                std::uint8_t value);
@@ -116,10 +117,12 @@ public:
     virtual void createProgramChangeMessage(const std::shared_ptr<MidiProgramChangeEvent>& event);
     virtual void createAfterTouchEvent(double position, std::uint8_t channel, std::uint8_t value);
     virtual void createAfterTouchMessage(const std::shared_ptr<MidiChannelPressureEvent>& event);
-    virtual void createPitchWheelEvent(double position, std::uint8_t channel, std::uint8_t msb, std::uint8_t lsb);
+    virtual void createPitchWheelEvent(double position, std::uint8_t channel, std::uint8_t msb,
+                                       std::uint8_t lsb);
     virtual void createPitchWheelMessage(const std::shared_ptr<MidiPitchBendEvent>& event);
     // `length` is taken and not used: the bytes count.
-    virtual void createSysExEvent(double position, std::uint16_t length, const std::vector<std::uint8_t>& data);
+    virtual void createSysExEvent(double position, std::uint16_t length,
+                                  const std::vector<std::uint8_t>& data);
     virtual void createSysExMessage(const std::shared_ptr<SystemExclusiveEvent>& event);
     virtual void createSystemTimeCodeEvent(double position, std::uint8_t value);
     virtual void createSystemTimeCodeMessage(const std::shared_ptr<SystemTimeCodeEvent>& event);
@@ -175,8 +178,9 @@ public:
     virtual void createMetaSMTPOffsetEvent(double position, std::uint8_t hours, std::uint8_t minutes,
                                            std::uint8_t seconds, std::uint8_t frames, std::uint8_t fract);
     virtual void createMetaSMTPOffsetMessage(const std::shared_ptr<MetaSMTPOffsetEvent>& event);
-    virtual void createMetaTimeSignatureEvent(double position, std::uint8_t numerator, std::uint8_t denumerator,
-                                              std::uint8_t _8th, std::uint8_t _32nd);
+    virtual void createMetaTimeSignatureEvent(double position, std::uint8_t numerator,
+                                              std::uint8_t denumerator, std::uint8_t _8th,
+                                              std::uint8_t _32nd);
     virtual void createMetaTimeSignatureMessage(const std::shared_ptr<MetaTimeSignatureEvent>& event);
     virtual void createMetaKeySignatureEvent(double position, std::uint8_t sf, std::uint8_t mi);
     virtual void createMetaKeySignatureMessage(const std::shared_ptr<MetaKeySignatureEvent>& event);
@@ -200,7 +204,8 @@ public:
     virtual void eventsToMusicTrack(const std::shared_ptr<EventNode>& event, const MusicTrack& track,
                                     double offset = 0.0);
     virtual void sequenceNodeToMusicSequence();
-    virtual void trackNodeToMusicTrack(const std::shared_ptr<TrackNode>& trackNode, const MusicTrack& musicTrack);
+    virtual void trackNodeToMusicTrack(const std::shared_ptr<TrackNode>& trackNode,
+                                       const MusicTrack& musicTrack);
     virtual void trackNodeToMusicSequence(const std::shared_ptr<TrackNode>& trackNode);
     virtual void patternNodeToMusicTrack(const std::shared_ptr<PatternNode>& patternNode,
                                          const MusicTrack& musicTrack);
@@ -238,7 +243,8 @@ public:
     // else the order of the tree. Nodes that have no realtime form give a record of three zeros.
 
     // With the tempo events; each element's id is its index.
-    virtual std::vector<std::shared_ptr<AUMIDIEventEx>> nodesToAUMIDIEvent(double samplerate, std::uint8_t cable);
+    virtual std::vector<std::shared_ptr<AUMIDIEventEx>> nodesToAUMIDIEvent(double samplerate,
+                                                                           std::uint8_t cable);
     // Plain records of at most three bytes each, without the tempo events.
     virtual std::vector<AUMIDIEvent> nodesToAUMIDIEvent(double samplerate);
 

@@ -77,7 +77,8 @@ std::vector<MIDISequence16::TimedMIDIEvent> MIDISequence16::getTrackEvents(const
         case WalkFailure::askNext:
             return report("Warnung", status, "Es konnte keine Folge Event ermittelt weren..");
         case WalkFailure::step:
-            return report("Warnung", status, "Das Folge Event konnte nicht abgerufen werden (Ende der Spur?).");
+            return report("Warnung", status,
+                          "Das Folge Event konnte nicht abgerufen werden (Ende der Spur?).");
         }
     };
     std::vector<TimedMIDIEvent> events;

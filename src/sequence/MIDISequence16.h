@@ -12,9 +12,9 @@ namespace volvelle {
 class MIDISequence16 : public MIDISequence {
 public:
     // A copy of an event's record; of a record of variable length the head with its first byte.
-    using EventRecord = std::variant<std::monostate, ExtendedNoteOnEvent, ExtendedTempoEvent, MusicEventUserData,
-                                     MIDIMetaEvent, MIDINoteMessage, MIDIChannelMessage, MIDIRawData,
-                                     ParameterEvent>;
+    using EventRecord =
+        std::variant<std::monostate, ExtendedNoteOnEvent, ExtendedTempoEvent, MusicEventUserData,
+                     MIDIMetaEvent, MIDINoteMessage, MIDIChannelMessage, MIDIRawData, ParameterEvent>;
 
     // One event of a track as the service holds it.
     struct TimedMIDIEvent {

@@ -84,7 +84,8 @@ void Flattening::addMeta(const MetaEvent& meta)
 void Flattening::addUserData(const UserEvent& user)
 {
     const bool exclusive = dynamic_cast<const SystemExclusiveEvent*>(&user) != nullptr;
-    logLine(exclusive ? " S Y S E X" : " U S E R E V E N T", " : length = ", user.length, " : ", user.toHex());
+    logLine(exclusive ? " S Y S E X" : " U S E R E V E N T", " : length = ", user.length, " : ",
+            user.toHex());
     if (user.data.empty() || user.data.front() == 0) {
         return logLine("error: data of user event is 0.");
     }
@@ -143,16 +144,19 @@ FlatEvent tempoEntry(const AUMIDIEventEx& event)
 
 } // namespace
 
-std::vector<std::shared_ptr<AUMIDIEventEx>> MIDISequence::nodesToAUMIDIEvent(double samplerate, std::uint8_t cable)
+std::vector<std::shared_ptr<AUMIDIEventEx>> MIDISequence::nodesToAUMIDIEvent(double samplerate,
+                                                                             std::uint8_t cable)
 {
     std::vector<std::shared_ptr<AUMIDIEventEx>> result;
     if (!sequenceNode) {
         return result;
     }
+
     struct Entry {
         FlatEvent flat;
         std::shared_ptr<AUMIDIEventEx> event;
     };
+
     std::vector<Entry> entries;
     const MusicTrack tempoTrack = getTempoTrack();
     required(tempoTrack);

@@ -7,7 +7,8 @@ namespace volvelle {
 namespace {
 
 template <class Value>
-Value readProperty(const MusicTrack& track, MusicTrackProperty property, Value value, std::string_view failure)
+Value readProperty(const MusicTrack& track, MusicTrackProperty property, Value value,
+                   std::string_view failure)
 {
     std::uint32_t size = sizeof(Value);
     if (const OSStatus status = MusicTrackGetProperty(track, property, &value, size); status != noErr) {
@@ -17,9 +18,11 @@ Value readProperty(const MusicTrack& track, MusicTrackProperty property, Value v
 }
 
 template <class Value>
-void writeProperty(const MusicTrack& track, MusicTrackProperty property, Value value, std::string_view failure)
+void writeProperty(const MusicTrack& track, MusicTrackProperty property, Value value,
+                   std::string_view failure)
 {
-    if (const OSStatus status = MusicTrackSetProperty(track, property, &value, sizeof(Value)); status != noErr) {
+    if (const OSStatus status = MusicTrackSetProperty(track, property, &value, sizeof(Value));
+        status != noErr) {
         logLine("MIDISequence::Fehler: ", status, ". \n", failure);
     }
 }
@@ -94,7 +97,8 @@ void MIDISequence::setLoopInfo(const MusicTrack& track, double from, double to, 
     const MusicTrackLoopInfo info{duration < 0.0 ? 4.0 : duration, times};
     const OSStatus status = MusicTrackSetProperty(track, kSequenceTrackProperty_LoopInfo, &info, sizeof info);
     if (status != noErr) {
-        logLine("MIDISequence::Fehler: Die Loop Information konnte nicht zur Spur hinzugefügt werden: ", status);
+        logLine("MIDISequence::Fehler: Die Loop Information konnte nicht zur Spur hinzugefügt werden: ",
+                status);
     }
 }
 

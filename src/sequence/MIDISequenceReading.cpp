@@ -101,8 +101,8 @@ void MIDISequence::iterateEvents(const MusicTrack& track, int index)
         return;
     }
     SequenceReading reading(*this, index, *assignment);
-    const auto report = sequenceWalkReport(
-        *this, {"Fehler", "Zum Event konnten keine Informationen abgerufen werden."});
+    const auto report =
+        sequenceWalkReport(*this, {"Fehler", "Zum Event konnten keine Informationen abgerufen werden."});
     const auto result = walkTrack(track, report, [&](const TrackEvent& event, const MusicEventIterator&) {
         ensureSongLength(event.time);
         reading.read(event);
@@ -133,7 +133,8 @@ void MIDISequence::fillUserData(const MusicEventUserData* source, UserEvent& des
 
 SequenceReading::SequenceReading(MIDISequence& owner, int trackIndex, MIDISequence::ChannelAssignment& record)
     : sequence(owner), index(trackIndex), assignment(record)
-{}
+{
+}
 
 TrackNode& SequenceReading::node(Target target)
 {
@@ -155,9 +156,9 @@ void SequenceReading::read(const TrackEvent& event)
     case kMusicEventType_MIDINoteMessage:
         return readNote(event);
     case kMusicEventType_ExtendedNote:
-        return sequence.diagnose(concat("Diagnose: Extended Note Message: ",
-                                        event.record<ExtendedNoteOnEvent>().instrumentID,
-                                        ", Position = ", event.time));
+        return sequence.diagnose(
+            concat("Diagnose: Extended Note Message: ", event.record<ExtendedNoteOnEvent>().instrumentID,
+                   ", Position = ", event.time));
     case kMusicEventType_ExtendedTempo:
         return readTempo(event);
     case kMusicEventType_User:

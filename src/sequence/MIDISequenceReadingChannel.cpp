@@ -30,8 +30,8 @@ void SequenceReading::takeSystemEvent(const TrackEvent& source, Found<Node> foun
 void SequenceReading::readChannel(const TrackEvent& event)
 {
     const auto& message = event.record<MIDIChannelMessage>();
-    sequence.diagnose(concat("Diagnose: MIDI Channel Message: Status = ", message.status,
-                             " Data1 = ", message.data1, " Data2 = ", message.data2, " Position = ", event.time));
+    sequence.diagnose(concat("Diagnose: MIDI Channel Message: Status = ", message.status, " Data1 = ",
+                             message.data1, " Data2 = ", message.data2, " Position = ", event.time));
     const std::uint8_t channel = message.status & 0x0FU;
     switch (message.status & 0xF0U) {
     case STATUS_PPRESSURE:
@@ -47,8 +47,9 @@ void SequenceReading::readChannel(const TrackEvent& event)
         return takeChannelEvent(std::make_shared<MidiProgramChangeEvent>(event.time, channel, message.data1),
                                 event, &SequenceFoundDelegate::foundProgramChangeEvent);
     case STATUS_CPRESSURE:
-        return takeChannelEvent(std::make_shared<MidiChannelPressureEvent>(event.time, channel, message.data1),
-                                event, &SequenceFoundDelegate::foundChannelPressureEvent);
+        return takeChannelEvent(
+            std::make_shared<MidiChannelPressureEvent>(event.time, channel, message.data1), event,
+            &SequenceFoundDelegate::foundChannelPressureEvent);
     case STATUS_PITCHBEND: {
         const auto bend = std::make_shared<MidiPitchBendEvent>();
         bend->bend.msb = message.data1;
@@ -86,8 +87,8 @@ void SequenceReading::readSystem(const TrackEvent& event)
     case STATUS_RESET:
         return takeSystemEvent(event, &D::foundSystemResetEvent);
     default:
-        sequence.diagnose(concat("Diagnose: Ein Unbekanntes Event vom Type ", status, ", Position = ", event.time,
-                                 " erhalten."));
+        sequence.diagnose(concat("Diagnose: Ein Unbekanntes Event vom Type ", status,
+                                 ", Position = ", event.time, " erhalten."));
         return take(std::make_shared<UnknownEvent>(), event.time, Target::firstTrack,
                     &SequenceFoundDelegate::foundUnknownEvent);
     }

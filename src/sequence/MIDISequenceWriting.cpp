@@ -19,17 +19,18 @@ std::string systemFailure(std::string_view kind)
 } // namespace
 
 template <class Node>
-void MIDISequence::writeSystemMessage(const std::shared_ptr<Node>& event, std::uint8_t data1, std::uint8_t data2,
-                                      std::string_view failure,
+void MIDISequence::writeSystemMessage(const std::shared_ptr<Node>& event, std::uint8_t data1,
+                                      std::uint8_t data2, std::string_view failure,
                                       void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&))
 {
     writeMessage(event, failure, found, [&](const MusicTrack& track) {
-        return MusicTrackNewMIDIChannelEvent(track, event->position, {event->getStausByte(), data1, data2, 0});
+        return MusicTrackNewMIDIChannelEvent(track, event->position,
+                                             {event->getStausByte(), data1, data2, 0});
     });
 }
 
-void MIDISequence::createNoteEvent(double position, std::uint8_t channel, std::uint8_t note, std::uint8_t velocity,
-                                   std::uint8_t releaseVelocity, float duration)
+void MIDISequence::createNoteEvent(double position, std::uint8_t channel, std::uint8_t note,
+                                   std::uint8_t velocity, std::uint8_t releaseVelocity, float duration)
 {
     const auto event =
         std::make_shared<MidiNoteEvent>(position, duration, channel, note, velocity, releaseVelocity);
@@ -49,7 +50,8 @@ void MIDISequence::createNoteMessage(const std::shared_ptr<MidiNoteEvent>& event
     });
 }
 
-void MIDISequence::createPolyphonicPressureEvent(double position, std::uint8_t channel, std::uint8_t number, std::uint8_t value)
+void MIDISequence::createPolyphonicPressureEvent(double position, std::uint8_t channel, std::uint8_t number,
+                                                 std::uint8_t value)
 {
     const auto event = std::make_shared<MidiPolyPressureEvent>(position, channel, number, value);
     addToTree(event);
@@ -59,11 +61,13 @@ void MIDISequence::createPolyphonicPressureEvent(double position, std::uint8_t c
 void MIDISequence::createPolyphonicPressureMessage(const std::shared_ptr<MidiPolyPressureEvent>& event)
 {
     required(event);
-    writeSystemMessage(event, event->number, event->value, channelFailure("POLY PRESSURE Event", event->channel),
+    writeSystemMessage(event, event->number, event->value,
+                       channelFailure("POLY PRESSURE Event", event->channel),
                        &SequenceFoundDelegate::foundPolyPressureEvent);
 }
 
-void MIDISequence::createControllerEvent(double position, std::uint8_t channel, std::uint8_t number, std::uint8_t value)
+void MIDISequence::createControllerEvent(double position, std::uint8_t channel, std::uint8_t number,
+                                         std::uint8_t value)
 {
     const auto event = std::make_shared<MidiControllerEvent>(position, channel, number, value);
     addToTree(event);
@@ -73,8 +77,10 @@ void MIDISequence::createControllerEvent(double position, std::uint8_t channel, 
 void MIDISequence::createControllerMessage(const std::shared_ptr<MidiControllerEvent>& event)
 {
     required(event);
-    writeSystemMessage(event, event->number, event->value, concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden."),
-                       &SequenceFoundDelegate::foundControllerEvent);
+    writeSystemMessage(
+        event, event->number, event->value,
+        concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden."),
+        &SequenceFoundDelegate::foundControllerEvent);
 }
 
 void MIDISequence::createProgramChangeEvent(double position, std::uint8_t channel, std::uint8_t value)
@@ -105,7 +111,8 @@ void MIDISequence::createAfterTouchMessage(const std::shared_ptr<MidiChannelPres
                        &SequenceFoundDelegate::foundChannelPressureEvent);
 }
 
-void MIDISequence::createPitchWheelEvent(double position, std::uint8_t channel, std::uint8_t msb, std::uint8_t lsb)
+void MIDISequence::createPitchWheelEvent(double position, std::uint8_t channel, std::uint8_t msb,
+                                         std::uint8_t lsb)
 {
     const auto event = std::make_shared<MidiPitchBendEvent>();
     event->position = position;
@@ -124,7 +131,8 @@ void MIDISequence::createPitchWheelMessage(const std::shared_ptr<MidiPitchBendEv
                        &SequenceFoundDelegate::foundPitchBendEvent);
 }
 
-void MIDISequence::createSysExEvent(double position, std::uint16_t length, const std::vector<std::uint8_t>& data)
+void MIDISequence::createSysExEvent(double position, std::uint16_t length,
+                                    const std::vector<std::uint8_t>& data)
 {
     const auto event = std::make_shared<SystemExclusiveEvent>();
     event->position = position;
@@ -168,7 +176,8 @@ void MIDISequence::createSystemSongPositionPointerEvent(double position, std::ui
     createSystemSongPositionPointerMessage(event);
 }
 
-void MIDISequence::createSystemSongPositionPointerMessage(const std::shared_ptr<SystemSongPositionPointerEvent>& event)
+void MIDISequence::createSystemSongPositionPointerMessage(
+    const std::shared_ptr<SystemSongPositionPointerEvent>& event)
 {
     required(event);
     writeSystemMessage(event, event->msb, event->lsb, systemFailure("SONG POSITION POINTER"),
@@ -210,8 +219,7 @@ void MIDISequence::createSystemTimingClockEvent(double position)
 
 void MIDISequence::createSystemTimingClockMessage(const std::shared_ptr<SystemClockEvent>& event)
 {
-    writeSystemMessage(event, 0, 0, systemFailure("CLOCK"),
-                       &SequenceFoundDelegate::foundSystemClockEvent);
+    writeSystemMessage(event, 0, 0, systemFailure("CLOCK"), &SequenceFoundDelegate::foundSystemClockEvent);
 }
 
 void MIDISequence::createSystemStartEvent(double position)
@@ -223,8 +231,7 @@ void MIDISequence::createSystemStartEvent(double position)
 
 void MIDISequence::createSystemStartMessage(const std::shared_ptr<SystemStartEvent>& event)
 {
-    writeSystemMessage(event, 0, 0, systemFailure("START"),
-                       &SequenceFoundDelegate::foundSystemStartEvent);
+    writeSystemMessage(event, 0, 0, systemFailure("START"), &SequenceFoundDelegate::foundSystemStartEvent);
 }
 
 void MIDISequence::createSystemContinueEvent(double position)
@@ -249,8 +256,7 @@ void MIDISequence::createSystemStopEvent(double position)
 
 void MIDISequence::createSystemStopMessage(const std::shared_ptr<SystemStopEvent>& event)
 {
-    writeSystemMessage(event, 0, 0, systemFailure("STOP"),
-                       &SequenceFoundDelegate::foundSystemStopEvent);
+    writeSystemMessage(event, 0, 0, systemFailure("STOP"), &SequenceFoundDelegate::foundSystemStopEvent);
 }
 
 void MIDISequence::createSystemActiveSensingEvent(double position)

@@ -34,7 +34,8 @@ void MIDISequence::notifyLater(const std::shared_ptr<Node>& event,
 
 template <class Node, class Write>
 void MIDISequence::writeMessage(const std::shared_ptr<Node>& event, std::string_view failure,
-                                void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&), Write write)
+                                void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&),
+                                Write write)
 {
     const MusicTrack track = getTrack(required(event).channel);
     if (!track) {

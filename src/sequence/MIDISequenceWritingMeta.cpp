@@ -184,7 +184,8 @@ void MIDISequence::createMetaEndOfTrackMessage(const std::shared_ptr<MetaEndOfTr
     writeMetaMessage(event, "ENDOFTRACK", &SequenceFoundDelegate::foundMetaEndOfTrackEvent);
 }
 
-void MIDISequence::createMetaSetTempoEvent(double position, std::uint8_t value1, std::uint8_t value2, std::uint8_t value3)
+void MIDISequence::createMetaSetTempoEvent(double position, std::uint8_t value1, std::uint8_t value2,
+                                           std::uint8_t value3)
 {
     const auto event = std::make_shared<MetaSetTempoEvent>(position, value1, value2, value3);
     addToTree(event);
@@ -196,9 +197,11 @@ void MIDISequence::createMetaSetTempoMessage(const std::shared_ptr<MetaSetTempoE
     writeMetaMessage(event, "SETTEMPO", &SequenceFoundDelegate::foundMetaSetTempoEvent);
 }
 
-void MIDISequence::createMetaSMTPOffsetEvent(double position, std::uint8_t hours, std::uint8_t minutes, std::uint8_t seconds, std::uint8_t frames, std::uint8_t fract)
+void MIDISequence::createMetaSMTPOffsetEvent(double position, std::uint8_t hours, std::uint8_t minutes,
+                                             std::uint8_t seconds, std::uint8_t frames, std::uint8_t fract)
 {
-    const auto event = std::make_shared<MetaSMTPOffsetEvent>(position, hours, minutes, seconds, frames, fract);
+    const auto event =
+        std::make_shared<MetaSMTPOffsetEvent>(position, hours, minutes, seconds, frames, fract);
     addToTree(event);
     createMetaSMTPOffsetMessage(event);
 }
@@ -208,9 +211,12 @@ void MIDISequence::createMetaSMTPOffsetMessage(const std::shared_ptr<MetaSMTPOff
     writeMetaMessage(event, "SMTPOFFSET", &SequenceFoundDelegate::foundMetaSMTPOffsetEvent);
 }
 
-void MIDISequence::createMetaTimeSignatureEvent(double position, std::uint8_t numerator, std::uint8_t denumerator, std::uint8_t _8th, std::uint8_t _32nd)
+void MIDISequence::createMetaTimeSignatureEvent(double position, std::uint8_t numerator,
+                                                std::uint8_t denumerator, std::uint8_t _8th,
+                                                std::uint8_t _32nd)
 {
-    const auto event = std::make_shared<MetaTimeSignatureEvent>(position, numerator, denumerator, _8th, _32nd);
+    const auto event =
+        std::make_shared<MetaTimeSignatureEvent>(position, numerator, denumerator, _8th, _32nd);
     addToTree(event);
     createMetaTimeSignatureMessage(event);
 }
@@ -232,14 +238,16 @@ void MIDISequence::createMetaKeySignatureMessage(const std::shared_ptr<MetaKeySi
     writeMetaMessage(event, "KEYSIGNATURE", &SequenceFoundDelegate::foundMetaKeySignatureEvent);
 }
 
-void MIDISequence::createMetaSequencerSpecificEvent(double position, std::uint32_t length, const std::vector<std::uint8_t>& data)
+void MIDISequence::createMetaSequencerSpecificEvent(double position, std::uint32_t length,
+                                                    const std::vector<std::uint8_t>& data)
 {
     const auto event = std::make_shared<MetaSequencerSpecificEvent>(position, length, data);
     addToTree(event);
     createMetaSequencerSpecificMessage(event);
 }
 
-void MIDISequence::createMetaSequencerSpecificMessage(const std::shared_ptr<MetaSequencerSpecificEvent>& event)
+void MIDISequence::createMetaSequencerSpecificMessage(
+    const std::shared_ptr<MetaSequencerSpecificEvent>& event)
 {
     writeMetaMessage(event, "SEQUENCERSPECIFIC", &SequenceFoundDelegate::foundMetaSequencerSpecificEvent);
 }

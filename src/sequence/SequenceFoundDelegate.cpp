@@ -8,9 +8,14 @@ void SequenceFoundDelegate::foundPolyPressureEvent(const std::shared_ptr<MidiPol
 
 void SequenceFoundDelegate::foundControllerEvent(const std::shared_ptr<MidiControllerEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundProgramChangeEvent(const std::shared_ptr<MidiProgramChangeEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundProgramChangeEvent(const std::shared_ptr<MidiProgramChangeEvent>& /*event*/)
+{
+}
 
-void SequenceFoundDelegate::foundChannelPressureEvent(const std::shared_ptr<MidiChannelPressureEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundChannelPressureEvent(
+    const std::shared_ptr<MidiChannelPressureEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundPitchBendEvent(const std::shared_ptr<MidiPitchBendEvent>& /*event*/) {}
 
@@ -18,11 +23,20 @@ void SequenceFoundDelegate::foundSysExEvent(const std::shared_ptr<SystemExclusiv
 
 void SequenceFoundDelegate::foundSystemTimeCodeEvent(const std::shared_ptr<SystemTimeCodeEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundSystemSongPositionPointerEvent(const std::shared_ptr<SystemSongPositionPointerEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundSystemSongPositionPointerEvent(
+    const std::shared_ptr<SystemSongPositionPointerEvent>& /*event*/)
+{
+}
 
-void SequenceFoundDelegate::foundSystemSongSelectEvent(const std::shared_ptr<SystemSongSelectEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundSystemSongSelectEvent(
+    const std::shared_ptr<SystemSongSelectEvent>& /*event*/)
+{
+}
 
-void SequenceFoundDelegate::foundSystemTuneRequestEvent(const std::shared_ptr<SystemTuneRequestEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundSystemTuneRequestEvent(
+    const std::shared_ptr<SystemTuneRequestEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundSystemClockEvent(const std::shared_ptr<SystemClockEvent>& /*event*/) {}
 
@@ -32,7 +46,10 @@ void SequenceFoundDelegate::foundSystemContinueEvent(const std::shared_ptr<Syste
 
 void SequenceFoundDelegate::foundSystemStopEvent(const std::shared_ptr<SystemStopEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundSystemActiveSensingEvent(const std::shared_ptr<SystemActiveSensingEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundSystemActiveSensingEvent(
+    const std::shared_ptr<SystemActiveSensingEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundSystemResetEvent(const std::shared_ptr<SystemResetEvent>& /*event*/) {}
 
@@ -44,7 +61,10 @@ void SequenceFoundDelegate::foundAUPresetEvent(const std::shared_ptr<AAUPresetEv
 
 void SequenceFoundDelegate::foundMetaEvent(const std::shared_ptr<MetaEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundMetaSequenceNumberEvent(const std::shared_ptr<MetaSequenceNumberEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaSequenceNumberEvent(
+    const std::shared_ptr<MetaSequenceNumberEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundMetaTextEvent(const std::shared_ptr<MetaTextEvent>& /*event*/) {}
 
@@ -52,7 +72,10 @@ void SequenceFoundDelegate::foundMetaCopyrightEvent(const std::shared_ptr<MetaCo
 
 void SequenceFoundDelegate::foundMetaTrackNameEvent(const std::shared_ptr<MetaTrackNameEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundMetaInstrumentNameEvent(const std::shared_ptr<MetaInstrumentNameEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaInstrumentNameEvent(
+    const std::shared_ptr<MetaInstrumentNameEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundMetaLyricsEvent(const std::shared_ptr<MetaLyricsEvent>& /*event*/) {}
 
@@ -60,11 +83,16 @@ void SequenceFoundDelegate::foundMetaMarkerEvent(const std::shared_ptr<MetaMarke
 
 void SequenceFoundDelegate::foundMetaCuePointEvent(const std::shared_ptr<MetaCuePointEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundMetaProgramNameEvent(const std::shared_ptr<MetaProgramNameEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaProgramNameEvent(const std::shared_ptr<MetaProgramNameEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundMetaDeviceNameEvent(const std::shared_ptr<MetaDeviceNameEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundMetaChannelPrefixEvent(const std::shared_ptr<MetaChannelPrefixEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaChannelPrefixEvent(
+    const std::shared_ptr<MetaChannelPrefixEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundMetaMidiPortEvent(const std::shared_ptr<MetaMidiPortEvent>& /*event*/) {}
 
@@ -74,11 +102,20 @@ void SequenceFoundDelegate::foundMetaSetTempoEvent(const std::shared_ptr<MetaSet
 
 void SequenceFoundDelegate::foundMetaSMTPOffsetEvent(const std::shared_ptr<MetaSMTPOffsetEvent>& /*event*/) {}
 
-void SequenceFoundDelegate::foundMetaTimeSignatureEvent(const std::shared_ptr<MetaTimeSignatureEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaTimeSignatureEvent(
+    const std::shared_ptr<MetaTimeSignatureEvent>& /*event*/)
+{
+}
 
-void SequenceFoundDelegate::foundMetaKeySignatureEvent(const std::shared_ptr<MetaKeySignatureEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaKeySignatureEvent(
+    const std::shared_ptr<MetaKeySignatureEvent>& /*event*/)
+{
+}
 
-void SequenceFoundDelegate::foundMetaSequencerSpecificEvent(const std::shared_ptr<MetaSequencerSpecificEvent>& /*event*/) {}
+void SequenceFoundDelegate::foundMetaSequencerSpecificEvent(
+    const std::shared_ptr<MetaSequencerSpecificEvent>& /*event*/)
+{
+}
 
 void SequenceFoundDelegate::foundMetaUnknownEvent(const std::shared_ptr<MetaUnknownEvent>& /*event*/) {}
 

@@ -22,8 +22,8 @@ public:
     virtual void foundPitchBendEvent(const std::shared_ptr<MidiPitchBendEvent>& event);
     virtual void foundSysExEvent(const std::shared_ptr<SystemExclusiveEvent>& event);
     virtual void foundSystemTimeCodeEvent(const std::shared_ptr<SystemTimeCodeEvent>& event);
-    virtual void foundSystemSongPositionPointerEvent(
-        const std::shared_ptr<SystemSongPositionPointerEvent>& event);
+    virtual void
+    foundSystemSongPositionPointerEvent(const std::shared_ptr<SystemSongPositionPointerEvent>& event);
     virtual void foundSystemSongSelectEvent(const std::shared_ptr<SystemSongSelectEvent>& event);
     virtual void foundSystemTuneRequestEvent(const std::shared_ptr<SystemTuneRequestEvent>& event);
     virtual void foundSystemClockEvent(const std::shared_ptr<SystemClockEvent>& event);

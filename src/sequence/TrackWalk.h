@@ -34,8 +34,8 @@ enum class WalkResult { empty, walked, failed };
 using WalkReport = std::function<void(WalkFailure failure, OSStatus status)>;
 using WalkVisitor = std::function<WalkStep(const TrackEvent& event, const MusicEventIterator& iterator)>;
 
-// Visits the events of a track in order. Every failure is reported: an event that cannot be read is skipped, a
-// question or a step that fails ends the walk. The step past the last event fails, too, and is reported.
+// Visits the events of a track in order. Every failure is reported: an event that cannot be read is skipped,
+// a question or a step that fails ends the walk. The step past the last event fails, too, and is reported.
 // `failed` is given where the walk did not begin.
 WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const WalkVisitor& visit);
 

@@ -39,9 +39,9 @@ TEST(MIDIDocument, AFailedConversionIsToldAndGivesNothing)
 {
     test::ConsoleCapture capture;
     EXPECT_EQ(MIDIDocument::sequenceData(nullptr), std::nullopt);
-    EXPECT_EQ(capture.take(),
-              std::vector<std::string>{"MIDIDocument::sequenceData() : Error: Could not convert music sequence to "
-                                       "data. Status: -10854"});
+    EXPECT_EQ(capture.take(), std::vector<std::string>{
+                                  "MIDIDocument::sequenceData() : Error: Could not convert music sequence to "
+                                  "data. Status: -10854"});
 }
 
 TEST(MIDIDocument, ASuccessWithoutDataGivesNothing)

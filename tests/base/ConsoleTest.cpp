@@ -23,8 +23,10 @@ TEST(Console, LoggedLinesReachTheConsoleInOrderAndAfterTheCall)
 {
     struct Spy : ConsoleSink {
         void write(std::string_view line) override { lines.emplace_back(line); }
+
         Lines lines;
     } spy;
+
     ConsoleSink* before = console().setSink(&spy);
     safeprint("one");
     debugprint("two");

@@ -1,5 +1,5 @@
-#include "base/Console.h"
 #include "base/FatalStop.h"
+#include "base/Console.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +33,7 @@ TEST(FatalStopDeathTest, LogLinesThatWaitAreWrittenBeforeTheEnd)
             std::fprintf(stderr, "log: %.*s\n", static_cast<int>(line.size()), line.data());
         }
     };
+
     EXPECT_DEATH(
         {
             ErrorSink sink;

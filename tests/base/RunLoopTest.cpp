@@ -1,5 +1,5 @@
-#include "base/MainQueue.h"
 #include "base/RunLoop.h"
+#include "base/MainQueue.h"
 #include "tests/support/HandClock.h"
 
 #include <gtest/gtest.h>

@@ -30,8 +30,9 @@ TEST_F(CommandLine, HelpNamesEveryCommand)
 
 TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
 {
-    for (const char* arguments : {"", "sing", "generate --count 0", "generate --count x", "generate --long -1",
-                                  "inspect", "library", "library compile here", "generate --loud"}) {
+    for (const char* arguments :
+         {"", "sing", "generate --count 0", "generate --count x", "generate --long -1", "inspect", "library",
+          "library compile here", "generate --loud"}) {
         const auto result = volvelle(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
         EXPECT_THAT(result.error, testing::Not(IsEmpty())) << arguments;

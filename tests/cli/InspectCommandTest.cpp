@@ -24,12 +24,12 @@ std::string bytes(std::initializer_list<int> values)
 // One track at 96 ticks: a name, a time signature, a tempo, a triad of two beats on channel 3, a program.
 std::string smallFile()
 {
-    const std::string track = bytes({0, 0xFF, 3, 3, 'A', 0xC4, 'b',         // a name in Latin-1
-                                     0, 0xFF, 0x58, 4, 6, 3, 24, 8,         // 6/8
-                                     0, 0xFF, 0x51, 3, 0x09, 0x27, 0xC0,    // 100 beats per minute
-                                     0, 0xC2, 17,                           // program
-                                     0, 0x92, 60, 90, 0, 64, 91, 0, 67, 92, // C E G
-                                     0x81, 0x40, 0x82, 60, 10, 0, 64, 11, 0, 67, 12, //
+    const std::string track = bytes({0,    0xFF, 3,    3,  'A',  0xC4, 'b',     // a name in Latin-1
+                                     0,    0xFF, 0x58, 4,  6,    3,    24,   8, // 6/8
+                                     0,    0xFF, 0x51, 3,  0x09, 0x27, 0xC0,    // 100 beats per minute
+                                     0,    0xC2, 17,                            // program
+                                     0,    0x92, 60,   90, 0,    64,   91,   0,  67, 92,     // C E G
+                                     0x81, 0x40, 0x82, 60, 10,   0,    64,   11, 0,  67, 12, //
                                      0x60, 0xFF, 0x2F, 0});
     return "MThd" + bytes({0, 0, 0, 6, 0, 0, 0, 1, 0, 96}) + "MTrk" +
            bytes({0, 0, 0, static_cast<int>(track.size())}) + track;

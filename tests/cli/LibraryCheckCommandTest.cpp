@@ -66,8 +66,9 @@ TEST_F(LibraryCheck, OtherChordsThanTheScoreNamesAreTold)
 TEST_F(LibraryCheck, ADuplicatedNoteIsTold)
 {
     put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {1.0, 1.0, 60, 90}}, {});
-    EXPECT_EQ(problem(), "lib/Phrases/chord patterns/001.mid: Warning: Duplicated note event (60) at position "
-                         "1.0.\n");
+    EXPECT_EQ(problem(),
+              "lib/Phrases/chord patterns/001.mid: Warning: Duplicated note event (60) at position "
+              "1.0.\n");
 }
 
 TEST_F(LibraryCheck, NotesThatAreNoChordAreTold)

@@ -23,7 +23,8 @@ protected:
 
     static std::string notes(const std::string& pitch)
     {
-        return "title: N\nstyle: test\n\nnotes:\n| " + pitch + ":16 |\n| r:16 |\n| " + pitch + ":16 |\n| r:16 |\n";
+        return "title: N\nstyle: test\n\nnotes:\n| " + pitch + ":16 |\n| r:16 |\n| " + pitch +
+               ":16 |\n| r:16 |\n";
     }
 };
 
@@ -42,9 +43,11 @@ TEST_F(LibraryCompile, WhatDidNotChangeIsNotWrittenAgain)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
-    EXPECT_EQ(volvelle("library compile scores lib").output, "5 scores compiled, 0 phrases written, 0 removed.\n");
+    EXPECT_EQ(volvelle("library compile scores lib").output,
+              "5 scores compiled, 0 phrases written, 0 removed.\n");
     writeScores("| CM | FM | GM | Dm |");
-    EXPECT_EQ(volvelle("library compile scores lib").output, "5 scores compiled, 1 phrases written, 0 removed.\n");
+    EXPECT_EQ(volvelle("library compile scores lib").output,
+              "5 scores compiled, 1 phrases written, 0 removed.\n");
 }
 
 TEST_F(LibraryCompile, AFaultyScoreIsToldByPlaceAndTheOldPhraseStays)

@@ -18,9 +18,12 @@ std::string foundAgain(const std::string& name)
 std::vector<std::string> rootsThatKeepTheirName(const std::string& type)
 {
     std::vector<std::string> roots;
-    for (int root = 0; root < 12; ++root)
-        if (foundAgain(std::string(pitchClassName(root)) + type) == std::string(pitchClassName(root)) + type)
+    for (int root = 0; root < 12; ++root) {
+        if (foundAgain(std::string(pitchClassName(root)) + type) ==
+            std::string(pitchClassName(root)) + type) {
             roots.emplace_back(pitchClassName(root));
+        }
+    }
     return roots;
 }
 
@@ -35,8 +38,9 @@ TEST(ChordName, ANameIsARootAndAType)
 
 TEST(ChordName, WhatIsNoNameIsNoChord)
 {
-    for (const auto* name : {"", "C", "H7", "Cmaj7", "CM7", "Db7", "C#", "m7", "c7", "C 7"})
+    for (const auto* name : {"", "C", "H7", "Cmaj7", "CM7", "Db7", "C#", "m7", "c7", "C 7"}) {
         EXPECT_FALSE(chordNamed(name).has_value()) << name;
+    }
 }
 
 TEST(ChordName, TheLastNameOfASetIsTheOneThatIsFound)
@@ -51,8 +55,9 @@ TEST(ChordName, TheLastNameOfASetIsTheOneThatIsFound)
 
 TEST(ChordName, TypesWithoutADoubleKeepTheirNameOnEveryRoot)
 {
-    for (const auto* type : {"8", "5", "M", "m", "o", "sus4", "-5", "m6", "7", "m7"})
+    for (const auto* type : {"8", "5", "M", "m", "o", "sus4", "-5", "m6", "7", "m7"}) {
         EXPECT_EQ(rootsThatKeepTheirName(type).size(), 12U) << type;
+    }
 }
 
 TEST(ChordName, TypesWithDoublesKeepTheirNameOnTheHighestRootsOrNone)

@@ -23,8 +23,9 @@ const fs::path library = fs::path(VOLVELLE_SOURCE_DIR) / "library";
 std::vector<fs::path> scoresOf(ScoreKind kind)
 {
     std::vector<fs::path> paths;
-    for (const auto& entry : fs::directory_iterator(library / scoreFolder(kind)))
+    for (const auto& entry : fs::directory_iterator(library / scoreFolder(kind))) {
         paths.push_back(entry.path());
+    }
     std::ranges::sort(paths);
     return paths;
 }
@@ -42,8 +43,9 @@ Score readScore(const fs::path& path, ScoreKind kind)
 std::vector<Score> allOf(ScoreKind kind)
 {
     std::vector<Score> scores;
-    for (const auto& path : scoresOf(kind))
+    for (const auto& path : scoresOf(kind)) {
         scores.push_back(readScore(path, kind));
+    }
     return scores;
 }
 
@@ -51,28 +53,34 @@ std::vector<Score> allOf(ScoreKind kind)
 std::map<double, std::set<int>> onsets(const Score& score, int bar)
 {
     std::map<double, std::set<int>> places;
-    for (const auto& note : score.notes)
-        if (static_cast<int>(note.position / 4) + 1 == bar)
+    for (const auto& note : score.notes) {
+        if (static_cast<int>(note.position / 4) + 1 == bar) {
             places[note.position - (bar - 1) * 4.0].insert(note.number);
+        }
+    }
     return places;
 }
 
 bool hasNearlyEmptyBar(const Score& score)
 {
     const std::size_t few = score.kind == ScoreKind::drums ? 5 : 2;
-    for (int bar = 1; bar <= Score::bars; ++bar)
-        if (onsets(score, bar).size() <= few)
+    for (int bar = 1; bar <= Score::bars; ++bar) {
+        if (onsets(score, bar).size() <= few) {
             return true;
+        }
+    }
     return false;
 }
 
 bool soundsOnEveryFirstBeat(const Score& score)
 {
-    for (int bar = 0; bar < Score::bars; ++bar)
+    for (int bar = 0; bar < Score::bars; ++bar) {
         if (std::ranges::none_of(score.notes, [&](const ScoreNote& note) {
                 return note.position <= bar * 4.0 && note.position + note.duration > bar * 4.0;
-            }))
+            })) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -89,18 +97,23 @@ std::vector<ScoreChord> detected(const Score& score)
     for (std::size_t i = 0; i < score.notes.size(); ++i) {
         const double now = score.notes[i].position;
         unsigned tones = 0;
-        for (std::size_t j = 0; j <= i; ++j)
-            if (score.notes[j].position + score.notes[j].duration > now)
+        for (std::size_t j = 0; j <= i; ++j) {
+            if (score.notes[j].position + score.notes[j].duration > now) {
                 tones |= 1U << (score.notes[j].number % 12);
+            }
+        }
         const auto name = scores::chordDetected(tones);
         auto& place = chords[now];
-        if (!name.empty() && std::popcount(tones) > place.tones)
+        if (!name.empty() && std::popcount(tones) > place.tones) {
             place = {name, std::popcount(tones)};
+        }
     }
     std::vector<ScoreChord> list;
-    for (const auto& [position, found] : chords)
-        if (list.empty() || list.back().name != found.name)
+    for (const auto& [position, found] : chords) {
+        if (list.empty() || list.back().name != found.name) {
             list.push_back({position, found.name});
+        }
+    }
     return list;
 }
 
@@ -120,23 +133,28 @@ TEST(Library, EveryFolderHasEnoughScoresNumberedWithoutAGap)
 
 TEST(Library, EveryScoreIsReadAndKeepsTheRules)
 {
-    for (const auto kind : allScoreKinds)
-        for (const auto& path : scoresOf(kind))
+    for (const auto kind : allScoreKinds) {
+        for (const auto& path : scoresOf(kind)) {
             EXPECT_EQ(lintScore(readScore(path, kind)), std::vector<std::string>{}) << path.filename();
+        }
+    }
 }
 
 TEST(Library, EveryTitleIsItsOwn)
 {
     std::set<std::string> titles;
-    for (const auto kind : allScoreKinds)
-        for (const auto& score : allOf(kind))
+    for (const auto kind : allScoreKinds) {
+        for (const auto& score : allOf(kind)) {
             EXPECT_TRUE(titles.insert(score.title).second) << score.title;
+        }
+    }
 }
 
 TEST(Library, EveryChordPatternIsFoundAgainChordByChord)
 {
-    for (const auto& score : allOf(ScoreKind::chordPattern))
+    for (const auto& score : allOf(ScoreKind::chordPattern)) {
         EXPECT_TRUE(detected(score) == score.chords) << score.title;
+    }
 }
 
 TEST(Library, EveryThirdPhraseLeavesABarNearlyEmpty)
@@ -164,14 +182,16 @@ TEST(Library, EveryLeadHasOneHighestPoint)
 
 TEST(Library, EveryDrumPhraseTurnsInItsFourthBar)
 {
-    for (const auto& score : allOf(ScoreKind::drums))
-        for (int bar = 1; bar < Score::bars; ++bar)
+    for (const auto& score : allOf(ScoreKind::drums)) {
+        for (int bar = 1; bar < Score::bars; ++bar) {
             EXPECT_NE(onsets(score, bar), onsets(score, Score::bars)) << score.title;
+        }
+    }
 }
 
 TEST(Library, SmallStepsAreRareWhereALineIsToBeHeard)
 {
-    for (const auto kind : {ScoreKind::lead, ScoreKind::bass})
+    for (const auto kind : {ScoreKind::lead, ScoreKind::bass}) {
         for (const auto& score : allOf(kind)) {
             int small = 0;
             for (std::size_t i = 1; i < score.notes.size(); ++i) {
@@ -180,6 +200,7 @@ TEST(Library, SmallStepsAreRareWhereALineIsToBeHeard)
             }
             EXPECT_LE(small, 2) << score.title;
         }
+    }
 }
 
 } // namespace

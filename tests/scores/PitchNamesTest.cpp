@@ -21,14 +21,16 @@ TEST(PitchNames, TheEdgesAreCMinus2AndG8)
 
 TEST(PitchNames, EveryKeyIsReadBackFromItsName)
 {
-    for (int number = 0; number < 128; ++number)
+    for (int number = 0; number < 128; ++number) {
         EXPECT_EQ(pitchNumber(pitchName(number)), number);
+    }
 }
 
 TEST(PitchNames, WhatIsNoNameIsNoPitch)
 {
-    for (const auto* name : {"", "C", "3", "H3", "Bb3", "E#3", "c3", "C3x", "C 3", "C--1"})
+    for (const auto* name : {"", "C", "3", "H3", "Bb3", "E#3", "c3", "C3x", "C 3", "C--1"}) {
         EXPECT_EQ(pitchNumber(name), std::nullopt) << name;
+    }
 }
 
 } // namespace

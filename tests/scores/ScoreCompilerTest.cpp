@@ -26,8 +26,9 @@ protected:
         folder =
             fs::path(testing::TempDir()) / ("scores-" + std::to_string(getpid()) + "-" +
                                             testing::UnitTest::GetInstance()->current_test_info()->name());
-        for (const auto kind : allScoreKinds)
+        for (const auto kind : allScoreKinds) {
             fs::create_directories(scores() / scoreFolder(kind));
+        }
     }
 
     void TearDown() override { fs::remove_all(folder); }
@@ -54,8 +55,9 @@ protected:
     static std::vector<std::string> names(const fs::path& where)
     {
         std::vector<std::string> found;
-        for (const auto& entry : fs::directory_iterator(where))
+        for (const auto& entry : fs::directory_iterator(where)) {
             found.push_back(entry.path().filename().string());
+        }
         std::ranges::sort(found);
         return found;
     }
@@ -125,8 +127,9 @@ TEST_F(ScoreCompiler, ALibraryIsNumberedInTheOrderOfTheNames)
     EXPECT_EQ(names(leads()), (std::vector<std::string>{"001.mid", "002.mid"}));
     EXPECT_NE(read(leads() / "001.mid").find("\x92\x48"), std::string::npos); // C4
     for (const auto* path :
-         {"Phrases/chord patterns", "Phrases2/01 chords", "Phrases2/09 basses", "Phrases2/10 drums"})
+         {"Phrases/chord patterns", "Phrases2/01 chords", "Phrases2/09 basses", "Phrases2/10 drums"}) {
         EXPECT_TRUE(fs::is_directory(out() / path)) << path;
+    }
 }
 
 TEST_F(ScoreCompiler, ASecondRunChangesNothing)
@@ -144,8 +147,9 @@ TEST_F(ScoreCompiler, NumberedPhrasesBeyondTheLastAreRemovedAndNothingElse)
 {
     write(scores() / "leads/001-a.score", lead);
     for (const auto* name :
-         {"002.mid", "1000.mid", "0002.mid", "2.mid", "my own.mid", "002.txt", "99999999.mid"})
+         {"002.mid", "1000.mid", "0002.mid", "2.mid", "my own.mid", "002.txt", "99999999.mid"}) {
         write(leads() / name, "x");
+    }
     LibraryReport report;
     EXPECT_TRUE(compileLibrary(scores(), out(), report));
     EXPECT_EQ(report.removed, 2);

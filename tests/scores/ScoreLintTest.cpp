@@ -14,16 +14,18 @@ Score goodScore(ScoreKind kind, std::uint8_t number, int count)
 {
     Score score;
     score.kind = kind;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         score.notes.push_back({i * 0.5, sixteenth, number, static_cast<std::uint8_t>(60 + i % 8)});
+    }
     return score;
 }
 
 Score goodLead()
 {
     auto score = goodScore(ScoreKind::lead, 70, 8);
-    for (std::size_t i = 4; i < 8; ++i)
+    for (std::size_t i = 4; i < 8; ++i) {
         score.notes[i].position += 8;
+    }
     return score;
 }
 
@@ -54,8 +56,9 @@ TEST(ScoreLint, AChordPatternHasOneToEightChords)
 {
     auto score = goodScore(ScoreKind::chordPattern, 60, 8);
     EXPECT_EQ(lintScore(score), Lines{"a chord pattern has 1 to 8 chords, not 0"});
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 9; ++i) {
         score.chords.push_back({i * 0.5, i % 2 == 0 ? "CM" : "FM"});
+    }
     EXPECT_EQ(lintScore(score), Lines{"a chord pattern has 1 to 8 chords, not 9"});
 }
 
@@ -97,8 +100,9 @@ TEST(ScoreLint, VelocitiesArePlayed)
 TEST(ScoreLint, SixVelocitiesDifferUnlessAMachinePlays)
 {
     auto bass = goodScore(ScoreKind::bass, 36, 8);
-    for (auto& note : bass.notes)
+    for (auto& note : bass.notes) {
         note.velocity = 80;
+    }
     EXPECT_EQ(lintScore(bass), Lines{"a played phrase has at least 6 velocities, not 1"});
     bass.machine = true;
     EXPECT_EQ(lintScore(bass), Lines{});
@@ -137,8 +141,9 @@ TEST(ScoreLint, VoicesOfAChordPhraseStandThreeSemitonesApart)
 TEST(ScoreLint, ADrummerHasThreeLimbsAndTwoMoreHandsBesideHim)
 {
     auto drums = goodScore(ScoreKind::drums, 36, 24);
-    for (const auto key : std::initializer_list<std::uint8_t>{36, 38, 42, 54, 82})
+    for (const auto key : std::initializer_list<std::uint8_t>{36, 38, 42, 54, 82}) {
         drums.notes.push_back({15, sixteenth, key, 80});
+    }
     EXPECT_EQ(lintScore(drums), Lines{});
     drums.notes.push_back({15, sixteenth, 49, 80});
     drums.notes.push_back({15, sixteenth, 63, 80});

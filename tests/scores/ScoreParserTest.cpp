@@ -117,8 +117,9 @@ TEST(ScoreNotes, LevelsAccentsGhostsAndNumbersSetTheVelocity)
         leadNotes("| pp C3:1 p C3:1 mp C3:1 mf C3:1 f C3:1 ff C3:1 C3:1> C3:1_ pp C3:1_ C3:1=101 C3:1'>"
                   " r:5 |");
     std::vector<int> velocities;
-    for (const auto& note : notes)
+    for (const auto& note : notes) {
         velocities.push_back(note.velocity);
+    }
     EXPECT_EQ(velocities, (std::vector<int>{40, 52, 64, 76, 88, 100, 115, 65, 15, 101, 55}));
 }
 
@@ -164,9 +165,10 @@ TEST(ScoreNotes, ACellThatIsNoneIsShown)
 
 TEST(ScoreNotes, MarksThatMakeNoSenseBehindALengthAreShown)
 {
-    for (const std::string marks : {"x", "''", ">>", "_>", "=", "=0", "=128", "=9'", ">=x"})
+    for (const std::string marks : {"x", "''", ">>", "_>", "=", "=0", "=128", "=9'", ">=x"}) {
         EXPECT_EQ(leadFault("| C3:16" + marks + " |"),
                   "line 4, bar 1: \"" + marks + "\" cannot stand behind a length");
+    }
     EXPECT_EQ(leadFault("| r:16> |"), "line 4, bar 1: \">\" cannot stand behind a length");
 }
 
@@ -203,8 +205,9 @@ TEST(ScoreChords, ChordsLieInClosePositionFromTheLowestKey)
     const auto score =
         parsed(head + "from: F2\nchords:\n| Am | Am7/G | CM/E | E8 |\n", ScoreKind::chordPattern);
     std::vector<int> numbers;
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         numbers.push_back(note.number);
+    }
     EXPECT_EQ(numbers, (std::vector<int>{57, 60, 64, 57, 60, 64, 55, 72, 64, 67, 64}));
 }
 
@@ -213,8 +216,9 @@ TEST(ScoreChords, VelocitiesFollowTheBarThePlaceAndTheVoice)
     const auto score = parsed(head + "dynamics: p f\nchords:\n| Am . . . . . . FM | . . CM=99 . | . | DM |\n",
                               ScoreKind::chordPattern);
     std::vector<int> velocities;
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         velocities.push_back(note.velocity);
+    }
     EXPECT_EQ(velocities, (std::vector<int>{58, 49, 62, 62, 53, 66, 99, 90, 103, 94, 85, 98}));
 }
 
@@ -259,8 +263,9 @@ TEST(ScoreDrums, TheNineDigitsAreNineVelocities)
         parsed(head + "drums:\nx 36 |123456789.......|................|................|................|\n",
                ScoreKind::drums);
     std::vector<int> velocities;
-    for (const auto& note : score.notes)
+    for (const auto& note : score.notes) {
         velocities.push_back(note.velocity);
+    }
     EXPECT_EQ(velocities, (std::vector<int>{16, 29, 41, 54, 67, 79, 92, 105, 118}));
 }
 

@@ -9,7 +9,9 @@ namespace volvelle::test {
 class HandClock : public Clock {
 public:
     HandClock() { setMainRunLoopClock(this); }
+
     ~HandClock() override { setMainRunLoopClock(nullptr); }
+
     HandClock(const HandClock&) = delete;
     HandClock& operator=(const HandClock&) = delete;
 

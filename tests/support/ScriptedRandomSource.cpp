@@ -6,7 +6,8 @@ namespace volvelle::test {
 
 ScriptedRandomSource::ScriptedRandomSource(std::vector<int> numbers)
     : before(setRandomSource(this)), script(std::move(numbers))
-{}
+{
+}
 
 ScriptedRandomSource::~ScriptedRandomSource()
 {

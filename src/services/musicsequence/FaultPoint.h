@@ -2,8 +2,8 @@
 
 #include "services/musicsequence/MusicSequence.h"
 
-// Lets a test make any operation of the service fail. In a build without VOLVELLE_FAULT_POINTS nothing of it is
-// left in the operations.
+// Lets a test make any operation of the service fail. In a build without VOLVELLE_FAULT_POINTS nothing of it
+// is left in the operations.
 namespace volvelle {
 
 enum class MusicSequenceOperation {
@@ -51,13 +51,14 @@ enum class MusicSequenceOperation {
     count
 };
 
-// A status other than noErr makes a faulty operation return it before it does anything. Two answers are special
-// and let an operation "succeed" without its result, so that what stands behind a missing handle or payload can
-// be tested: with noErr as the status the operation returns noErr and leaves its out parameters alone.
+// A status other than noErr makes a faulty operation return it before it does anything. Two answers are
+// special and let an operation "succeed" without its result, so that what stands behind a missing handle or
+// payload can be tested: with noErr as the status the operation returns noErr and leaves its out parameters
+// alone.
 struct Fault {
     OSStatus status = noErr;
-    int after = 0;  // how many calls still work
-    int times = 1;  // how many calls then fail; -1 for all
+    int after = 0; // how many calls still work
+    int times = 1; // how many calls then fail; -1 for all
 };
 
 #ifdef VOLVELLE_FAULT_POINTS
@@ -81,7 +82,7 @@ constexpr bool takesFault(MusicSequenceOperation, OSStatus&)
 } // namespace volvelle
 
 // The first line of every operation of the service.
-#define VOLVELLE_FAULT_POINT(operation)                                                                        \
-    if (OSStatus fault = noErr; takesFault(MusicSequenceOperation::operation, fault)) {                        \
-        return fault;                                                                                          \
+#define VOLVELLE_FAULT_POINT(operation)                                                                      \
+    if (OSStatus fault = noErr; takesFault(MusicSequenceOperation::operation, fault)) {                      \
+        return fault;                                                                                        \
     }

@@ -178,9 +178,9 @@ OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& t
 // MARK: Files
 
 // The sequence as the bytes of a Standard MIDI File of format 1: the tempo track, then the tracks in order.
-// Notes, channel messages, tempos, metas and raw data are written; what else a track holds counts for its length
-// alone. A note-off of release velocity 0 is written as a note-on of velocity 0, and read back as such.
-// `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
+// Notes, channel messages, tempos, metas and raw data are written; what else a track holds counts for its
+// length alone. A note-off of release velocity 0 is written as a note-on of velocity 0, and read back as
+// such. `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
 OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenceFileTypeID type,
                                      MusicSequenceFileFlags flags, std::int16_t resolution,
                                      std::vector<std::uint8_t>& data);
@@ -192,9 +192,9 @@ OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::files
                                  MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
                                  std::int16_t resolution);
 
-// Reads a Standard MIDI File into the sequence, whose tracks are replaced; the tempo track stays the same, with
-// other content. On failure nothing changes. Every file that holds notes opens;
-// what was mended is told by MusicSequenceGetLoadWarnings.
+// Reads a Standard MIDI File into the sequence, whose tracks are replaced; the tempo track stays the same,
+// with other content. On failure nothing changes. Every file that holds notes opens; what was mended is told
+// by MusicSequenceGetLoadWarnings.
 OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesystem::path& url,
                                MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
 OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vector<std::uint8_t>& data,
@@ -219,9 +219,9 @@ OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty prope
 // MARK: Spans
 //
 // A span is half open and takes events by their start. One that reaches the track's length or beyond takes in
-// everything to the end; one whose start equals its end holds nothing. A start or an end that is negative or not
-// finite, and a start behind the end, answer kAudioToolboxErr_InvalidEventType. Tempos are copied to a tempo
-// track only, else kAudioToolboxErr_IllegalTrackDestination.
+// everything to the end; one whose start equals its end holds nothing. A start or an end that is negative or
+// not finite, and a start behind the end, answer kAudioToolboxErr_InvalidEventType. Tempos are copied to a
+// tempo track only, else kAudioToolboxErr_IllegalTrackDestination.
 
 // Deletes the events of the span; later events keep their times.
 OSStatus MusicTrackClear(const MusicTrack& track, double start, double end);
@@ -231,36 +231,40 @@ OSStatus MusicTrackCut(const MusicTrack& track, double start, double end);
 
 // Inserts a copy of the span; destination events from `at` on move later by the span, the destination gets
 // longer by it. Source and destination may be one track.
-OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end, const MusicTrack& destination,
-                              double at);
+OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end,
+                              const MusicTrack& destination, double at);
 
 // Adds a copy of the span at `at`; destination events keep their times.
 OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, const MusicTrack& destination,
                          double at);
 
-// Adds `by` to the times of the events of the span; at equal times they then stand behind the others. A move to below 0 answers kAudioToolboxErr_StartOfTrack.
+// Adds `by` to the times of the events of the span; at equal times they then stand behind the others. A move
+// to below 0 answers kAudioToolboxErr_StartOfTrack.
 OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
 
 // MARK: New events
 //
-// The record is copied on entry. Events of equal times keep the order of entry. A time that is negative or not
-// finite, or a data byte above 127, answers kAudioToolboxErr_InvalidEventType. Tempo goes to the tempo track
-// only, everything else may go to any track; a wrong track answers kAudioToolboxErr_IllegalTrackDestination.
+// The record is copied on entry. Events of equal times keep the order of entry. A time that is negative or
+// not finite, or a data byte above 127, answers kAudioToolboxErr_InvalidEventType. Tempo goes to the tempo
+// track only, everything else may go to any track; a wrong track answers
+// kAudioToolboxErr_IllegalTrackDestination.
 
 OSStatus MusicTrackNewMIDINoteEvent(const MusicTrack& track, double time, const MIDINoteMessage& message);
-OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time, const MIDIChannelMessage& message);
+OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time,
+                                       const MIDIChannelMessage& message);
 OSStatus MusicTrackNewMIDIRawDataEvent(const MusicTrack& track, double time, const MIDIRawData* record);
 OSStatus MusicTrackNewMetaEvent(const MusicTrack& track, double time, const MIDIMetaEvent* record);
 OSStatus MusicTrackNewExtendedTempoEvent(const MusicTrack& track, double time, double bpm);
 OSStatus MusicTrackNewUserEvent(const MusicTrack& track, double time, const MusicEventUserData* record);
-OSStatus MusicTrackNewExtendedNoteEvent(const MusicTrack& track, double time, const ExtendedNoteOnEvent& record);
+OSStatus MusicTrackNewExtendedNoteEvent(const MusicTrack& track, double time,
+                                        const ExtendedNoteOnEvent& record);
 OSStatus MusicTrackNewParameterEvent(const MusicTrack& track, double time, const ParameterEvent& record);
 OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const AUPresetEvent& record);
 
 // MARK: Walking a track
 
-// An iterator on the first event. It stays usable whatever happens to the track: it keeps to its event, goes to
-// the following one where that is deleted, and stays behind the end once it is there.
+// An iterator on the first event. It stays usable whatever happens to the track: it keeps to its event, goes
+// to the following one where that is deleted, and stays behind the end once it is there.
 OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
 OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
 
@@ -270,14 +274,14 @@ OSStatus MusicEventIteratorHasCurrentEvent(const MusicEventIterator& iterator, b
 // True while an event follows the current one.
 OSStatus MusicEventIteratorHasNextEvent(const MusicEventIterator& iterator, bool& flag);
 
-// Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator behind the end,
-// without a current event.
+// Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator behind the
+// end, without a current event.
 OSStatus MusicEventIteratorNextEvent(const MusicEventIterator& iterator);
 
 // The current event. `payload` points to the stored record and stays valid until the track changes; `size` is
 // the record's whole size in bytes. Without a current event kAudioToolboxErr_EndOfTrack.
-OSStatus MusicEventIteratorGetEventInfo(const MusicEventIterator& iterator, double& time, MusicEventType& type,
-                                        const void*& payload, std::uint32_t& size);
+OSStatus MusicEventIteratorGetEventInfo(const MusicEventIterator& iterator, double& time,
+                                        MusicEventType& type, const void*& payload, std::uint32_t& size);
 
 // Removes the current event and stands on the one that followed it.
 OSStatus MusicEventIteratorDeleteEvent(const MusicEventIterator& iterator);
