@@ -152,11 +152,13 @@ private:
         const auto& record = event.record<MIDIMetaEvent>();
         add(event, nameOf(metaNames, record.metaEventType, concat("meta ", record.metaEventType)),
             std::nullopt, {record.data, record.data + record.dataLength});
-        if (isTextType(record.metaEventType)) {
-            track.events.back().text = textOf(track.events.back().data);
+        if (!isTextType(record.metaEventType)) {
+            return;
         }
+        const std::string text = textOf(track.events.back().data);
+        track.events.back().text = text;
         if (record.metaEventType == META_TRACKNAME && track.name.empty()) {
-            track.name = *track.events.back().text;
+            track.name = text;
         }
     }
 

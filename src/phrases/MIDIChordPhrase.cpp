@@ -134,7 +134,7 @@ std::shared_ptr<ChordRule> MIDIChordPhrase::findChordRule(ChordEvent& chord)
 void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
 {
     for (auto place = chords.begin(); place != chords.end(); ++place) {
-        const auto element = *place;
+        const auto& element = *place;
         if (element->position != chord->position) {
             continue;
         }

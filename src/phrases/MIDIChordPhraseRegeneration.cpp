@@ -30,6 +30,7 @@ void MIDIChordPhrase::regenerateEvents()
 {
     generatedEvents.clear();
     std::vector<double> positions;
+    positions.reserve(chords.size() + 1);
     for (const auto& chord : chords) {
         positions.push_back(chord->position);
     }

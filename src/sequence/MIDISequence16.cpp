@@ -83,11 +83,11 @@ std::vector<MIDISequence16::TimedMIDIEvent> MIDISequence16::getTrackEvents(const
     };
     std::vector<TimedMIDIEvent> events;
     walkTrack(track, reportFailure, [&events](const TrackEvent& event, const MusicEventIterator&) {
-        EventRecord record = copyOf(event);
+        const EventRecord record = copyOf(event);
         if (std::holds_alternative<std::monostate>(record)) {
             directPrint(concat("Something or other ", event.type));
         } else {
-            events.push_back({event.type, event.time, std::move(record)});
+            events.push_back({event.type, event.time, record});
         }
         return WalkStep::stepOn;
     });

@@ -1,0 +1,113 @@
+#include "base/Checked.h"
+#include "tests/phrases/DrawScript.h"
+#include "tests/phrases/PhraseFiles.h"
+#include "tests/phrases/PhraseMaking.h"
+#include "tests/phrases/Probes.h"
+#include "tests/support/ConsoleCapture.h"
+
+#include <fstream>
+#include <set>
+
+namespace volvelle {
+namespace {
+
+using namespace test;
+using Lines = std::vector<std::string>;
+using Ranges = std::vector<std::pair<int, int>>;
+using Probe = MIDIClipGeneratorProbe;
+
+class Choice : public testing::Test {
+protected:
+    void touch(const std::string& name) const { std::ofstream(path + name) << "x"; }
+
+    TemporaryFolder folder;
+    std::string path = folder.path.string() + "/";
+    ConsoleCapture console;
+    MIDIClipGenerator generator;
+};
+
+using ChoiceDeathTest = Choice;
+
+TEST_F(Choice, EachOfThreeFilesComesUpAndNoOther)
+{
+    for (const char* name : {"001.mid", "002.mid", "003.mid"}) {
+        touch(name);
+    }
+    SeededRandomSource source(3);
+    std::set<std::string> names;
+    for (int i = 0; i < 100; ++i) {
+        names.insert(Probe::loadRandomFileAt(generator, path).string());
+    }
+    EXPECT_EQ(names, (std::set<std::string>{path + "001.mid", path + "002.mid", path + "003.mid"}));
+}
+
+TEST_F(Choice, TheOneDrawGoesFromOneToTheCount)
+{
+    for (const char* name : {"001.mid", "002.mid", "003.mid"}) {
+        touch(name);
+    }
+    ScriptedRandomSource source({2});
+    EXPECT_EQ(Probe::loadRandomFileAt(generator, path), path + "002.mid");
+    EXPECT_EQ(source.ranges, (Ranges{{1, 3}}));
+    EXPECT_EQ(console.take(), (Lines{"MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "'...",
+                                     "There were 3 MIDI files found at '" + path + "'.",
+                                     "MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "002.mid'"}));
+}
+
+TEST_F(Choice, OtherFilesAreAWarningOnly)
+{
+    touch("001.mid");
+    touch("readme.txt");
+    EXPECT_EQ(Probe::loadRandomFileAt(generator, path), path + "001.mid");
+    EXPECT_EQ(console.take(), (Lines{"MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "'...",
+                                     "There were 1 MIDI files found at '" + path + "'.",
+                                     "WARNING: There are other files at '" + path + "' too.",
+                                     "MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "001.mid'"}));
+}
+
+TEST_F(Choice, FilesAreCountedByTheirEndingInAnyCase)
+{
+    EXPECT_EQ(Probe::countFiles(
+                  generator, {"001.mid", "002.MID", "x.MiD", ".mid", "mid", "a.midi", "b.mid.txt"}, "there"),
+              4);
+    EXPECT_EQ(Probe::countFiles(generator, {}, "nowhere"), 0);
+    EXPECT_EQ(console.take(), (Lines{"There were 4 MIDI files found at 'there'.",
+                                     "There were 0 MIDI files found at 'nowhere'."}));
+}
+
+TEST_F(Choice, NumbersHaveThreeDigitsAtLeast)
+{
+    for (const auto& [number, text] : std::vector<std::pair<int, std::string>>{{0, "000"},
+                                                                               {1, "001"},
+                                                                               {9, "009"},
+                                                                               {10, "010"},
+                                                                               {99, "099"},
+                                                                               {100, "100"},
+                                                                               {1000, "1000"},
+                                                                               {-1, "00-1"}}) {
+        EXPECT_EQ(Probe::formatNumber(generator, number), text);
+    }
+}
+
+TEST_F(ChoiceDeathTest, AFolderThatCannotBeListedStops)
+{
+    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path + "none/"),
+                 onlyLine("Getting contents of '" + path + "none/' failed."));
+}
+
+TEST_F(ChoiceDeathTest, AFolderWithoutMIDIFilesStops)
+{
+    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path), onlyLine("No files found in '" + path + "'"));
+    touch("readme.txt");
+    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path), onlyLine("No files found in '" + path + "'"));
+}
+
+TEST_F(ChoiceDeathTest, ANumberedFileThatIsMissingStops)
+{
+    touch("001.MID");
+    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path),
+                 onlyLine("The file '" + path + "001.mid' does not exist."));
+}
+
+} // namespace
+} // namespace volvelle
