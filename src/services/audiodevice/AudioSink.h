@@ -22,8 +22,8 @@ class AudioSink {
 public:
     virtual ~AudioSink() = default;
 
-    // Begins to pull from `source`, which must live until close(). False with one plain line in `error` where that
-    // is not possible; nothing is pulled then. [main thread, or the worker that opens devices]
+    // Begins to pull from `source`, which must live until close(). False with one plain line in `error` where
+    // that is not possible; nothing is pulled then. [main thread, or the worker that opens devices]
     virtual bool open(AudioSource& source, std::string& error) = 0;
 
     // Ends pulling: no call into the source is under way once it returns. May be called more than once.
