@@ -91,6 +91,7 @@ void addLibrary(CLI::App& app, Request& request)
 
     CLI::App& check = *library.add_subcommand("check", "Load every phrase as the generator does");
     check.add_option("DIR", request.libraryCheck.folder, "folder that holds Phrases and Phrases2");
+    check.add_flag("--ear", request.libraryCheck.ear, "measure 1,000 arrangements, and hold their bounds");
     addCommonOptions(check, request);
     check.callback([&request] {
         request.action = [&request](CommandOutput& output) {

@@ -4,10 +4,12 @@
 #include "base/Console.h"
 #include "base/Paths.h"
 #include "base/Text.h"
+#include "cli/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
 #include "scores/ScoreKind.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace volvelle {
 
@@ -132,6 +134,30 @@ void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>&
     }
 }
 
+std::string shortText(double value)
+{
+    return text(std::round(value * 1000.0) / 1000.0);
+}
+
+void checkEar(const fs::path& root, CommandOutput& output, std::vector<std::string>& problems)
+{
+    constexpr int arrangements = 1000;
+    setResourcesFolder(root);
+    EarMeasure measure;
+    for (int i = 0; i < arrangements; ++i) {
+        MIDIClipGenerator generator;
+        generator.makeArrangement(false);
+        measure.add(generator);
+    }
+    for (const auto& row : measure.table()) {
+        output.remark(concat(row.name, ": ", shortText(row.value), " (", row.least, " to ", row.most, ")"));
+        if (row.value < row.least || row.value > row.most) {
+            problems.push_back(
+                concat(row.name, ": ", shortText(row.value), " is outside ", row.least, " to ", row.most));
+        }
+    }
+}
+
 } // namespace
 
 int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
@@ -148,6 +174,9 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
         for (const fs::path& file : files) {
             checkPhrase(file, kind, problems);
         }
+    }
+    if (options.ear && problems.empty()) {
+        checkEar(*root, output, problems);
     }
     for (const std::string& problem : problems) {
         output.result(problem);

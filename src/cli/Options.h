@@ -25,6 +25,7 @@ struct InspectOptions {
 
 struct LibraryCheckOptions {
     std::optional<std::filesystem::path> folder; // the resources in use without a value
+    bool ear = false;                            // measure arrangements, too
 };
 
 struct LibraryCompileOptions {

@@ -51,6 +51,19 @@ TEST_F(LibraryCheck, TheProjectsOwnLibraryIsInOrder)
     EXPECT_GE(std::stoi(result.output), 80);
 }
 
+TEST_F(LibraryCheck, TheProjectsOwnLibrarySoundsWithinItsBounds)
+{
+    const auto result = volvelle("library check --ear");
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("share of first beats with a bass note: 0."));
+}
+
+TEST_F(LibraryCheck, ALibraryThatSoundsOutsideTheBoundsIsTold)
+{
+    EXPECT_THAT(volvelle("library check --ear --quiet lib").output,
+                HasSubstr("notes per beat, channel 9: 0.063 is outside 0.5 to 4.0\n"));
+}
+
 TEST_F(LibraryCheck, AGoodLibraryPasses)
 {
     EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");

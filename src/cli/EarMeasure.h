@@ -1,0 +1,55 @@
+#pragma once
+
+#include "phrases/MIDIClipGenerator.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// Counts over many arrangements what an ear hears in them. Add arrangements, then read.
+class EarMeasure {
+public:
+    static constexpr int beats = 16;             // of an arrangement
+    static constexpr int sixteenths = beats * 4; // the grid on which voices and onsets are counted
+    static constexpr int crowdedOnsets = 8;      // onsets on one sixteenth that count as a crowd
+    static constexpr std::array channels{0, 1, 2, 8, 9, 14}; // those that sound
+
+    void add(MIDIClipGenerator& generator);
+
+    struct Row {
+        std::string name;
+        double value;
+        double least; // the bounds of a library that sounds well
+        double most;
+    };
+
+    // The whole table, in the order of docs/ear.md. Needs at least one arrangement.
+    std::vector<Row> table() const;
+
+private:
+    using Notes = std::vector<std::shared_ptr<PhraseEvent>>;
+
+    void addGrid(const Notes& mix);
+    void addBass(MIDIClipGenerator& generator, const Notes& mix);
+    void addLead(const Notes& lead);
+    void addSilence(const Notes& mix);
+
+    int arrangements = 0;
+    int withoutChord = 0;
+    std::array<long, 16> notes{}; // by channel
+    std::vector<int> voices;      // sounding at each sixteenth
+    int crowded = 0;              // sixteenths
+    long bassNotes = 0;
+    long bassOnRoot = 0;
+    long barsWithBass = 0;        // a bass note on the first beat
+    long bassDistances = 0;       // notes with another voice above
+    double bassDistanceSum = 0.0; // semitones
+    long leadSteps = 0;
+    long leadRepeats = 0;
+    double shortestSilence = beats; // beats, of the longest silence in each arrangement
+    double longestSilence = 0.0;
+};
+
+} // namespace volvelle
