@@ -41,13 +41,8 @@ std::optional<std::string> documentsEntry(const fs::path& file)
     return std::nullopt;
 }
 
-} // namespace
-
-std::optional<fs::path> resourcesFolder()
+std::optional<fs::path> installedResources()
 {
-    if (chosenResources) {
-        return chosenResources;
-    }
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
     if (error) {
@@ -60,6 +55,25 @@ std::optional<fs::path> resourcesFolder()
         }
     }
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<fs::path> resourcesFolder()
+{
+    return chosenResources ? chosenResources : installedResources();
+}
+
+std::vector<fs::path> resourcesFolders()
+{
+    std::vector<fs::path> folders;
+    if (chosenResources) {
+        folders.push_back(*chosenResources);
+    }
+    if (const auto installed = installedResources()) {
+        folders.push_back(*installed);
+    }
+    return folders;
 }
 
 void setResourcesFolder(std::optional<fs::path> folder)

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 // The folders that the program reads from and writes to. [main thread]
 namespace volvelle {
@@ -9,6 +10,10 @@ namespace volvelle {
 // The folder that holds "Phrases" and "Phrases2", without a value where none was found. It is, in this order:
 // the folder set by setResourcesFolder, "resources" beside the executable, "../share/volvelle" beside it.
 std::optional<std::filesystem::path> resourcesFolder();
+
+// The folders to look for resources in, the first one first: the one that was set, and the installed one.
+// Each only where there is one.
+std::vector<std::filesystem::path> resourcesFolders();
 
 // Sets the first place to look, an absent value to forget it.
 void setResourcesFolder(std::optional<std::filesystem::path> folder);

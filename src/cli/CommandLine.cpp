@@ -15,6 +15,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <unistd.h>
@@ -32,18 +33,30 @@ struct Request {
     InspectOptions inspect;
     LibraryCheckOptions libraryCheck;
     LibraryCompileOptions libraryCompile;
+    PlayOptions play;
+    RenderOptions render;
     Action action;
 };
 
-void endAfterFatalStop()
+const SoundCommands* soundCommands = nullptr; // of this process, null for none
+
+void removePendingFiles()
 {
     removePendingTemporaryFile();
+    if (soundCommands != nullptr) {
+        soundCommands->removePendingFiles();
+    }
+}
+
+void endAfterFatalStop()
+{
+    removePendingFiles();
     std::_Exit(exitFailed);
 }
 
 void endAfterSignal(int signal)
 {
-    removePendingTemporaryFile();
+    removePendingFiles();
     _exit(128 + signal);
 }
 
@@ -110,6 +123,60 @@ void addLibrary(CLI::App& app, Request& request)
     });
 }
 
+// Replaces this process by the program with sound beside it. Returns only where that fails.
+int handOver(char** argv, CommandOutput& output)
+{
+    std::error_code error;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::string other = (self.parent_path() / "volvelle-sound").string();
+    execv(other.c_str(), argv);
+    return output.failure("The program 'volvelle-sound' is missing beside this one: it plays and renders.");
+}
+
+void addPlay(CLI::App& app, Request& request, char** argv)
+{
+    CLI::App& command = *app.add_subcommand("play", "Play a MIDI file");
+    PlayOptions& options = request.play;
+    auto* file = command.add_option("FILE", options.file, "the MIDI file");
+    command.add_option("--port", options.port, "a MIDI port of another program, or \"list\"")
+        ->option_text("NAME|list");
+    command.add_option("--bank", options.bank, "the sound bank")->option_text("F");
+    addCommonOptions(command, request);
+    command.callback([&request, file, argv] {
+        if (file->count() == 0 && request.play.port != "list") {
+            throw CLI::RequiredError("FILE");
+        }
+        request.action = [&request, argv](CommandOutput& output) {
+            return soundCommands != nullptr ? soundCommands->play(request.play, output)
+                                            : handOver(argv, output);
+        };
+    });
+}
+
+void addRender(CLI::App& app, Request& request, char** argv)
+{
+    CLI::App& command = *app.add_subcommand("render", "Turn a MIDI file into sound");
+    RenderOptions& options = request.render;
+    command.add_option("FILE", options.file, "the MIDI file")->required();
+    command.add_option("--out", options.out, "the file to write: .wav, .flac or .ogg")
+        ->required()
+        ->option_text("F");
+    command.add_option("--bank", options.bank, "the sound bank")->option_text("F");
+    command.add_option("--rate", options.rate, "frames per second, 8000 to 192000")
+        ->check(CLI::Range(8000, 192000))
+        ->option_text("N");
+    command.add_option("--cores", options.cores, "cores to use, all without it")
+        ->check(CLI::Range(1, 64))
+        ->option_text("N");
+    addCommonOptions(command, request);
+    command.callback([&request, argv] {
+        request.action = [&request, argv](CommandOutput& output) {
+            return soundCommands != nullptr ? soundCommands->render(request.render, output)
+                                            : handOver(argv, output);
+        };
+    });
+}
+
 int run(const Request& request)
 {
     StandardOutputSink sink;
@@ -128,8 +195,9 @@ int run(const Request& request)
 
 } // namespace
 
-int runCommandLine(int argc, char** argv)
+int runCommandLine(int argc, char** argv, const SoundCommands* sound)
 {
+    soundCommands = sound;
     mainQueue();
     setFinalStep(endAfterFatalStop);
     std::signal(SIGINT, endAfterSignal);
@@ -143,6 +211,8 @@ int runCommandLine(int argc, char** argv)
     addGenerate(app, request);
     addInspect(app, request);
     addLibrary(app, request);
+    addPlay(app, request, argv);
+    addRender(app, request, argv);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

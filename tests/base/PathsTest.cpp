@@ -61,7 +61,9 @@ TEST_F(Paths, WithoutAHomeThereIsNoDocumentsFolder)
 
 TEST_F(Paths, AChosenResourcesFolderComesFirst)
 {
+    EXPECT_EQ(resourcesFolders().size(), resourcesFolder() ? 1U : 0U);
     setResourcesFolder(home / "mine");
+    EXPECT_EQ(resourcesFolders().front(), home / "mine");
     EXPECT_EQ(resourcesFolder(), home / "mine");
 }
 

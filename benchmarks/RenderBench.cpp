@@ -1,0 +1,71 @@
+#include "base/Paths.h"
+#include "services/audiograph/AVAudioEngine.h"
+#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/AudioUnitCalls.h"
+#include "services/soundunits/MIDISynthUnit.h"
+#include "services/synthesizer/SoundBanks.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+
+namespace {
+
+using namespace volvelle;
+
+constexpr int blockFrames = 512;
+constexpr double blockSeconds = blockFrames / 48000.0;
+
+// Items are blocks; "core" is the share of one core that the block's time takes in real time.
+void voices(benchmark::State& state)
+{
+    setResourcesFolder(VOLVELLE_RESOURCES);
+    registerMIDISynth();
+    const auto engine = std::make_shared<AVAudioEngine>();
+    const auto instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
+    engine->attachNode(instrument);
+    engine->connect(instrument, engine->mainMixerNode(), 0, 0);
+    engine->enableManualRenderingMode(blockFrames);
+    std::string error;
+    engine->start(error);
+    const auto unit = instrument->auAudioUnit();
+    for (std::uint32_t note = 0; note < static_cast<std::uint32_t>(state.range(0)); ++note) {
+        const std::uint32_t channel = note % 8;
+        MusicDeviceMIDIEvent(unit, 0xC0U | channel, 19, 0, 0); // an organ holds its level
+        MusicDeviceMIDIEvent(unit, 0x90U | channel, 36 + note / 8 * 2, 40, 0);
+    }
+    std::array<float, blockFrames> left{};
+    std::array<float, blockFrames> right{};
+    for (auto _ : state) {
+        engine->renderOffline(blockFrames, left.data(), right.data());
+        benchmark::DoNotOptimize(left.data());
+    }
+    const auto synth = std::dynamic_pointer_cast<MIDISynthUnit>(unit);
+    state.counters["voices"] = synth->activeVoices();
+    state.counters["core"] = benchmark::Counter(blockSeconds * static_cast<double>(state.iterations()),
+                                                benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    engine->stop();
+}
+
+BENCHMARK(voices)->Arg(0)->Arg(32)->Arg(64)->Arg(128);
+
+// Finding and loading the built-in bank: the largest part of the time to the first sound.
+void loadBank(benchmark::State& state)
+{
+    setResourcesFolder(VOLVELLE_RESOURCES);
+    const auto bank = bestInstalledBank();
+    if (!bank) {
+        state.SkipWithError("there is no sound bank");
+        return;
+    }
+    for (auto _ : state) {
+        std::string error;
+        benchmark::DoNotOptimize(Synthesizer::make(*bank, {}, error));
+    }
+}
+
+BENCHMARK(loadBank)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,19 @@
+// Turns the input, read as a SoundFont, into a bank of downloadable sounds.
+#include "tools/sf2dls/DLSWriter.h"
+#include "tools/sf2dls/SoundFontConverter.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    std::string error;
+    const auto file = volvelle::SoundFontFile::read({data, size}, error);
+    if (file) {
+        if (const auto bank = volvelle::SoundFontConverter(*file).convert(error)) {
+            volvelle::writeDLS(*bank, file->name);
+        }
+    }
+    return 0;
+}

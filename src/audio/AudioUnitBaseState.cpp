@@ -1,0 +1,56 @@
+#include "audio/AudioUnitBase.h"
+#include "audio/PropertyList.h"
+#include "base/Console.h"
+#include "base/Text.h"
+#include "services/files/SafeFile.h"
+
+#include <system_error>
+
+namespace volvelle {
+
+void AudioUnitBase::saveFullState(const std::filesystem::path& url) const
+{
+    if (!audioUnit) {
+        directPrint(
+            concat("AudioUnitBase::saveFullState(): ERROR: The audio unit (", className(), ") is nil."));
+        return;
+    }
+    std::string error;
+    const auto bytes = propertyListData(audioUnit->fullState(), error);
+    if (!bytes) {
+        directPrint("AudioUnitBase::saveFullState(): FEHLER: Die Daten konnten nicht serialisiert werden.");
+        return;
+    }
+    replaceFile(url, *bytes, true);
+}
+
+void AudioUnitBase::loadFullState(const std::filesystem::path& url)
+{
+    if (!audioUnit) {
+        directPrint(
+            concat("AudioUnitBase::loadFullState(): ERROR: The audio unit (", className(), ") is nil."));
+        return;
+    }
+    std::error_code missing;
+    if (!std::filesystem::exists(url, missing)) {
+        directPrint(concat("AudioUnitBase::loadFullState(): ERROR: The path ", url.string(),
+                           " for loading presets does not exist."));
+        return;
+    }
+    std::vector<std::uint8_t> bytes;
+    if (readFile(url, bytes) != noErr) {
+        directPrint("AudioUnitBase::loadFullState(): ERROR: The file is not readable.");
+        return;
+    }
+    std::string error;
+    const auto state = propertyListFromData(bytes, error);
+    if (!state) {
+        directPrint(concat(
+            "AudioUnitBase::loadFullState(): FEHLER: Die Datei konnte nicht eingelesen werden: ", error,
+            ", Format: ", propertyListXMLFormat));
+        return;
+    }
+    audioUnit->setFullState(*state);
+}
+
+} // namespace volvelle

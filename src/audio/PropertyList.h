@@ -1,0 +1,27 @@
+#pragma once
+
+#include "services/audiograph/PropertyDictionary.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+// Dictionaries as property lists in XML: dict, array, string, integer, real, true, false and data. Both ways
+// refuse what is nested deeper than 200 levels. [any thread]
+namespace volvelle {
+
+inline constexpr int propertyListXMLFormat = 100;
+
+// The bytes of the list, in UTF-8, with tabs and line ends; keys in their order. No value, with a text in
+// `error`, for a text that XML cannot hold: one that is not UTF-8, or has control characters other than tab
+// and line ends.
+std::optional<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& list, std::string& error);
+
+// The dictionary that the list holds; a date becomes its text. Of equal keys the last counts. No value, with
+// a text in `error`, for anything that is not such a list.
+std::optional<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> data,
+                                                       std::string& error);
+
+} // namespace volvelle

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+namespace volvelle {
+
+// Where the sound bank of that name and extension stands; no value where there is none. [main thread]
+using SoundBankFinder =
+    std::function<std::optional<std::filesystem::path>(std::string_view name, std::string_view extension)>;
+
+// Looks into resourcesFolder() alone. [main thread]
+std::optional<std::filesystem::path> soundBankInResources(std::string_view name, std::string_view extension);
+
+} // namespace volvelle

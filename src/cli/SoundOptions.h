@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+// What the arguments of the commands with sound say.
+namespace volvelle {
+
+struct PlayOptions {
+    std::optional<std::filesystem::path> file; // none for a list of ports alone
+    std::optional<std::string> port;           // part of the name of a MIDI port, or "list"
+    std::optional<std::filesystem::path> bank;
+};
+
+struct RenderOptions {
+    std::filesystem::path file;
+    std::filesystem::path out; // its ending tells the form: .wav, .flac or .ogg
+    std::optional<std::filesystem::path> bank;
+    int rate = 48000; // Hz
+    int cores = 0;    // 0 for all
+};
+
+} // namespace volvelle

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "cli/FileDescription.h"
+
+#include <string>
+
+namespace volvelle {
+
+// The line that shows where the music is: "Bar 2.3  Am7  channels 1 2 9 10  5.5 of 16.0 beats".
+class PlayDisplay {
+public:
+    explicit PlayDisplay(FileDescription description);
+
+    // The line at a position in beats.
+    std::string line(double position, bool isPaused) const;
+
+    // Shows the line in place of the one before, on a terminal alone.
+    void show(double position, bool isPaused);
+
+    // Ends the line.
+    void finish();
+
+private:
+    const FileDescription description;
+    std::string shown;
+};
+
+} // namespace volvelle

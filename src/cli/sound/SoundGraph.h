@@ -1,0 +1,42 @@
+#pragma once
+
+#include "audio/AudioUnitMIDISynth.h"
+#include "services/audiograph/AVAudioEngine.h"
+#include "services/audiograph/AVAudioUnitEffect.h"
+#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace volvelle {
+
+// The engine of a command: instrument, limiter, main mixer, output. The instrument is the internal
+// synthesizer, or a MIDI port that stands in its place. [main thread]
+class SoundGraph {
+public:
+    // `cores` above 1 only for rendering by hand.
+    explicit SoundGraph(int cores = 1);
+    ~SoundGraph();
+    SoundGraph(const SoundGraph&) = delete;
+    SoundGraph& operator=(const SoundGraph&) = delete;
+
+    // Makes the synthesizer with its built-in sounds or those of `bank`. False with one plain line in
+    // `error`.
+    bool connectSynthesizer(const std::optional<std::filesystem::path>& bank, std::string& error);
+
+    // Makes the instrument that sends to the port of that name. False with one plain line in `error`.
+    bool connectPort(const std::string& name, std::string& error);
+
+    const std::shared_ptr<AVAudioEngine> engine;
+    std::shared_ptr<AVAudioUnitMIDIInstrument> instrument; // null before a connection
+
+private:
+    bool connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error);
+
+    std::shared_ptr<AudioUnitMIDISynth> synthesizer;
+    std::shared_ptr<AVAudioUnitEffect> limiter;
+};
+
+} // namespace volvelle

@@ -1,0 +1,53 @@
+#include "services/audiodevice/AudioFileFormat.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <sndfile.h>
+
+namespace volvelle {
+
+namespace {
+
+std::string endingOf(const std::filesystem::path& path)
+{
+    std::string ending = path.extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return ending;
+}
+
+int codeOf(const std::string& ending, SampleForm form)
+{
+    if (ending == ".wav") {
+        return SF_FORMAT_WAV | (form == SampleForm::float32 ? SF_FORMAT_FLOAT : SF_FORMAT_PCM_24);
+    }
+    if (ending == ".flac") {
+        return SF_FORMAT_FLAC | SF_FORMAT_PCM_24;
+    }
+    return ending == ".ogg" ? SF_FORMAT_OGG | SF_FORMAT_VORBIS : 0;
+}
+
+} // namespace
+
+std::optional<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, SampleForm form,
+                                                   int rate, std::string& error)
+{
+    const std::string ending = endingOf(path);
+    const AudioFileFormat format{codeOf(ending, form), rate};
+    if (format.code == 0) {
+        error = ending.empty() ? "An audio file's name must end in .wav, .flac or .ogg."
+                               : concat("Audio files cannot be written as ", ending,
+                                        ": the name must end in .wav, .flac or .ogg.");
+        return std::nullopt;
+    }
+    if (rate < lowestRate || rate > highestRate) {
+        error = concat("Audio files cannot be written at ", rate, " Hz: it must be ", lowestRate, " to ",
+                       highestRate, ".");
+        return std::nullopt;
+    }
+    return format;
+}
+
+} // namespace volvelle

@@ -1,0 +1,186 @@
+#include "services/audiodevice/AudioFileWriter.h"
+
+#include "base/Text.h"
+#include "services/audiodevice/NewFile.h"
+#include "services/audiodevice/RateConverter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <sndfile.h>
+#include <vector>
+
+namespace volvelle {
+
+namespace {
+
+constexpr std::int64_t longestWAV = 0xFFFF0000; // bytes: its lengths have 32 bits
+
+NewFile& fileOf(void* user)
+{
+    return *static_cast<NewFile*>(user);
+}
+
+SF_VIRTUAL_IO writingInto()
+{
+    SF_VIRTUAL_IO io = {};
+    io.get_filelen = [](void* user) -> sf_count_t { return fileOf(user).length(); };
+    io.seek = [](sf_count_t offset, int whence, void* user) -> sf_count_t {
+        return fileOf(user).seek(offset, whence);
+    };
+    io.read = [](void* bytes, sf_count_t count, void* user) -> sf_count_t {
+        return fileOf(user).read(bytes, count);
+    };
+    io.write = [](const void* bytes, sf_count_t count, void* user) -> sf_count_t {
+        return fileOf(user).write(bytes, count) ? count : 0;
+    };
+    io.tell = [](void* user) -> sf_count_t { return fileOf(user).seek(0, SEEK_CUR); };
+    return io;
+}
+
+} // namespace
+
+struct AudioFileWriter::File {
+    ~File()
+    {
+        if (sound != nullptr) {
+            sf_close(sound);
+        }
+    }
+
+    std::filesystem::path path;
+    AudioFileFormat format;
+    NewFile target;
+    SNDFILE* sound = nullptr;
+    std::optional<RateConverter> converter;
+    std::vector<float> interleaved; // what waits to be converted and written
+    std::vector<float> converted;
+    std::int64_t length = 0; // frames, before conversion
+};
+
+AudioFileWriter::AudioFileWriter() = default;
+AudioFileWriter::~AudioFileWriter() = default;
+
+std::int64_t AudioFileWriter::length() const
+{
+    return file ? file->length : 0;
+}
+
+bool AudioFileWriter::open(const std::filesystem::path& path, const Options& options, std::string& error)
+{
+    file = nullptr;
+    const auto format = AudioFileFormat::of(path, options.form, options.rate, error);
+    if (!format) {
+        return fail(error, error);
+    }
+    file = std::make_unique<File>();
+    file->path = path;
+    file->format = *format;
+    if (!file->target.create(path)) {
+        return fail(error, lineOfFailure());
+    }
+    SF_INFO information = {};
+    information.samplerate = format->rate;
+    information.channels = 2;
+    information.format = format->code;
+    SF_VIRTUAL_IO io = writingInto();
+    file->sound = sf_open_virtual(&io, SFM_WRITE, &information, &file->target);
+    if (file->sound == nullptr || file->target.failure() != 0) {
+        return fail(error, lineOfFailure());
+    }
+    double quality = 0.7;
+    sf_command(file->sound, SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    sf_command(file->sound, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+    sf_command(file->sound, SFC_SET_VBR_ENCODING_QUALITY, &quality, sizeof(quality));
+    if (options.rate != static_cast<int>(AudioSource::sampleRate)) {
+        file->converter.emplace(options.rate / AudioSource::sampleRate);
+    }
+    return true;
+}
+
+bool AudioFileWriter::write(const float* left, const float* right, int frames, std::string& error)
+{
+    if (!file) {
+        return fail(error, failure);
+    }
+    const auto count = static_cast<std::size_t>(std::max(frames, 0));
+    file->interleaved.resize(2 * count);
+    for (std::size_t i = 0; i < count; ++i) {
+        file->interleaved[2 * i] = left[i];
+        file->interleaved[2 * i + 1] = right[i];
+    }
+    file->length += static_cast<std::int64_t>(count);
+    return writeConverted(false, error);
+}
+
+bool AudioFileWriter::pull(AudioSource& source, std::int64_t frames, std::string& error)
+{
+    constexpr std::int64_t blockFrames = 512;
+    std::array<float, blockFrames> left{};
+    std::array<float, blockFrames> right{};
+    bool good = true;
+    while (good && frames > 0) {
+        const auto count = static_cast<int>(std::min(frames, blockFrames));
+        source.render(left.data(), right.data(), count);
+        good = write(left.data(), right.data(), count, error);
+        frames -= count;
+    }
+    return good;
+}
+
+bool AudioFileWriter::finish(std::string& error)
+{
+    if (!file) {
+        return fail(error, failure);
+    }
+    file->interleaved.clear();
+    if (file->converter && !writeConverted(true, error)) {
+        return false;
+    }
+    const int closed = sf_close(file->sound);
+    file->sound = nullptr;
+    if (closed != 0 || !file->target.takePlace()) {
+        return fail(error, lineOfFailure());
+    }
+    file = nullptr;
+    failure = "No audio file is being written.";
+    return true;
+}
+
+bool AudioFileWriter::writeConverted(bool isEnd, std::string& error)
+{
+    const std::vector<float>* samples = &file->interleaved;
+    if (file->converter) {
+        file->converted.clear();
+        if (!file->converter->convert(file->interleaved, isEnd, file->converted)) {
+            return fail(error, concat("The rate could not be converted to ", file->format.rate, " Hz."));
+        }
+        samples = &file->converted;
+    }
+    const auto frames = static_cast<sf_count_t>(samples->size() / 2);
+    if (sf_writef_float(file->sound, samples->data(), frames) != frames || file->target.failure() != 0) {
+        return fail(error, lineOfFailure());
+    }
+    if ((file->format.code & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV && file->target.length() > longestWAV) {
+        return fail(error, "A WAV file cannot grow beyond 4 GB: take .flac.");
+    }
+    return true;
+}
+
+std::string AudioFileWriter::lineOfFailure() const
+{
+    const int number = file->target.failure();
+    const std::string reason = number != 0 ? std::strerror(number) : sf_strerror(file->sound);
+    return concat("\"", file->path.string(), "\" could not be written: ", reason, ".");
+}
+
+bool AudioFileWriter::fail(std::string& error, const std::string& line)
+{
+    failure = line;
+    error = line;
+    file = nullptr;
+    return false;
+}
+
+} // namespace volvelle

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "services/audiodevice/AudioFileFormat.h"
+#include "services/audiodevice/AudioSink.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace volvelle {
+
+// Writes stereo audio of 48,000 Hz into a WAV, FLAC or OGG file at a rate of choice. The file grows beside
+// its target under another name and takes its place in finish(); until then, and on any failure, an existing
+// file is as it was, and nothing is left of a file that was not finished. Each operation gives false with one
+// plain line in `error`, and after a failure all that follow fail with the same line. [one thread]
+class AudioFileWriter {
+public:
+    struct Options {
+        int rate = 48'000; // Hz
+        SampleForm form = SampleForm::integer24;
+    };
+
+    AudioFileWriter();
+    ~AudioFileWriter();
+    AudioFileWriter(const AudioFileWriter&) = delete;
+    AudioFileWriter& operator=(const AudioFileWriter&) = delete;
+
+    // Begins a file; one that was begun before is dropped.
+    bool open(const std::filesystem::path& path, const Options& options, std::string& error);
+
+    // Appends `frames` frames. What exceeds full scale is clipped in integer forms.
+    bool write(const float* left, const float* right, int frames, std::string& error);
+
+    // Appends what `source` renders, in blocks of 512 frames and a shorter last one.
+    bool pull(AudioSource& source, std::int64_t frames, std::string& error);
+
+    // Completes the file and puts it in its place.
+    bool finish(std::string& error);
+
+    // Frames that were written, before conversion.
+    std::int64_t length() const;
+
+private:
+    struct File;
+
+    bool fail(std::string& error, const std::string& line);
+    bool writeConverted(bool isEnd, std::string& error);
+    std::string lineOfFailure() const;
+
+    std::unique_ptr<File> file; // null while none is written
+    std::string failure = "No audio file is being written.";
+};
+
+// Removes the audio files that are being written, for a program that ends at once. [any thread, in signal
+// handlers too]
+void removePendingAudioFiles();
+
+} // namespace volvelle

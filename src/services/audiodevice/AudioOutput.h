@@ -1,0 +1,68 @@
+#pragma once
+
+#include "services/audiodevice/AudioSink.h"
+#include "services/audiodevice/WaitableClock.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace volvelle {
+
+class AudioOutputWorker;
+class RenderGate;
+class SilentClockSink;
+
+// What an engine plays into: always pulls once started. It begins on a silent clock, moves to the sound
+// device as soon as one is found and pulls steadily, and back to the clock while there is none; a lost device
+// is looked for again every few seconds. All talk with devices is held on a thread of its own, which may hang
+// without holding up anybody. One sink renders at any time, and no frame twice. One owner, one thread uses
+// it.
+class AudioOutput {
+public:
+    struct Options {
+        std::function<std::unique_ptr<AudioSink>()> makeDevice; // empty: the system's devices. [worker]
+        std::shared_ptr<WaitableClock> clock;                   // null: the system's
+        WaitableClock::Time lookAgain = std::chrono::seconds(3);
+        WaitableClock::Time watch = std::chrono::milliseconds(50); // between two looks whether it was lost
+        WaitableClock::Time patience = std::chrono::seconds(2);    // of stop() with a device that hangs
+    };
+
+    AudioOutput();
+    explicit AudioOutput(Options options);
+    ~AudioOutput();
+    AudioOutput(const AudioOutput&) = delete;
+    AudioOutput& operator=(const AudioOutput&) = delete;
+
+    // Begins to pull from `source`, which must live until stop(), and never waits for a device. Where it runs
+    // already it stops first. False with one line in `error` where not even the clock could be started.
+    // [main thread]
+    bool start(AudioSource& source, std::string& error);
+
+    // Ends pulling: no call into the source is under way once it returns, nor comes later. Waits for a device
+    // to close, but no longer than `patience`; one that hangs is left to itself. [main thread]
+    void stop();
+
+    bool isRunning() const { return worker != nullptr; }
+
+    // Waits until the device sounds or it is known that there is none; true for the first. For those who play
+    // from the first frame on. [main thread]
+    bool waitForDevice(WaitableClock::Time longest);
+
+    // True while the device renders. [main thread]
+    bool isAudible() const;
+
+    // "PulseAudio: Speakers at 44100 Hz", or "Silent clock". [main thread]
+    std::string description() const;
+
+    // Why the last attempt to open a device failed; empty after one that succeeded. [main thread]
+    std::string problem() const;
+
+private:
+    Options options;
+    std::shared_ptr<RenderGate> gate;
+    std::unique_ptr<SilentClockSink> silentClock;
+    std::shared_ptr<AudioOutputWorker> worker;
+};
+
+} // namespace volvelle

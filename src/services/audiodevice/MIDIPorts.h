@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// A way for MIDI messages out of the program; closed at the end of its life.
+class MIDIOutput {
+public:
+    virtual ~MIDIOutput() = default;
+
+    // Sends one whole message at once. False with one plain line in `error` where that fails.
+    // [one thread at a time; not the render thread]
+    virtual bool send(std::span<const std::uint8_t> bytes, std::string& error) = 0;
+
+    // The name of the port.
+    virtual std::string name() const = 0;
+};
+
+// The MIDI ports of the system. No exception leaves it, and where the system has no MIDI at all each
+// operation fails with one plain line. [main thread]
+class MIDIPorts {
+public:
+    virtual ~MIDIPorts() = default;
+
+    // The names of the ports of other programs and of devices that take messages; none, with the line in
+    // `error`, where the system has no MIDI.
+    virtual std::vector<std::string> outputNames(std::string& error) = 0;
+
+    // Opens the port of that name, else the first that has `name` in its own, whatever the case of the
+    // letters from a to z. Null with a line in `error` where that is not possible.
+    virtual std::unique_ptr<MIDIOutput> openOutput(const std::string& name, std::string& error) = 0;
+
+    // Opens a port that other programs can connect to. Null with a line in `error` where that is not
+    // possible.
+    virtual std::unique_ptr<MIDIOutput> openVirtualOutput(const std::string& name, std::string& error) = 0;
+};
+
+// The services that may stand behind the ports, in the order of their use.
+struct MIDIServices {
+    bool sequencer = false; // the kernel's
+    bool jack = false;
+
+    // Those that answer now. Starts none.
+    static MIDIServices present();
+};
+
+// The ports of these services.
+std::unique_ptr<MIDIPorts> makeMIDIPorts(MIDIServices services = MIDIServices::present());
+
+} // namespace volvelle

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace volvelle {
+
+// A file that is being written, under a name of its own in the folder of the file that it will be. Removed at
+// the end of its life, unless it took its place. The first failure is kept, and all that follows fails.
+// [one thread]
+class NewFile {
+public:
+    NewFile() = default;
+    ~NewFile();
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    // Begins anew for `target`, which is not touched; a link is followed. A folder or a device is refused.
+    bool create(const std::filesystem::path& target);
+
+    bool write(const void* bytes, std::int64_t count);
+
+    // Each -1 where it fails.
+    std::int64_t read(void* bytes, std::int64_t count);
+    std::int64_t seek(std::int64_t offset, int whence);
+    std::int64_t length();
+
+    // Puts the bytes on disk, and the file in the place of its target with the access rights of that.
+    bool takePlace();
+
+    // Closes and removes the file.
+    void drop();
+
+    // The system's number of the first failure, 0 for none.
+    int failure() const { return error; }
+
+private:
+    bool openNew(const std::filesystem::path& folder);
+    bool keep(bool good); // notes the system's error unless `good`
+
+    std::filesystem::path target;
+    std::string name;
+    int descriptor = -1;
+    int slot = -1; // among the files that are being written
+    int error = 0;
+};
+
+} // namespace volvelle

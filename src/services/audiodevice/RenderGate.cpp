@@ -1,0 +1,86 @@
+#include "services/audiodevice/RenderGate.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace volvelle {
+
+RenderGate::RenderGate(AudioSource& given) : source(given) {}
+
+void RenderGate::admitDevice()
+{
+    Turn expected = Turn::clock;
+    warm = 0;
+    turn.compare_exchange_strong(expected, Turn::clockOrDevice);
+}
+
+void RenderGate::dismissDevice()
+{
+    Turn now = turn;
+    while (now != Turn::nobody && !turn.compare_exchange_weak(now, Turn::clock)) {
+    }
+}
+
+void RenderGate::shut()
+{
+    turn = Turn::nobody;
+    while (rendering) {
+        std::this_thread::yield();
+    }
+}
+
+void RenderGate::ClockSide::render(float* left, float* right, int frames) noexcept
+{
+    gate.noteStall(frames);
+    gate.renderInTurn(false, left, right, frames);
+}
+
+void RenderGate::DeviceSide::render(float* left, float* right, int frames) noexcept
+{
+    gate.noteProgress(frames);
+    gate.renderInTurn(true, left, right, frames);
+}
+
+void RenderGate::noteStall(int frames) noexcept
+{
+    if (!isDevicePlaying()) {
+        stalled = 0;
+    } else if (stalled.fetch_add(frames) + frames > stallFrames) {
+        Turn expected = Turn::device;
+        warm = 0;
+        turn.compare_exchange_strong(expected, Turn::clockOrDevice);
+    }
+}
+
+void RenderGate::noteProgress(int frames) noexcept
+{
+    stalled = 0;
+    Turn expected = Turn::clockOrDevice;
+    if (turn == expected && warm.fetch_add(frames) + frames > warmUpFrames) {
+        turn.compare_exchange_strong(expected, Turn::device);
+    }
+}
+
+bool RenderGate::hasTurn(bool device) const noexcept
+{
+    const Turn now = turn;
+    return device ? now == Turn::device : now == Turn::clock || now == Turn::clockOrDevice;
+}
+
+void RenderGate::renderInTurn(bool device, float* left, float* right, int frames) noexcept
+{
+    bool done = false;
+    if (hasTurn(device) && !rendering.exchange(true)) {
+        done = hasTurn(device);
+        if (done) {
+            source.render(left, right, frames);
+        }
+        rendering = false;
+    }
+    if (!done) {
+        std::fill_n(left, frames, 0.0F);
+        std::fill_n(right, frames, 0.0F);
+    }
+}
+
+} // namespace volvelle

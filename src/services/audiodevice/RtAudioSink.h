@@ -1,0 +1,37 @@
+#pragma once
+
+#include "services/audiodevice/AudioSink.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace volvelle {
+
+class RtAudioStream;
+
+// The system's default output: PulseAudio, which PipeWire answers too, else JACK, else a bare ALSA card, the
+// last only while no sound server runs. Asks for stereo at 48,000 Hz and converts where the device wants
+// something else.
+class RtAudioSink : public AudioSink {
+public:
+    RtAudioSink();
+    ~RtAudioSink() override;
+    RtAudioSink(const RtAudioSink&) = delete;
+    RtAudioSink& operator=(const RtAudioSink&) = delete;
+
+    // Sets what the sound libraries read from the environment, unless it is set, and mutes their chatter.
+    // [main thread, before the first sink is made]
+    static void prepare();
+
+    bool open(AudioSource& source, std::string& error) override;
+    void close() override;
+    std::string description() const override;
+    bool isLost() const override;
+
+private:
+    mutable std::mutex mutex;
+    std::unique_ptr<RtAudioStream> stream; // guarded by mutex
+};
+
+} // namespace volvelle

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "services/audiodevice/DevicePuller.h"
+
+#include <RtAudio.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// One stream to the default device of one of the system's sound interfaces. Ends with its life. No exception
+// leaves it.
+class RtAudioStream {
+public:
+    // [the thread that opens]
+    explicit RtAudioStream(RtAudio::Api api);
+    ~RtAudioStream();
+    RtAudioStream(const RtAudioStream&) = delete;
+    RtAudioStream& operator=(const RtAudioStream&) = delete;
+
+    // False where the interface has no device, with `error` as it was, or where its device did not open, with
+    // a line in `error`. [the thread that opens]
+    bool open(AudioSource& source, std::string& error);
+
+    std::string description() const;
+
+    // [any thread]
+    bool isLost() const;
+
+private:
+    bool findDevice();
+    std::vector<unsigned int> ratesToTry() const;
+    std::vector<unsigned int> channelsToTry() const;
+    bool openAs(AudioSource& source, unsigned int rate, unsigned int channels, std::string& error);
+
+    void closeQuietly();
+
+    static int pull(void* output, void* input, unsigned int frames, double time, RtAudioStreamStatus status,
+                    void* stream);
+    static void noteError(RtAudioError::Type type, const std::string& message);
+
+    RtAudio::Api api;
+    unsigned int device = 0;
+    unsigned int rate = 0; // Hz
+    RtAudio::DeviceInfo information;
+    std::unique_ptr<DevicePuller> puller;
+    std::unique_ptr<RtAudio> audio; // last: its end ends the callbacks
+};
+
+} // namespace volvelle

@@ -1,0 +1,158 @@
+#include "services/audiodevice/RtMidiPorts.h"
+
+#include "base/Text.h"
+#include "services/audiodevice/SoundServers.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+constexpr const char* clientName = "Volvelle";
+
+// Throws what the library would print: warnings mean here that something was not done.
+void throwError(RtMidiError::Type type, const std::string& message, void* /*user*/)
+{
+    throw RtMidiError(message, type);
+}
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return text;
+}
+
+std::vector<std::string> namesOf(RtMidiOut& midi)
+{
+    std::vector<std::string> names;
+    const unsigned int count = midi.getPortCount();
+    for (unsigned int i = 0; i < count; ++i) {
+        names.push_back(midi.getPortName(i));
+    }
+    return names;
+}
+
+// The index of the port asked for, or that of the end.
+std::size_t find(const std::vector<std::string>& names, const std::string& wanted)
+{
+    const auto exact = std::find(names.begin(), names.end(), wanted);
+    const auto partial = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
+        return lowered(name).find(lowered(wanted)) != std::string::npos;
+    });
+    return static_cast<std::size_t>((exact != names.end() ? exact : partial) - names.begin());
+}
+
+class RtMidiOutput : public MIDIOutput {
+public:
+    RtMidiOutput(std::unique_ptr<RtMidiOut> midi, std::string name)
+        : midi(std::move(midi)), portName(std::move(name))
+    {
+    }
+
+    bool send(std::span<const std::uint8_t> bytes, std::string& error) override
+    {
+        try {
+            midi->sendMessage(bytes.data(), bytes.size());
+            return true;
+        } catch (const std::exception& failure) {
+            error = concat("MIDI could not be sent to \"", portName, "\": ", failure.what());
+            return false;
+        }
+    }
+
+    std::string name() const override { return portName; }
+
+private:
+    std::unique_ptr<RtMidiOut> midi;
+    std::string portName;
+};
+
+} // namespace
+
+MIDIServices MIDIServices::present()
+{
+    return {isMIDISequencerPresent(), isJackServerRunning()};
+}
+
+std::unique_ptr<MIDIPorts> makeMIDIPorts(MIDIServices services)
+{
+    return std::make_unique<RtMidiPorts>(services);
+}
+
+RtMidiPorts::RtMidiPorts(MIDIServices services)
+{
+    if (services.sequencer) {
+        order.push_back(RtMidi::LINUX_ALSA);
+    }
+    if (services.jack) {
+        order.push_back(RtMidi::UNIX_JACK);
+    }
+}
+
+std::unique_ptr<RtMidiOut> RtMidiPorts::connect(std::string& error) const
+{
+    for (const RtMidi::Api api : order) {
+        try {
+            auto midi = std::make_unique<RtMidiOut>(api, clientName);
+            midi->setErrorCallback(throwError);
+            return midi;
+        } catch (const std::exception&) {
+            continue;
+        }
+    }
+    error = "There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.";
+    return nullptr;
+}
+
+std::vector<std::string> RtMidiPorts::outputNames(std::string& error)
+{
+    const auto midi = connect(error);
+    try {
+        return midi ? namesOf(*midi) : std::vector<std::string>();
+    } catch (const std::exception& failure) {
+        error = concat("The MIDI ports could not be listed: ", failure.what());
+        return {};
+    }
+}
+
+std::unique_ptr<MIDIOutput> RtMidiPorts::openOutput(const std::string& name, std::string& error)
+{
+    auto midi = connect(error);
+    if (!midi) {
+        return nullptr;
+    }
+    try {
+        const std::vector<std::string> names = namesOf(*midi);
+        const std::size_t index = find(names, name);
+        if (index == names.size()) {
+            error = concat("There is no MIDI port \"", name, "\".");
+            return nullptr;
+        }
+        midi->openPort(static_cast<unsigned int>(index), clientName);
+        return std::make_unique<RtMidiOutput>(std::move(midi), names[index]);
+    } catch (const std::exception& failure) {
+        error = concat("The MIDI port \"", name, "\" could not be opened: ", failure.what());
+        return nullptr;
+    }
+}
+
+std::unique_ptr<MIDIOutput> RtMidiPorts::openVirtualOutput(const std::string& name, std::string& error)
+{
+    auto midi = connect(error);
+    if (!midi) {
+        return nullptr;
+    }
+    try {
+        midi->openVirtualPort(name);
+        return std::make_unique<RtMidiOutput>(std::move(midi), name);
+    } catch (const std::exception& failure) {
+        error = concat("The MIDI port \"", name, "\" could not be opened: ", failure.what());
+        return nullptr;
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,15 @@
+#pragma once
+
+// Which of the system's services for sound and MIDI answer. [any thread but a device's]
+namespace volvelle {
+
+// True where a PulseAudio or PipeWire server of the user takes connections: sound cards are its own then.
+bool isSoundServerRunning();
+
+// True where a JACK server runs. Never starts one.
+bool isJackServerRunning();
+
+// True where the kernel's MIDI sequencer can be opened.
+bool isMIDISequencerPresent();
+
+} // namespace volvelle

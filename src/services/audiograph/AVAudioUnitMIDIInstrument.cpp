@@ -1,0 +1,14 @@
+#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+
+#include "services/audiograph/AudioComponentRegistry.h"
+
+namespace volvelle {
+
+std::shared_ptr<AVAudioUnitMIDIInstrument>
+AVAudioUnitMIDIInstrument::make(const AudioComponentDescription& description)
+{
+    std::shared_ptr<AUAudioUnit> unit = makeAudioComponent(description);
+    return unit == nullptr ? nullptr : std::make_shared<AVAudioUnitMIDIInstrument>(std::move(unit));
+}
+
+} // namespace volvelle

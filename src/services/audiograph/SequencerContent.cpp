@@ -1,0 +1,139 @@
+#include "services/audiograph/SequencerContent.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace volvelle {
+
+SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEvents,
+                                   const std::vector<std::shared_ptr<AVAudioUnit>>& destinations)
+    : events(std::move(newEvents)), unitOfTrack(events->tracks.size(), -1)
+{
+    for (std::size_t track = 0; track < destinations.size() && track < unitOfTrack.size(); ++track) {
+        const std::shared_ptr<AVAudioUnit>& node = destinations[track];
+        if (node == nullptr) {
+            continue;
+        }
+        auto unit = std::find_if(units.begin(), units.end(), [&](const Unit& u) { return u.node == node; });
+        if (unit == units.end()) {
+            units.push_back({node, 0, std::vector<std::uint16_t>(16 * 128), std::vector<ChannelState>(16)});
+            unit = units.end() - 1;
+        }
+        unit->channels = static_cast<std::uint16_t>(unit->channels | events->tracks[track].channels);
+        unitOfTrack[track] = static_cast<int>(unit - units.begin());
+    }
+}
+
+void SequencerContent::send(const SequencerEvent& event, int offset) noexcept
+{
+    const int index = unitOfTrack[event.track];
+    if (index < 0) {
+        return;
+    }
+    Unit& unit = units[static_cast<std::size_t>(index)];
+    AUAudioUnit& target = *unit.node->auAudioUnit();
+    if (event.kind == SequencerEvent::longMessage) {
+        const std::vector<std::uint8_t>& bytes = events->longMessages[event.longIndex];
+        target.scheduleMIDIEvent(offset, 0, static_cast<int>(bytes.size()), bytes.data());
+        return;
+    }
+    if (target.scheduleMIDIEvent(offset, 0, event.length(), event.bytes.data()) == noErr) {
+        note(unit, event);
+    }
+}
+
+void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
+{
+    const auto place = static_cast<std::size_t>((event.bytes[0] & 0x0F) * 128 + event.bytes[1]);
+    std::uint16_t& count = unit.sounding[place];
+    if (event.kind == SequencerEvent::noteOn && count < std::numeric_limits<std::uint16_t>::max()) {
+        ++count;
+    }
+    if (event.kind == SequencerEvent::noteOff && count > 0) {
+        --count;
+    }
+}
+
+void SequencerContent::sendShort(Unit& unit, int status, int data1, int data2) noexcept
+{
+    const std::uint8_t bytes[3] = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
+                                   static_cast<std::uint8_t>(data2)};
+    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, (status & 0xE0) == 0xC0 ? 2 : 3, bytes);
+}
+
+void SequencerContent::release(bool all) noexcept
+{
+    for (Unit& unit : units) {
+        for (int channel = 0; channel < 16; ++channel) {
+            releaseNotes(unit, channel);
+            if (all && (unit.channels >> channel & 1) != 0) {
+                sendShort(unit, 0xB0 | channel, 64, 0);
+                sendShort(unit, 0xB0 | channel, 123, 0);
+            }
+        }
+    }
+}
+
+void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
+{
+    for (int key = 0; key < 128; ++key) {
+        std::uint16_t& count = unit.sounding[static_cast<std::size_t>(channel * 128 + key)];
+        for (; count > 0; --count) {
+            sendShort(unit, 0x80 | channel, key, 0);
+        }
+    }
+}
+
+void SequencerContent::resetUnits() noexcept
+{
+    for (Unit& unit : units) {
+        for (int channel = 0; channel < 16; ++channel) {
+            sendShort(unit, 0xB0 | channel, 120, 0);
+            sendShort(unit, 0xB0 | channel, 121, 0);
+            sendShort(unit, 0xE0 | channel, 0, 64);
+            sendShort(unit, 0xB0 | channel, 7, 100);
+            sendShort(unit, 0xB0 | channel, 10, 64);
+            sendShort(unit, 0xB0 | channel, 0, 0);
+            sendShort(unit, 0xB0 | channel, 32, 0);
+            sendShort(unit, 0xC0 | channel, 0, 0);
+        }
+    }
+}
+
+void SequencerContent::chase(double seconds) noexcept
+{
+    for (Unit& unit : units) {
+        std::for_each(unit.states.begin(), unit.states.end(), [](ChannelState& state) { state.clear(); });
+    }
+    for (const SequencerState& event : events->states) {
+        const int place = unitOfTrack[event.track];
+        if (place < 0) {
+            continue;
+        }
+        ChannelState& state = units[static_cast<std::size_t>(place)].states[event.bytes[0] & 0x0FU];
+        if (event.seconds < seconds) {
+            state.apply(event.bytes);
+        } else {
+            state.touch(event.bytes);
+        }
+    }
+    tellStates();
+}
+
+void SequencerContent::tellStates() noexcept
+{
+    for (Unit& unit : units) {
+        for (int channel = 0; channel < 16; ++channel) {
+            ChannelMessages messages;
+            if ((unit.channels >> channel & 1) != 0) {
+                unit.states[static_cast<std::size_t>(channel)].tell(channel, messages);
+            }
+            for (int i = 0; i < messages.count; ++i) {
+                const auto& bytes = messages.list[static_cast<std::size_t>(i)];
+                sendShort(unit, bytes[0], bytes[1], bytes[2]);
+            }
+        }
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "services/audiograph/AUAudioUnit.h"
+#include "services/audiograph/ChannelState.h"
+#include "services/audiograph/Handoff.h"
+#include "services/synthesizer/Synthesizer.h"
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace volvelle {
+
+// The synthesizer as a unit of the engine ("aumu", "msyn", "appl"). It begins with the best installed bank as
+// its built-in sounds; without any bank it is silent and says so in the log.
+//
+// Another bank, or sounds of a large bank that have to be read first, come in a new synthesizer, made on the
+// main thread and taken over at the start of a block with the channels as they stood; what sounds then ends.
+class MIDISynthUnit : public AUAudioUnit {
+public:
+    // The location of a bank: `data` points to a pointer to a std::filesystem::path, `size` is that of the
+    // pointer. A bank that cannot be loaded is logged and answers invalidFile; what sounded goes on.
+    static constexpr std::uint32_t soundBankProperty = 1100;
+    // An unsigned 32-bit number, 1 or 0: while it is 1, program changes from outside load a sound, neither
+    // sound nor change the channel, and bank selects count for them alone.
+    static constexpr std::uint32_t enablePreloadProperty = 4119;
+    static constexpr OSStatus invalidFile = -10871;
+
+    // Banks from this size on read sounds when they are first asked for. Bytes.
+    static constexpr std::uintmax_t largeBank = 32U << 20U;
+
+    MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options);
+    ~MIDISynthUnit() override;
+
+    double tailTime() const override { return 5.0; }
+
+    OSStatus setProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element, const void* data,
+                         std::uint32_t size) override;
+    OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
+                                  std::uint32_t sampleOffset) override;
+    void prepareToPlay(std::span<const AUMIDIProgram> programs) override;
+
+    void reset() noexcept override;
+
+    // The bank whose sounds play, empty for none. [main thread]
+    const std::filesystem::path& soundBank() const { return bank; }
+
+    // Voices at the end of the last block. [any thread]
+    int activeVoices() const { return voices.load(std::memory_order_relaxed); }
+
+protected:
+    void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
+                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+
+private:
+    OSStatus loadBank(const std::filesystem::path& url);
+    OSStatus preloadEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2);
+    OSStatus endPreload();
+    bool keep(const AUMIDIProgram& program);
+    bool renew(const std::filesystem::path& from);
+    void takeOver(Synthesizer& synthesizer) noexcept;
+
+    SynthesizerOptions options;
+    std::filesystem::path bank;
+    std::vector<AUMIDIProgram> kept; // sounds that are to stay in memory
+    bool isPreloading = false;
+    bool hasNewSounds = false; // since preloading began
+
+    struct BankSelect {
+        std::uint8_t msb = 0;
+        std::uint8_t lsb = 0;
+    };
+
+    std::array<BankSelect, 16> preloadBanks{};
+    Handoff<Synthesizer> synthesizers;
+
+    std::array<ChannelState, 16> channels; // render thread: what the channels hold
+    std::atomic<int> voices{0};
+};
+
+// Makes the component known, so that an AVAudioUnitMIDIInstrument finds it. [main thread]
+void registerMIDISynth(const SynthesizerOptions& options = {});
+
+} // namespace volvelle

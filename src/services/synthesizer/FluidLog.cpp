@@ -1,0 +1,54 @@
+#include "services/synthesizer/FluidLog.h"
+
+#include "base/Console.h"
+#include "base/Text.h"
+
+#include <fluidsynth.h>
+
+#include <atomic>
+#include <mutex>
+
+namespace volvelle {
+
+namespace {
+
+std::atomic<std::uint64_t> unprinted{0};
+thread_local bool isRendering = false;
+
+void print(int level, const char* message, void* /*data*/)
+{
+    if (isRendering) {
+        unprinted.fetch_add(1, std::memory_order_relaxed);
+    } else if (level <= FLUID_WARN) {
+        debugprint(concat("Synthesizer: ", message));
+    }
+}
+
+} // namespace
+
+void routeFluidLog()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        for (const int level : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG}) {
+            fluid_set_log_function(level, print, nullptr);
+        }
+    });
+}
+
+std::uint64_t unprintedFluidLines()
+{
+    return unprinted.load(std::memory_order_relaxed);
+}
+
+RenderingMark::RenderingMark() noexcept : before(isRendering)
+{
+    isRendering = true;
+}
+
+RenderingMark::~RenderingMark()
+{
+    isRendering = before;
+}
+
+} // namespace volvelle

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "services/synthesizer/SynthesizerOptions.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace volvelle {
+
+// Plays MIDI messages with the sounds of one bank: SoundFonts and banks of downloadable sounds (level 1 and
+// 2). Sixteen channels, the tenth (channel 9) with drums.
+//
+// A synthesizer keeps its bank: another bank is another synthesizer, made off the render thread, and whoever
+// swaps the two deletes the old one off the render thread too. All that moves or sounds is called on one
+// thread, the render thread; messages and rendering there take no lock, and neither allocates but for one
+// small block that the library behind it frees and takes once a block.
+//
+// A message acts at its offset, counted from the start of the coming block, rounded up to the next 64th frame
+// since the synthesizer was made; blocks of any size give the same sound. A message behind the block waits.
+class Synthesizer {
+public:
+    static constexpr int channelCount = 16;
+    static constexpr int drumChannel = 9;
+    static constexpr int messagesAtOnce = 48;
+
+    // A synthesizer with the bank, or null with one plain sentence in `error`. Warnings about a bank go to
+    // the log. Takes 10 to 600 ms. [any thread but the render thread]
+    static std::unique_ptr<Synthesizer> make(const std::filesystem::path& path,
+                                             const SynthesizerOptions& options, std::string& error);
+
+    ~Synthesizer();
+    Synthesizer(const Synthesizer&) = delete;
+    Synthesizer& operator=(const Synthesizer&) = delete;
+
+    // Writes `frames` frames to both channels, whatever stands there; not limited in level. [render thread]
+    void render(float* left, float* right, int frames) noexcept;
+
+    // Messages; `offset` in frames, below 0 counts as 0. Data beyond seven bits are cut to them, channels to
+    // four bits. Where 8,192 messages wait already a note-on is dropped; the others have as much room again,
+    // so that notes still end. Of more than messagesAtOnce for one place the rest acts 64 frames later.
+    // [render thread]
+    void noteOn(int channel, int key, int velocity, int offset = 0) noexcept;
+    void noteOff(int channel, int key, int offset = 0) noexcept;
+    void keyPressure(int channel, int key, int pressure, int offset = 0) noexcept;
+    void controller(int channel, int number, int value, int offset = 0) noexcept;
+    void program(int channel, int number, int offset = 0) noexcept;
+    void channelPressure(int channel, int pressure, int offset = 0) noexcept;
+    void pitchBend(int channel, int value, int offset = 0) noexcept; // 0 to 16,383, middle 8,192
+    // `bytes` begins with F0 and ends with F7; other bytes are dropped.
+    void systemExclusive(std::span<const std::uint8_t> bytes, int offset = 0) noexcept;
+    // A channel message as it is on the wire; anything else is dropped.
+    void message(std::uint8_t status, std::uint8_t data1, std::uint8_t data2, int offset = 0) noexcept;
+
+    // Ends all sounds and forgets controllers, bends, programs and what waits, at once. [render thread]
+    void reset() noexcept;
+    // Ends all sounds at once, and forgets what waits. [render thread]
+    void silence() noexcept;
+
+    // Brings the samples of a sound into memory for as long as the synthesizer lives, and changes nothing
+    // that is heard. Banks from 32 MiB read them from disk, hence: [not while another thread renders, and
+    // before the first use where it must not wait]. True where the bank has the sound, or one that stands in
+    // for it.
+    bool preload(int channel, int bankMSB, int bankLSB, int program) noexcept;
+
+    // How many voices sound. [render thread]
+    int activeVoices() const noexcept;
+
+    // Warnings of the library behind it that came while rendering, and were not printed. [any thread]
+    static std::uint64_t silentWarnings();
+
+    const std::filesystem::path bank;
+
+private:
+    struct State;
+
+    Synthesizer(std::filesystem::path bank, std::unique_ptr<State> state);
+    void post(std::array<std::uint8_t, 3> bytes, int offset) noexcept;
+
+    std::unique_ptr<State> state;
+};
+
+} // namespace volvelle

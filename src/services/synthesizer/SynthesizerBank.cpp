@@ -1,0 +1,113 @@
+#include "services/synthesizer/SynthesizerBank.h"
+
+#include "base/Console.h"
+#include "services/synthesizer/DLSReader.h"
+
+#include <array>
+#include <fstream>
+#include <span>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace volvelle {
+
+namespace {
+
+constexpr std::uintmax_t greatestSize = std::uintmax_t{2} << 30U; // bytes
+
+std::string sentence(const std::filesystem::path& path, const std::string& rest)
+{
+    return "The sound bank \"" + path.string() + "\" " + rest;
+}
+
+bool readBytes(std::ifstream& stream, std::span<std::uint8_t> bytes)
+{
+    stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return static_cast<std::size_t>(stream.gcount()) == bytes.size();
+}
+
+// True where the lists of a SoundFont stand in the file with all their bytes: what is cut off would be
+// offered to further loaders of the library behind.
+bool isWholeSoundFont(std::ifstream& stream, std::uintmax_t size)
+{
+    bool hasSamples = false;
+    bool hasSounds = false;
+    std::array<std::uint8_t, 12> head{};
+    for (std::uintmax_t at = head.size(); at + head.size() <= size;) {
+        stream.seekg(static_cast<std::streamoff>(at));
+        if (!readBytes(stream, head)) {
+            return false;
+        }
+        const std::uintmax_t bytes = unsigned32(head, 4);
+        const bool isList = unsigned32(head, 0) == fourCharacters("LIST");
+        if (bytes > size - at - RIFFChunks::headerSize) {
+            return false;
+        }
+        hasSamples = hasSamples || (isList && unsigned32(head, 8) == fourCharacters("sdta"));
+        hasSounds = hasSounds || (isList && unsigned32(head, 8) == fourCharacters("pdta"));
+        at += RIFFChunks::headerSize + bytes + (bytes & 1U);
+    }
+    return hasSamples && hasSounds;
+}
+
+} // namespace
+
+bool SynthesizerBank::open(const std::filesystem::path& path, std::string& error)
+{
+    std::error_code code;
+    const bool isFile = std::filesystem::is_regular_file(path, code);
+    const std::uintmax_t size = isFile ? std::filesystem::file_size(path, code) : 0;
+    std::ifstream stream(path, std::ios::binary);
+    if (!isFile || code || !stream) {
+        error = sentence(path, "cannot be read.");
+        return false;
+    }
+    std::array<std::uint8_t, 12> head{};
+    const bool hasHead = readBytes(stream, head) && unsigned32(head, 0) == fourCharacters("RIFF");
+    if (hasHead && unsigned32(head, 8) == fourCharacters("sfbk")) {
+        isLarge = size >= largeSize;
+        const bool isWhole = isWholeSoundFont(stream, size);
+        error = isWhole ? "" : sentence(path, "is damaged.");
+        return isWhole;
+    }
+    if (!hasHead || !isDLS(head) || size > greatestSize) {
+        error = sentence(path, "is neither a SoundFont nor a bank of downloadable sounds.");
+        return false;
+    }
+    std::vector<std::uint8_t> bytes(size);
+    stream.seekg(0);
+    std::string reason;
+    if (readBytes(stream, bytes)) {
+        sounds = DLSReader(bytes).read(reason);
+    }
+    if (!sounds) {
+        error = sentence(path, "cannot be used. " + reason);
+        debugprint(error);
+        return false;
+    }
+    for (const std::string& warning : sounds->warnings) {
+        debugprint(sentence(path, "has a fault: " + warning));
+    }
+    return true;
+}
+
+FluidPointer<fluid_settings_t> makeSettings(const SynthesizerOptions& options, bool isLarge)
+{
+    FluidPointer<fluid_settings_t> settings(new_fluid_settings());
+    if (settings) {
+        fluid_settings_t* s = settings.get();
+        fluid_settings_setint(s, "synth.threadsafe-api", 0);
+        fluid_settings_setint(s, "synth.lock-memory", 0);
+        fluid_settings_setint(s, "synth.polyphony", options.polyphony);
+        fluid_settings_setint(s, "synth.dynamic-sample-loading", isLarge ? 1 : 0);
+        fluid_settings_setint(s, "synth.cpu-cores", options.cores);
+        fluid_settings_setint(s, "synth.reverb.active", options.reverb ? 1 : 0);
+        fluid_settings_setint(s, "synth.chorus.active", options.chorus ? 1 : 0);
+        fluid_settings_setnum(s, "synth.sample-rate", options.sampleRate);
+        fluid_settings_setnum(s, "synth.gain", options.gain);
+    }
+    return settings;
+}
+
+} // namespace volvelle

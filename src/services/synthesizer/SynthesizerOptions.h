@@ -1,0 +1,18 @@
+#pragma once
+
+namespace volvelle {
+
+struct SynthesizerOptions {
+    // Makes a dense arrangement (twelve channels, drums among them, all striking chords in eighths at
+    // velocity 105) peak near -6 dBFS in front of the limiter.
+    static constexpr double defaultGain = 0.2;
+
+    double sampleRate = 48000.0; // Hz, 8,000 to 96,000
+    int polyphony = 256;         // voices
+    int cores = 1;               // above 1 for offline rendering only: it starts threads
+    double gain = defaultGain;   // 0 to 10
+    bool reverb = true;
+    bool chorus = true;
+};
+
+} // namespace volvelle

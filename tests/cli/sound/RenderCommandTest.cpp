@@ -1,0 +1,112 @@
+#include "services/files/SafeFile.h"
+#include "tests/cli/ProgramRun.h"
+#include "tests/cli/sound/SmallMusic.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace volvelle::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class Render : public ProgramRun {
+protected:
+    Render() { write("small.mid", smallMusic()); }
+
+    // The samples of a WAV file of 24 bits, both channels after one another.
+    std::vector<double> samples(const std::string& name) const
+    {
+        const std::string bytes = read(name);
+        const auto data = bytes.find("data");
+        std::vector<double> result;
+        for (std::size_t i = data + 8; data != std::string::npos && i + 2 < bytes.size(); i += 3) {
+            const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); };
+            const auto value = static_cast<std::int32_t>(static_cast<std::uint32_t>(byte(i)) << 8U |
+                                                         static_cast<std::uint32_t>(byte(i + 1)) << 16U |
+                                                         static_cast<std::uint32_t>(byte(i + 2)) << 24U);
+            result.push_back(value / 2147483648.0);
+        }
+        return result;
+    }
+};
+
+TEST_F(Render, AWaveFileHoldsTheMusicAndItsTail)
+{
+    const auto result = volvelle("render small.mid --out small.wav");
+    ASSERT_EQ(result.status, 0) << result.error;
+    EXPECT_THAT(result.output, StartsWith("Wrote 'small.wav': "));
+    EXPECT_THAT(read("small.wav"), StartsWith("RIFF"));
+    const auto audio = samples("small.wav");
+    double peak = 0.0;
+    for (const double sample : audio) {
+        peak = std::max(peak, std::fabs(sample));
+    }
+    EXPECT_GT(peak, 0.01);
+    EXPECT_LE(peak, 1.0);
+    ASSERT_GT(audio.size(), 2U * 12000U);
+    double end = 0.0;
+    for (std::size_t i = audio.size() - 2000; i < audio.size(); ++i) {
+        end = std::max(end, std::fabs(audio[i]));
+    }
+    EXPECT_LT(end, 1.0e-4);
+}
+
+TEST_F(Render, TheEndingTellsTheForm)
+{
+    EXPECT_EQ(volvelle("render small.mid --out small.flac").status, 0);
+    EXPECT_THAT(read("small.flac"), StartsWith("fLaC"));
+    EXPECT_EQ(volvelle("render small.mid --out small.ogg").status, 0);
+    EXPECT_THAT(read("small.ogg"), StartsWith("OggS"));
+    const auto result = volvelle("render small.mid --out small.mp3");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(std::ranges::count(result.error, '\n'), 1);
+    EXPECT_THAT(names(), ElementsAre("small.flac", "small.mid", "small.ogg"));
+}
+
+TEST_F(Render, OneCoreAndTwoGiveTheSameLength)
+{
+    ASSERT_EQ(volvelle("render small.mid --cores 1 --out one.wav").status, 0);
+    ASSERT_EQ(volvelle("render small.mid --cores 2 --out two.wav").status, 0);
+    EXPECT_EQ(samples("one.wav").size(), samples("two.wav").size());
+}
+
+TEST_F(Render, ARateIsConverted)
+{
+    ASSERT_EQ(volvelle("render small.mid --out low.wav --rate 24000").status, 0);
+    ASSERT_EQ(volvelle("render small.mid --out full.wav").status, 0);
+    EXPECT_NEAR(static_cast<double>(samples("low.wav").size()) * 2.0,
+                static_cast<double>(samples("full.wav").size()), 100.0);
+}
+
+TEST_F(Render, FailuresAreOneLineAndLeaveNothing)
+{
+    write("old.wav", "old");
+    const auto gone = volvelle("render gone.mid --out old.wav");
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_EQ(gone.error, "There is no file 'gone.mid'.\n");
+    write("rubbish.mid", "rubbish");
+    EXPECT_EQ(volvelle("render rubbish.mid --out old.wav").error,
+              "'rubbish.mid' is no Standard MIDI File.\n");
+    const auto bank = volvelle("render small.mid --bank nobank.sf2 --out old.wav");
+    EXPECT_EQ(bank.status, 1);
+    EXPECT_EQ(bank.error, "The sound bank 'nobank.sf2' could not be loaded.\n");
+    const auto folder = volvelle("render small.mid --out nowhere/x.wav");
+    EXPECT_EQ(folder.status, 1);
+    EXPECT_EQ(std::ranges::count(folder.error, '\n'), 1);
+    EXPECT_EQ(read("old.wav"), "old");
+    EXPECT_THAT(names(), ElementsAre("old.wav", "rubbish.mid", "small.mid"));
+}
+
+TEST_F(Render, UsageIsStatusTwo)
+{
+    EXPECT_EQ(volvelle("render small.mid").status, 2);
+    EXPECT_EQ(volvelle("render small.mid --out x.wav --rate 5").status, 2);
+}
+
+} // namespace
+} // namespace volvelle::test

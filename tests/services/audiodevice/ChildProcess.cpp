@@ -1,0 +1,79 @@
+#include "tests/services/audiodevice/ChildProcess.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace volvelle::test {
+
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::string& outputFile)
+{
+    int ends[2] = {-1, -1};
+    if (outputFile.empty()) {
+        EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    } else {
+        ends[1] = open(outputFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    }
+    std::vector<char*> arguments;
+    for (const std::string& argument : command) {
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    }
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    EXPECT_EQ(posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    output = ends[0];
+}
+
+ChildProcess::~ChildProcess()
+{
+    terminate();
+    if (output >= 0) {
+        close(output);
+    }
+}
+
+std::string ChildProcess::readLine()
+{
+    std::size_t end = buffer.find('\n');
+    while (end == std::string::npos) {
+        pollfd waiting = {output, POLLIN, 0};
+        char bytes[256];
+        const ssize_t count = poll(&waiting, 1, 10'000) == 1 ? read(output, bytes, sizeof(bytes)) : 0;
+        if (count <= 0) {
+            return {};
+        }
+        buffer.append(bytes, static_cast<std::size_t>(count));
+        end = buffer.find('\n');
+    }
+    const std::string line = buffer.substr(0, end);
+    buffer.erase(0, end + 1);
+    return line;
+}
+
+int ChildProcess::terminate()
+{
+    if (process > 0) {
+        kill(process, SIGTERM);
+    }
+    return waitForEnd();
+}
+
+int ChildProcess::waitForEnd()
+{
+    int status = 0;
+    if (process > 0) {
+        waitpid(process, &status, 0);
+        process = -1;
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace volvelle::test

@@ -1,0 +1,46 @@
+#include "services/audiodevice/MIDIPorts.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+constexpr const char* noMIDI =
+    "There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.";
+
+} // namespace
+
+TEST(MIDIPortsTest, SayInOneLineThatThereIsNoMIDI)
+{
+    const auto ports = makeMIDIPorts({});
+    std::string error;
+    EXPECT_TRUE(ports->outputNames(error).empty());
+    EXPECT_EQ(error, noMIDI);
+    error.clear();
+    EXPECT_EQ(ports->openOutput("x", error), nullptr);
+    EXPECT_EQ(error, noMIDI);
+    error.clear();
+    EXPECT_EQ(ports->openVirtualOutput("x", error), nullptr);
+    EXPECT_EQ(error, noMIDI);
+}
+
+TEST(MIDIPortsTest, TolerateServicesThatDoNotAnswer)
+{
+    const MIDIServices present = MIDIServices::present();
+    const auto ports = makeMIDIPorts({!present.sequencer, !present.jack});
+    std::string error;
+    EXPECT_EQ(ports->openOutput("no port of this name", error), nullptr);
+    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(error.find('\n'), std::string::npos);
+}
+
+TEST(MIDIPortsTest, NameAPortThatIsNotThere)
+{
+    const auto ports = makeMIDIPorts();
+    std::string error;
+    EXPECT_EQ(ports->openOutput("no port of this name", error), nullptr);
+    EXPECT_TRUE(error == noMIDI || error == "There is no MIDI port \"no port of this name\".") << error;
+}
+
+} // namespace volvelle::test

@@ -1,0 +1,75 @@
+#include "services/audiodevice/SilentClockSink.h"
+
+#include "tests/services/audiodevice/CountingSource.h"
+#include "tests/services/audiodevice/HandClock.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+class SilentClockSinkTest : public testing::Test {
+protected:
+    std::shared_ptr<HandClock> clock = std::make_shared<HandClock>();
+    CountingSource source;
+    std::string error;
+    SilentClockSink sink{clock};
+};
+
+} // namespace
+
+TEST_F(SilentClockSinkTest, PullsABlockWheneverItsTimeHasPassed)
+{
+    ASSERT_TRUE(sink.open(source, error));
+    clock->settle(1);
+    EXPECT_EQ(source.frames, 0);
+    clock->advance(HandClock::block - std::chrono::microseconds(1), 1);
+    EXPECT_EQ(source.frames, 0);
+    clock->advance(std::chrono::microseconds(1), 1);
+    EXPECT_EQ(source.frames, 512);
+    clock->advanceBlocks(99, 1);
+    EXPECT_EQ(source.frames, 51'200);
+    EXPECT_FALSE(sink.isLost());
+    EXPECT_EQ(sink.description(), "Silent clock");
+}
+
+TEST_F(SilentClockSinkTest, CatchesUpAfterAShortDelay)
+{
+    ASSERT_TRUE(sink.open(source, error));
+    clock->settle(1);
+    clock->advance(10 * HandClock::block, 1);
+    EXPECT_EQ(source.frames, 5120);
+}
+
+TEST_F(SilentClockSinkTest, TakesUpThePaceAnewAfterALongDelay)
+{
+    ASSERT_TRUE(sink.open(source, error));
+    clock->settle(1);
+    clock->advance(std::chrono::hours(8), 1);
+    EXPECT_EQ(source.frames, 512);
+    clock->advanceBlocks(1, 1);
+    EXPECT_EQ(source.frames, 1024);
+}
+
+TEST_F(SilentClockSinkTest, PullsNoMoreOnceClosed)
+{
+    ASSERT_TRUE(sink.open(source, error));
+    clock->settle(1);
+    sink.close();
+    sink.close();
+    clock->advanceBlocks(3, 0);
+    EXPECT_EQ(source.frames, 0);
+}
+
+TEST_F(SilentClockSinkTest, OpensAgainAfterItWasClosed)
+{
+    ASSERT_TRUE(sink.open(source, error));
+    sink.close();
+    ASSERT_TRUE(sink.open(source, error));
+    clock->settle(1);
+    clock->advanceBlocks(2, 1);
+    EXPECT_EQ(source.frames, 1024);
+}
+
+} // namespace volvelle::test

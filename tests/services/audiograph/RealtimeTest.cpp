@@ -1,0 +1,92 @@
+#include "services/audiograph/AVAudioUnitEffect.h"
+#include "tests/services/audiograph/RealtimeGuard.h"
+#include "tests/services/audiograph/Studio.h"
+
+#include <array>
+#include <mutex>
+
+namespace volvelle::test {
+
+namespace {
+
+void renderGuarded(AVAudioEngine& engine, int blocks)
+{
+    std::array<float, 777> left{};
+    std::array<float, 777> right{};
+    const RealtimeGuard guard;
+    for (int i = 0; i < blocks; ++i) {
+        engine.render(left.data(), right.data(), 1 + i * 131 % 777);
+    }
+}
+
+Song busySong()
+{
+    Song song;
+    song.tempo(0.0, 100.0).tempo(3.0, 180.0);
+    for (int i = 0; i < 400; ++i) {
+        song.note(i * 0.05, i % 16, 30 + i % 70, 100, 0.3).message(i * 0.05, 0xB0 | i % 16, 7, i % 128);
+    }
+    return song.exclusive(1.0, {0xF0, 1, 2, 3, 4, 0xF7});
+}
+
+TEST(Realtime, TheGuardStopsAnAllocationAndALock)
+{
+    if (!RealtimeGuard::isEffective()) {
+        GTEST_SKIP() << "the sanitizers have allocators of their own";
+    }
+    EXPECT_DEATH(
+        {
+            const RealtimeGuard guard;
+            std::vector<int> numbers(100);
+            numbers[1] = rand();
+            if (numbers[1] == -1) {
+                std::abort();
+            }
+        },
+        "malloc on a guarded thread");
+    EXPECT_DEATH(
+        {
+            std::mutex mutex;
+            const RealtimeGuard guard;
+            const std::lock_guard lock(mutex);
+        },
+        "lock on a guarded thread");
+}
+
+TEST(Realtime, RenderingAllocatesNothingAndTakesNoLock)
+{
+    Studio studio;
+    const auto& mixer = studio.engine->mainMixerNode();
+    const auto limiter = AVAudioUnitEffect::make(limiterComponent);
+    const auto slow = nodeOf<SineUnit>(440.0, 0.9, 44100.0);
+    const auto fast = nodeOf<SineUnit>(440.0, 0.9, 96000.0);
+    const std::vector<std::shared_ptr<AVAudioNode>> nodes{limiter, slow, fast};
+    for (const auto& node : nodes) {
+        ASSERT_EQ(studio.engine->attachNode(node), noErr);
+    }
+    ASSERT_EQ(studio.engine->connect(slow, mixer, 0, 1), noErr);
+    ASSERT_EQ(studio.engine->connect(fast, mixer, 0, 2), noErr);
+    ASSERT_EQ(studio.engine->connect(mixer, limiter, 0, 0), noErr);
+    ASSERT_EQ(studio.engine->connect(limiter, studio.engine->outputNode(), 0, 0), noErr);
+    studio.load(busySong());
+    studio.start();
+    renderGuarded(*studio.engine, 300);
+    studio.sequencer->setCurrentPositionInBeats(4.0);
+    studio.sequencer->setRate(3.0F);
+    renderGuarded(*studio.engine, 100);
+    studio.load(busySong());
+    ASSERT_EQ(studio.engine->disconnectNodeOutput(fast), noErr);
+    renderGuarded(*studio.engine, 100);
+    EXPECT_EQ(MusicDeviceMIDIEvent(studio.recorder, 0x90, 60, 100, 0), noErr);
+    studio.sequencer->stop();
+    renderGuarded(*studio.engine, 10);
+    studio.start(2.0);
+    renderGuarded(*studio.engine, 10);
+    studio.sequencer.reset();
+    renderGuarded(*studio.engine, 10);
+    EXPECT_EQ(studio.recorder->sounding(), 1); // the one from outside
+}
+
+} // namespace
+
+} // namespace volvelle::test

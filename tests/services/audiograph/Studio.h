@@ -1,0 +1,57 @@
+#pragma once
+
+#include "services/audiograph/AVAudioEngine.h"
+#include "services/audiograph/AVAudioSequencer.h"
+#include "tests/services/audiograph/Song.h"
+#include "tests/services/audiograph/TestUnits.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace volvelle::test {
+
+using Lines = std::vector<std::string>;
+
+// A running engine that is rendered by hand, a recording instrument on its mixer and a sequencer.
+struct Studio {
+    // `block` frames a call, 0 for random sizes from 1 to 4,096.
+    explicit Studio(int block = 512);
+
+    // Loads a file with one track per channel, and leads all tracks to the recorder.
+    void load(const Song& song);
+
+    // Starts the sequencer at `beats`.
+    void start(double beats = 0.0);
+
+    // Renders `frames` frames and gives what the recorder was sent.
+    Lines run(std::int64_t frames);
+
+    int block;
+    std::mt19937 random{20240607}; // always the same
+    std::shared_ptr<AVAudioEngine> engine = std::make_shared<AVAudioEngine>();
+    std::shared_ptr<RecordingUnit> recorder = std::make_shared<RecordingUnit>();
+    std::shared_ptr<AVAudioUnitMIDIInstrument> instrument =
+        std::make_shared<AVAudioUnitMIDIInstrument>(recorder);
+    std::unique_ptr<AVAudioSequencer> sequencer;
+    std::vector<float> left; // of the last run
+    std::vector<float> right;
+};
+
+// What a start at 0 sends to a destination.
+Lines resetLines(std::int64_t frame);
+
+// All of `parts`, one behind the other.
+Lines joined(const std::vector<Lines>& parts);
+
+// A test for each block size.
+class EachBlockSize : public testing::TestWithParam<int> {};
+
+std::string blockName(const testing::TestParamInfo<int>& block);
+
+#define VOLVELLE_EACH_BLOCK_SIZE(suite)                                                                      \
+    INSTANTIATE_TEST_SUITE_P(Blocks, suite, testing::Values(1, 37, 64, 512, 0), blockName)
+
+} // namespace volvelle::test

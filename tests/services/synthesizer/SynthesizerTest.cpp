@@ -1,0 +1,338 @@
+#include "services/synthesizer/Synthesizer.h"
+
+#include "tests/services/synthesizer/Measuring.h"
+#include "tests/services/synthesizer/TinyBank.h"
+#include "tests/support/ConsoleCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace volvelle::test {
+
+namespace {
+
+class SynthesizerTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!std::filesystem::exists(builtInBank())) {
+            GTEST_SKIP() << "the built-in bank was not made";
+        }
+        dry = drySynthesizer(builtInBank());
+        ASSERT_TRUE(dry);
+    }
+
+    static std::unique_ptr<Synthesizer> wet()
+    {
+        std::string error;
+        return Synthesizer::make(builtInBank(), {}, error);
+    }
+
+    // A short piece with messages off the 64-frame grid, all of them sent ahead of their blocks.
+    static Stereo piece(Synthesizer& synthesizer, int block)
+    {
+        synthesizer.program(1, 48, 100);
+        synthesizer.controller(1, 1, 90, 130);
+        for (int i = 0; i < 40; ++i) {
+            const int channel = i % 3 == 2 ? Synthesizer::drumChannel : i % 3;
+            synthesizer.noteOn(channel, 40 + i, 100, 777 * i + 3);
+            synthesizer.noteOff(channel, 40 + i, 777 * i + 2001);
+        }
+        synthesizer.pitchBend(0, 12000, 9999);
+        return renderFrames(synthesizer, 48000, block);
+    }
+
+    std::unique_ptr<Synthesizer> dry;
+};
+
+// How many frames the sound of a note-on at `offset` comes behind that of one at 0.
+std::size_t delayOf(int offset)
+{
+    auto synthesizer = drySynthesizer(builtInBank());
+    synthesizer->noteOn(9, 38, 127, offset);
+    const std::size_t late = firstSound(renderFrames(*synthesizer, 4096));
+    synthesizer = drySynthesizer(builtInBank());
+    synthesizer->noteOn(9, 38, 127, 0);
+    return late - firstSound(renderFrames(*synthesizer, 4096));
+}
+
+} // namespace
+
+TEST_F(SynthesizerTest, IsSilentWithoutNotes)
+{
+    EXPECT_TRUE(isSilent(renderFrames(*dry, 9600)));
+    EXPECT_EQ(dry->activeVoices(), 0);
+}
+
+TEST_F(SynthesizerTest, SoundsTheSameInBlocksOfAnySize)
+{
+    const Stereo expected = piece(*wet(), 512);
+    EXPECT_GT(level(expected, 0, 48000), -60.0);
+    for (const int block : {1, 37, 64, 480, 1000, 4096}) {
+        EXPECT_LE(difference(piece(*wet(), block), expected), 1e-6) << block;
+    }
+}
+
+TEST_F(SynthesizerTest, StartsANoteAtTheNext64thFrame)
+{
+    for (const auto& [offset, expected] : {std::pair(0, 0),
+                                           {1, 64},
+                                           {63, 64},
+                                           {64, 64},
+                                           {65, 128},
+                                           {300, 320},
+                                           {512, 512},
+                                           {700, 704},
+                                           {3000, 3008}}) {
+        EXPECT_EQ(delayOf(offset), static_cast<std::size_t>(expected)) << offset;
+    }
+}
+
+TEST_F(SynthesizerTest, TakesANegativeOffsetAsTheStartOfTheBlock)
+{
+    EXPECT_EQ(delayOf(-5), 0U);
+}
+
+TEST_F(SynthesizerTest, PlaysA440At440HertzAndDecaysBehindTheNoteOff)
+{
+    const Stereo sound = renderNote(*dry, {.key = 69, .releaseFrames = 48000});
+    const auto heard = pitch(sound, 6000, 12000, 440.0);
+    ASSERT_TRUE(heard);
+    EXPECT_NEAR(cents(*heard, 440.0), 0.0, 2.0);
+    EXPECT_GT(level(sound, 0, 24000), -50.0);
+    EXPECT_LT(level(sound, 62000, 10000), level(sound, 20000, 4000) - 40.0);
+}
+
+TEST_F(SynthesizerTest, ForgetsAVoiceOnceItHasFaded)
+{
+    dry->noteOn(0, 69, 100);
+    renderFrames(*dry, 4800);
+    EXPECT_GT(dry->activeVoices(), 0);
+    dry->noteOff(0, 69);
+    renderFrames(*dry, 10 * 48000);
+    EXPECT_EQ(dry->activeVoices(), 0);
+}
+
+TEST_F(SynthesizerTest, TakesANoteOnOfNoVelocityForANoteOff)
+{
+    dry->noteOn(0, 69, 100);
+    dry->noteOn(0, 69, 0, 4800);
+    renderFrames(*dry, 10 * 48000);
+    EXPECT_EQ(dry->activeVoices(), 0);
+}
+
+TEST_F(SynthesizerTest, PlaysDrumsOnTheTenthChannelOnly)
+{
+    const Stereo drum = renderNote(*dry, {.channel = 9, .key = 38});
+    const Stereo note = renderNote(*dry, {.channel = 8, .key = 38});
+    const auto pianoPitch = pitch(note, 6000, 12000, frequencyOf(38));
+    ASSERT_TRUE(pianoPitch);
+    EXPECT_NEAR(cents(*pianoPitch, frequencyOf(38)), 0.0, 10.0);
+    EXPECT_FALSE(pitch(drum, 6000, 12000, frequencyOf(38)));
+    EXPECT_GT(level(drum, 0, 4800), -50.0);
+}
+
+TEST_F(SynthesizerTest, BendsByTwoSemitones)
+{
+    dry->pitchBend(0, 16383);
+    dry->noteOn(0, 69, 100);
+    const auto heard = pitch(renderFrames(*dry, 24000), 6000, 12000, frequencyOf(71));
+    ASSERT_TRUE(heard);
+    EXPECT_NEAR(cents(*heard, frequencyOf(71)), 0.0, 5.0);
+}
+
+TEST_F(SynthesizerTest, FollowsVolumeAndPan)
+{
+    dry->controller(0, 10, 0);
+    dry->program(0, 19);
+    dry->noteOn(0, 60, 100);
+    const Stereo left = renderFrames(*dry, 24000);
+    EXPECT_GT(level({left.left, left.left}, 12000, 12000),
+              level({left.right, left.right}, 12000, 12000) + 10.0);
+    dry->controller(0, 7, 0);
+    EXPECT_LT(level(renderFrames(*dry, 24000), 12000, 12000), -100.0);
+}
+
+TEST_F(SynthesizerTest, PreloadingChangesNothingThatIsHeard)
+{
+    const Stereo before = renderNote(*dry, {.program = 40});
+    auto other = drySynthesizer(builtInBank());
+    other->reset();
+    other->program(0, 40);
+    EXPECT_TRUE(other->preload(0, 0, 0, 73));
+    EXPECT_TRUE(other->preload(0, 0, 0, 73));
+    EXPECT_TRUE(other->preload(9, 0, 0, 0));
+    EXPECT_TRUE(other->preload(3, 99, 1, 5));
+    EXPECT_TRUE(isSilent(renderFrames(*other, 4096)));
+    other->noteOn(0, 60, 100);
+    other->noteOff(0, 60, 24000);
+    EXPECT_LE(difference(renderFrames(*other, 36032, 4096), before), 1e-6);
+}
+
+TEST_F(SynthesizerTest, ResettingForgetsSoundsProgramsAndWhatWaits)
+{
+    const Stereo fresh = renderNote(*dry, {});
+    dry->program(0, 56);
+    dry->controller(0, 7, 10);
+    dry->noteOn(0, 72, 127);
+    renderFrames(*dry, 4800);
+    dry->noteOn(0, 48, 127, 100);
+    dry->reset();
+    const Stereo after = renderFrames(*dry, 4096);
+    EXPECT_TRUE(isSilent(after));
+    EXPECT_EQ(dry->activeVoices(), 0);
+    // A voice that is used again keeps a trace of its filter, 50 dB below the note.
+    EXPECT_LE(difference(renderNote(*dry, {}), fresh), 3e-4);
+    dry->noteOn(0, 48, 127, 100);
+    dry->reset();
+    renderFrames(*dry, 64);
+    EXPECT_TRUE(isSilent(renderFrames(*dry, 4096)));
+}
+
+TEST_F(SynthesizerTest, SilencingKeepsThePrograms)
+{
+    dry->program(0, 19);
+    const Stereo organ = renderNote(*dry, {.program = 19});
+    dry->noteOn(0, 72, 127);
+    renderFrames(*dry, 4096);
+    dry->silence();
+    renderFrames(*dry, 4096);
+    EXPECT_EQ(dry->activeVoices(), 0);
+    dry->noteOn(0, 60, 100);
+    const auto heard = pitch(renderFrames(*dry, 24000), 6000, 12000, frequencyOf(60));
+    EXPECT_TRUE(heard);
+    EXPECT_GT(level(organ, 0, 24000), -60.0);
+}
+
+TEST_F(SynthesizerTest, TakesSystemExclusiveMessages)
+{
+    const std::vector<std::uint8_t> quiet{0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x00, 0xF7};
+    dry->systemExclusive(quiet, 10);
+    dry->systemExclusive(std::vector<std::uint8_t>{0xF0, 0x7E});
+    dry->systemExclusive({});
+    dry->noteOn(0, 60, 100);
+    EXPECT_FALSE(isSilent(renderFrames(*dry, 9600)));
+}
+
+TEST_F(SynthesizerTest, DropsWhatIsNoChannelMessage)
+{
+    dry->message(0x40, 60, 100);
+    dry->message(0xF8, 60, 100);
+    EXPECT_TRUE(isSilent(renderFrames(*dry, 4096)));
+    dry->message(0x93, 60, 100);
+    EXPECT_FALSE(isSilent(renderFrames(*dry, 4096)));
+}
+
+TEST_F(SynthesizerTest, LeavesNoNoteSoundingWhereThousandsWait)
+{
+    for (int i = 0; i < 10000; ++i) {
+        dry->noteOn(0, 60, 100, 10);
+        dry->noteOff(0, 60, 20);
+    }
+    renderFrames(*dry, 10 * 48000);
+    EXPECT_TRUE(isSilent(renderFrames(*dry, 4800)));
+}
+
+TEST_F(SynthesizerTest, PeaksNearSixDecibelsBelowFullWithADenseArrangement)
+{
+    auto synthesizer = wet();
+    constexpr int eighth = 12000;
+    constexpr int programs[] = {0, 33, 48, 27, 61, 73, 19, 56, 80, 0, 11, 52};
+    for (int channel = 0; channel < 12; ++channel) {
+        synthesizer->program(channel, programs[channel]);
+    }
+    double greatest = 0.0;
+    for (int step = 0; step < 32; ++step) {
+        for (int channel = 0; channel < 12; ++channel) {
+            const int root = channel == 1 ? 36 : 48 + 12 * (channel % 3);
+            for (const int above : {0, 4, 7}) {
+                const int key = channel == 9 ? 36 + 2 * above : root + above;
+                const bool isPlayed = channel == 9 || channel == 0 || (step + channel) % 2 == 0;
+                if (isPlayed && (channel != 1 || above == 0)) {
+                    synthesizer->noteOn(channel, key, 105, 60 * channel);
+                    synthesizer->noteOff(channel, key, eighth - 500);
+                }
+            }
+        }
+        greatest = std::max(greatest, peak(renderFrames(*synthesizer, eighth)));
+    }
+    const double decibels = 20.0 * std::log10(greatest);
+    std::printf("dense arrangement: peak %.1f dBFS\n", decibels);
+    EXPECT_GT(decibels, -10.0);
+    EXPECT_LT(decibels, -3.0);
+}
+
+TEST_F(SynthesizerTest, PrintsNothingForAGoodBank)
+{
+    ConsoleCapture console;
+    auto made = drySynthesizer(builtInBank());
+    renderNote(*made, {});
+    made.reset();
+    EXPECT_TRUE(console.take().empty());
+}
+
+TEST(SynthesizerMaking, SaysWhatIsWrongWithABank)
+{
+    ConsoleCapture console;
+    const TemporaryFolder folder;
+    std::string error;
+    const auto says = [&](const std::filesystem::path& bank) {
+        EXPECT_EQ(Synthesizer::make(bank, {}, error), nullptr);
+        return error;
+    };
+    const auto absent = folder.path / "absent.sf2";
+    EXPECT_EQ(says(absent), "The sound bank \"" + absent.string() + "\" cannot be read.");
+    EXPECT_EQ(says(folder.path), "The sound bank \"" + folder.path.string() + "\" cannot be read.");
+    const auto noise = folder.write("noise.dls", std::vector<std::uint8_t>(1000, 'R'));
+    EXPECT_EQ(says(noise), "The sound bank \"" + noise.string() +
+                               "\" is neither a SoundFont nor a bank of downloadable sounds.");
+    const auto empty = folder.write("empty.sf2", {});
+    EXPECT_NE(says(empty).find("is neither"), std::string::npos);
+}
+
+TEST(SynthesizerMaking, LogsABankThatCannotBeUsed)
+{
+    ConsoleCapture console;
+    const TemporaryFolder folder;
+    std::string error;
+    auto bytes = tinyBankBytes();
+    bytes.resize(60);
+    EXPECT_EQ(Synthesizer::make(folder.write("cut.dls", bytes), {}, error), nullptr);
+    EXPECT_EQ(console.take(), std::vector{error});
+    const std::vector<std::uint8_t> font{'R', 'I', 'F', 'F', 4, 0, 0, 0, 's', 'f', 'b', 'k'};
+    EXPECT_EQ(Synthesizer::make(folder.write("cut.sf2", font), {}, error), nullptr);
+    EXPECT_NE(error.find("is damaged"), std::string::npos);
+}
+
+TEST(SynthesizerMaking, PlaysATinyBankWithTheFrequencyOfItsWave)
+{
+    const TemporaryFolder folder;
+    auto synthesizer = drySynthesizer(folder.write("tiny.dls", tinyBankBytes()));
+    ASSERT_TRUE(synthesizer);
+    for (const int key : {60, 72, 84}) {
+        const Stereo sound = renderNote(*synthesizer, {.key = key});
+        const double expected = 1000.0 * std::exp2((key - 84) / 12.0);
+        const auto heard = pitch(sound, 6000, 12000, expected);
+        ASSERT_TRUE(heard) << key;
+        EXPECT_NEAR(cents(*heard, expected), 0.0, 1.0) << key;
+    }
+    EXPECT_FALSE(isSilent(renderNote(*synthesizer, {.channel = 9, .key = 38})));
+}
+
+TEST(SynthesizerMaking, TakesTheSoundFontItselfToo)
+{
+    if (sourceBank().empty()) {
+        GTEST_SKIP() << "TimGM6mb.sf2 is not installed";
+    }
+    auto synthesizer = drySynthesizer(sourceBank());
+    ASSERT_TRUE(synthesizer);
+    EXPECT_EQ(synthesizer->bank, sourceBank());
+    const auto heard = pitch(renderNote(*synthesizer, {.key = 69}), 6000, 12000, 440.0);
+    ASSERT_TRUE(heard);
+    EXPECT_NEAR(cents(*heard, 440.0), 0.0, 2.0);
+}
+
+} // namespace volvelle::test
