@@ -101,8 +101,9 @@ void AudioUnitMIDISynth::loadSoundFont(int number)
 bool AudioUnitMIDISynth::loadSoundFont(const std::filesystem::path& url)
 {
     const std::filesystem::path* const location = &url;
-    const OSStatus status = AudioUnitSetProperty(required(midiSynth).audioUnit(), soundBankProperty,
-                                                 kAudioUnitScope_Global, 0, &location, sizeof location);
+    const OSStatus status =
+        AudioUnitSetProperty(required(midiSynth).audioUnit(), soundBankProperty, kAudioUnitScope_Global, 0,
+                             static_cast<const void*>(&location), sizeof(void*));
     if (status != noErr) {
         debugprint(concat("error ", status));
         return false;

@@ -128,6 +128,7 @@ std::vector<EarMeasure::Row> EarMeasure::table() const
     const auto counted = static_cast<long>(sorted.size());
     const long allNotes = std::accumulate(notes.begin(), notes.end(), 0L);
     std::vector<Row> rows;
+    rows.reserve(channels.size() + 11);
     static constexpr std::array<std::pair<double, double>, channels.size()> bounds{
         {{0.3, 2.5}, {1.0, 6.0}, {0.5, 4.0}, {0.5, 4.0}, {1.5, 10.0}, {1.0, 4.0}}};
     for (std::size_t i = 0; i < channels.size(); ++i) {

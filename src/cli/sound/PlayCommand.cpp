@@ -1,5 +1,6 @@
 #include "cli/sound/PlayCommand.h"
 
+#include "base/Checked.h"
 #include "base/RunLoop.h"
 #include "base/Text.h"
 #include "cli/FileDescription.h"
@@ -54,12 +55,13 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (options.port == "list") {
         return listPorts(output);
     }
+    const std::filesystem::path& file = required(options.file);
     std::vector<std::uint8_t> data;
     FileDescription description;
-    OSStatus status = readFile(*options.file, data);
-    status = status == noErr ? describeFile(*options.file, description) : status;
+    OSStatus status = readFile(file, data);
+    status = status == noErr ? describeFile(file, description) : status;
     if (status != noErr) {
-        return output.failure(readFailure(*options.file, status));
+        return output.failure(readFailure(file, status));
     }
     std::string error;
     SoundGraph graph;
@@ -69,8 +71,8 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (!isConnected || !graph.engine->setSink(sink, error) || !graph.engine->start(error)) {
         return output.failure(error);
     }
-    output.remark(concat("Playing '", options.file->string(), "' through ",
-                         options.port ? *options.port : sink->description(), "."));
+    output.remark(
+        concat("Playing '", file.string(), "' through ", options.port.value_or(sink->description()), "."));
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
     if (!MusicPlay::make(PlayDisplay(std::move(description)))->run(graph.engine, graph.instrument, data)) {

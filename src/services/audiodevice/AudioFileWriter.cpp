@@ -151,9 +151,9 @@ bool AudioFileWriter::finish(std::string& error)
 bool AudioFileWriter::writeConverted(bool isEnd, std::string& error)
 {
     const std::vector<float>* samples = &file->interleaved;
-    if (file->converter) {
+    if (auto& converter = file->converter; converter.has_value()) {
         file->converted.clear();
-        if (!file->converter->convert(file->interleaved, isEnd, file->converted)) {
+        if (!converter->convert(file->interleaved, isEnd, file->converted)) {
             return fail(error, concat("The rate could not be converted to ", file->format.rate, " Hz."));
         }
         samples = &file->converted;

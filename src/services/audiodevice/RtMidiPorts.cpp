@@ -30,6 +30,7 @@ std::vector<std::string> namesOf(RtMidiOut& midi)
 {
     std::vector<std::string> names;
     const unsigned int count = midi.getPortCount();
+    names.reserve(count);
     for (unsigned int i = 0; i < count; ++i) {
         names.push_back(midi.getPortName(i));
     }

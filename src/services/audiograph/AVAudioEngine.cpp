@@ -140,6 +140,7 @@ void AVAudioEngine::removeSequencer(AVAudioSequencer& sequencer)
 void AVAudioEngine::publish()
 {
     std::vector<std::shared_ptr<SequencerCore>> cores;
+    cores.reserve(sequencers.size());
     for (const AVAudioSequencer* sequencer : sequencers) {
         cores.push_back(sequencer->renderCore());
     }

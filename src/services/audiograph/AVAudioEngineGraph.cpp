@@ -42,7 +42,8 @@ OSStatus AVAudioEngine::detachNode(const std::shared_ptr<AVAudioNode>& node)
     if (node == mixer || node == output) {
         return kAudio_ParamError;
     }
-    const std::shared_ptr<AVAudioNode> held = node;
+    // The caller's handle may be the engine's own, which goes below.
+    const std::shared_ptr<AVAudioNode> held = node; // NOLINT(performance-unnecessary-copy-initialization)
     wires.removeInputs(*held);
     wires.removeOutputs(*held);
     std::erase(nodes, held);

@@ -33,10 +33,10 @@ private:
     void fill(RenderStep& source, int wanted) noexcept;
 
     SRC_STATE_tag* state;
-    int position = 0;                              // of the first frame of `input` that was not used yet
-    int count = 0;                                 // frames in `input`
-    std::array<float, 2 * maximumFrames> input{};  // interleaved
-    std::array<float, 2 * maximumFrames> output{}; // interleaved
+    int position = 0; // of the first frame of `input` that was not used yet
+    int count = 0;    // frames in `input`
+    std::array<float, std::size_t{2} * maximumFrames> input{};  // interleaved
+    std::array<float, std::size_t{2} * maximumFrames> output{}; // interleaved
     std::array<float, maximumFrames> left{};
     std::array<float, maximumFrames> right{};
 };

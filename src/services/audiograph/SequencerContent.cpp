@@ -16,7 +16,8 @@ SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEve
         }
         auto unit = std::find_if(units.begin(), units.end(), [&](const Unit& u) { return u.node == node; });
         if (unit == units.end()) {
-            units.push_back({node, 0, std::vector<std::uint16_t>(16 * 128), std::vector<ChannelState>(16)});
+            units.push_back(
+                {node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), std::vector<ChannelState>(16)});
             unit = units.end() - 1;
         }
         unit->channels = static_cast<std::uint16_t>(unit->channels | events->tracks[track].channels);
@@ -44,7 +45,7 @@ void SequencerContent::send(const SequencerEvent& event, int offset) noexcept
 
 void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
 {
-    const auto place = static_cast<std::size_t>((event.bytes[0] & 0x0F) * 128 + event.bytes[1]);
+    const auto place = static_cast<std::size_t>(event.bytes[0] & 0x0F) * 128 + event.bytes[1];
     std::uint16_t& count = unit.sounding[place];
     if (event.kind == SequencerEvent::noteOn && count < std::numeric_limits<std::uint16_t>::max()) {
         ++count;
@@ -77,7 +78,8 @@ void SequencerContent::release(bool all) noexcept
 void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
 {
     for (int key = 0; key < 128; ++key) {
-        std::uint16_t& count = unit.sounding[static_cast<std::size_t>(channel * 128 + key)];
+        std::uint16_t& count =
+            unit.sounding[static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(key)];
         for (; count > 0; --count) {
             sendShort(unit, 0x80 | channel, key, 0);
         }

@@ -54,7 +54,7 @@ OSStatus MIDISynthUnit::setProperty(std::uint32_t property, std::uint32_t scope,
             return kAudio_ParamError;
         }
         const std::filesystem::path* location = nullptr;
-        std::memcpy(&location, data, sizeof(location));
+        std::memcpy(static_cast<void*>(&location), data, sizeof(void*));
         return location == nullptr ? kAudio_ParamError : loadBank(*location);
     }
     if (property == enablePreloadProperty) {
