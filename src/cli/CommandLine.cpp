@@ -4,12 +4,12 @@
 #include "base/FatalStop.h"
 #include "base/MainQueue.h"
 #include "base/Paths.h"
+#include "base/PendingFiles.h"
 #include "cli/CommandOutput.h"
 #include "cli/GenerateCommand.h"
 #include "cli/InspectCommand.h"
 #include "cli/LibraryCheckCommand.h"
 #include "cli/LibraryCompileCommand.h"
-#include "services/files/SafeFile.h"
 
 #include <CLI/CLI.hpp>
 
@@ -39,14 +39,6 @@ struct Request {
 };
 
 const SoundCommands* soundCommands = nullptr; // of this process, null for none
-
-void removePendingFiles()
-{
-    removePendingTemporaryFile();
-    if (soundCommands != nullptr) {
-        soundCommands->removePendingFiles();
-    }
-}
 
 void endAfterFatalStop()
 {

@@ -10,7 +10,6 @@ namespace volvelle {
 struct SoundCommands {
     int (*play)(const PlayOptions& options, CommandOutput& output);
     int (*render)(const RenderOptions& options, CommandOutput& output);
-    void (*removePendingFiles)(); // [signal handlers too]
 };
 
 // Runs the command that the arguments ask for and returns the exit status: 0 done, 1 could not (one plain

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "midi/MIDIConstants.h"
 #include "sequence/TrackWalk.h"
+#include "services/files/SafeFile.h"
 
 #include <algorithm>
 #include <array>
@@ -224,12 +225,19 @@ FoundTrack describeTrack(const MusicTrack& track, int index)
 
 OSStatus describeFile(const std::filesystem::path& file, FileDescription& description)
 {
+    std::vector<std::uint8_t> data;
+    const OSStatus status = readFile(file, data);
+    return status == noErr ? describeData(data, description) : status;
+}
+
+OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description)
+{
     MusicSequence sequence;
     if (const OSStatus status = NewMusicSequence(sequence); status != noErr) {
         return status;
     }
-    const OSStatus status = MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType,
-                                                  kMusicSequenceLoadSMF_PreserveTracks);
+    const OSStatus status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                                      kMusicSequenceLoadSMF_PreserveTracks);
     if (status != noErr) {
         return status;
     }

@@ -43,7 +43,8 @@ struct FileDescription {
     std::vector<std::string> warnings; // what was mended while reading
 };
 
-// Reads a file. A status other than noErr leaves the description incomplete.
+// Both read a file, the second its bytes. A status other than noErr leaves the description incomplete.
 OSStatus describeFile(const std::filesystem::path& file, FileDescription& description);
+OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description);
 
 } // namespace volvelle

@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "cli/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
+#include "scores/ScoreCompiler.h"
 #include "scores/ScoreKind.h"
 
 #include <algorithm>
@@ -60,10 +61,9 @@ std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>
     }
     std::ranges::sort(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        std::string number = text(i + 1);
-        number.insert(0, number.size() < 3 ? 3 - number.size() : 0, '0');
-        if (files[i].filename() != number + ".mid") {
-            problems.push_back(concat(files[i].string(), ": '", number, ".mid' was expected here"));
+        const std::string name = phraseName(checkedCast<int>(i + 1));
+        if (files[i].filename() != name) {
+            problems.push_back(concat(files[i].string(), ": '", name, "' was expected here"));
         }
     }
     return files;

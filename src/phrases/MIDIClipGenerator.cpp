@@ -5,6 +5,7 @@
 #include "base/Paths.h"
 #include "base/RandomSource.h"
 #include "base/Text.h"
+#include "phrases/ClipChannels.h"
 #include "phrases/PhraseEventWriter.h"
 
 #include <algorithm>
@@ -22,9 +23,6 @@ constexpr const char* leads = "/Phrases2/02 leads/";
 constexpr const char* basses = "/Phrases2/09 basses/";
 constexpr const char* drums = "/Phrases2/10 drums/";
 
-constexpr int polyRhythmChannel = 10;
-constexpr int polyMeterChannel = 14;
-constexpr int polyMeterSteps = 64;   // sixteenths
 constexpr double blockLength = 16.0; // beats of one arrangement in a long one
 
 using Resources = std::optional<fs::path>;

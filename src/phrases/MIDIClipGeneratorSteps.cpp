@@ -1,13 +1,10 @@
 #include "base/Checked.h"
+#include "phrases/ClipChannels.h"
 #include "phrases/MIDIClipGenerator.h"
 
 namespace volvelle {
 
 namespace {
-
-constexpr int polyRhythmChannel = 10;
-constexpr int polyMeterChannel = 14;
-constexpr int polyMeterSteps = 64; // sixteenths
 
 template <class Step>
 void resize(std::vector<std::shared_ptr<Step>>& steps, int number)

@@ -54,12 +54,6 @@ std::vector<fs::path> scoresIn(const fs::path& folder, std::string& error)
     return paths;
 }
 
-std::string phraseName(int number)
-{
-    const auto digits = text(number);
-    return std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits + ".mid";
-}
-
 std::optional<int> phraseNumber(const std::string& name)
 {
     constexpr std::size_t mostDigits = 6;
@@ -109,6 +103,12 @@ void compileFolder(const fs::path& from, const fs::path& to, ScoreKind kind, Lib
 }
 
 } // namespace
+
+std::string phraseName(int number)
+{
+    const auto digits = text(number);
+    return std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits + ".mid";
+}
 
 bool compileScore(const fs::path& in, const fs::path& out, ScoreKind kind, std::string& error)
 {

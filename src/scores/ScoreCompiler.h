@@ -8,6 +8,9 @@
 
 namespace volvelle {
 
+// The file name of the phrase of that number, from 1: "001.mid". [any thread]
+std::string phraseName(int number);
+
 // Reads one score and writes its phrase. The file is written only when its bytes differ, by way of a
 // temporary file in the same folder and a rename, so that it is never half written. On failure nothing has
 // changed at `out` and `error` holds one plain line. [any thread]

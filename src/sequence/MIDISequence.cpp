@@ -35,6 +35,21 @@ std::string_view statusText(OSStatus status)
     return "Etwas ist fehlgeschlagen.";
 }
 
+// Gives up the share in the old sequence and makes a new one; false, with a line in the log, where that
+// fails.
+bool renew(MusicSequence& sequence)
+{
+    if (sequence) {
+        DisposeMusicSequence(sequence);
+        sequence = nullptr;
+    }
+    const OSStatus status = NewMusicSequence(sequence);
+    if (status != noErr) {
+        logLine("MIDISequence::Fehler: ", status, ". \nEs konnte keine Sequenz erzeugt werden.");
+    }
+    return status == noErr;
+}
+
 } // namespace
 
 MIDISequence::MIDISequence()
@@ -51,12 +66,7 @@ MIDISequence::~MIDISequence()
 
 void MIDISequence::create(std::uint16_t numberOfTracks)
 {
-    if (musicSequence) {
-        DisposeMusicSequence(musicSequence);
-        musicSequence = nullptr;
-    }
-    if (const OSStatus status = NewMusicSequence(musicSequence); status != noErr) {
-        logLine("MIDISequence::Fehler: ", status, ". \nEs konnte keine Sequenz erzeugt werden.");
+    if (!renew(musicSequence)) {
         return;
     }
     for (std::uint16_t i = 0; i < numberOfTracks; ++i) {
@@ -247,12 +257,7 @@ void MIDISequence::saveToFile(const std::filesystem::path& url)
 
 void MIDISequence::loadFromFile(const std::filesystem::path& url)
 {
-    if (musicSequence) {
-        DisposeMusicSequence(musicSequence);
-        musicSequence = nullptr;
-    }
-    if (const OSStatus status = NewMusicSequence(musicSequence); status != noErr) {
-        logLine("MIDISequence::Fehler: ", status, ". \nEs konnte keine Sequenz erzeugt werden.");
+    if (!renew(musicSequence)) {
         return;
     }
     const OSStatus status = MusicSequenceFileLoad(musicSequence, url, kMusicSequenceFile_MIDIType, loadFlag);

@@ -59,7 +59,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     std::vector<std::uint8_t> data;
     FileDescription description;
     OSStatus status = readFile(file, data);
-    status = status == noErr ? describeFile(file, description) : status;
+    status = status == noErr ? describeData(data, description) : status;
     if (status != noErr) {
         return output.failure(readFailure(file, status));
     }

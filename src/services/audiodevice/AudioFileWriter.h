@@ -52,8 +52,4 @@ private:
     std::string failure = "No audio file is being written.";
 };
 
-// Removes the audio files that are being written, for a program that ends at once. [any thread, in signal
-// handlers too]
-void removePendingAudioFiles();
-
 } // namespace volvelle

@@ -1,13 +1,9 @@
 #include "services/audiodevice/NewFile.h"
 
-#include "services/audiodevice/AudioFileWriter.h"
+#include "base/PendingFiles.h"
 
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -16,41 +12,6 @@
 namespace volvelle {
 
 namespace {
-
-enum class SlotState { free, filling, pending };
-
-struct PendingFile {
-    std::atomic<SlotState> state{SlotState::free};
-    std::array<char, PATH_MAX> name{};
-};
-
-std::array<PendingFile, 8> pendingFiles;
-
-int remember(const std::string& name)
-{
-    for (std::size_t i = 0; name.size() < PATH_MAX && i < pendingFiles.size(); ++i) {
-        SlotState expected = SlotState::free;
-        if (pendingFiles[i].state.compare_exchange_strong(expected, SlotState::filling)) {
-            std::memcpy(pendingFiles[i].name.data(), name.c_str(), name.size() + 1);
-            pendingFiles[i].state = SlotState::pending;
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
-}
-
-void forget(int slot)
-{
-    if (slot >= 0) {
-        pendingFiles[static_cast<std::size_t>(slot)].state = SlotState::free;
-    }
-}
-
-std::string freshName()
-{
-    static std::atomic<unsigned> counter{0};
-    return ".volvelle-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".audio.tmp";
-}
 
 void syncFolder(const std::filesystem::path& folder)
 {
@@ -91,13 +52,13 @@ bool NewFile::create(const std::filesystem::path& path)
 
 bool NewFile::openNew(const std::filesystem::path& folder)
 {
-    const std::string candidate = (folder / freshName()).string();
+    const std::string candidate = (folder / temporaryFileName(".audio.tmp")).string();
     descriptor = open(candidate.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         return false;
     }
     name = candidate;
-    slot = remember(name);
+    slot = rememberPendingFile(name);
     return true;
 }
 
@@ -165,7 +126,7 @@ void NewFile::drop()
     if (!name.empty()) {
         unlink(name.c_str());
     }
-    forget(slot);
+    forgetPendingFile(slot);
     descriptor = -1;
     name.clear();
     slot = -1;
@@ -177,15 +138,6 @@ bool NewFile::keep(bool good)
         error = errno;
     }
     return good;
-}
-
-void removePendingAudioFiles()
-{
-    for (const PendingFile& pending : pendingFiles) {
-        if (pending.state == SlotState::pending) {
-            unlink(pending.name.data());
-        }
-    }
 }
 
 } // namespace volvelle

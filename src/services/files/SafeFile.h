@@ -21,8 +21,4 @@ OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& 
 // exist is fileNotFoundErr, everything else fileIOErr. [any thread]
 OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite);
 
-// Removes the temporary files that are being written, for a program that ends at once. [any thread, in signal
-// handlers too]
-void removePendingTemporaryFile();
-
 } // namespace volvelle

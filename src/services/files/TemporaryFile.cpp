@@ -1,52 +1,14 @@
 #include "services/files/TemporaryFile.h"
 
-#include "services/files/SafeFile.h"
+#include "base/PendingFiles.h"
 
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace volvelle {
-
-namespace {
-
-enum class SlotState { free, filling, pending };
-
-struct PendingFile {
-    std::atomic<SlotState> state{SlotState::free};
-    std::array<char, PATH_MAX> name{};
-};
-
-std::array<PendingFile, 8> pendingFiles;
-static_assert(std::atomic<SlotState>::is_always_lock_free);
-
-int remember(const std::string& name)
-{
-    for (std::size_t i = 0; name.size() < PATH_MAX && i < pendingFiles.size(); ++i) {
-        PendingFile& pending = pendingFiles[i];
-        SlotState expected = SlotState::free;
-        if (pending.state.compare_exchange_strong(expected, SlotState::filling)) {
-            std::memcpy(pending.name.data(), name.c_str(), name.size() + 1);
-            pending.state = SlotState::pending;
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
-}
-
-std::string freshName()
-{
-    static std::atomic<unsigned> counter{0};
-    return ".volvelle-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".tmp";
-}
-
-} // namespace
 
 TemporaryFile::~TemporaryFile()
 {
@@ -70,13 +32,13 @@ int TemporaryFile::create(const std::filesystem::path& folder)
 
 int TemporaryFile::openNew(const std::filesystem::path& folder)
 {
-    const std::string candidate = (folder / freshName()).string();
+    const std::string candidate = (folder / temporaryFileName(".tmp")).string();
     descriptor = open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         return errno;
     }
     name = candidate;
-    slot = remember(name);
+    slot = rememberPendingFile(name);
     return 0;
 }
 
@@ -120,10 +82,8 @@ int TemporaryFile::takeName(const std::filesystem::path& target, bool overwrite)
 
 void TemporaryFile::forget()
 {
-    if (slot >= 0) {
-        pendingFiles[static_cast<std::size_t>(slot)].state = SlotState::free;
-        slot = -1;
-    }
+    forgetPendingFile(slot);
+    slot = -1;
 }
 
 int writeAll(int descriptor, std::span<const std::uint8_t> bytes)
@@ -136,15 +96,6 @@ int writeAll(int descriptor, std::span<const std::uint8_t> bytes)
         bytes = bytes.subspan(count < 0 ? 0 : static_cast<std::size_t>(count));
     }
     return 0;
-}
-
-void removePendingTemporaryFile()
-{
-    for (const PendingFile& pending : pendingFiles) {
-        if (pending.state == SlotState::pending) {
-            unlink(pending.name.data());
-        }
-    }
 }
 
 } // namespace volvelle

@@ -1,4 +1,5 @@
 #include "services/audiodevice/AudioFileWriter.h"
+#include "base/PendingFiles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -232,7 +233,7 @@ TEST_F(AudioFileWriterTest, LeavesNothingBehindWhereItIsDropped)
 TEST_F(AudioFileWriterTest, RemovesWhatIsPendingWhereTheProgramEndsAtOnce)
 {
     ASSERT_TRUE(writer.open(folder / "a.wav", {}, error));
-    removePendingAudioFiles();
+    removePendingFiles();
     EXPECT_EQ(filesInFolder(), 0U);
 }
 

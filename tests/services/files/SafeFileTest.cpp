@@ -1,4 +1,5 @@
 #include "services/files/SafeFile.h"
+#include "base/PendingFiles.h"
 
 #include "services/files/TemporaryFile.h"
 #include "tests/services/musicsequence/SequenceTools.h"
@@ -183,7 +184,7 @@ TEST_F(SafeFiles, ATemporaryFileCanBeRemovedBeforeASuddenEnd)
     TemporaryFile temporary;
     ASSERT_EQ(temporary.create(folder.path), 0);
     EXPECT_EQ(folder.names().size(), 1U);
-    removePendingTemporaryFile();
+    removePendingFiles();
     EXPECT_EQ(folder.names(), Lines{});
 }
 
@@ -194,7 +195,7 @@ TEST_F(SafeFiles, ATemporaryFileThatTookANameIsNotRemoved)
     EXPECT_EQ(temporary.write(hex("01")), 0);
     EXPECT_EQ(temporary.finish(), 0);
     EXPECT_EQ(temporary.takeName(path, false), 0);
-    removePendingTemporaryFile();
+    removePendingFiles();
     EXPECT_EQ(contentOf(path), hex("01"));
 }
 

@@ -1,0 +1,63 @@
+#include "base/PendingFiles.h"
+
+#include "base/Text.h"
+
+#include <array>
+#include <atomic>
+#include <climits>
+#include <cstring>
+#include <unistd.h>
+
+namespace volvelle {
+
+namespace {
+
+enum class PlaceState { free, filling, pending };
+
+struct PendingFile {
+    std::atomic<PlaceState> state{PlaceState::free};
+    std::array<char, PATH_MAX> path{};
+};
+
+std::array<PendingFile, 8> pendingFiles;
+static_assert(std::atomic<PlaceState>::is_always_lock_free);
+
+} // namespace
+
+std::string temporaryFileName(std::string_view ending)
+{
+    static std::atomic<unsigned> counter{0};
+    return concat(".volvelle-", getpid(), "-", counter++, ending);
+}
+
+int rememberPendingFile(const std::string& path)
+{
+    for (std::size_t i = 0; path.size() < PATH_MAX && i < pendingFiles.size(); ++i) {
+        PendingFile& pending = pendingFiles[i];
+        PlaceState expected = PlaceState::free;
+        if (pending.state.compare_exchange_strong(expected, PlaceState::filling)) {
+            std::memcpy(pending.path.data(), path.c_str(), path.size() + 1);
+            pending.state = PlaceState::pending;
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+void forgetPendingFile(int place)
+{
+    if (place >= 0) {
+        pendingFiles[static_cast<std::size_t>(place)].state = PlaceState::free;
+    }
+}
+
+void removePendingFiles()
+{
+    for (const PendingFile& pending : pendingFiles) {
+        if (pending.state == PlaceState::pending) {
+            unlink(pending.path.data());
+        }
+    }
+}
+
+} // namespace volvelle
