@@ -102,13 +102,18 @@ AUScheduleMIDIEventBlock AUAudioUnit::scheduleMIDIEventBlock()
 OSStatus AUAudioUnit::scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
                                         const std::uint8_t* bytes) noexcept
 {
-    if (!takesMIDI || length < 1 || sampleOffset < 0) {
+    return sampleOffset < 0 ? kAudio_ParamError
+                            : scheduleMIDIEventAt(static_cast<double>(sampleOffset), cable, length, bytes);
+}
+
+OSStatus AUAudioUnit::scheduleMIDIEventAt(double sampleOffset, std::uint8_t cable, int length,
+                                          const std::uint8_t* bytes) noexcept
+{
+    if (!takesMIDI || length < 1 || sampleOffset <= -1.0) {
         return kAudio_ParamError;
     }
     AUMIDIRenderEvent event;
-    const double rate = outputBusses.empty() ? engineRate : outputBusses.front().format.sampleRate;
-    const double offset = static_cast<double>(std::min(sampleOffset, maximumOffset)) * rate / engineRate;
-    event.offset = static_cast<int>(std::min(offset, static_cast<double>(maximumOffset)));
+    event.offset = static_cast<int>(std::clamp<std::int64_t>(ownOffset(sampleOffset), 0, maximumOffset));
     event.cable = cable;
     event.length = length;
     if (length <= 3) {
@@ -117,6 +122,18 @@ OSStatus AUAudioUnit::scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t 
         event.longBytes = bytes;
     }
     return isInPlan && line.insert(event) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
+}
+
+// Frames of the unit from its next block on.
+std::int64_t AUAudioUnit::ownOffset(double sampleOffset) const noexcept
+{
+    const double inBounds = std::min(sampleOffset, static_cast<double>(maximumOffset));
+    const double rate = outputBusses.empty() ? engineRate : outputBusses.front().format.sampleRate;
+    if (rate == engineRate || !isInEngine) {
+        return std::llround(inBounds * rate / engineRate);
+    }
+    const double place = (static_cast<double>(engineClock) + inBounds) * rate / engineRate;
+    return clockAtEntry + pullAhead + std::llround(place) - clock;
 }
 
 void AUAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block)
@@ -161,6 +178,9 @@ void AUAudioUnit::setInPlan(bool isIn) noexcept
         reset();
     }
     isInPlan = isIn;
+    isInEngine = isIn;
+    engineClock = 0;
+    clockAtEntry = clock;
 }
 
 } // namespace volvelle

@@ -36,6 +36,7 @@ using AUMIDIOutputEventBlock = std::function<OSStatus(std::int64_t sampleTime, s
 class AUAudioUnit {
 public:
     static constexpr int maximumFrames = 512; // of one block
+    static constexpr int pullAhead = 256;     // frames that converters behind a unit may pull too early
 
     explicit AUAudioUnit(const AudioComponentDescription& description);
     virtual ~AUAudioUnit();
@@ -94,6 +95,12 @@ public:
     OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
                                const std::uint8_t* bytes) noexcept;
 
+    // The same at a fraction of a frame, above -1. It acts at the nearest frame of the unit's own rate, each
+    // time at the same one, however far a converter has pulled the unit ahead: a unit at another rate than
+    // the engine's is `pullAhead` frames late throughout. [render thread]
+    OSStatus scheduleMIDIEventAt(double sampleOffset, std::uint8_t cable, int length,
+                                 const std::uint8_t* bytes) noexcept;
+
     // Where the unit's own MIDI goes; empty for nowhere. Called on the render thread. [main thread]
     void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block);
 
@@ -110,6 +117,9 @@ public:
     // Enters or leaves the running render plan: a unit outside of it takes no messages, and starts without
     // any when it comes in. A unit that never met an engine counts as inside. [render thread]
     void setInPlan(bool isIn) noexcept;
+
+    // The engine has rendered so many frames of its own. [render thread]
+    void advanceEngine(int frames) noexcept { engineClock += frames; }
 
 protected:
     // `events` stand by offset, all of them below `frames`. No lock, no allocation. [render thread]
@@ -131,11 +141,15 @@ private:
     };
 
     void takeOutsideMessages() noexcept;
+    std::int64_t ownOffset(double sampleOffset) const noexcept;
 
     BoundedQueue<OutsideMessage> outside; // main thread to render thread
     MIDIEventBuffer line;                 // render thread
     std::int64_t clock = 0;               // render thread, frames
     bool isInPlan = true;                 // render thread
+    bool isInEngine = false;              // render thread
+    std::int64_t engineClock = 0;         // frames of the engine since the unit came into its plan
+    std::int64_t clockAtEntry = 0;        // frames of the unit at that time
     std::atomic<const AUMIDIOutputEventBlock*> output{nullptr};
     std::vector<std::unique_ptr<AUMIDIOutputEventBlock>>
         outputs; // all that were ever set: one may be running

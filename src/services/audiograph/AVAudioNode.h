@@ -50,6 +50,9 @@ public:
     virtual void setInPlan(bool) noexcept {}
 
     virtual void resetNode() noexcept {}
+
+    // The engine has rendered so many frames at its own rate, with this node in its plan.
+    virtual void advanceEngine(int) noexcept {}
 };
 
 } // namespace volvelle

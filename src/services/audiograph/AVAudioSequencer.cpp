@@ -53,6 +53,11 @@ bool AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::
     return take(sequence, status, error);
 }
 
+bool AVAudioSequencer::loadFromSequence(const MusicSequence& sequence, std::string& error)
+{
+    return take(sequence, sequence == nullptr ? kAudio_ParamError : noErr, error);
+}
+
 bool AVAudioSequencer::take(const MusicSequence& sequence, OSStatus status, std::string& error)
 {
     const auto loaded = std::make_shared<SequencerEvents>();
@@ -100,6 +105,15 @@ void AVAudioSequencer::letTracksGo()
 
 void AVAudioSequencer::destinationChanged()
 {
+    isContentOld = true;
+    if (playing) {
+        publishContent();
+    }
+}
+
+void AVAudioSequencer::publishContent()
+{
+    isContentOld = false;
     core->setContent(std::make_unique<SequencerContent>(events, destinations()));
 }
 
@@ -138,6 +152,9 @@ bool AVAudioSequencer::start(std::string& error)
         return false;
     }
     if (!playing) {
+        if (isContentOld) {
+            publishContent();
+        }
         playing = true;
         command.isPlaying = true;
         ++command.startSerial;

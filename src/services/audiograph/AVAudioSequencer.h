@@ -36,6 +36,8 @@ public:
 
     bool loadFromURL(const std::filesystem::path& url, std::uint32_t options, std::string& error);
     bool loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options, std::string& error);
+    // Takes what the sequence holds now: later changes of it are not heard.
+    bool loadFromSequence(const MusicSequence& sequence, std::string& error);
 
     const std::vector<std::shared_ptr<AVMusicTrack>>& tracks() const { return trackList; }
 
@@ -86,6 +88,7 @@ private:
     void letTracksGo();
     void move(double beats);
     void send();
+    void publishContent();
     void setEvents(std::shared_ptr<const SequencerEvents> newEvents);
     std::vector<std::shared_ptr<AVAudioUnit>> destinations() const;
 
@@ -95,7 +98,8 @@ private:
     std::vector<std::shared_ptr<AVMusicTrack>> trackList;
     PropertyDictionary info;
     bool playing = false;
-    SequencerCommand command; // the last one sent; its beats are the position until the render thread has it
+    bool isContentOld = false; // the render thread gets the new one with the next start
+    SequencerCommand command;  // the last one sent; its beats are the position until the render thread has it
     std::shared_ptr<SequencerCore> core;
 };
 

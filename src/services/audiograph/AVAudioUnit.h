@@ -42,6 +42,8 @@ public:
 
     void resetNode() noexcept override { unit->reset(); }
 
+    void advanceEngine(int frames) noexcept override { unit->advanceEngine(frames); }
+
 protected:
     std::atomic<float> gain{1.0F};
 

@@ -68,6 +68,23 @@ void ChannelState::touch(const std::array<std::uint8_t, 3>& bytes) noexcept
     }
 }
 
+void ChannelState::touchAll(const ChannelState& all) noexcept
+{
+    const auto mention = [](std::int16_t& value, std::int16_t other) {
+        value = value == unset && other != unset ? touched : value;
+    };
+    for (std::size_t i = 0; i < controllers.size(); ++i) {
+        mention(controllers[i], all.controllers[i]);
+    }
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        mention(parameters[i].high, all.parameters[i].high);
+        mention(parameters[i].low, all.parameters[i].low);
+    }
+    mention(program, all.program);
+    mention(bend, all.bend);
+    mention(pressure, all.pressure);
+}
+
 void ChannelState::controller(int number, std::int16_t value) noexcept
 {
     const auto store = [value](std::int16_t& to) { to = value == touched && to != unset ? to : value; };

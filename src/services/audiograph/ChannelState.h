@@ -8,7 +8,7 @@
 namespace volvelle {
 
 // What a channel holds at a position: put together from the events before it, and told to a unit as the
-// messages that bring it up to date. [render thread]
+// messages that bring it up to date. [any one thread]
 class ChannelState {
 public:
     void clear() noexcept { *this = ChannelState(); }
@@ -18,6 +18,9 @@ public:
 
     // The same behind the position, after all apply(): what it changes must have its usual value until then.
     void touch(const std::array<std::uint8_t, 3>& bytes) noexcept;
+
+    // The same for all messages of a piece at once: `all` was touched by each of them, and has no apply().
+    void touchAll(const ChannelState& all) noexcept;
 
     // Controllers reset, bank and program, controllers by number, registered parameters, bend, pressure: of
     // these all that the events mention.

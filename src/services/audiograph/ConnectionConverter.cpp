@@ -29,7 +29,7 @@ void ConnectionConverter::pull(RenderStep& source, float* toLeft, float* toRight
     int done = 0;
     while (done < frames && state != nullptr) {
         if (count == 0) {
-            fill(source, static_cast<int>(std::ceil((frames - done) * fromRate / toRate)));
+            fill(source, framesToPull(frames - done));
         }
         SRC_DATA data{};
         data.data_in = input.data() + static_cast<std::ptrdiff_t>(2) * position;
@@ -42,6 +42,7 @@ void ConnectionConverter::pull(RenderStep& source, float* toLeft, float* toRight
         }
         position += static_cast<int>(data.input_frames_used);
         count -= static_cast<int>(data.input_frames_used);
+        delivered += data.output_frames_gen;
         for (long i = 0; i < data.output_frames_gen; ++i, ++done) {
             toLeft[done] = output[static_cast<std::size_t>(2 * i)];
             toRight[done] = output[static_cast<std::size_t>(2 * i + 1)];
@@ -51,10 +52,20 @@ void ConnectionConverter::pull(RenderStep& source, float* toLeft, float* toRight
     std::fill(toRight + done, toRight + frames, 0.0F);
 }
 
+int ConnectionConverter::framesToPull(int frames) const noexcept
+{
+    constexpr double halfFilter = 48.0; // frames of the lower rate
+    const double ratio = fromRate / toRate;
+    const double needed = static_cast<double>(delivered + frames) * ratio + halfFilter * std::max(1.0, ratio);
+    const double missing = std::ceil(needed) - static_cast<double>(pulled);
+    return static_cast<int>(std::clamp(missing, 1.0, static_cast<double>(maximumFrames)));
+}
+
 void ConnectionConverter::fill(RenderStep& source, int wanted) noexcept
 {
     position = 0;
-    count = std::clamp(wanted, 1, maximumFrames);
+    count = wanted;
+    pulled += count;
     source.node->renderNode(source.inputs, left.data(), right.data(), count);
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
         input[2 * i] = left[i];

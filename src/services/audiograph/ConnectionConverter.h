@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <memory>
 
 struct SRC_STATE_tag;
@@ -9,8 +10,9 @@ namespace volvelle {
 
 struct RenderStep;
 
-// Brings what one connection delivers to another rate. Made and destroyed on the main thread; its state
-// belongs to the connection and outlives a render plan.
+// Brings what one connection delivers to another rate. It pulls its source ahead by what its filter needs,
+// and no further however long it runs. Made and destroyed on the main thread; its state belongs to the
+// connection and outlives a render plan.
 class ConnectionConverter {
 public:
     // Both above 0, and isPossible().
@@ -31,10 +33,13 @@ private:
     static constexpr int maximumFrames = 512; // of one block on either side
 
     void fill(RenderStep& source, int wanted) noexcept;
+    int framesToPull(int frames) const noexcept;
 
     SRC_STATE_tag* state;
-    int position = 0; // of the first frame of `input` that was not used yet
-    int count = 0;    // frames in `input`
+    std::int64_t pulled = 0;    // frames of the source
+    std::int64_t delivered = 0; // frames at the new rate
+    int position = 0;           // of the first frame of `input` that was not used yet
+    int count = 0;              // frames in `input`
     std::array<float, std::size_t{2} * maximumFrames> input{};  // interleaved
     std::array<float, std::size_t{2} * maximumFrames> output{}; // interleaved
     std::array<float, maximumFrames> left{};

@@ -45,6 +45,9 @@ void RenderPlan::render(float* left, float* right, int frames) noexcept
     }
     RenderStep& last = *steps.back();
     last.node->renderNode(last.inputs, left, right, frames);
+    for (const auto& step : steps) {
+        step->node->advanceEngine(frames);
+    }
 }
 
 void RenderPlan::endBlock() noexcept

@@ -16,16 +16,26 @@ SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEve
         }
         auto unit = std::find_if(units.begin(), units.end(), [&](const Unit& u) { return u.node == node; });
         if (unit == units.end()) {
-            units.push_back(
-                {node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), std::vector<ChannelState>(16)});
+            units.push_back({node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), {}, {}});
             unit = units.end() - 1;
         }
         unit->channels = static_cast<std::uint16_t>(unit->channels | events->tracks[track].channels);
         unitOfTrack[track] = static_cast<int>(unit - units.begin());
     }
+    fillHistories();
 }
 
-void SequencerContent::send(const SequencerEvent& event, int offset) noexcept
+void SequencerContent::fillHistories()
+{
+    for (const SequencerState& state : events->states) {
+        const int place = unitOfTrack[state.track];
+        if (place >= 0) {
+            units[static_cast<std::size_t>(place)].history.add(state.seconds, state.bytes);
+        }
+    }
+}
+
+void SequencerContent::send(const SequencerEvent& event, double offset) noexcept
 {
     const int index = unitOfTrack[event.track];
     if (index < 0) {
@@ -35,10 +45,10 @@ void SequencerContent::send(const SequencerEvent& event, int offset) noexcept
     AUAudioUnit& target = *unit.node->auAudioUnit();
     if (event.kind == SequencerEvent::longMessage) {
         const std::vector<std::uint8_t>& bytes = events->longMessages[event.longIndex];
-        target.scheduleMIDIEvent(offset, 0, static_cast<int>(bytes.size()), bytes.data());
+        target.scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
         return;
     }
-    if (target.scheduleMIDIEvent(offset, 0, event.length(), event.bytes.data()) == noErr) {
+    if (target.scheduleMIDIEventAt(offset, 0, event.length(), event.bytes.data()) == noErr) {
         note(unit, event);
     }
 }
@@ -105,19 +115,7 @@ void SequencerContent::resetUnits() noexcept
 void SequencerContent::chase(double seconds) noexcept
 {
     for (Unit& unit : units) {
-        std::for_each(unit.states.begin(), unit.states.end(), [](ChannelState& state) { state.clear(); });
-    }
-    for (const SequencerState& event : events->states) {
-        const int place = unitOfTrack[event.track];
-        if (place < 0) {
-            continue;
-        }
-        ChannelState& state = units[static_cast<std::size_t>(place)].states[event.bytes[0] & 0x0FU];
-        if (event.seconds < seconds) {
-            state.apply(event.bytes);
-        } else {
-            state.touch(event.bytes);
-        }
+        unit.history.find(seconds, unit.states);
     }
     tellStates();
 }

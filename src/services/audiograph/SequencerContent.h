@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/audiograph/AVAudioUnit.h"
-#include "services/audiograph/ChannelState.h"
+#include "services/audiograph/ChannelHistory.h"
 #include "services/audiograph/SequencerEvents.h"
 
 #include <cstdint>
@@ -20,9 +20,10 @@ public:
 
     const std::shared_ptr<const SequencerEvents> events;
 
-    // MARK: [render thread]; offsets count from the start of the block to come
+    // MARK: [render thread]
 
-    void send(const SequencerEvent& event, int offset) noexcept;
+    // `offset` in frames of the engine from the start of the block to come, with fractions.
+    void send(const SequencerEvent& event, double offset) noexcept;
 
     // The note-offs of what sounds; with `all` also sustain up and all notes off on each channel in use.
     void release(bool all) noexcept;
@@ -38,9 +39,11 @@ private:
         std::shared_ptr<AVAudioUnit> node;
         std::uint16_t channels = 0;          // in use
         std::vector<std::uint16_t> sounding; // notes by 128 * channel + key
-        std::vector<ChannelState> states;    // by channel
+        ChannelHistory history;
+        ChannelHistory::Channels states; // at the last start
     };
 
+    void fillHistories();
     static void sendShort(Unit& unit, int status, int data1, int data2) noexcept;
     static void releaseNotes(Unit& unit, int channel) noexcept;
     void tellStates() noexcept;

@@ -89,12 +89,12 @@ void SequencerCore::play(int frames) noexcept
         while (cursor < events.size() && frame(events[cursor]) == at) {
             ++cursor;
         }
-        playGroup(first, cursor, static_cast<int>(at - clock));
+        playGroup(first, cursor);
     }
     clock = end;
 }
 
-void SequencerCore::playGroup(std::size_t first, std::size_t last, int offset) noexcept
+void SequencerCore::playGroup(std::size_t first, std::size_t last) noexcept
 {
     SequencerContent& content = *contents.current();
     const std::vector<SequencerEvent>& events = content.events->events;
@@ -102,19 +102,19 @@ void SequencerCore::playGroup(std::size_t first, std::size_t last, int offset) n
     for (std::size_t i = first; i < last; ++i) {
         const SequencerEvent& event = events[i];
         if (event.kind == SequencerEvent::noteOff && event.partner >= startSeconds && event.partner < begin) {
-            content.send(event, offset);
+            content.send(event, offset(event));
         }
     }
     for (std::size_t i = first; i < last; ++i) {
         if (events[i].kind != SequencerEvent::noteOff) {
-            content.send(events[i], offset);
-            endAtOnce(events, i, last, offset);
+            content.send(events[i], offset(events[i]));
+            endAtOnce(events, i, last);
         }
     }
 }
 
-void SequencerCore::endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset, std::size_t last,
-                              int offset) noexcept
+void SequencerCore::endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset,
+                              std::size_t last) noexcept
 {
     const SequencerEvent& event = events[onset];
     if (event.kind != SequencerEvent::noteOn || event.partner > events[last - 1].seconds) {
@@ -123,7 +123,7 @@ void SequencerCore::endAtOnce(const std::vector<SequencerEvent>& events, std::si
     SequencerEvent off = event;
     off.kind = SequencerEvent::noteOff;
     off.bytes = {static_cast<std::uint8_t>(event.bytes[0] & 0x8F), event.bytes[1], event.releaseVelocity};
-    contents.current()->send(off, offset);
+    contents.current()->send(off, offset(event));
 }
 
 double SequencerCore::seconds() const noexcept
@@ -137,11 +137,25 @@ double SequencerCore::beats() const noexcept
     return contents.current() == nullptr ? 0.0 : contents.current()->events->tempo.beats(seconds());
 }
 
+// Frames of the engine from the anchor.
+double SequencerCore::distance(const SequencerEvent& event) const noexcept
+{
+    constexpr double longest = 1.0e15;
+    const double frames =
+        (event.seconds - anchorSeconds) * framesPerSecond / static_cast<double>(current.rate);
+    return std::min(frames, longest);
+}
+
 std::int64_t SequencerCore::frame(const SequencerEvent& event) const noexcept
 {
-    const double distance =
-        (event.seconds - anchorSeconds) * framesPerSecond / static_cast<double>(current.rate);
-    return std::max<std::int64_t>(clock, anchorFrame + std::llround(std::min(distance, 1.0e15)));
+    return std::max<std::int64_t>(clock, anchorFrame + std::llround(distance(event)));
+}
+
+// From the start of the block to come; what was rounded up into it lies less than a frame before.
+double SequencerCore::offset(const SequencerEvent& event) const noexcept
+{
+    constexpr double least = -0.5;
+    return std::max(least, static_cast<double>(anchorFrame - clock) + distance(event));
 }
 
 void SequencerCore::endBlock() noexcept

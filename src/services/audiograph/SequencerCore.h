@@ -43,12 +43,13 @@ private:
     bool takeContent(bool isSounding) noexcept;
     void begin(double beats, bool isMove) noexcept;
     void anchor(double seconds) noexcept;
-    void playGroup(std::size_t first, std::size_t last, int offset) noexcept;
-    void endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset, std::size_t last,
-                   int offset) noexcept;
+    void playGroup(std::size_t first, std::size_t last) noexcept;
+    void endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset, std::size_t last) noexcept;
     double seconds() const noexcept;
     double beats() const noexcept;
+    double distance(const SequencerEvent& event) const noexcept;
     std::int64_t frame(const SequencerEvent& event) const noexcept;
+    double offset(const SequencerEvent& event) const noexcept;
 
     LatestValue<SequencerCommand> commands;   // main thread to render thread
     LatestValue<SequencerPosition> positions; // render thread to main thread

@@ -58,7 +58,7 @@ TEST(AUAudioUnit, OffsetsAreConvertedToTheRateOfTheUnit)
     const std::array<std::uint8_t, 3> bytes{0x90, 60, 100};
     EXPECT_EQ(unit.scheduleMIDIEvent(21, 0, 3, bytes.data()), noErr);
     renderBlock(unit, 32);
-    EXPECT_THAT(unit.take(), ElementsAre("10: 90 3C 64"));
+    EXPECT_THAT(unit.take(), ElementsAre("11: 90 3C 64"));
 }
 
 TEST(AUAudioUnit, AUnitThatTakesNoMIDIHasNoBlockForIt)

@@ -6,7 +6,10 @@
 
 namespace volvelle::test {
 
-Studio::Studio(int blockFrames) : block(blockFrames), sequencer(std::make_unique<AVAudioSequencer>(engine))
+Studio::Studio(int blockFrames, double rate)
+    : block(blockFrames),
+      recorder(std::make_shared<RecordingUnit>(rate)),
+      sequencer(std::make_unique<AVAudioSequencer>(engine))
 {
     std::string error;
     EXPECT_EQ(engine->attachNode(instrument), noErr);
@@ -31,17 +34,18 @@ void Studio::start(double beats)
     EXPECT_TRUE(sequencer->start(error)) << error;
 }
 
-Lines Studio::run(std::int64_t frames)
+Lines Studio::run(std::int64_t wanted)
 {
-    left.assign(static_cast<std::size_t>(frames), 7.0F);
-    right.assign(static_cast<std::size_t>(frames), 7.0F);
+    left.assign(static_cast<std::size_t>(wanted), 7.0F);
+    right.assign(static_cast<std::size_t>(wanted), 7.0F);
     std::uniform_int_distribution<int> sizes(1, AudioSource::maximumFrames);
-    for (std::int64_t done = 0; done < frames;) {
-        const int wanted = block == 0 ? sizes(random) : block;
-        const int now = static_cast<int>(std::min<std::int64_t>(wanted, frames - done));
+    for (std::int64_t done = 0; done < wanted;) {
+        const int size = block == 0 ? sizes(random) : block;
+        const int now = static_cast<int>(std::min<std::int64_t>(size, wanted - done));
         EXPECT_EQ(engine->renderOffline(now, left.data() + done, right.data() + done), noErr);
         done += now;
     }
+    frames += wanted;
     return recorder->take();
 }
 

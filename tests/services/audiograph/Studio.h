@@ -17,8 +17,8 @@ using Lines = std::vector<std::string>;
 
 // A running engine that is rendered by hand, a recording instrument on its mixer and a sequencer.
 struct Studio {
-    // `block` frames a call, 0 for random sizes from 1 to 4,096.
-    explicit Studio(int block = 512);
+    // `block` frames a call, 0 for random sizes from 1 to 4,096; `rate` is the recorder's own.
+    explicit Studio(int block = 512, double rate = AudioSource::sampleRate);
 
     // Loads a file with one track per channel, and leads all tracks to the recorder.
     void load(const Song& song);
@@ -32,10 +32,11 @@ struct Studio {
     int block;
     std::mt19937 random{20240607}; // always the same
     std::shared_ptr<AVAudioEngine> engine = std::make_shared<AVAudioEngine>();
-    std::shared_ptr<RecordingUnit> recorder = std::make_shared<RecordingUnit>();
+    std::shared_ptr<RecordingUnit> recorder;
     std::shared_ptr<AVAudioUnitMIDIInstrument> instrument =
         std::make_shared<AVAudioUnitMIDIInstrument>(recorder);
     std::unique_ptr<AVAudioSequencer> sequencer;
+    std::int64_t frames = 0; // of all runs
     std::vector<float> left; // of the last run
     std::vector<float> right;
 };

@@ -16,6 +16,9 @@ public:
     // "24000: 90 3C 64" for each message since the last take.
     std::vector<std::string> take();
 
+    // Frames it has rendered.
+    using AUAudioUnit::renderedFrames;
+
     // Notes that were begun and not ended.
     int sounding() const;
 
