@@ -33,6 +33,10 @@ bool AudioOutput::start(AudioSource& source, std::string& error)
 {
     stop();
     auto newGate = std::make_shared<RenderGate>(source);
+    if (options.firstWait.count() > 0) {
+        const double seconds = std::chrono::duration<double>(options.firstWait).count();
+        newGate->awaitDevice(static_cast<int>(seconds * AudioSource::sampleRate));
+    }
     auto clockSink = std::make_unique<SilentClockSink>(options.clock);
     if (!clockSink->open(newGate->clockEntry(), error)) {
         return false;
@@ -71,6 +75,11 @@ bool AudioOutput::waitForDevice(WaitableClock::Time longest)
         now = options.clock->now();
     }
     return gate->isDevicePlaying();
+}
+
+bool AudioOutput::isSettled() const
+{
+    return worker && !gate->isAwaitingDevice() && !description().empty();
 }
 
 bool AudioOutput::isAudible() const

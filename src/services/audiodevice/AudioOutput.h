@@ -26,6 +26,8 @@ public:
         WaitableClock::Time lookAgain = std::chrono::seconds(3);
         WaitableClock::Time watch = std::chrono::milliseconds(50); // between two looks whether it was lost
         WaitableClock::Time patience = std::chrono::seconds(2);    // of stop() with a device that hangs
+        WaitableClock::Time firstWait{0}; // for a device to pull first, the source standing still meanwhile
+        bool logs = true;                 // a device that is missing or lost; false where the owner tells
     };
 
     AudioOutput();
@@ -48,6 +50,9 @@ public:
     // Waits until the device sounds or it is known that there is none; true for the first. For those who play
     // from the first frame on. [main thread]
     bool waitForDevice(WaitableClock::Time longest);
+
+    // True once it is known who renders: the device with its description, or the clock. [main thread]
+    bool isSettled() const;
 
     // True while the device renders. [main thread]
     bool isAudible() const;

@@ -74,6 +74,9 @@ bool AudioOutputWorker::openDevice(AudioSink* device)
         deviceDescription = opened ? device->description() : "";
     }
     noDevice = !opened;
+    if (!opened) {
+        gate->dismissDevice();
+    }
     if (!opened && !std::exchange(toldOfNone, true)) {
         tell("There is no audio device: the music plays silently.");
     }
@@ -102,7 +105,7 @@ void AudioOutputWorker::pause(WaitableClock::Time length)
 
 void AudioOutputWorker::tell(std::string_view line) const
 {
-    if (!ending) {
+    if (!ending && options.logs) {
         debugprint(std::string(line));
     }
 }

@@ -7,6 +7,12 @@ namespace volvelle {
 
 RenderGate::RenderGate(AudioSource& given) : source(given) {}
 
+void RenderGate::awaitDevice(int longest)
+{
+    patience = longest;
+    turn = Turn::deviceAwaited;
+}
+
 void RenderGate::admitDevice()
 {
     Turn expected = Turn::clock;
@@ -31,21 +37,38 @@ void RenderGate::shut()
 
 void RenderGate::ClockSide::render(float* left, float* right, int frames) noexcept
 {
+    gate.noteWait(frames);
     gate.noteStall(frames);
     gate.renderInTurn(false, left, right, frames);
 }
 
 void RenderGate::DeviceSide::render(float* left, float* right, int frames) noexcept
 {
+    gate.noteFirstPull();
     gate.noteProgress(frames);
     gate.renderInTurn(true, left, right, frames);
 }
 
+void RenderGate::noteWait(int frames) noexcept
+{
+    Turn expected = Turn::deviceAwaited;
+    if (turn == expected && patience.fetch_sub(frames) <= frames) {
+        turn.compare_exchange_strong(expected, Turn::clockOrDevice);
+    }
+}
+
+void RenderGate::noteFirstPull() noexcept
+{
+    Turn expected = Turn::deviceAwaited;
+    turn.compare_exchange_strong(expected, Turn::device);
+}
+
 void RenderGate::noteStall(int frames) noexcept
 {
+    const int longest = warm > warmUpFrames ? stallFrames : wakeFrames;
     if (!isDevicePlaying()) {
         stalled = 0;
-    } else if (stalled.fetch_add(frames) + frames > stallFrames) {
+    } else if (stalled.fetch_add(frames) + frames > longest) {
         Turn expected = Turn::device;
         warm = 0;
         turn.compare_exchange_strong(expected, Turn::clockOrDevice);
@@ -55,8 +78,11 @@ void RenderGate::noteStall(int frames) noexcept
 void RenderGate::noteProgress(int frames) noexcept
 {
     stalled = 0;
+    if (warm <= warmUpFrames) {
+        warm += frames;
+    }
     Turn expected = Turn::clockOrDevice;
-    if (turn == expected && warm.fetch_add(frames) + frames > warmUpFrames) {
+    if (turn == expected && warm > warmUpFrames) {
         turn.compare_exchange_strong(expected, Turn::device);
     }
 }

@@ -15,6 +15,7 @@ class RenderGate {
 public:
     static constexpr int warmUpFrames = 4800;  // a device pulls before it takes over: more than it buffers
     static constexpr int stallFrames = 96'000; // the clock pulls while the device pulls none
+    static constexpr int wakeFrames = 240'000; // the same of one whose first pulls only fill its buffer
 
     explicit RenderGate(AudioSource& source);
     RenderGate(const RenderGate&) = delete;
@@ -24,6 +25,14 @@ public:
     AudioSource& clockEntry() { return clockSide; }
 
     AudioSource& deviceEntry() { return deviceSide; }
+
+    // Music that begins waits for its device: the clock renders nothing for so many frames of its own, and
+    // the device takes over with its first pull, silence before its music being no loss. Ended by
+    // dismissDevice(). [before the sinks are opened]
+    void awaitDevice(int longest);
+
+    // True until a device pulled, was dismissed, or did not come in time. [any thread]
+    bool isAwaitingDevice() const { return turn == Turn::deviceAwaited; }
 
     // Allows the device to take over; ends that, and gives the turn back to the clock. [one thread]
     void admitDevice();
@@ -37,7 +46,7 @@ public:
     void shut();
 
 private:
-    enum class Turn { clock, clockOrDevice, device, nobody };
+    enum class Turn { deviceAwaited, clock, clockOrDevice, device, nobody };
 
     class ClockSide : public AudioSource {
     public:
@@ -59,6 +68,8 @@ private:
         RenderGate& gate;
     };
 
+    void noteWait(int frames) noexcept;
+    void noteFirstPull() noexcept;
     void noteStall(int frames) noexcept;
     void noteProgress(int frames) noexcept;
     bool hasTurn(bool device) const noexcept;
@@ -69,8 +80,9 @@ private:
     DeviceSide deviceSide{*this};
     std::atomic<Turn> turn{Turn::clock};
     std::atomic<bool> rendering{false};
-    std::atomic<int> warm{0};    // frames the device pulled since it may take over
-    std::atomic<int> stalled{0}; // frames the clock pulled since the device last pulled
+    std::atomic<int> patience{0}; // frames of the clock for which a device is awaited yet
+    std::atomic<int> warm{0};     // frames the device pulled since it may take over, no more than needed
+    std::atomic<int> stalled{0};  // frames the clock pulled since the device last pulled
 };
 
 } // namespace volvelle

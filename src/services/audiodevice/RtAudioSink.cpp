@@ -6,6 +6,7 @@
 #include <alsa/asoundlib.h>
 #include <array>
 #include <cstdlib>
+#include <iostream>
 #include <utility>
 
 namespace volvelle {
@@ -31,6 +32,7 @@ void RtAudioSink::prepare()
     setenv("PULSE_LATENCY_MSEC", "30", 0);
     setenv("JACK_NO_START_SERVER", "1", 0);
     snd_lib_error_set_handler(ignoreALSA);
+    std::cerr.rdbuf(nullptr); // what RtAudio tells of a lost server; nothing else writes there
 }
 
 bool RtAudioSink::open(AudioSource& source, std::string& error)

@@ -49,6 +49,9 @@ bool RtAudioStream::open(AudioSource& source, std::string& error)
     try {
         audio = std::make_unique<RtAudio>(api);
         audio->showWarnings(false);
+        if (openAtOnce(source)) {
+            return true;
+        }
         if (!findDevice()) {
             return false;
         }
@@ -76,6 +79,19 @@ bool RtAudioStream::isLost() const
     return puller->isLost() || !audio->isStreamRunning();
 }
 
+// Each question to JACK takes its time, so that the first device is asked only once it plays.
+bool RtAudioStream::openAtOnce(AudioSource& source)
+{
+    std::string error;
+    device = 0;
+    const bool isOpen =
+        api == RtAudio::UNIX_JACK && audio->getCurrentApi() == api && openAs(source, wantedRate, 2, error);
+    if (isOpen) {
+        takeDevice(device);
+    }
+    return isOpen;
+}
+
 bool RtAudioStream::findDevice()
 {
     if (audio->getCurrentApi() != api) {
@@ -89,14 +105,14 @@ bool RtAudioStream::findDevice()
     for (unsigned int i = 0; i < count; ++i) {
         candidates.push_back(i);
     }
-    for (const unsigned int candidate : candidates) {
-        information = audio->getDeviceInfo(candidate);
-        if (information.probed && information.outputChannels > 0) {
-            device = candidate;
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(candidates, [this](unsigned int candidate) { return takeDevice(candidate); });
+}
+
+bool RtAudioStream::takeDevice(unsigned int candidate)
+{
+    information = audio->getDeviceInfo(candidate);
+    device = candidate;
+    return information.probed && information.outputChannels > 0;
 }
 
 std::vector<unsigned int> RtAudioStream::ratesToTry() const

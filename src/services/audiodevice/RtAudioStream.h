@@ -29,7 +29,9 @@ public:
     bool isLost() const;
 
 private:
+    bool openAtOnce(AudioSource& source);
     bool findDevice();
+    bool takeDevice(unsigned int candidate); // false where it has no outputs
     std::vector<unsigned int> ratesToTry() const;
     std::vector<unsigned int> channelsToTry() const;
     bool openAs(AudioSource& source, unsigned int rate, unsigned int channels, std::string& error);

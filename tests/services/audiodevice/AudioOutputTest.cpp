@@ -112,6 +112,39 @@ TEST_F(AudioOutputTest, MovesToTheDeviceWithoutLosingOrRepeatingAFrame)
     EXPECT_THAT(lines.take(), IsEmpty());
 }
 
+TEST_F(AudioOutputTest, GivesTheFirstFrameToADeviceThatItWaitsFor)
+{
+    AudioOutput::Options waiting = options();
+    waiting.firstWait = std::chrono::seconds(1);
+    AudioOutput patient(waiting);
+    ASSERT_TRUE(patient.start(source, error)) << error;
+    clock->settle(bothThreads);
+    devices.waitForOpen(1);
+    clock->advanceBlocks(3, bothThreads);
+    EXPECT_EQ(source.frames, 0);
+    EXPECT_FALSE(patient.isSettled());
+    EXPECT_EQ(devices.pull(480).front(), 1.0F);
+    EXPECT_TRUE(patient.isSettled());
+    EXPECT_EQ(patient.description(), "Fake: Speakers at 44100 Hz");
+}
+
+TEST_F(AudioOutputTest, BeginsAtOnceWhereTheDeviceThatItWaitsForFailsAndTellsNothingToThoseWhoTellThemselves)
+{
+    devices.answerOpen(Answer::fails);
+    AudioOutput::Options waiting = options();
+    waiting.firstWait = std::chrono::hours(1);
+    waiting.logs = false;
+    AudioOutput patient(waiting);
+    ASSERT_TRUE(patient.start(source, error)) << error;
+    devices.waitForAttempts(1);
+    clock->settle(bothThreads);
+    EXPECT_TRUE(patient.isSettled());
+    EXPECT_EQ(patient.description(), "Silent clock");
+    clock->advanceBlocks(1, bothThreads);
+    EXPECT_EQ(source.frames, 512);
+    EXPECT_THAT(lines.take(), IsEmpty());
+}
+
 TEST_F(AudioOutputTest, SaysOnceThatThereIsNoDeviceAndLooksAgain)
 {
     devices.answerOpen(Answer::fails);

@@ -44,13 +44,11 @@ std::string ChildProcess::readLine()
 {
     std::size_t end = buffer.find('\n');
     while (end == std::string::npos) {
-        pollfd waiting = {output, POLLIN, 0};
-        char bytes[256];
-        const ssize_t count = poll(&waiting, 1, 10'000) == 1 ? read(output, bytes, sizeof(bytes)) : 0;
-        if (count <= 0) {
+        const std::string bytes = readBytes();
+        if (bytes.empty()) {
             return {};
         }
-        buffer.append(bytes, static_cast<std::size_t>(count));
+        buffer += bytes;
         end = buffer.find('\n');
     }
     const std::string line = buffer.substr(0, end);
@@ -58,10 +56,26 @@ std::string ChildProcess::readLine()
     return line;
 }
 
+std::string ChildProcess::readBytes()
+{
+    constexpr int longest = 30'000; // milliseconds
+    pollfd waiting = {output, POLLIN, 0};
+    char bytes[4096];
+    const ssize_t count = poll(&waiting, 1, longest) == 1 ? read(output, bytes, sizeof(bytes)) : 0;
+    return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : std::string();
+}
+
+void ChildProcess::signal(int number) const
+{
+    ASSERT_GT(process, 1);
+    EXPECT_EQ(kill(process, number), 0);
+}
+
 int ChildProcess::terminate()
 {
     if (process > 0) {
         kill(process, SIGTERM);
+        kill(process, SIGCONT);
     }
     return waitForEnd();
 }

@@ -17,10 +17,16 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    // The next line of its output; empty where none comes within ten seconds.
+    // The next line of its output; empty at the end, and where none comes within half a minute.
     std::string readLine();
 
-    // Sends SIGTERM, waits for the end, and gives the exit status.
+    // The next bytes of its output, as the last.
+    std::string readBytes();
+
+    // Sends a signal.
+    void signal(int number) const;
+
+    // Sends SIGTERM, to one that is suspended too, waits for the end, and gives the exit status.
     int terminate();
 
     // Waits for the end, and gives the exit status.

@@ -91,6 +91,63 @@ TEST_F(RenderGateTest, LetsTheDeviceTakeOverOnceItHasPulledSteadily)
     expectEachFrameOnce();
 }
 
+TEST_F(RenderGateTest, HoldsTheMusicUntilTheDeviceThatIsAwaitedPulls)
+{
+    gate.awaitDevice(48'000);
+    clock.pull(47'999);
+    EXPECT_EQ(source.frames, 0);
+    EXPECT_TRUE(gate.isAwaitingDevice());
+    device.pull(512);
+    EXPECT_FALSE(gate.isAwaitingDevice());
+    EXPECT_TRUE(gate.isDevicePlaying());
+    EXPECT_EQ(device.left.front(), 1.0F);
+    EXPECT_EQ(device.left.back(), 512.0F);
+    gate.admitDevice();
+    clock.pull(512);
+    device.pull(512);
+    EXPECT_EQ(source.frames, 1024);
+    expectEachFrameOnce();
+}
+
+TEST_F(RenderGateTest, GivesADeviceThatHasOnlyFilledItsBufferTimeToWakeUp)
+{
+    gate.awaitDevice(48'000);
+    device.pull(1536);
+    clock.pull(RenderGate::wakeFrames);
+    EXPECT_TRUE(gate.isDevicePlaying());
+    device.pull(512);
+    EXPECT_EQ(device.left.back(), 2048.0F);
+    clock.pull(RenderGate::wakeFrames + 1);
+    EXPECT_FALSE(gate.isDevicePlaying());
+    device.pull(RenderGate::warmUpFrames + 1, 480);
+    EXPECT_TRUE(gate.isDevicePlaying());
+    clock.pull(RenderGate::stallFrames + 1);
+    EXPECT_FALSE(gate.isDevicePlaying());
+    expectEachFrameOnce();
+}
+
+TEST_F(RenderGateTest, BeginsOnTheClockWhereTheDeviceThatIsAwaitedDoesNotCome)
+{
+    gate.awaitDevice(4800);
+    clock.pull(4800, 480);
+    EXPECT_FALSE(gate.isAwaitingDevice());
+    EXPECT_EQ(source.frames, 480);
+    device.pull(RenderGate::warmUpFrames, 480);
+    EXPECT_FALSE(gate.isDevicePlaying());
+    device.pull(480);
+    EXPECT_TRUE(gate.isDevicePlaying());
+    expectEachFrameOnce();
+}
+
+TEST_F(RenderGateTest, BeginsOnTheClockAtOnceWhereTheDeviceThatIsAwaitedIsDismissed)
+{
+    gate.awaitDevice(48'000);
+    gate.dismissDevice();
+    clock.pull(512);
+    EXPECT_FALSE(gate.isAwaitingDevice());
+    EXPECT_EQ(source.frames, 512);
+}
+
 TEST_F(RenderGateTest, GoesBackToTheClockWhereTheDeviceIsDismissed)
 {
     warmUp();
