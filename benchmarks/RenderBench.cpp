@@ -1,6 +1,8 @@
 #include "base/Paths.h"
 #include "services/audiograph/AVAudioEngine.h"
+#include "services/audiograph/AVAudioSequencer.h"
 #include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/AVMusicTrack.h"
 #include "services/audiograph/AudioUnitCalls.h"
 #include "services/soundunits/MIDISynthUnit.h"
 #include "services/synthesizer/SoundBanks.h"
@@ -8,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <vector>
 
 namespace {
 
@@ -48,6 +51,66 @@ void voices(benchmark::State& state)
 }
 
 BENCHMARK(voices)->Arg(0)->Arg(32)->Arg(64)->Arg(128);
+
+// A file of 750,000 events, three of four of them controllers.
+std::vector<std::uint8_t> longFile()
+{
+    MusicSequence sequence;
+    MusicTrack track;
+    std::vector<std::uint8_t> bytes;
+    NewMusicSequence(sequence);
+    MusicSequenceNewTrack(sequence, track);
+    for (int i = 0; i < 187500; ++i) {
+        const double beat = i / 32.0;
+        const auto channel = static_cast<std::uint8_t>(i % 16);
+        MusicTrackNewMIDINoteEvent(track, beat,
+                                   {channel, static_cast<std::uint8_t>(36 + i % 60), 90, 0, 0.1F});
+        for (const std::uint8_t number : std::array<std::uint8_t, 3>{1, 11, 74}) {
+            const MIDIChannelMessage message{static_cast<std::uint8_t>(0xB0U | channel), number,
+                                             static_cast<std::uint8_t>(i % 128), 0};
+            MusicTrackNewMIDIChannelEvent(track, beat, message);
+        }
+    }
+    MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 0, 480, bytes);
+    return bytes;
+}
+
+// A block with a jump to another place of a long file; "core" is the share of the block's time.
+void seek(benchmark::State& state)
+{
+    setResourcesFolder(VOLVELLE_RESOURCES);
+    registerMIDISynth();
+    const auto engine = std::make_shared<AVAudioEngine>();
+    const auto instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
+    engine->attachNode(instrument);
+    engine->connect(instrument, engine->mainMixerNode(), 0, 0);
+    engine->enableManualRenderingMode(blockFrames);
+    AVAudioSequencer sequencer(engine);
+    std::string error;
+    if (!engine->start(error) ||
+        !sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks, error)) {
+        state.SkipWithError(error.c_str());
+        return;
+    }
+    for (const auto& track : sequencer.tracks()) {
+        track->setDestinationAudioUnit(instrument);
+    }
+    sequencer.start(error);
+    std::array<float, blockFrames> left{};
+    std::array<float, blockFrames> right{};
+    double beats = 0.0;
+    for (auto _ : state) {
+        beats = beats > 5000.0 ? 1.0 : beats + 777.7;
+        sequencer.setCurrentPositionInBeats(beats);
+        engine->renderOffline(blockFrames, left.data(), right.data());
+        benchmark::DoNotOptimize(left.data());
+    }
+    state.counters["core"] = benchmark::Counter(blockSeconds * static_cast<double>(state.iterations()),
+                                                benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    engine->stop();
+}
+
+BENCHMARK(seek)->Unit(benchmark::kMicrosecond);
 
 // Finding and loading the built-in bank: the largest part of the time to the first sound.
 void loadBank(benchmark::State& state)

@@ -3,8 +3,10 @@
 #include "base/Console.h"
 #include "base/Text.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <unistd.h>
+#include <utility>
 
 namespace volvelle {
 
@@ -24,6 +26,7 @@ void CommandOutput::remark(std::string_view line)
 int CommandOutput::failure(std::string_view line)
 {
     flushLog();
+    endBar();
     const std::string whole = concat(line, "\n");
     std::fwrite(whole.data(), 1, whole.size(), stderr);
     return exitFailed;
@@ -34,8 +37,27 @@ void CommandOutput::progress(int done, int of)
     if (quiet || isatty(STDERR_FILENO) == 0) {
         return;
     }
-    const std::string line = concat("\r", done, " of ", of, done == of ? "\r\x1B[K" : "");
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    endBar();
+    if (done < of) {
+        const std::string bar = progressBar(done, of);
+        std::fwrite(bar.data(), 1, bar.size(), stderr);
+        hasBar = true;
+    }
+}
+
+void CommandOutput::endBar()
+{
+    if (std::exchange(hasBar, false)) {
+        std::fputs("\r\x1B[K", stderr);
+    }
+}
+
+std::string progressBar(int done, int of)
+{
+    constexpr std::int64_t width = 30; // characters
+    const auto filled = static_cast<std::size_t>(width * done / of);
+    const auto empty = static_cast<std::size_t>(width) - filled;
+    return concat("[", std::string(filled, '#'), std::string(empty, ' '), "] ", done, " of ", of);
 }
 
 std::string readFailure(const std::filesystem::path& file, OSStatus status)

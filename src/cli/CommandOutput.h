@@ -24,12 +24,19 @@ public:
     // The one line of a command that could not; returns exitFailed.
     int failure(std::string_view line);
 
-    // "3 of 10" on a terminal, overwritten by the next; nothing elsewhere.
+    // A bar on a terminal's standard error, overwritten by the next and gone once all is done; nothing
+    // elsewhere.
     void progress(int done, int of);
 
 private:
+    void endBar();
+
     bool quiet;
+    bool hasBar = false; // on the terminal
 };
+
+// "[#########                     ] 3 of 10".
+std::string progressBar(int done, int of);
 
 // Why a file could not be read or written, as a sentence.
 std::string readFailure(const std::filesystem::path& file, OSStatus status);

@@ -14,22 +14,26 @@ std::atomic<bool> endWanted{false};
 
 } // namespace
 
-MusicPlay::MusicPlay(PlayDisplay shown) : display(std::move(shown)) {}
-
-std::shared_ptr<MusicPlay> MusicPlay::make(PlayDisplay display)
+MusicPlay::MusicPlay(PlayDisplay shown, News from, Tell to)
+    : display(std::move(shown)), news(std::move(from)), tell(std::move(to))
 {
-    return std::shared_ptr<MusicPlay>(new MusicPlay(std::move(display)));
+}
+
+std::shared_ptr<MusicPlay> MusicPlay::make(PlayDisplay display, News news, Tell tell)
+{
+    return std::shared_ptr<MusicPlay>(new MusicPlay(std::move(display), std::move(news), std::move(tell)));
 }
 
 bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
-                    const std::vector<std::uint8_t>& data)
+                    const std::vector<std::uint8_t>& data, std::string& error)
 {
     transport = MIDISequencer::make();
     transport->delegate = weak_from_this();
     transport->connect(engine);
     transport->loadFromData(data);
     transport->setTrackPorts(unit);
-    if (!transport->start()) {
+    error = "The music could not be started.";
+    if (!engine->start(error) || !transport->start()) {
         return false;
     }
     const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this, engine] {
@@ -39,6 +43,7 @@ bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::sha
     mainRunLoop().run();
     timer->invalidate();
     transport = nullptr;
+    tellNews();
     display.finish();
     return true;
 }
@@ -59,6 +64,7 @@ void MusicPlay::onMIDILoad(const std::filesystem::path& /*url*/) {}
 
 void MusicPlay::look()
 {
+    tellNews();
     if (endWanted.exchange(false)) {
         return end();
     }
@@ -68,6 +74,15 @@ void MusicPlay::look()
         } else if (*key == 'q') {
             return end();
         }
+    }
+}
+
+void MusicPlay::tellNews()
+{
+    const std::string line = news();
+    if (!line.empty()) {
+        display.finish();
+        tell(line);
     }
 }
 

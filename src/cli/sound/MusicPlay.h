@@ -6,7 +6,9 @@
 #include "cli/sound/TerminalKeys.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace volvelle {
@@ -15,11 +17,17 @@ namespace volvelle {
 // make(). [main thread]
 class MusicPlay : public MIDISequencerDelegate, public std::enable_shared_from_this<MusicPlay> {
 public:
-    static std::shared_ptr<MusicPlay> make(PlayDisplay display);
+    using News = std::function<std::string()>;
+    using Tell = std::function<void(const std::string& line)>;
 
-    // Plays the bytes of a file into a unit; false where it could not start.
+    // Asks `news` for a line every few hundredths of a second, and hands what is not empty to `tell`, which
+    // has the terminal to itself meanwhile.
+    static std::shared_ptr<MusicPlay> make(PlayDisplay display, News news, Tell tell);
+
+    // Plays the bytes of a file into a unit, and starts the engine where it does not run, when all else is
+    // ready. False with one plain line in `error` where it could not start.
     bool run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
-             const std::vector<std::uint8_t>& data);
+             const std::vector<std::uint8_t>& data, std::string& error);
 
     void onSequencerStateChanged(std::string_view state) override;
     void onSequencerProgress(double current, double total) override;
@@ -27,15 +35,18 @@ public:
     void onMIDILoad(const std::filesystem::path& url) override;
 
 private:
-    explicit MusicPlay(PlayDisplay display);
+    MusicPlay(PlayDisplay display, News news, Tell tell);
 
-    // Looks for keys and for a wish to end.
+    // Looks for news, for keys and for a wish to end.
     void look();
+    void tellNews();
     void togglePause();
     void end();
 
     std::shared_ptr<MIDISequencer> transport;
     PlayDisplay display;
+    News news;
+    Tell tell;
     TerminalKeys keys;
     bool isPaused = false;
 };

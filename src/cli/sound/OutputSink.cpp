@@ -1,14 +1,26 @@
 #include "cli/sound/OutputSink.h"
 
+#include <chrono>
+
 namespace volvelle {
 
-bool OutputSink::open(AudioSource& source, std::string& error)
+namespace {
+
+AudioOutput::Options options()
 {
-    if (!output.start(source, error)) {
-        return false;
-    }
-    output.waitForDevice(patience);
-    return true;
+    AudioOutput::Options result;
+    result.firstWait = std::chrono::milliseconds(1500);
+    result.logs = false; // SinkNews tells
+    return result;
+}
+
+} // namespace
+
+OutputSink::OutputSink() : output(options()) {}
+
+std::string OutputSink::description() const
+{
+    return output.isSettled() ? output.description() : "";
 }
 
 } // namespace volvelle

@@ -3,27 +3,30 @@
 #include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/AudioSink.h"
 
-#include <chrono>
+#include <string>
 
 namespace volvelle {
 
-// The sound device, or the silent clock in its place, as the sink of an engine. [main thread]
+// The sound device, or the silent clock in its place, as the sink of an engine. Opening does not wait: the
+// first pull comes from the device, so that the first note is heard whole, or from the clock once it is known
+// that there is no device, or none came in time. [main thread]
 class OutputSink : public AudioSink {
 public:
+    OutputSink();
+
     ~OutputSink() override { output.stop(); }
 
-    // Waits a little for the device, so that the first note is heard.
-    bool open(AudioSource& source, std::string& error) override;
+    bool open(AudioSource& source, std::string& error) override { return output.start(source, error); }
 
     void close() override { output.stop(); }
 
-    std::string description() const override { return output.description(); }
+    // Empty until it is known what plays.
+    std::string description() const override;
 
-    bool isLost() const override { return false; }
+    // True while the clock stands in for the device.
+    bool isLost() const override { return !output.isAudible(); }
 
 private:
-    static constexpr std::chrono::milliseconds patience{1500};
-
     AudioOutput output;
 };
 

@@ -6,8 +6,10 @@
 #include "cli/FileDescription.h"
 #include "cli/sound/MusicPlay.h"
 #include "cli/sound/OutputSink.h"
+#include "cli/sound/SinkNews.h"
 #include "cli/sound/SoundGraph.h"
 #include "services/audiodevice/MIDIPorts.h"
+#include "services/audiodevice/SoundServers.h"
 #include "services/files/SafeFile.h"
 
 #include <csignal>
@@ -48,6 +50,28 @@ void onSignal(int /*signal*/)
     endMusicPlay();
 }
 
+// A sound server opens a device at once, and its first pulls fill its buffer: all must be ready by then.
+// Anything else takes its time, in which the bank is loaded.
+bool connect(SoundGraph& graph, const PlayOptions& options, std::string& error)
+{
+    if (options.port) {
+        return graph.connectPort(*options.port, error);
+    }
+    return (isSoundServerRunning() || graph.engine->start(error)) &&
+           graph.connectSynthesizer(options.bank, error);
+}
+
+// With a port the device is but the pace, and no news.
+MusicPlay::News newsOf(const PlayOptions& options, const std::shared_ptr<AudioSink>& sink)
+{
+    const std::string file = required(options.file).string();
+    if (options.port) {
+        std::string line = concat("Playing '", file, "' through ", *options.port, ".");
+        return [line]() mutable { return std::exchange(line, ""); };
+    }
+    return [news = SinkNews(file, sink)]() mutable { return news.next(); };
+}
+
 } // namespace
 
 int runPlay(const PlayOptions& options, CommandOutput& output)
@@ -55,6 +79,11 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (options.port == "list") {
         return listPorts(output);
     }
+    return runPlay(options, output, std::make_shared<OutputSink>());
+}
+
+int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared_ptr<AudioSink>& sink)
+{
     const std::filesystem::path& file = required(options.file);
     std::vector<std::uint8_t> data;
     FileDescription description;
@@ -65,18 +94,15 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     }
     std::string error;
     SoundGraph graph;
-    const bool isConnected = options.port ? graph.connectPort(*options.port, error)
-                                          : graph.connectSynthesizer(options.bank, error);
-    const auto sink = std::make_shared<OutputSink>();
-    if (!isConnected || !graph.engine->setSink(sink, error) || !graph.engine->start(error)) {
+    if (!graph.engine->setSink(sink, error) || !connect(graph, options, error)) {
         return output.failure(error);
     }
-    output.remark(
-        concat("Playing '", file.string(), "' through ", options.port.value_or(sink->description()), "."));
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
-    if (!MusicPlay::make(PlayDisplay(std::move(description)))->run(graph.engine, graph.instrument, data)) {
-        return output.failure("The music could not be started.");
+    const auto play = MusicPlay::make(PlayDisplay(std::move(description)), newsOf(options, sink),
+                                      [&output](const std::string& line) { output.remark(line); });
+    if (!play->run(graph.engine, graph.instrument, data, error)) {
+        return output.failure(error);
     }
     waitFor(ringOut);
     graph.engine->stop();

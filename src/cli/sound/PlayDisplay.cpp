@@ -80,6 +80,7 @@ void PlayDisplay::finish()
     if (!shown.empty()) {
         std::fputs("\n", stdout);
         std::fflush(stdout);
+        shown.clear();
     }
 }
 

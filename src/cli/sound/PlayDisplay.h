@@ -17,7 +17,7 @@ public:
     // Shows the line in place of the one before, on a terminal alone.
     void show(double position, bool isPaused);
 
-    // Ends the line.
+    // Ends the line where there is one; the next begins anew.
     void finish();
 
 private:

@@ -12,13 +12,7 @@
 
 namespace volvelle {
 
-SoundGraph::SoundGraph(int cores) : engine(std::make_shared<AVAudioEngine>())
-{
-    SynthesizerOptions options;
-    options.cores = cores;
-    options.gain = 0.5; // the limiter holds what a dense arrangement brings above full scale
-    registerMIDISynth(options);
-}
+SoundGraph::SoundGraph(bool limited) : engine(std::make_shared<AVAudioEngine>()), isLimited(limited) {}
 
 SoundGraph::~SoundGraph()
 {
@@ -27,19 +21,19 @@ SoundGraph::~SoundGraph()
 
 bool SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& bank, std::string& error)
 {
+    SynthesizerOptions options;
+    options.gain = 0.5; // the limiter holds what a dense arrangement brings above full scale
+    registerMIDISynth(options, bank);
     synthesizer = AudioUnitMIDISynth::make(engine, findSoundBank);
     synthesizer->create("Internal MIDI Synth (MT)");
     if (!synthesizer->midiSynth) {
         error = "The synthesizer could not be made.";
         return false;
     }
-    if (bank && !synthesizer->loadSoundFont(*bank)) {
-        error = concat("The sound bank '", bank->string(), "' could not be loaded.");
-        return false;
-    }
     const auto unit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
     if (unit && unit->soundBank().empty()) {
-        error = "There is no sound bank on this machine: install a SoundFont.";
+        error = bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
+                     : "There is no sound bank on this machine: install a SoundFont.";
         return false;
     }
     return connect(synthesizer->midiSynth, error);
@@ -61,11 +55,15 @@ bool SoundGraph::connectPort(const std::string& name, std::string& error)
 bool SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error)
 {
     instrument = unit;
-    limiter = AVAudioUnitEffect::make(limiterComponent);
-    const bool isDone = instrument && limiter && engine->attachNode(instrument) == noErr &&
-                        engine->attachNode(limiter) == noErr &&
-                        engine->connect(instrument, limiter, 0, 0) == noErr &&
-                        engine->connect(limiter, engine->mainMixerNode(), 0, 0) == noErr;
+    std::shared_ptr<AVAudioNode> last = unit;
+    bool isDone = instrument && engine->attachNode(instrument) == noErr;
+    if (isDone && isLimited) {
+        limiter = AVAudioUnitEffect::make(limiterComponent);
+        isDone = limiter && engine->attachNode(limiter) == noErr &&
+                 engine->connect(instrument, limiter, 0, 0) == noErr;
+        last = limiter;
+    }
+    isDone = isDone && engine->connect(last, engine->mainMixerNode(), 0, 0) == noErr;
     if (!isDone) {
         error = "The audio engine could not be built.";
     }

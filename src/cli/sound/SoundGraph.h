@@ -16,8 +16,8 @@ namespace volvelle {
 // synthesizer, or a MIDI port that stands in its place. [main thread]
 class SoundGraph {
 public:
-    // `cores` above 1 only for rendering by hand.
-    explicit SoundGraph(int cores = 1);
+    // Without the limiter for a part of a mix that is limited as a whole.
+    explicit SoundGraph(bool isLimited = true);
     ~SoundGraph();
     SoundGraph(const SoundGraph&) = delete;
     SoundGraph& operator=(const SoundGraph&) = delete;
@@ -35,8 +35,9 @@ public:
 private:
     bool connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error);
 
+    const bool isLimited;
     std::shared_ptr<AudioUnitMIDISynth> synthesizer;
-    std::shared_ptr<AVAudioUnitEffect> limiter;
+    std::shared_ptr<AVAudioUnitEffect> limiter; // null without
 };
 
 } // namespace volvelle

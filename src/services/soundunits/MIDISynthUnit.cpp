@@ -27,17 +27,18 @@ bool isLarge(const std::filesystem::path& bank)
 
 } // namespace
 
-MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen)
+MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen,
+                             const std::optional<std::filesystem::path>& builtIn)
     : AUAudioUnit(description), options(chosen)
 {
     audioUnitName = "MIDI Synthesizer";
     takesMIDI = true;
     outputBusses = {{AVAudioFormat{options.sampleRate, 2}, "Output", true}};
-    const auto best = bestInstalledBank();
-    if (!best) {
+    const auto first = builtIn ? builtIn : bestInstalledBank();
+    if (!first) {
         debugprint("There is no sound bank: the music plays without sound. Install a SoundFont.");
-    } else if (!renew(*best)) {
-        debugprint(concat("The sound bank '", best->string(), "' could not be loaded."));
+    } else if (!renew(*first)) {
+        debugprint(concat("The sound bank '", first->string(), "' could not be loaded."));
     }
 }
 
@@ -203,10 +204,10 @@ void MIDISynthUnit::renderBlock(const float*, const float*, float* left, float* 
     voices.store(synthesizer->activeVoices(), std::memory_order_relaxed);
 }
 
-void registerMIDISynth(const SynthesizerOptions& options)
+void registerMIDISynth(const SynthesizerOptions& options, const std::optional<std::filesystem::path>& builtIn)
 {
-    registerAudioComponent(synthesizerComponent, [options](const AudioComponentDescription& description) {
-        return std::make_shared<MIDISynthUnit>(description, options);
+    registerAudioComponent(synthesizerComponent, [=](const AudioComponentDescription& description) {
+        return std::make_shared<MIDISynthUnit>(description, options, builtIn);
     });
 }
 

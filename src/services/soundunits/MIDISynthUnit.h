@@ -8,12 +8,14 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace volvelle {
 
-// The synthesizer as a unit of the engine ("aumu", "msyn", "appl"). It begins with the best installed bank as
-// its built-in sounds; without any bank it is silent and says so in the log.
+// The synthesizer as a unit of the engine ("aumu", "msyn", "appl"). It begins with its built-in sounds, which
+// are those of the best installed bank unless it is made with others; without any bank it is silent and says
+// so in the log.
 //
 // Another bank, or sounds of a large bank that have to be read first, come in a new synthesizer, made on the
 // main thread and taken over at the start of a block with the channels as they stood; what sounds then ends.
@@ -30,7 +32,8 @@ public:
     // Banks from this size on read sounds when they are first asked for. Bytes.
     static constexpr std::uintmax_t largeBank = 32U << 20U;
 
-    MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options);
+    MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options,
+                  const std::optional<std::filesystem::path>& builtIn = std::nullopt);
     ~MIDISynthUnit() override;
 
     double tailTime() const override { return 5.0; }
@@ -80,6 +83,7 @@ private:
 };
 
 // Makes the component known, so that an AVAudioUnitMIDIInstrument finds it. [main thread]
-void registerMIDISynth(const SynthesizerOptions& options = {});
+void registerMIDISynth(const SynthesizerOptions& options = {},
+                       const std::optional<std::filesystem::path>& builtIn = std::nullopt);
 
 } // namespace volvelle

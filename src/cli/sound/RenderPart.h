@@ -1,0 +1,29 @@
+#pragma once
+
+#include "services/musicsequence/MusicSequence.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace volvelle {
+
+// A stretch of a piece that is rendered by itself: with the notes that begin in it, until they have died
+// away. The parts of a piece are added up.
+struct RenderPart {
+    static constexpr int blockFrames = 512;
+
+    std::int64_t beginBlock = 0; // where it begins in the piece
+    std::int64_t endBlock = 0;   // where the next part begins, or the piece ends
+    double beginBeats = 0.0;     // the first note that belongs to it
+    double endBeats = 0.0;       // the first note that does not
+};
+
+// Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat and
+// lasts some ten seconds to five minutes. Empty where the piece cannot be read. [any thread]
+std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
+
+// Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
+// too soft to be heard, since it ends drums that ring. A status from the sequence.
+OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence);
+
+} // namespace volvelle

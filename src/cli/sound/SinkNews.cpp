@@ -1,0 +1,32 @@
+#include "cli/sound/SinkNews.h"
+
+#include "base/Text.h"
+
+#include <utility>
+
+namespace volvelle {
+
+SinkNews::SinkNews(std::string given, std::shared_ptr<const AudioSink> from)
+    : music(std::move(given)), sink(std::move(from))
+{
+}
+
+std::string SinkNews::next()
+{
+    const std::string now = sink->description();
+    if (now.empty() || now == told) {
+        return "";
+    }
+    const bool isFirst = std::exchange(told, now).empty();
+    const bool isLost = sink->isLost();
+    const bool isAgain = std::exchange(wasHeard, wasHeard || !isLost);
+    if (isFirst) {
+        return concat("Playing '", music, "' through ", now, ".");
+    }
+    if (isLost) {
+        return "The audio device was lost: the music plays on silently.";
+    }
+    return concat("Playing through ", now, isAgain ? " again." : ".");
+}
+
+} // namespace volvelle
