@@ -16,8 +16,8 @@ namespace volvelle {
 //
 // A synthesizer keeps its bank: another bank is another synthesizer, made off the render thread, and whoever
 // swaps the two deletes the old one off the render thread too. All that moves or sounds is called on one
-// thread, the render thread; messages and rendering there take no lock, and neither allocates but for one
-// small block that the library behind it frees and takes once a block.
+// thread, the render thread; messages and rendering there take no lock and no memory, but for the first block
+// on a thread; the library behind it frees one small piece each time it renders.
 //
 // A message acts at its offset, counted from the start of the coming block, rounded up to the next 64th frame
 // since the synthesizer was made; blocks of any size give the same sound. A message behind the block waits.
