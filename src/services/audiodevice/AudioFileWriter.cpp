@@ -1,7 +1,7 @@
 #include "services/audiodevice/AudioFileWriter.h"
 
 #include "base/Text.h"
-#include "services/audiodevice/NewFile.h"
+#include "services/files/NewFile.h"
 #include "services/audiodevice/RateConverter.h"
 
 #include <algorithm>

@@ -1,13 +1,12 @@
 #include "services/files/SafeFile.h"
 
-#include "services/files/TemporaryFile.h"
+#include "services/files/NewFile.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace volvelle {
@@ -78,47 +77,18 @@ OSStatus readAll(int descriptor, std::size_t expected, std::vector<std::uint8_t>
 int writeDirectly(const std::filesystem::path& path, std::span<const std::uint8_t> bytes)
 {
     const OpenFile file(path, O_WRONLY | O_NOCTTY);
-    return file.descriptor < 0 ? errno : writeAll(file.descriptor, bytes);
+    return file.descriptor < 0
+               ? errno
+               : writeAll(file.descriptor, bytes.data(), static_cast<std::int64_t>(bytes.size()));
 }
 
-void syncFolder(const std::filesystem::path& folder)
+int replaceRegular(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
 {
-    const OpenFile opened(folder, O_RDONLY | O_DIRECTORY);
-    if (opened.descriptor >= 0) {
-        fsync(opened.descriptor);
+    NewFile file;
+    if (file.create(path) && file.write(bytes.data(), static_cast<std::int64_t>(bytes.size()))) {
+        file.takePlace(overwrite);
     }
-}
-
-// The file that a path leads to, through links.
-std::filesystem::path targetOf(const std::filesystem::path& path)
-{
-    std::error_code error;
-    std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
-    return error ? path : target;
-}
-
-int replaceRegular(const std::filesystem::path& target, std::span<const std::uint8_t> bytes, bool overwrite,
-                   const struct stat* existing)
-{
-    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
-    TemporaryFile temporary;
-    int error = temporary.create(folder);
-    if (error == 0 && existing != nullptr) {
-        error = temporary.setMode(existing->st_mode & 07777U);
-    }
-    if (error == 0) {
-        error = temporary.write(bytes);
-    }
-    if (error == 0) {
-        error = temporary.finish();
-    }
-    if (error == 0) {
-        error = temporary.takeName(target, overwrite);
-    }
-    if (error == 0) {
-        syncFolder(folder);
-    }
-    return error;
+    return file.failure();
 }
 
 } // namespace
@@ -162,7 +132,7 @@ OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uin
     if (exists && !S_ISREG(existing.st_mode)) {
         return statusOf(writeDirectly(path, bytes));
     }
-    return statusOf(replaceRegular(targetOf(path), bytes, overwrite, exists ? &existing : nullptr));
+    return statusOf(replaceRegular(path, bytes, overwrite));
 }
 
 } // namespace volvelle

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/musicsequence/MusicSequence.h"
+#include "services/files/OSStatus.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/files/OSStatus.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -13,9 +15,6 @@
 // failure. A sequence and what belongs to it is used by one thread at a time. [any thread]
 namespace volvelle {
 
-using OSStatus = std::int32_t;
-
-inline constexpr OSStatus noErr = 0;
 inline constexpr OSStatus kAudioToolboxErr_InvalidSequenceType = -10846;
 inline constexpr OSStatus kAudioToolboxErr_InvalidPlayerState = -10852;
 inline constexpr OSStatus kAudioToolboxErr_InvalidEventType = -10853;
@@ -28,10 +27,7 @@ inline constexpr OSStatus kAudioToolboxErr_TrackIndexError = -10859;
 inline constexpr OSStatus kAudioToolboxErr_CannotDoInCurrentContext = -10863;
 // A property that does not exist, or a size that does not fit it.
 inline constexpr OSStatus kAudioToolboxErr_InvalidProperty = -10879;
-// A file that cannot be opened, read or written, and a file that is no Standard MIDI File.
-inline constexpr OSStatus fileNotFoundErr = -43;
-inline constexpr OSStatus fileIOErr = -36;
-inline constexpr OSStatus fileExistsErr = -48;
+// A file that is no Standard MIDI File.
 inline constexpr OSStatus fileFormatErr = -10870;
 
 // A music sequence. The handle counts its holders: the sequence dies with the last one. Null is no sequence,

@@ -1,7 +1,7 @@
 #include "services/files/SafeFile.h"
 #include "base/PendingFiles.h"
 
-#include "services/files/TemporaryFile.h"
+#include "services/files/NewFile.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include <array>
@@ -179,34 +179,35 @@ TEST_F(SafeFiles, AFileBeyondTheGreatestSizeIsNotRead)
     EXPECT_EQ(readFile(path, bytes), fileIOErr);
 }
 
-TEST_F(SafeFiles, ATemporaryFileCanBeRemovedBeforeASuddenEnd)
+TEST_F(SafeFiles, ANewFileCanBeRemovedBeforeASuddenEnd)
 {
-    TemporaryFile temporary;
-    ASSERT_EQ(temporary.create(folder.path), 0);
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
     EXPECT_EQ(folder.names().size(), 1U);
     removePendingFiles();
     EXPECT_EQ(folder.names(), Lines{});
 }
 
-TEST_F(SafeFiles, ATemporaryFileThatTookANameIsNotRemoved)
+TEST_F(SafeFiles, ANewFileThatTookItsPlaceIsNotRemoved)
 {
-    TemporaryFile temporary;
-    ASSERT_EQ(temporary.create(folder.path), 0);
-    EXPECT_EQ(temporary.write(hex("01")), 0);
-    EXPECT_EQ(temporary.finish(), 0);
-    EXPECT_EQ(temporary.takeName(path, false), 0);
+    const Bytes bytes = hex("01");
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
+    EXPECT_TRUE(file.write(bytes.data(), 1));
+    EXPECT_TRUE(file.takePlace(false));
     removePendingFiles();
-    EXPECT_EQ(contentOf(path), hex("01"));
+    EXPECT_EQ(contentOf(path), bytes);
 }
 
 TEST_F(SafeFiles, AFileThatAppearsMeanwhileIsNotReplaced)
 {
-    TemporaryFile temporary;
-    ASSERT_EQ(temporary.create(folder.path), 0);
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
     EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
-    EXPECT_EQ(temporary.finish(), 0);
-    EXPECT_EQ(temporary.takeName(path, false), EEXIST);
+    EXPECT_FALSE(file.takePlace(false));
+    EXPECT_EQ(file.failure(), EEXIST);
     EXPECT_EQ(contentOf(path), hex("01"));
+    EXPECT_EQ(folder.names().size(), 1U);
 }
 
 } // namespace

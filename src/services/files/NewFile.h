@@ -26,8 +26,9 @@ public:
     std::int64_t seek(std::int64_t offset, int whence);
     std::int64_t length();
 
-    // Puts the bytes on disk, and the file in the place of its target with the access rights of that.
-    bool takePlace();
+    // Puts the bytes on disk, and the file in the place of its target with the access rights of that. Without
+    // `overwrite` a target that is there by now is a failure, EEXIST.
+    bool takePlace(bool overwrite = true);
 
     // Closes and removes the file.
     void drop();
@@ -36,14 +37,20 @@ public:
     int failure() const { return error; }
 
 private:
-    bool openNew(const std::filesystem::path& folder);
+    bool openNew();
+    bool takeMode();
+    bool takeName(bool overwrite);
     bool keep(bool good); // notes the system's error unless `good`
 
     std::filesystem::path target;
+    std::filesystem::path folder;
     std::string name;
     int descriptor = -1;
     int slot = -1; // among the files that are being written
     int error = 0;
 };
+
+// Writes everything, 0 or the system's number of the failure.
+int writeAll(int descriptor, const void* bytes, std::int64_t count);
 
 } // namespace volvelle
