@@ -1,8 +1,8 @@
 #include "services/audiodevice/AudioFileWriter.h"
 
 #include "base/Text.h"
-#include "services/files/NewFile.h"
 #include "services/audiodevice/RateConverter.h"
+#include "services/files/NewFile.h"
 
 #include <algorithm>
 #include <array>
