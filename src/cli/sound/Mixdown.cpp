@@ -7,9 +7,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr float silence = 1.0e-4F;   // -80 dB
-constexpr int quietBlocksAtEnd = 24; // a quarter of a second
-constexpr int longestTail = 2813;    // blocks, thirty seconds
+constexpr float silence = 1.0e-4F; // -80 dB
 
 } // namespace
 
@@ -27,7 +25,8 @@ bool Mixdown::write(AudioFileWriter& writer, const std::function<void(int)>& pro
     const std::int64_t end = parts.empty() ? 0 : parts.back().endBlock;
     int quietBlocks = 0;
     int told = -1;
-    while (block < end || (quietBlocks < quietBlocksAtEnd && block < end + longestTail)) {
+    const std::int64_t latest = end + RenderPart::longestTail;
+    while (block < end || (quietBlocks < RenderPart::quietBlocksAtEnd && block < latest)) {
         if (!beginParts(error)) {
             return false;
         }

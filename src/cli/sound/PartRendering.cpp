@@ -12,8 +12,6 @@ namespace volvelle {
 namespace {
 
 constexpr float inaudible = 1.0e-6F; // -120 dB
-constexpr int quietBlocksAtEnd = 24; // a quarter of a second
-constexpr int longestTail = 2813;    // blocks, thirty seconds
 
 // Frames after which the slow swings of the synthesizer's chorus and reverb repeat: five seconds.
 constexpr std::int64_t effectPeriod = 240'000;
@@ -73,7 +71,8 @@ void PartRendering::swingEffects()
 
 bool PartRendering::renderBlock(float* left, float* right)
 {
-    const bool hasDiedAway = quietBlocks >= quietBlocksAtEnd || block >= part.endBlock + longestTail;
+    const bool hasDiedAway =
+        quietBlocks >= RenderPart::quietBlocksAtEnd || block >= part.endBlock + RenderPart::longestTail;
     if (hasDiedAway || graph.engine->renderOffline(blockFrames, left, right) != noErr) {
         return false;
     }

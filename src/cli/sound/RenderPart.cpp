@@ -20,6 +20,9 @@ constexpr std::uint8_t inaudible = 1; // velocity
 
 int numberOfParts(double seconds, int cores)
 {
+    if (cores == 1) {
+        return 1;
+    }
     const double most = std::floor(seconds / shortestPart);
     const double rounds = std::ceil(seconds / longestPart / cores);
     return static_cast<int>(std::clamp(rounds * cores, 1.0, std::max(1.0, most)));

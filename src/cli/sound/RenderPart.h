@@ -11,6 +11,8 @@ namespace volvelle {
 // away. The parts of a piece are added up.
 struct RenderPart {
     static constexpr int blockFrames = 512;
+    static constexpr int quietBlocksAtEnd = 24; // a quarter of a second of silence ends a tail
+    static constexpr int longestTail = 2813;    // blocks, thirty seconds
 
     std::int64_t beginBlock = 0; // where it begins in the piece
     std::int64_t endBlock = 0;   // where the next part begins, or the piece ends

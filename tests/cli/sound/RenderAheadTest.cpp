@@ -78,6 +78,16 @@ TEST_F(RenderAheadTest, AddsToWhatStandsThereAndNothingBehindTheEnd)
     EXPECT_EQ(once, before);
 }
 
+TEST_F(RenderAheadTest, WhatIsNoMusicAndABankThatIsNoneAreOneLine)
+{
+    const std::string file = smallMusic();
+    std::string error;
+    EXPECT_FALSE(PartRendering::make({1, 2, 3}, {}, std::nullopt, error));
+    EXPECT_EQ(error, "The music could not be read.");
+    EXPECT_FALSE(PartRendering::make({file.begin(), file.end()}, {}, "nobank.sf2", error));
+    EXPECT_EQ(error, "The sound bank 'nobank.sf2' could not be loaded.");
+}
+
 TEST_F(RenderAheadTest, EndsEarlyWhereTheRestIsNotWanted)
 {
     Block left{};

@@ -68,6 +68,7 @@ TEST(RenderPart, OneCoreRendersAPieceInOnePart)
     EXPECT_EQ(parts[0].beginBeats, 0.0);
     EXPECT_EQ(parts[0].endBlock, std::ceil(30.0 * blocksPerSecond));
     EXPECT_TRUE(std::isinf(parts[0].endBeats));
+    EXPECT_THAT(renderParts(piece(2 * 620, 120.0), 1), SizeIs(1));
 }
 
 TEST(RenderPart, AShortPieceIsNotCut)
