@@ -19,35 +19,60 @@ using namespace volvelle;
 constexpr int blockFrames = 512;
 constexpr double blockSeconds = blockFrames / 48000.0;
 
+// A running engine with the synthesizer, rendered by hand.
+struct Studio {
+    Studio()
+    {
+        setResourcesFolder(VOLVELLE_RESOURCES);
+        registerMIDISynth();
+        instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
+        engine->attachNode(instrument);
+        engine->connect(instrument, engine->mainMixerNode(), 0, 0);
+        engine->enableManualRenderingMode(blockFrames);
+        std::string error;
+        engine->start(error);
+    }
+
+    ~Studio() { engine->stop(); }
+
+    Studio(const Studio&) = delete;
+    Studio& operator=(const Studio&) = delete;
+
+    void renderBlock()
+    {
+        engine->renderOffline(blockFrames, left.data(), right.data());
+        benchmark::DoNotOptimize(left.data());
+    }
+
+    const std::shared_ptr<AVAudioEngine> engine = std::make_shared<AVAudioEngine>();
+    std::shared_ptr<AVAudioUnitMIDIInstrument> instrument;
+    std::array<float, blockFrames> left{};
+    std::array<float, blockFrames> right{};
+};
+
+// The time of a block as a share of what it lasts, where each iteration is one.
+benchmark::Counter shareOfCore(const benchmark::State& state)
+{
+    return {blockSeconds * static_cast<double>(state.iterations()),
+            benchmark::Counter::kIsRate | benchmark::Counter::kInvert};
+}
+
 // Items are blocks; "core" is the share of one core that the block's time takes in real time.
 void voices(benchmark::State& state)
 {
-    setResourcesFolder(VOLVELLE_RESOURCES);
-    registerMIDISynth();
-    const auto engine = std::make_shared<AVAudioEngine>();
-    const auto instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
-    engine->attachNode(instrument);
-    engine->connect(instrument, engine->mainMixerNode(), 0, 0);
-    engine->enableManualRenderingMode(blockFrames);
-    std::string error;
-    engine->start(error);
-    const auto unit = instrument->auAudioUnit();
+    Studio studio;
+    const auto unit = studio.instrument->auAudioUnit();
     for (std::uint32_t note = 0; note < static_cast<std::uint32_t>(state.range(0)); ++note) {
         const std::uint32_t channel = note % 8;
         MusicDeviceMIDIEvent(unit, 0xC0U | channel, 19, 0, 0); // an organ holds its level
         MusicDeviceMIDIEvent(unit, 0x90U | channel, 36 + note / 8 * 2, 40, 0);
     }
-    std::array<float, blockFrames> left{};
-    std::array<float, blockFrames> right{};
     for (auto _ : state) {
-        engine->renderOffline(blockFrames, left.data(), right.data());
-        benchmark::DoNotOptimize(left.data());
+        studio.renderBlock();
     }
     const auto synth = std::dynamic_pointer_cast<MIDISynthUnit>(unit);
     state.counters["voices"] = synth->activeVoices();
-    state.counters["core"] = benchmark::Counter(blockSeconds * static_cast<double>(state.iterations()),
-                                                benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-    engine->stop();
+    state.counters["core"] = shareOfCore(state);
 }
 
 BENCHMARK(voices)->Arg(0)->Arg(32)->Arg(64)->Arg(128);
@@ -78,36 +103,24 @@ std::vector<std::uint8_t> longFile()
 // A block with a jump to another place of a long file; "core" is the share of the block's time.
 void seek(benchmark::State& state)
 {
-    setResourcesFolder(VOLVELLE_RESOURCES);
-    registerMIDISynth();
-    const auto engine = std::make_shared<AVAudioEngine>();
-    const auto instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
-    engine->attachNode(instrument);
-    engine->connect(instrument, engine->mainMixerNode(), 0, 0);
-    engine->enableManualRenderingMode(blockFrames);
-    AVAudioSequencer sequencer(engine);
+    Studio studio;
+    AVAudioSequencer sequencer(studio.engine);
     std::string error;
-    if (!engine->start(error) ||
-        !sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks, error)) {
+    if (!sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks, error)) {
         state.SkipWithError(error.c_str());
         return;
     }
     for (const auto& track : sequencer.tracks()) {
-        track->setDestinationAudioUnit(instrument);
+        track->setDestinationAudioUnit(studio.instrument);
     }
     sequencer.start(error);
-    std::array<float, blockFrames> left{};
-    std::array<float, blockFrames> right{};
     double beats = 0.0;
     for (auto _ : state) {
         beats = beats > 5000.0 ? 1.0 : beats + 777.7;
         sequencer.setCurrentPositionInBeats(beats);
-        engine->renderOffline(blockFrames, left.data(), right.data());
-        benchmark::DoNotOptimize(left.data());
+        studio.renderBlock();
     }
-    state.counters["core"] = benchmark::Counter(blockSeconds * static_cast<double>(state.iterations()),
-                                                benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-    engine->stop();
+    state.counters["core"] = shareOfCore(state);
 }
 
 BENCHMARK(seek)->Unit(benchmark::kMicrosecond);

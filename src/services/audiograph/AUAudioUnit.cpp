@@ -1,5 +1,6 @@
 #include "services/audiograph/AUAudioUnit.h"
 
+#include "services/audiodevice/AudioSink.h"
 #include "services/audiograph/AudioUnitCalls.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr double engineRate = 48000.0;          // Hz
+constexpr double engineRate = AudioSource::sampleRate;
 constexpr std::size_t maximumOutside = 2047;    // messages
 constexpr std::int64_t maximumOffset = 1 << 30; // frames
 

@@ -1,5 +1,7 @@
 #include "services/audiograph/LimiterGain.h"
 
+#include "services/audiodevice/AudioSink.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -8,7 +10,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr double framesPerSecond = 48000.0;
+constexpr double framesPerSecond = AudioSource::sampleRate;
 constexpr double nearlyFull = 0.99999;
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "services/audiograph/PeakLimiter.h"
 
+#include "services/audiodevice/AudioSink.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -8,7 +10,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr double framesPerSecond = 48000.0;
+constexpr double framesPerSecond = AudioSource::sampleRate;
 
 std::shared_ptr<AUParameter> parameter(AUParameterAddress address, const char* identifier, const char* name,
                                        float minimum, float maximum, float value)

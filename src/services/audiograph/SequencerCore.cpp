@@ -1,5 +1,7 @@
 #include "services/audiograph/SequencerCore.h"
 
+#include "services/audiodevice/AudioSink.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +9,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr double framesPerSecond = 48000.0;
+constexpr double framesPerSecond = AudioSource::sampleRate;
 
 }
 

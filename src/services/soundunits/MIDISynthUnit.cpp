@@ -18,13 +18,6 @@ constexpr std::uint8_t programStatus = 0xC0;
 constexpr std::uint8_t bankSelectMSB = 0;
 constexpr std::uint8_t bankSelectLSB = 32;
 
-bool isLarge(const std::filesystem::path& bank)
-{
-    std::error_code error;
-    const auto size = std::filesystem::file_size(bank, error);
-    return !error && size >= MIDISynthUnit::largeBank;
-}
-
 } // namespace
 
 MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen,
@@ -103,7 +96,7 @@ OSStatus MIDISynthUnit::preloadEvent(std::uint32_t status, std::uint32_t data1, 
 
 OSStatus MIDISynthUnit::endPreload()
 {
-    const bool isNeeded = hasNewSounds && isLarge(bank);
+    const bool isNeeded = hasNewSounds && readsOnDemand;
     hasNewSounds = false;
     return !isNeeded || renew(bank) ? noErr : invalidFile;
 }
@@ -114,7 +107,7 @@ void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
     for (const AUMIDIProgram& program : programs) {
         isNew |= keep(program);
     }
-    if (isNew && isLarge(bank)) {
+    if (isNew && readsOnDemand) {
         renew(bank);
     }
 }
@@ -136,12 +129,13 @@ bool MIDISynthUnit::renew(const std::filesystem::path& from)
         debugprint(error);
         return false;
     }
-    if (isLarge(from)) {
+    if (synthesizer->readsOnDemand) {
         for (const AUMIDIProgram& program : kept) {
             synthesizer->preload(program.channel, program.bankMSB, program.bankLSB, program.program);
         }
     }
     bank = from;
+    readsOnDemand = synthesizer->readsOnDemand;
     synthesizers.publish(std::move(synthesizer));
     return true;
 }

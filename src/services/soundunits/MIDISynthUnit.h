@@ -29,9 +29,6 @@ public:
     static constexpr std::uint32_t enablePreloadProperty = 4119;
     static constexpr OSStatus invalidFile = -10871;
 
-    // Banks from this size on read sounds when they are first asked for. Bytes.
-    static constexpr std::uintmax_t largeBank = 32U << 20U;
-
     MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options,
                   const std::optional<std::filesystem::path>& builtIn = std::nullopt);
     ~MIDISynthUnit() override;
@@ -66,6 +63,7 @@ private:
 
     SynthesizerOptions options;
     std::filesystem::path bank;
+    bool readsOnDemand = false;      // sounds of the bank
     std::vector<AUMIDIProgram> kept; // sounds that are to stay in memory
     bool isPreloading = false;
     bool hasNewSounds = false; // since preloading began

@@ -5,21 +5,17 @@
 
 #include <fluidsynth.h>
 
-#include <atomic>
 #include <mutex>
 
 namespace volvelle {
 
 namespace {
 
-std::atomic<std::uint64_t> unprinted{0};
 thread_local bool isRendering = false;
 
 void print(int level, const char* message, void* /*data*/)
 {
-    if (isRendering) {
-        unprinted.fetch_add(1, std::memory_order_relaxed);
-    } else if (level <= FLUID_WARN) {
+    if (!isRendering && level <= FLUID_WARN) {
         debugprint(concat("Synthesizer: ", message));
     }
 }
@@ -34,11 +30,6 @@ void routeFluidLog()
             fluid_set_log_function(level, print, nullptr);
         }
     });
-}
-
-std::uint64_t unprintedFluidLines()
-{
-    return unprinted.load(std::memory_order_relaxed);
 }
 
 RenderingMark::RenderingMark() noexcept : before(isRendering)

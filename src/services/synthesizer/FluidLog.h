@@ -1,14 +1,11 @@
 #pragma once
 
-#include <cstdint>
-
-// Private to the library: what FluidSynth has to say goes to the log. While a thread renders its lines are
-// counted instead.
+// Private to the library: what FluidSynth has to say goes to the log, but for the lines of a thread that
+// renders.
 namespace volvelle {
 
 // [any thread]
 void routeFluidLog();
-std::uint64_t unprintedFluidLines();
 
 // Marks the calling thread as one that renders, for its lifetime.
 class RenderingMark {

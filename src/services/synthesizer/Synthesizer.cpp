@@ -109,8 +109,8 @@ fluid_preset_t* Synthesizer::State::preset(int bankNumber, int programNumber) co
     return loaded == nullptr ? nullptr : fluid_sfont_get_preset(loaded, bankNumber, programNumber);
 }
 
-Synthesizer::Synthesizer(std::filesystem::path path, std::unique_ptr<State> made)
-    : bank(std::move(path)), state(std::move(made))
+Synthesizer::Synthesizer(std::filesystem::path path, bool isLarge, std::unique_ptr<State> made)
+    : bank(std::move(path)), readsOnDemand(isLarge), state(std::move(made))
 {
 }
 
@@ -140,7 +140,7 @@ std::unique_ptr<Synthesizer> Synthesizer::make(const std::filesystem::path& path
         error = "The sound bank \"" + path.string() + "\" cannot be loaded.";
         return nullptr;
     }
-    return std::unique_ptr<Synthesizer>(new Synthesizer(path, std::move(state)));
+    return std::unique_ptr<Synthesizer>(new Synthesizer(path, content.isLarge, std::move(state)));
 }
 
 void Synthesizer::render(float* left, float* right, int frames) noexcept
@@ -246,11 +246,6 @@ bool Synthesizer::preload(int channel, int bankMSB, int /*bankLSB*/, int program
 int Synthesizer::activeVoices() const noexcept
 {
     return fluid_synth_get_active_voice_count(state->synth.get());
-}
-
-std::uint64_t Synthesizer::silentWarnings()
-{
-    return unprintedFluidLines();
 }
 
 } // namespace volvelle

@@ -69,15 +69,13 @@ public:
     // How many voices sound. [render thread]
     int activeVoices() const noexcept;
 
-    // Warnings of the library behind it that came while rendering, and were not printed. [any thread]
-    static std::uint64_t silentWarnings();
-
     const std::filesystem::path bank;
+    const bool readsOnDemand; // the bank is large: sounds that are not preloaded are read when first used
 
 private:
     struct State;
 
-    Synthesizer(std::filesystem::path bank, std::unique_ptr<State> state);
+    Synthesizer(std::filesystem::path bank, bool readsOnDemand, std::unique_ptr<State> state);
     void post(std::array<std::uint8_t, 3> bytes, int offset) noexcept;
 
     std::unique_ptr<State> state;

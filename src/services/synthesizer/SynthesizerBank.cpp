@@ -101,7 +101,7 @@ FluidPointer<fluid_settings_t> makeSettings(const SynthesizerOptions& options, b
         fluid_settings_setint(s, "synth.lock-memory", 0);
         fluid_settings_setint(s, "synth.polyphony", options.polyphony);
         fluid_settings_setint(s, "synth.dynamic-sample-loading", isLarge ? 1 : 0);
-        fluid_settings_setint(s, "synth.cpu-cores", options.cores);
+        fluid_settings_setint(s, "synth.cpu-cores", 1);
         fluid_settings_setint(s, "synth.reverb.active", options.reverb ? 1 : 0);
         fluid_settings_setint(s, "synth.chorus.active", options.chorus ? 1 : 0);
         fluid_settings_setnum(s, "synth.sample-rate", options.sampleRate);

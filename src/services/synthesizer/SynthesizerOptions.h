@@ -9,7 +9,6 @@ struct SynthesizerOptions {
 
     double sampleRate = 48000.0; // Hz, 8,000 to 96,000
     int polyphony = 256;         // voices
-    int cores = 1;               // above 1 for offline rendering only: it starts threads
     double gain = defaultGain;   // 0 to 10
     bool reverb = true;
     bool chorus = true;
