@@ -1,6 +1,6 @@
 # The layers from the ground up. A library may link only layers that stand before its own in this list.
 set(VOLVELLE_LAYERS
-  base files musicsequence audiodevice synthesizer audiograph soundunits midi theory aumidievents sequence phrases scores audio
+  base wire files musicsequence audiodevice synthesizer audiograph soundunits midi theory aumidievents sequence phrases scores audio
   document cli soundcli)
 
 # volvelle_library(NAME base SOURCES A.cpp B.cpp [LINKS lower layers] [PRIVATE_LINKS outside libraries])

@@ -2,6 +2,7 @@
 
 #include "services/audiodevice/AudioSink.h"
 #include "services/audiograph/AudioUnitCalls.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <charconv>
@@ -14,11 +15,6 @@ namespace {
 constexpr double engineRate = AudioSource::sampleRate;
 constexpr std::size_t maximumOutside = 2047;    // messages
 constexpr std::int64_t maximumOffset = 1 << 30; // frames
-
-int lengthOf(std::uint32_t status)
-{
-    return (status & 0xE0) == 0xC0 ? 2 : 3;
-}
 
 std::int64_t number(std::uint32_t value)
 {
@@ -84,7 +80,7 @@ OSStatus AUAudioUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t d
     message.bytes[0] = static_cast<std::uint8_t>(status);
     message.bytes[1] = static_cast<std::uint8_t>(data1);
     message.bytes[2] = static_cast<std::uint8_t>(data2);
-    message.length = static_cast<std::uint8_t>(lengthOf(status));
+    message.length = static_cast<std::uint8_t>(shortMessageLength(static_cast<int>(status)));
     return outside.push(message) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
 }
 
@@ -122,7 +118,13 @@ OSStatus AUAudioUnit::scheduleMIDIEventAt(double sampleOffset, std::uint8_t cabl
     } else {
         event.longBytes = bytes;
     }
-    return isInPlan && line.insert(event) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
+    if (!isInPlan || !line.insert(event)) {
+        return kAudioToolboxErr_CannotDoInCurrentContext;
+    }
+    if (bytes[0] < 0xF0) {
+        heard = static_cast<std::uint16_t>(heard | 1U << (bytes[0] & 0x0FU));
+    }
+    return noErr;
 }
 
 // Frames of the unit from its next block on.

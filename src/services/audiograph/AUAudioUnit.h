@@ -81,6 +81,10 @@ public:
     virtual OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
                                           std::uint32_t sampleOffset);
 
+    // Whatever a unit has to do on the main thread while it plays; the engine calls it some times a second
+    // and whenever it is edited. [main thread]
+    virtual void housekeeping() {}
+
     // What a sequence is going to ask for, before it plays: the moment to load sounds. [main thread]
     virtual void prepareToPlay(std::span<const AUMIDIProgram> programs);
 
@@ -88,10 +92,10 @@ public:
     // [main thread; the block itself: render thread]
     AUScheduleMIDIEventBlock scheduleMIDIEventBlock();
 
-    // Puts a message in line for the next block; equal offsets keep the order of entry. Long messages are not
-    // copied: their bytes must live until the block is rendered. Where the unit is in no render plan, or the
-    // line is full, it answers kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is
-    // kept for messages other than note-ons. [render thread]
+    // Puts a copy of a message in line for the next block; equal offsets keep the order of entry. Where the
+    // unit is in no render plan, or the line is full (16,384 messages, 65,536 bytes of long ones), it answers
+    // kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages other than
+    // note-ons. [render thread]
     OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
                                const std::uint8_t* bytes) noexcept;
 
@@ -113,6 +117,13 @@ public:
 
     // Falls silent and forgets what it heard; settings stay. [render thread]
     virtual void reset() noexcept {}
+
+    // Forgets, at once, what earlier messages set and no message for a single channel can undo: tunings, and
+    // parameters that are not registered. [render thread]
+    virtual void forgetSettings() noexcept {}
+
+    // Bit n: a message for channel n was put in line since the unit was made. [render thread]
+    std::uint16_t heardChannels() const noexcept { return heard; }
 
     // Enters or leaves the running render plan: a unit outside of it takes no messages, and starts without
     // any when it comes in. A unit that never met an engine counts as inside. [render thread]
@@ -146,6 +157,7 @@ private:
     BoundedQueue<OutsideMessage> outside; // main thread to render thread
     MIDIEventBuffer line;                 // render thread
     std::int64_t clock = 0;               // render thread, frames
+    std::uint16_t heard = 0;              // render thread, channels
     bool isInPlan = true;                 // render thread
     bool isInEngine = false;              // render thread
     std::int64_t engineClock = 0;         // frames of the engine since the unit came into its plan

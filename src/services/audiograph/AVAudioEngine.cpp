@@ -1,8 +1,10 @@
 #include "services/audiograph/AVAudioEngine.h"
 
+#include "base/RunLoop.h"
 #include "services/audiograph/AVAudioSequencer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace volvelle {
 
@@ -45,11 +47,23 @@ bool AVAudioEngine::start(std::string& error)
         running.store(false, std::memory_order_release);
         return false;
     }
+    keepHouse();
     return true;
+}
+
+void AVAudioEngine::keepHouse()
+{
+    constexpr double interval = 0.25; // seconds
+    if (!isInManualRenderingMode() && !weak_from_this().expired()) {
+        houseTimer = mainRunLoop().schedule(interval, weak_from_this(), [this] { collectGarbage(); });
+    }
 }
 
 void AVAudioEngine::pause()
 {
+    if (houseTimer != nullptr) {
+        std::exchange(houseTimer, nullptr)->invalidate();
+    }
     closeSink();
     running.store(false, std::memory_order_release);
 }
@@ -120,6 +134,9 @@ OSStatus AVAudioEngine::renderOffline(int frames, float* left, float* right)
 void AVAudioEngine::collectGarbage()
 {
     plans.collect();
+    for (const std::shared_ptr<AVAudioNode>& node : nodes) {
+        node->housekeeping();
+    }
     for (AVAudioSequencer* sequencer : sequencers) {
         sequencer->collectGarbage();
     }

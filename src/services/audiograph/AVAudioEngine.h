@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Timer.h"
 #include "services/audiodevice/AudioSink.h"
 #include "services/audiograph/AVAudioMixerNode.h"
 #include "services/audiograph/AVAudioOutputNode.h"
@@ -22,9 +23,9 @@ class AVAudioSequencer;
 // was last given: each edit makes a new render plan, which the render thread takes over at the start of a
 // block. What it gives back is freed by collectGarbage().
 //
-// Made with std::make_shared where sequencers stand on it. There are always a main mixer and an output node,
-// and the one is connected to the other.
-class AVAudioEngine final : public AudioSource {
+// Made with std::make_shared where sequencers stand on it, or where it is to keep house by itself. There are
+// always a main mixer and an output node, and the one is connected to the other.
+class AVAudioEngine final : public AudioSource, public std::enable_shared_from_this<AVAudioEngine> {
 public:
     AVAudioEngine();
     // Stops, and lets go of all nodes.
@@ -100,8 +101,9 @@ public:
     // kAudioEngineErr_InvalidMode, without a start kAudioEngineErr_NotRunning. [main thread]
     OSStatus renderOffline(int frames, float* left, float* right);
 
-    // Frees what the render thread no longer needs. Called by each edit; a timer should call it now and then.
-    // [main thread]
+    // Frees what the render thread no longer needs, and lets the units keep house. Called by each edit, and
+    // some times a second by the main run loop while the engine runs and does not render by hand. [main
+    // thread]
     void collectGarbage();
 
     // MARK: For sequencers [main thread]
@@ -120,6 +122,7 @@ private:
     void publish();
     bool openSink(std::string& error);
     void closeSink();
+    void keepHouse();
 
     const std::shared_ptr<AVAudioMixerNode> mixer = std::make_shared<AVAudioMixerNode>();
     const std::shared_ptr<AVAudioOutputNode> output = std::make_shared<AVAudioOutputNode>();
@@ -131,6 +134,7 @@ private:
     int manualFrames = 0; // 0: the mode is off
     std::atomic<bool> running{false};
     std::atomic<bool> resetWanted{false};
+    std::shared_ptr<Timer> houseTimer; // null while nobody keeps house
     Handoff<RenderPlan> plans;
 };
 

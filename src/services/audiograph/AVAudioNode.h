@@ -39,6 +39,9 @@ public:
     // Seconds from input to output.
     virtual double latency() const { return 0.0; }
 
+    // Called some times a second while the engine runs, and at each edit.
+    virtual void housekeeping() {}
+
     // MARK: [render thread: no lock, no allocation]
 
     // Writes one block of 1 to maximumFrames frames at the rate of the output, and pulls from the inputs what

@@ -36,6 +36,8 @@ public:
 
     double latency() const override { return unit->latency(); }
 
+    void housekeeping() override { unit->housekeeping(); }
+
     void renderNode(std::span<RenderInput> inputs, float* left, float* right, int frames) noexcept override;
 
     void setInPlan(bool isIn) noexcept override { unit->setInPlan(isIn); }

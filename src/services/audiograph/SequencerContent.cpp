@@ -1,9 +1,16 @@
 #include "services/audiograph/SequencerContent.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace volvelle {
+
+namespace {
+
+constexpr std::array<int, 3> pedals{64, 66, 69}; // sustain, sostenuto, hold
+
+} // namespace
 
 SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEvents,
                                    const std::vector<std::shared_ptr<AVAudioUnit>>& destinations)
@@ -30,7 +37,12 @@ void SequencerContent::fillHistories()
     for (const SequencerState& state : events->states) {
         const int place = unitOfTrack[state.track];
         if (place >= 0) {
-            units[static_cast<std::size_t>(place)].history.add(state.seconds, state.bytes);
+            ChannelHistory& history = units[static_cast<std::size_t>(place)].history;
+            if (state.isExclusive()) {
+                history.addExclusive(state.seconds, events->longMessages[state.longIndex], state.longIndex);
+            } else {
+                history.add(state.seconds, state.bytes);
+            }
         }
     }
 }
@@ -44,9 +56,7 @@ void SequencerContent::send(const SequencerEvent& event, double offset) noexcept
     Unit& unit = units[static_cast<std::size_t>(index)];
     AUAudioUnit& target = *unit.node->auAudioUnit();
     if (event.kind == SequencerEvent::longMessage) {
-        const std::vector<std::uint8_t>& bytes = events->longMessages[event.longIndex];
-        target.scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
-        return;
+        return sendLong(unit, events->longMessages[event.longIndex], offset);
     }
     if (target.scheduleMIDIEventAt(offset, 0, event.length(), event.bytes.data()) == noErr) {
         note(unit, event);
@@ -69,7 +79,7 @@ void SequencerContent::sendShort(Unit& unit, int status, int data1, int data2) n
 {
     const std::uint8_t bytes[3] = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
                                    static_cast<std::uint8_t>(data2)};
-    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, (status & 0xE0) == 0xC0 ? 2 : 3, bytes);
+    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(status), bytes);
 }
 
 void SequencerContent::release(bool all) noexcept
@@ -77,8 +87,13 @@ void SequencerContent::release(bool all) noexcept
     for (Unit& unit : units) {
         for (int channel = 0; channel < 16; ++channel) {
             releaseNotes(unit, channel);
-            if (all && (unit.channels >> channel & 1) != 0) {
-                sendShort(unit, 0xB0 | channel, 64, 0);
+            if ((unit.channels >> channel & 1) == 0) {
+                continue;
+            }
+            for (const int pedal : pedals) {
+                sendShort(unit, 0xB0 | channel, pedal, 0);
+            }
+            if (all) {
                 sendShort(unit, 0xB0 | channel, 123, 0);
             }
         }
@@ -96,18 +111,13 @@ void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
     }
 }
 
-void SequencerContent::resetUnits() noexcept
+void SequencerContent::silence() noexcept
 {
     for (Unit& unit : units) {
-        for (int channel = 0; channel < 16; ++channel) {
-            sendShort(unit, 0xB0 | channel, 120, 0);
-            sendShort(unit, 0xB0 | channel, 121, 0);
-            sendShort(unit, 0xE0 | channel, 0, 64);
-            sendShort(unit, 0xB0 | channel, 7, 100);
-            sendShort(unit, 0xB0 | channel, 10, 64);
-            sendShort(unit, 0xB0 | channel, 0, 0);
-            sendShort(unit, 0xB0 | channel, 32, 0);
-            sendShort(unit, 0xC0 | channel, 0, 0);
+        for (int channel = 0; channel < channelCount; ++channel) {
+            if ((unit.heardChannels() >> channel & 1) != 0) {
+                sendShort(unit, 0xB0 | channel, 120, 0);
+            }
         }
     }
 }
@@ -116,24 +126,39 @@ void SequencerContent::chase(double seconds) noexcept
 {
     for (Unit& unit : units) {
         unit.history.find(seconds, unit.states);
+        unit.node->auAudioUnit()->forgetSettings();
+        tellExclusives(unit, seconds);
+        tellChannels(unit);
     }
-    tellStates();
 }
 
-void SequencerContent::tellStates() noexcept
+void SequencerContent::tellExclusives(Unit& unit, double seconds) const noexcept
 {
-    for (Unit& unit : units) {
-        for (int channel = 0; channel < 16; ++channel) {
-            ChannelMessages messages;
-            if ((unit.channels >> channel & 1) != 0) {
-                unit.states[static_cast<std::size_t>(channel)].tell(channel, messages);
-            }
-            for (int i = 0; i < messages.count; ++i) {
-                const auto& bytes = messages.list[static_cast<std::size_t>(i)];
-                sendShort(unit, bytes[0], bytes[1], bytes[2]);
-            }
+    unit.history.forEachExclusive(
+        seconds, [&](std::uint32_t number) { sendLong(unit, events->longMessages[number], 0.0); });
+}
+
+void SequencerContent::tellChannels(Unit& unit) noexcept
+{
+    for (int channel = 0; channel < channelCount; ++channel) {
+        ChannelMessages messages;
+        if ((unit.heardChannels() >> channel & 1) != 0) {
+            unit.states[channel].tell(channel, messages);
+        }
+        for (const ShortMessage& message : messages.all()) {
+            sendShort(unit, message[0], message[1], message[2]);
         }
     }
+}
+
+void SequencerContent::sendLong(Unit& unit, const std::vector<std::uint8_t>& bytes, double offset) noexcept
+{
+    unit.node->auAudioUnit()->scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
+}
+
+std::uint16_t SequencerContent::Unit::heardChannels() const noexcept
+{
+    return static_cast<std::uint16_t>(channels | node->auAudioUnit()->heardChannels());
 }
 
 } // namespace volvelle

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "services/audiograph/AVAudioUnit.h"
-#include "services/audiograph/ChannelHistory.h"
 #include "services/audiograph/SequencerEvents.h"
+#include "wire/ChannelHistory.h"
 
 #include <cstdint>
 #include <memory>
@@ -25,14 +25,16 @@ public:
     // `offset` in frames of the engine from the start of the block to come, with fractions.
     void send(const SequencerEvent& event, double offset) noexcept;
 
-    // The note-offs of what sounds; with `all` also sustain up and all notes off on each channel in use.
+    // The note-offs of what sounds, and pedals up on each channel in use; with `all` also all notes off
+    // there.
     void release(bool all) noexcept;
 
-    // Puts all channels of all destinations into the state of a unit that was just made.
-    void resetUnits() noexcept;
-
-    // Tells the destinations what the events before `seconds` have set.
+    // Brings the destinations to where they would stand at `seconds` had they played all of it since they
+    // were made, on each channel in use or ever heard of.
     void chase(double seconds) noexcept;
+
+    // Ends all sounds at once on the same channels.
+    void silence() noexcept;
 
 private:
     struct Unit {
@@ -40,13 +42,17 @@ private:
         std::uint16_t channels = 0;          // in use
         std::vector<std::uint16_t> sounding; // notes by 128 * channel + key
         ChannelHistory history;
-        ChannelHistory::Channels states; // at the last start
+        DeviceChannels states; // at the last start
+
+        std::uint16_t heardChannels() const noexcept;
     };
 
     void fillHistories();
     static void sendShort(Unit& unit, int status, int data1, int data2) noexcept;
     static void releaseNotes(Unit& unit, int channel) noexcept;
-    void tellStates() noexcept;
+    void tellExclusives(Unit& unit, double seconds) const noexcept;
+    static void tellChannels(Unit& unit) noexcept;
+    static void sendLong(Unit& unit, const std::vector<std::uint8_t>& bytes, double offset) noexcept;
     static void note(Unit& unit, const SequencerEvent& event) noexcept;
 
     std::vector<Unit> units;

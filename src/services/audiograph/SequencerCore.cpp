@@ -63,10 +63,9 @@ void SequencerCore::begin(double beats, bool isMove) noexcept
     anchor(startSeconds);
     cursor = content.events->firstFrom(startSeconds);
     if (isMove && beats <= 0.0) {
-        content.resetUnits();
-    } else {
-        content.chase(startSeconds);
+        content.silence();
     }
+    content.chase(startSeconds);
 }
 
 void SequencerCore::anchor(double seconds) noexcept

@@ -60,6 +60,7 @@ OSStatus SequencerEvents::read(const MusicSequence& sequence)
         status = status == noErr ? readTrack(track, static_cast<std::uint16_t>(i + 1)) : status;
     }
     order();
+    findStates();
     findPrograms();
     return status;
 }
@@ -123,11 +124,11 @@ void SequencerEvents::readMessage(double beat, const MIDIChannelMessage& message
     if (kind < 0x80 || kind == 0xF0) {
         return;
     }
-    const bool isMode = kind == 0xB0 && message.data1 >= 120;
+    const bool isEnd = kind == 0xB0 && (message.data1 == 120 || message.data1 == 123);
     SequencerEvent event;
     event.seconds = tempo.seconds(beat);
     event.track = index;
-    event.kind = kind >= 0xB0 && !isMode ? SequencerEvent::state : SequencerEvent::other;
+    event.kind = kind >= 0xA0 && !isEnd ? SequencerEvent::state : SequencerEvent::other;
     event.bytes = {message.status, message.data1, message.data2};
     events.push_back(event);
     tracks[index].channels =
@@ -160,9 +161,25 @@ void SequencerEvents::order()
 {
     std::stable_sort(events.begin(), events.end(),
                      [](const SequencerEvent& a, const SequencerEvent& b) { return a.seconds < b.seconds; });
+}
+
+// Note-ons count where a key to glide from waits for them.
+void SequencerEvents::findStates()
+{
+    constexpr int portamentoKey = 84;
+    std::uint16_t waiting = 0; // channels
     for (const SequencerEvent& event : events) {
-        if (event.kind == SequencerEvent::state) {
-            states.push_back({event.seconds, event.track, event.bytes});
+        const bool isExclusive = event.kind == SequencerEvent::longMessage;
+        const auto channel = static_cast<std::uint16_t>(isExclusive ? 0 : 1U << channelOf(event.bytes));
+        if (kindOf(event.bytes) == 0xB0 && event.bytes[1] == portamentoKey) {
+            waiting = static_cast<std::uint16_t>(waiting | channel);
+        }
+        const bool isGlide = event.kind == SequencerEvent::noteOn && (waiting & channel) != 0;
+        if (isGlide) {
+            waiting = static_cast<std::uint16_t>(waiting & ~channel);
+        }
+        if (event.kind == SequencerEvent::state || isExclusive || isGlide) {
+            states.push_back({event.seconds, event.longIndex, event.track, event.bytes});
         }
     }
 }

@@ -11,11 +11,14 @@
 
 namespace volvelle {
 
-// What an event of kind `state` sets, close together: a start elsewhere reads all of them.
+// An event that a start elsewhere must know of: whatever changes the state of a destination.
 struct SequencerState {
     double seconds = 0.0;
+    std::uint32_t longIndex = 0; // of a system exclusive message, where `bytes` are empty
     std::uint16_t track = 0;
-    std::array<std::uint8_t, 3> bytes{};
+    ShortMessage bytes{};
+
+    bool isExclusive() const { return bytes[0] == 0; }
 };
 
 // A program that a track asks for.
@@ -36,7 +39,7 @@ struct SequencerTrackInfo {
 class SequencerEvents {
 public:
     std::vector<SequencerEvent> events; // by seconds, equal ones by track and place in it
-    std::vector<SequencerState> states; // the events of kind `state`, in their order
+    std::vector<SequencerState> states; // in the order of the events
     std::vector<std::vector<std::uint8_t>> longMessages;
     std::vector<SequencerTrackInfo> tracks{1}; // the tempo track first
     std::vector<SequencerProgram> programs;    // in the order of the tracks
@@ -59,6 +62,7 @@ private:
     void readLong(double beat, const MIDIRawData& data, std::uint16_t index);
     void readMeta(const MIDIMetaEvent& meta);
     void order();
+    void findStates();
     void findPrograms();
 };
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace volvelle {
 
@@ -22,7 +23,7 @@ constexpr std::uint8_t bankSelectLSB = 32;
 
 MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen,
                              const std::optional<std::filesystem::path>& builtIn)
-    : AUAudioUnit(description), options(chosen)
+    : AUAudioUnit(description), options(chosen), missing(maximumMissing)
 {
     audioUnitName = "MIDI Synthesizer";
     takesMIDI = true;
@@ -30,7 +31,7 @@ MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const
     const auto first = builtIn ? builtIn : bestInstalledBank();
     if (!first) {
         debugprint("There is no sound bank: the music plays without sound. Install a SoundFont.");
-    } else if (!renew(*first)) {
+    } else if (!open(*first)) {
         debugprint(concat("The sound bank '", first->string(), "' could not be loaded."));
     }
 }
@@ -66,8 +67,11 @@ OSStatus MIDISynthUnit::setProperty(std::uint32_t property, std::uint32_t scope,
 
 OSStatus MIDISynthUnit::loadBank(const std::filesystem::path& url)
 {
+    if (!open(url)) {
+        return invalidFile;
+    }
     kept.clear();
-    return renew(url) ? noErr : invalidFile;
+    return noErr;
 }
 
 OSStatus MIDISynthUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
@@ -96,9 +100,8 @@ OSStatus MIDISynthUnit::preloadEvent(std::uint32_t status, std::uint32_t data1, 
 
 OSStatus MIDISynthUnit::endPreload()
 {
-    const bool isNeeded = hasNewSounds && readsOnDemand;
-    hasNewSounds = false;
-    return !isNeeded || renew(bank) ? noErr : invalidFile;
+    const bool isNeeded = std::exchange(hasNewSounds, false) && bank != nullptr && bank->isLarge();
+    return !isNeeded || renew(bank, kept) ? noErr : invalidFile;
 }
 
 void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
@@ -107,8 +110,28 @@ void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
     for (const AUMIDIProgram& program : programs) {
         isNew |= keep(program);
     }
-    if (isNew && readsOnDemand) {
-        renew(bank);
+    if (isNew) {
+        renewForNewSounds();
+    }
+}
+
+void MIDISynthUnit::renewForNewSounds()
+{
+    if (bank != nullptr && bank->isLarge()) {
+        renew(bank, kept);
+    }
+}
+
+void MIDISynthUnit::housekeeping()
+{
+    synthesizers.collect();
+    bool isNew = false;
+    SoundChoice choice;
+    while (missing.pop(choice)) {
+        isNew |= keep({choice.channel, choice.bankMSB, choice.bankLSB, choice.program});
+    }
+    if (isNew) {
+        renewForNewSounds();
     }
 }
 
@@ -121,7 +144,18 @@ bool MIDISynthUnit::keep(const AUMIDIProgram& program)
     return true;
 }
 
-bool MIDISynthUnit::renew(const std::filesystem::path& from)
+bool MIDISynthUnit::open(const std::filesystem::path& url)
+{
+    std::string error;
+    const std::shared_ptr<const BankFile> file = BankFile::open(url, error);
+    if (file == nullptr) {
+        debugprint(error);
+        return false;
+    }
+    return renew(file, {});
+}
+
+bool MIDISynthUnit::renew(const std::shared_ptr<const BankFile>& from, std::span<const AUMIDIProgram> sounds)
 {
     std::string error;
     auto synthesizer = Synthesizer::make(from, options, error);
@@ -129,65 +163,71 @@ bool MIDISynthUnit::renew(const std::filesystem::path& from)
         debugprint(error);
         return false;
     }
-    if (synthesizer->readsOnDemand) {
-        for (const AUMIDIProgram& program : kept) {
-            synthesizer->preload(program.channel, program.bankMSB, program.bankLSB, program.program);
+    if (synthesizer->readsOnDemand()) {
+        for (const AUMIDIProgram& sound : sounds) {
+            synthesizer->preload({sound.channel, sound.bankMSB, sound.bankLSB, sound.program});
         }
     }
     bank = from;
-    readsOnDemand = synthesizer->readsOnDemand;
     synthesizers.publish(std::move(synthesizer));
     return true;
 }
 
 void MIDISynthUnit::takeOver(Synthesizer& synthesizer) noexcept
 {
-    for (int channel = 0; channel < static_cast<int>(channels.size()); ++channel) {
+    for (std::size_t i = 0; i < device.exclusives.size(); ++i) {
+        synthesizer.systemExclusive(device.exclusives[i]);
+    }
+    for (int channel = 0; channel < channelCount; ++channel) {
         ChannelMessages messages;
-        channels[static_cast<std::size_t>(channel)].tell(channel, messages);
-        for (int i = 0; i < messages.count; ++i) {
-            const auto& bytes = messages.list[static_cast<std::size_t>(i)];
-            synthesizer.message(bytes[0], bytes[1], bytes[2]);
+        device.channels[channel].tell(channel, messages);
+        for (const ShortMessage& message : messages.all()) {
+            synthesizer.message(message[0], message[1], message[2]);
         }
     }
 }
 
 void MIDISynthUnit::reset() noexcept
 {
-    for (ChannelState& channel : channels) {
-        channel.clear();
-    }
+    device.clear();
     if (Synthesizer* synthesizer = synthesizers.current()) {
         synthesizer->reset();
+    }
+}
+
+void MIDISynthUnit::forgetSettings() noexcept
+{
+    device.clear();
+    if (Synthesizer* synthesizer = synthesizers.current()) {
+        synthesizer->forgetSettings();
+    }
+}
+
+void MIDISynthUnit::takeMessage(const AUMIDIRenderEvent& event, Synthesizer* synthesizer) noexcept
+{
+    const std::span bytes(event.bytes(), static_cast<std::size_t>(event.length));
+    if (bytes.size() > 3) {
+        device.applyExclusive(bytes);
+        if (synthesizer != nullptr) {
+            synthesizer->systemExclusive(bytes, event.offset);
+        }
+        return;
+    }
+    const ShortMessage message{bytes[0], bytes.size() > 1 ? bytes[1] : std::uint8_t{0},
+                               bytes.size() > 2 ? bytes[2] : std::uint8_t{0}};
+    device.apply(message);
+    if (synthesizer != nullptr) {
+        synthesizer->message(message[0], message[1], message[2], event.offset);
     }
 }
 
 void MIDISynthUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
                                 std::span<const AUMIDIRenderEvent> events) noexcept
 {
-    synthesizers.take([this](Synthesizer* before) {
-        if (before != nullptr) {
-            takeOver(*synthesizers.current());
-        }
-    });
+    synthesizers.take([this](Synthesizer*) { takeOver(*synthesizers.current()); });
     Synthesizer* synthesizer = synthesizers.current();
     for (const AUMIDIRenderEvent& event : events) {
-        const std::uint8_t* bytes = event.bytes();
-        const std::uint8_t status = bytes[0];
-        if (status >= controllerStatus && status < 0xF0 && event.length <= 3) {
-            const std::array<std::uint8_t, 3> message{status, bytes[1],
-                                                      event.length > 2 ? bytes[2] : std::uint8_t{0}};
-            channels[status & 0x0FU].apply(message);
-        }
-        if (synthesizer == nullptr || event.length < 1) {
-            continue;
-        }
-        if (event.length > 3) {
-            synthesizer->systemExclusive({bytes, static_cast<std::size_t>(event.length)}, event.offset);
-        } else {
-            synthesizer->message(status, event.length > 1 ? bytes[1] : std::uint8_t{0},
-                                 event.length > 2 ? bytes[2] : std::uint8_t{0}, event.offset);
-        }
+        takeMessage(event, synthesizer);
     }
     if (synthesizer == nullptr) {
         std::fill_n(left, frames, 0.0F);
@@ -196,6 +236,10 @@ void MIDISynthUnit::renderBlock(const float*, const float*, float* left, float* 
     }
     synthesizer->render(left, right, frames);
     voices.store(synthesizer->activeVoices(), std::memory_order_relaxed);
+    SoundChoice choice;
+    while (synthesizer->takeMissing(choice)) {
+        missing.push(choice);
+    }
 }
 
 void registerMIDISynth(const SynthesizerOptions& options, const std::optional<std::filesystem::path>& builtIn)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "services/audiograph/AUAudioUnit.h"
-#include "services/audiograph/ChannelState.h"
 #include "services/audiograph/Handoff.h"
 #include "services/synthesizer/Synthesizer.h"
+#include "wire/DeviceState.h"
 
 #include <array>
 #include <filesystem>
@@ -19,6 +19,7 @@ namespace volvelle {
 //
 // Another bank, or sounds of a large bank that have to be read first, come in a new synthesizer, made on the
 // main thread and taken over at the start of a block with the channels as they stood; what sounds then ends.
+// A sound that nobody announced is asked for while the music plays, and comes with the next housekeeping().
 class MIDISynthUnit : public AUAudioUnit {
 public:
     // The location of a bank: `data` points to a pointer to a std::filesystem::path, `size` is that of the
@@ -42,9 +43,13 @@ public:
     void prepareToPlay(std::span<const AUMIDIProgram> programs) override;
 
     void reset() noexcept override;
+    void forgetSettings() noexcept override;
+
+    // Frees what is no longer used, and fetches sounds that were missed.
+    void housekeeping() override;
 
     // The bank whose sounds play, empty for none. [main thread]
-    const std::filesystem::path& soundBank() const { return bank; }
+    std::filesystem::path soundBank() const { return bank == nullptr ? std::filesystem::path() : bank->path; }
 
     // Voices at the end of the last block. [any thread]
     int activeVoices() const { return voices.load(std::memory_order_relaxed); }
@@ -54,17 +59,21 @@ protected:
                      std::span<const AUMIDIRenderEvent> events) noexcept override;
 
 private:
+    static constexpr std::size_t maximumMissing = 256;
+
     OSStatus loadBank(const std::filesystem::path& url);
     OSStatus preloadEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2);
     OSStatus endPreload();
     bool keep(const AUMIDIProgram& program);
-    bool renew(const std::filesystem::path& from);
+    bool open(const std::filesystem::path& url);
+    bool renew(const std::shared_ptr<const BankFile>& from, std::span<const AUMIDIProgram> sounds);
+    void renewForNewSounds();
     void takeOver(Synthesizer& synthesizer) noexcept;
+    void takeMessage(const AUMIDIRenderEvent& event, Synthesizer* synthesizer) noexcept;
 
     SynthesizerOptions options;
-    std::filesystem::path bank;
-    bool readsOnDemand = false;      // sounds of the bank
-    std::vector<AUMIDIProgram> kept; // sounds that are to stay in memory
+    std::shared_ptr<const BankFile> bank; // null for none
+    std::vector<AUMIDIProgram> kept;      // sounds that are to stay in memory
     bool isPreloading = false;
     bool hasNewSounds = false; // since preloading began
 
@@ -75,8 +84,8 @@ private:
 
     std::array<BankSelect, 16> preloadBanks{};
     Handoff<Synthesizer> synthesizers;
-
-    std::array<ChannelState, 16> channels; // render thread: what the channels hold
+    BoundedQueue<SoundChoice> missing; // render thread to main thread
+    DeviceState device;                // render thread: what the messages have set
     std::atomic<int> voices{0};
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/synthesizer/BankFile.h"
+#include "services/synthesizer/SoundChoice.h"
 #include "services/synthesizer/SynthesizerOptions.h"
 
 #include <array>
@@ -19,16 +21,22 @@ namespace volvelle {
 // thread, the render thread; messages and rendering there take no lock and no memory, but for the first block
 // on a thread; the library behind it frees one small piece each time it renders.
 //
+// Each channel is one of its own and polyphonic: the modes (controllers 124 to 127) end its notes and change
+// nothing else. Controller 121 leaves parameters as they are. Any reset by system exclusive brings all
+// channels to where they were at first.
+//
 // A message acts at its offset, counted from the start of the coming block, rounded up to the next 64th frame
 // since the synthesizer was made; blocks of any size give the same sound. A message behind the block waits.
 class Synthesizer {
 public:
     static constexpr int channelCount = 16;
     static constexpr int drumChannel = 9;
-    static constexpr int messagesAtOnce = 48;
+    static constexpr int notesAtOnce = 48;
 
     // A synthesizer with the bank, or null with one plain sentence in `error`. Warnings about a bank go to
     // the log. Takes 10 to 600 ms. [any thread but the render thread]
+    static std::unique_ptr<Synthesizer> make(const std::shared_ptr<const BankFile>& bank,
+                                             const SynthesizerOptions& options, std::string& error);
     static std::unique_ptr<Synthesizer> make(const std::filesystem::path& path,
                                              const SynthesizerOptions& options, std::string& error);
 
@@ -41,7 +49,8 @@ public:
 
     // Messages; `offset` in frames, below 0 counts as 0. Data beyond seven bits are cut to them, channels to
     // four bits. Where 8,192 messages wait already a note-on is dropped; the others have as much room again,
-    // so that notes still end. Of more than messagesAtOnce for one place the rest acts 64 frames later.
+    // so that notes still end. Of more than notesAtOnce note-ons for one place, or of very many others
+    // while much sounds, the rest acts 64 frames later.
     // [render thread]
     void noteOn(int channel, int key, int velocity, int offset = 0) noexcept;
     void noteOff(int channel, int key, int offset = 0) noexcept;
@@ -57,25 +66,33 @@ public:
 
     // Ends all sounds and forgets controllers, bends, programs and what waits, at once. [render thread]
     void reset() noexcept;
-    // Ends all sounds at once, and forgets what waits. [render thread]
-    void silence() noexcept;
+
+    // Forgets tunings and what parameters have set, at once. Memory is taken where tunings were set. [render
+    // thread]
+    void forgetSettings() noexcept;
 
     // Brings the samples of a sound into memory for as long as the synthesizer lives, and changes nothing
-    // that is heard. Banks from 32 MiB read them from disk, hence: [not while another thread renders, and
-    // before the first use where it must not wait]. True where the bank has the sound, or one that stands in
-    // for it.
-    bool preload(int channel, int bankMSB, int bankLSB, int program) noexcept;
+    // that is heard. Banks from 32 MiB read them from disk, hence: [not while another thread renders]. True
+    // where the bank has the sound, or one that stands in for it. Program 0, of drums too, is there from the
+    // start.
+    bool preload(const SoundChoice& choice) noexcept;
+
+    // What a program change asked for that is not in memory, the last of each channel: the channel keeps the
+    // sound that it has until another synthesizer comes with that one. False for none. [render thread]
+    bool takeMissing(SoundChoice& choice) noexcept;
 
     // How many voices sound. [render thread]
     int activeVoices() const noexcept;
 
-    const std::filesystem::path bank;
-    const bool readsOnDemand; // the bank is large: sounds that are not preloaded are read when first used
+    const std::shared_ptr<const BankFile> bank;
+
+    // The bank is large: only sounds that are preloaded play.
+    bool readsOnDemand() const { return bank->isLarge(); }
 
 private:
     struct State;
 
-    Synthesizer(std::filesystem::path bank, bool readsOnDemand, std::unique_ptr<State> state);
+    Synthesizer(std::shared_ptr<const BankFile> bank, std::unique_ptr<State> state);
     void post(std::array<std::uint8_t, 3> bytes, int offset) noexcept;
 
     std::unique_ptr<State> state;

@@ -6,7 +6,6 @@
 #include <array>
 #include <fstream>
 #include <span>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -53,20 +52,19 @@ bool isWholeSoundFont(std::ifstream& stream, std::uintmax_t size)
 
 } // namespace
 
-bool SynthesizerBank::open(const std::filesystem::path& path, std::string& error)
+bool SynthesizerBank::open(const BankFile& file, std::string& error)
 {
-    std::error_code code;
-    const bool isFile = std::filesystem::is_regular_file(path, code);
-    const std::uintmax_t size = isFile ? std::filesystem::file_size(path, code) : 0;
-    std::ifstream stream(path, std::ios::binary);
-    if (!isFile || code || !stream) {
+    const std::filesystem::path& path = file.path;
+    const std::uintmax_t size = file.size;
+    std::ifstream stream(file.readable, std::ios::binary);
+    if (!stream) {
         error = sentence(path, "cannot be read.");
         return false;
     }
     std::array<std::uint8_t, 12> head{};
     const bool hasHead = readBytes(stream, head) && unsigned32(head, 0) == fourCharacters("RIFF");
     if (hasHead && unsigned32(head, 8) == fourCharacters("sfbk")) {
-        isLarge = size >= largeSize;
+        isLarge = file.isLarge();
         const bool isWhole = isWholeSoundFont(stream, size);
         error = isWhole ? "" : sentence(path, "is damaged.");
         return isWhole;

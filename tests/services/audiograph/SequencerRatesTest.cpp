@@ -67,7 +67,7 @@ TEST_P(SequencerRates, EventsStandAtTheirExactFrames)
     studio.start();
     EXPECT_THAT(
         studio.run(60000),
-        ElementsAreArray(joined({resetLines(place(0)),
+        ElementsAreArray(joined({resetLines(place(0), {0, 1}),
                                  {line(0, "90 3C 64"), line(8000, "91 40 46"), line(16000, "81 40 00"),
                                   line(24000, "80 3C 00"), line(24000, "90 3C 5A"), line(30000, "B0 07 50"),
                                   line(36000, "80 3C 21"), line(48000, "F0 7E 7F 09 01 F7")}})));

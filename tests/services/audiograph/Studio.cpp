@@ -1,5 +1,7 @@
 #include "tests/services/audiograph/Studio.h"
 
+#include "tests/wire/ToldState.h"
+
 #include "base/Text.h"
 
 #include <algorithm>
@@ -49,20 +51,49 @@ Lines Studio::run(std::int64_t wanted)
     return recorder->take();
 }
 
-Lines resetLines(std::int64_t frame)
+namespace {
+
+Lines at(std::int64_t frame, const Lines& messages)
 {
     Lines lines;
-    const std::string begin = std::to_string(frame) + ": ";
-    for (int channel = 0; channel < 16; ++channel) {
-        const std::string digit(1, "0123456789ABCDEF"[channel]);
-        for (const char* rest :
-             {"B# 78 00", "B# 79 00", "E# 00 40", "B# 07 64", "B# 0A 40", "B# 00 00", "B# 20 00", "C# 00"}) {
-            std::string line = begin + rest;
-            line.replace(line.find('#'), 1, digit);
-            lines.push_back(line);
-        }
+    for (const std::string& message : messages) {
+        lines.push_back(std::to_string(frame) + ": " + message);
     }
     return lines;
+}
+
+} // namespace
+
+Lines stateLines(std::int64_t frame, int channel, const std::vector<ShortMessage>& messages)
+{
+    ChannelState state;
+    for (const ShortMessage& message : messages) {
+        state.apply(message);
+    }
+    return at(frame, told(state, channel));
+}
+
+Lines resetLines(std::int64_t frame, const std::vector<int>& channels)
+{
+    Lines lines;
+    for (const int channel : channels) {
+        const auto status = static_cast<std::uint8_t>(0xB0 + channel);
+        lines = joined({lines, at(frame, {hexLine({status, 120, 0})})});
+    }
+    for (const int channel : channels) {
+        lines = joined({lines, stateLines(frame, channel)});
+    }
+    return lines;
+}
+
+Lines releaseLines(std::int64_t frame, int channel, bool all)
+{
+    const auto status = static_cast<std::uint8_t>(0xB0 + channel);
+    Lines messages{hexLine({status, 64, 0}), hexLine({status, 66, 0}), hexLine({status, 69, 0})};
+    if (all) {
+        messages.push_back(hexLine({status, 123, 0}));
+    }
+    return at(frame, messages);
 }
 
 std::string blockName(const testing::TestParamInfo<int>& block)

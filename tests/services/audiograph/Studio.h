@@ -4,6 +4,7 @@
 #include "services/audiograph/AVAudioSequencer.h"
 #include "tests/services/audiograph/Song.h"
 #include "tests/services/audiograph/TestUnits.h"
+#include "wire/ShortMessage.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -41,8 +42,14 @@ struct Studio {
     std::vector<float> right;
 };
 
-// What a start at 0 sends to a destination.
-Lines resetLines(std::int64_t frame);
+// What brings a channel to where the messages have it, or to where it is at first.
+Lines stateLines(std::int64_t frame, int channel, const std::vector<ShortMessage>& messages = {});
+
+// What a start at 0 sends to a destination of which these channels are in use.
+Lines resetLines(std::int64_t frame, const std::vector<int>& channels = {0});
+
+// Pedals up, and with `all` notes off.
+Lines releaseLines(std::int64_t frame, int channel, bool all = true);
 
 // All of `parts`, one behind the other.
 Lines joined(const std::vector<Lines>& parts);

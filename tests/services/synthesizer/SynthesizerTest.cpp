@@ -162,10 +162,10 @@ TEST_F(SynthesizerTest, PreloadingChangesNothingThatIsHeard)
     auto other = drySynthesizer(builtInBank());
     other->reset();
     other->program(0, 40);
-    EXPECT_TRUE(other->preload(0, 0, 0, 73));
-    EXPECT_TRUE(other->preload(0, 0, 0, 73));
-    EXPECT_TRUE(other->preload(9, 0, 0, 0));
-    EXPECT_TRUE(other->preload(3, 99, 1, 5));
+    EXPECT_TRUE(other->preload({0, 0, 0, 73}));
+    EXPECT_TRUE(other->preload({0, 0, 0, 73}));
+    EXPECT_TRUE(other->preload({9, 0, 0, 0}));
+    EXPECT_TRUE(other->preload({3, 99, 1, 5}));
     EXPECT_TRUE(isSilent(renderFrames(*other, 4096)));
     other->noteOn(0, 60, 100);
     other->noteOff(0, 60, 24000);
@@ -190,21 +190,6 @@ TEST_F(SynthesizerTest, ResettingForgetsSoundsProgramsAndWhatWaits)
     dry->reset();
     renderFrames(*dry, 64);
     EXPECT_TRUE(isSilent(renderFrames(*dry, 4096)));
-}
-
-TEST_F(SynthesizerTest, SilencingKeepsThePrograms)
-{
-    dry->program(0, 19);
-    const Stereo organ = renderNote(*dry, {.program = 19});
-    dry->noteOn(0, 72, 127);
-    renderFrames(*dry, 4096);
-    dry->silence();
-    renderFrames(*dry, 4096);
-    EXPECT_EQ(dry->activeVoices(), 0);
-    dry->noteOn(0, 60, 100);
-    const auto heard = pitch(renderFrames(*dry, 24000), 6000, 12000, frequencyOf(60));
-    EXPECT_TRUE(heard);
-    EXPECT_GT(level(organ, 0, 24000), -60.0);
 }
 
 TEST_F(SynthesizerTest, TakesSystemExclusiveMessages)
@@ -329,7 +314,7 @@ TEST(SynthesizerMaking, TakesTheSoundFontItselfToo)
     }
     auto synthesizer = drySynthesizer(sourceBank());
     ASSERT_TRUE(synthesizer);
-    EXPECT_EQ(synthesizer->bank, sourceBank());
+    EXPECT_EQ(synthesizer->bank->path, sourceBank());
     const auto heard = pitch(renderNote(*synthesizer, {.key = 69}), 6000, 12000, 440.0);
     ASSERT_TRUE(heard);
     EXPECT_NEAR(cents(*heard, 440.0), 0.0, 2.0);

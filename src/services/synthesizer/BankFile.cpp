@@ -1,0 +1,109 @@
+#include "services/synthesizer/BankFile.h"
+
+#include "base/Console.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int none = -1;
+constexpr std::size_t copiedAtOnce = std::size_t{64} << 20U; // bytes
+
+// A file without a name, on a disk where there is one.
+int unnamedFile()
+{
+    std::error_code code;
+    for (const fs::path& folder : {fs::path("/var/tmp"), fs::temp_directory_path(code)}) {
+        const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (file != none) {
+            return file;
+        }
+    }
+    return memfd_create("bank", MFD_CLOEXEC);
+}
+
+bool copyAll(int from, int to, std::uintmax_t size)
+{
+    if (ioctl(to, FICLONE, from) == 0) {
+        return true;
+    }
+    off_t place = 0;
+    while (static_cast<std::uintmax_t>(place) < size) {
+        const auto wanted = std::min<std::uintmax_t>(size - static_cast<std::uintmax_t>(place), copiedAtOnce);
+        if (sendfile(to, from, &place, wanted) <= 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Of the whole file, else none.
+int privateCopy(int from, std::uintmax_t size)
+{
+    const int copy = unnamedFile();
+    if (copy != none && !copyAll(from, copy, size)) {
+        close(copy);
+        return none;
+    }
+    return copy;
+}
+
+fs::path readablePath(const fs::path& path, int descriptor)
+{
+    return descriptor == none ? path : fs::path(concat("/proc/self/fd/", descriptor));
+}
+
+} // namespace
+
+BankFile::BankFile(fs::path asked, int opened, std::uintmax_t bytes)
+    : path(std::move(asked)), readable(readablePath(path, opened)), size(bytes), descriptor(opened)
+{
+}
+
+BankFile::~BankFile()
+{
+    if (descriptor != none) {
+        close(descriptor);
+    }
+}
+
+std::shared_ptr<const BankFile> BankFile::open(const fs::path& path, std::string& error)
+{
+    struct stat about{};
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file == none || fstat(file, &about) != 0 || !S_ISREG(about.st_mode)) {
+        if (file != none) {
+            close(file);
+        }
+        error = concat("The sound bank \"", path.string(), "\" cannot be read.");
+        return nullptr;
+    }
+    const auto size = static_cast<std::uintmax_t>(about.st_size);
+    if (size < largeSize) {
+        close(file);
+        return std::shared_ptr<const BankFile>(new BankFile(path, none, size));
+    }
+    const int copy = privateCopy(file, size);
+    if (copy == none) {
+        debugprint(concat("There is no room for a copy of the sound bank \"", path.string(),
+                          "\": it must not change while it is used."));
+        return std::shared_ptr<const BankFile>(new BankFile(path, file, size));
+    }
+    close(file);
+    return std::shared_ptr<const BankFile>(new BankFile(path, copy, size));
+}
+
+} // namespace volvelle

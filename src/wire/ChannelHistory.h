@@ -1,0 +1,68 @@
+#pragma once
+
+#include "wire/DeviceChannels.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+namespace volvelle {
+
+// What a device holds at any time of a piece that it plays from the start: the states of its channels and the
+// system exclusive messages that count. Found in a few microseconds however long the piece is. Filled on one
+// thread, then only read.
+class ChannelHistory {
+public:
+    // The next channel message; times never decrease.
+    void add(double seconds, const ShortMessage& message);
+
+    // The next system exclusive message, whole, known to the caller by a number. One without a lasting effect
+    // is passed over.
+    void addExclusive(double seconds, std::span<const std::uint8_t> message, std::uint32_t number);
+
+    // What the messages before `seconds` have set. [any thread]
+    void find(double seconds, DeviceChannels& channels) const noexcept;
+
+    // Calls visit(number) for the exclusives before `seconds` that still count, in their order. [any thread]
+    template <typename Visit>
+    void forEachExclusive(double seconds, Visit&& visit) const
+    {
+        const std::size_t count = exclusivesBefore(seconds);
+        for (std::size_t i = count == 0 ? 0 : exclusives[count - 1].lastReset; i < count; ++i) {
+            if (exclusives[i].replacedBy >= count) {
+                visit(exclusives[i].number);
+            }
+        }
+    }
+
+private:
+    static constexpr std::size_t stride = 1024; // messages from one snapshot to the next
+
+    // A channel message, or, where the first byte is 0, what an exclusive does to the channels.
+    struct Message {
+        double seconds = 0.0;
+        ShortMessage bytes{};
+        ExclusiveChange change;
+    };
+
+    struct Exclusive {
+        double seconds = 0.0;
+        std::size_t lastReset = 0;  // index of the last one up to this, 0 for none
+        std::size_t replacedBy = 0; // index of the one that sets the same; behind all for none
+        std::uint32_t number = 0;
+    };
+
+    void append(const Message& message);
+    static void apply(const Message& message, DeviceChannels& channels) noexcept;
+    std::size_t exclusivesBefore(double seconds) const noexcept;
+
+    std::vector<Message> messages;
+    std::vector<DeviceChannels> snapshots; // one before each stride of messages
+    DeviceChannels latest;                 // behind all messages
+    std::vector<Exclusive> exclusives;
+    std::unordered_map<std::uint64_t, std::size_t> lastOfKey; // index of the last exclusive with a key
+};
+
+} // namespace volvelle

@@ -1,0 +1,304 @@
+#include "wire/ChannelState.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+namespace {
+
+constexpr int bankHigh = 0;
+constexpr int bankLow = 32;
+constexpr int dataHigh = 6;
+constexpr int dataLow = 38;
+constexpr int portamentoKey = 84;
+constexpr int freeNumberLow = 98; // of a parameter that is not registered
+constexpr int freeNumberHigh = 99;
+constexpr int numberLow = 100;
+constexpr int numberHigh = 101;
+constexpr int firstMode = 120;
+constexpr int resetAll = 121;
+constexpr int localControl = 122;
+constexpr int mono = 126;
+constexpr int poly = 127;
+constexpr std::uint16_t tuningProgram = 3;
+constexpr std::uint16_t tuningBankSelect = 4;
+
+bool isBank(int number)
+{
+    return number == bankHigh || number == bankLow;
+}
+
+bool isParameter(int number)
+{
+    return number == dataHigh || number == dataLow || (number >= 96 && number <= numberHigh);
+}
+
+bool isSelection(int number)
+{
+    return number >= freeNumberLow && number <= numberHigh;
+}
+
+// What controller 121 leaves as it is.
+bool survivesReset(int number)
+{
+    constexpr std::array<int, 6> placed{7, 8, 10, 39, 40, 42}; // volume, balance and pan
+    return isBank(number) || std::ranges::find(placed, number) != placed.end() ||
+           (number >= 70 && number <= 79) || (number >= 91 && number <= 95) || number >= firstMode;
+}
+
+std::int8_t afterReset(int number)
+{
+    const bool isExpression = number == 11 || number == 43;
+    return isExpression || isSelection(number) ? 127 : number == portamentoKey ? -1 : 0;
+}
+
+// Tells a device its parameters, and keeps track of what controller 38 stands at there.
+class ParameterTelling {
+public:
+    ParameterTelling(int channel, ChannelMessages& told) : control(0xB0 | channel), messages(told) {}
+
+    void select(std::uint16_t number)
+    {
+        const bool isFree = (number & ChannelParameter::notRegistered) != 0;
+        messages.add(control, isFree ? freeNumberHigh : numberHigh, number >> 7 & 0x7F);
+        messages.add(control, isFree ? freeNumberLow : numberLow, number & 0x7F);
+    }
+
+    // Without a change of any parameter.
+    void bringLow(int value)
+    {
+        if (value != low) {
+            select(ChannelParameter::none);
+            data(dataLow, value);
+        }
+    }
+
+    void tell(const ChannelParameter& parameter)
+    {
+        const bool isLowFirst = parameter.low == parameter.lowBefore;
+        if (!isLowFirst && parameter.high != ChannelParameter::unset) {
+            bringLow(parameter.lowBefore);
+        }
+        select(parameter.number);
+        if (isLowFirst) {
+            data(dataLow, parameter.low);
+        }
+        data(dataHigh, parameter.high);
+        if (!isLowFirst) {
+            data(dataLow, parameter.low);
+        }
+    }
+
+private:
+    void data(int number, int value)
+    {
+        if (value != ChannelParameter::unset) {
+            messages.add(control, number, value);
+            low = number == dataLow ? value : low;
+        }
+    }
+
+    const int control;
+    ChannelMessages& messages;
+    int low = 0;
+};
+
+} // namespace
+
+std::array<std::int8_t, 128> ChannelState::usualControllers() noexcept
+{
+    std::array<std::int8_t, 128> result{};
+    for (int number = 0; number < firstMode; ++number) {
+        result[static_cast<std::size_t>(number)] = survivesReset(number) ? 0 : afterReset(number);
+    }
+    result[7] = 100;
+    result[8] = 64;
+    result[10] = 64;
+    std::fill(result.begin() + 70, result.begin() + 80, std::int8_t{64});
+    std::fill(result.begin() + firstMode, result.end(), unset);
+    return result;
+}
+
+void ChannelState::apply(const ShortMessage& message) noexcept
+{
+    const auto first = static_cast<std::int8_t>(message[1] & 0x7F);
+    const auto second = static_cast<std::int8_t>(message[2] & 0x7F);
+    switch (kindOf(message)) {
+    case 0x90:
+        if (isNoteOn(message)) {
+            controllers[portamentoKey] = unset;
+        }
+        break;
+    case 0xA0:
+        keyPressures[static_cast<std::size_t>(first)] = static_cast<std::uint8_t>(second);
+        break;
+    case 0xB0:
+        applyController(first, second);
+        break;
+    case 0xC0:
+        program = first;
+        programBankHigh = controllers[bankHigh];
+        programBankLow = controllers[bankLow];
+        break;
+    case 0xD0:
+        pressure = first;
+        break;
+    case 0xE0:
+        bend = static_cast<std::int16_t>(second << 7 | first);
+        break;
+    default:
+        break;
+    }
+}
+
+void ChannelState::applyController(int number, std::int8_t value) noexcept
+{
+    if (number == resetAll) {
+        return resetControllers();
+    }
+    if (number == mono || number == poly) {
+        mode = static_cast<std::int8_t>(number);
+    }
+    if (isSelection(number)) {
+        selectsRegistered = number >= numberLow;
+    }
+    if (number == dataHigh || number == dataLow) {
+        applyData(number, value);
+    }
+    if (number < firstMode || number >= mono) {
+        controllers[static_cast<std::size_t>(number)] = value;
+    }
+}
+
+std::uint16_t ChannelState::selected() const noexcept
+{
+    const int high = selectsRegistered ? numberHigh : freeNumberHigh;
+    const int number = controller(high) << 7 | controller(high - 1);
+    const bool isNone = number == ChannelParameter::none;
+    return static_cast<std::uint16_t>(isNone || selectsRegistered ? number
+                                                                  : number | ChannelParameter::notRegistered);
+}
+
+void ChannelState::applyData(int number, std::int8_t value) noexcept
+{
+    const std::uint16_t chosen = selected();
+    if (chosen == ChannelParameter::none) {
+        return;
+    }
+    if (number == dataHigh && chosen == tuningProgram) {
+        tuningBank = std::max<std::int8_t>(parameter(tuningBankSelect).high, 0);
+    }
+    ChannelParameter& changed = parameter(chosen);
+    if (number == dataLow) {
+        changed.low = value;
+        return;
+    }
+    changed.high = value;
+    changed.lowBefore = controllers[dataLow];
+}
+
+ChannelParameter& ChannelState::parameter(std::uint16_t number) noexcept
+{
+    const auto end = parameters.begin() + static_cast<std::ptrdiff_t>(parameterCount);
+    const auto found = std::find_if(
+        parameters.begin(), end, [number](const ChannelParameter& known) { return known.number == number; });
+    if (found != end) {
+        return *found;
+    }
+    if (parameterCount == parameters.size()) {
+        const auto first = parameters.begin() + usualParameters;
+        std::move(first + 1, parameters.end(), first);
+        --parameterCount;
+    }
+    parameters[parameterCount] = {};
+    parameters[parameterCount].number = number;
+    return parameters[parameterCount++];
+}
+
+void ChannelState::endTuningProgram() noexcept
+{
+    parameter(tuningProgram).high = unset;
+    parameter(tuningProgram).low = unset;
+}
+
+void ChannelState::resetControllers() noexcept
+{
+    for (int number = 0; number < firstMode; ++number) {
+        if (!survivesReset(number)) {
+            controllers[static_cast<std::size_t>(number)] = afterReset(number);
+        }
+    }
+    keyPressures = {};
+    bend = 0x2000;
+    pressure = 0;
+    selectsRegistered = true;
+}
+
+void ChannelState::tell(int channel, ChannelMessages& messages) const noexcept
+{
+    messages.add(0xB0 | channel, resetAll, 0);
+    tellProgram(channel, messages);
+    tellControllers(channel, messages);
+    tellParameters(channel, messages);
+    tellPressures(channel, messages);
+}
+
+void ChannelState::tellProgram(int channel, ChannelMessages& messages) const noexcept
+{
+    const int control = 0xB0 | channel;
+    messages.add(control, bankHigh, programBankHigh);
+    messages.add(control, bankLow, programBankLow);
+    messages.add(0xC0 | channel, program, 0);
+    if (controllers[bankHigh] != programBankHigh) {
+        messages.add(control, bankHigh, controllers[bankHigh]);
+    }
+    if (controllers[bankLow] != programBankLow) {
+        messages.add(control, bankLow, controllers[bankLow]);
+    }
+}
+
+void ChannelState::tellControllers(int channel, ChannelMessages& messages) const noexcept
+{
+    for (int number = 1; number < firstMode; ++number) {
+        const bool isSure = !survivesReset(number) && controller(number) == afterReset(number);
+        if (!isSure && !isBank(number) && !isParameter(number)) {
+            messages.add(0xB0 | channel, number, controller(number));
+        }
+    }
+    if (mode != unset) {
+        messages.add(0xB0 | channel, mode, controller(mode));
+    }
+}
+
+void ChannelState::tellParameters(int channel, ChannelMessages& messages) const noexcept
+{
+    ParameterTelling telling(channel, messages);
+    for (const ChannelParameter& told : std::span(parameters).first(parameterCount)) {
+        if (told.high == unset && told.low == unset) {
+            continue;
+        }
+        if (told.number == tuningProgram) {
+            telling.tell({tuningBankSelect, tuningBank, 0, unset});
+        }
+        telling.tell(told);
+    }
+    telling.bringLow(controllers[dataLow]);
+    telling.select(selected());
+}
+
+void ChannelState::tellPressures(int channel, ChannelMessages& messages) const noexcept
+{
+    if (bend != 0x2000) {
+        messages.add(0xE0 | channel, bend & 0x7F, bend >> 7);
+    }
+    if (pressure != 0) {
+        messages.add(0xD0 | channel, pressure, 0);
+    }
+    for (int key = 0; key < 128; ++key) {
+        if (keyPressures[static_cast<std::size_t>(key)] != 0) {
+            messages.add(0xA0 | channel, key, keyPressures[static_cast<std::size_t>(key)]);
+        }
+    }
+}
+
+} // namespace volvelle

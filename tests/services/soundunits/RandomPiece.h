@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/services/audiograph/Song.h"
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+namespace volvelle::test {
+
+// Lays random messages that set something into a song: all controllers, parameters, programs and banks,
+// pressures, bends, resets, tunings and other settings by system exclusive, on channels 0, 1 and 9.
+class RandomPiece {
+public:
+    explicit RandomPiece(unsigned seed) : random(seed) {}
+
+    // So many of them at random from `begin` up to `end` beats, in order.
+    void addStates(Song& song, double begin, double end, int count);
+
+    // A note of each channel each quarter beat.
+    void addNotes(Song& song, double begin, double end);
+
+private:
+    static constexpr int channels[] = {0, 1, 9};
+
+    int below(int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); }
+
+    void addState(Song& song, double beat);
+    void addParameter(Song& song, double beat, int channel);
+    void addExclusive(Song& song, double beat);
+
+    std::mt19937 random;
+};
+
+} // namespace volvelle::test
