@@ -48,13 +48,18 @@ std::span<const MusicEvent> MusicEventList::all()
     return events;
 }
 
+std::span<const MusicEvent> MusicEventList::allWithMarked()
+{
+    order();
+    return events;
+}
+
 void MusicEventList::eraseRun(std::size_t first, std::size_t last)
 {
-    for (std::size_t i = first; i < last; ++i) {
+    for (std::size_t i = live(first); i < last; i = live(i + 1)) {
         mark(events[i]);
     }
-    dropMarkedEnd();
-    compact();
+    settleDeletions();
 }
 
 void MusicEventList::shiftFrom(std::size_t first, double by, double floor)
@@ -128,10 +133,7 @@ void MusicEventList::erase(EventCursor& cursor)
         return;
     }
     mark(events[cursor.index]);
-    dropMarkedEnd();
-    if (markedCount > 32 && markedCount > events.size() / 2) {
-        compact();
-    }
+    settleDeletions();
     settle(cursor);
 }
 

@@ -12,8 +12,8 @@
 namespace volvelle {
 
 // The events of a track by time, equal times in the order of entry. Additions that are in order cost nothing;
-// others are sorted in at the next reading. Deletions mark, and compact once half of the events are marked.
-// Every reading operation sorts first. [the sequence's thread]
+// others are sorted in at the next reading. Deletions mark, and compact once half of the events are marked;
+// the last event is never a marked one. Every reading operation sorts first. [the sequence's thread]
 class MusicEventList {
 public:
     MusicEventList() = default;
@@ -42,20 +42,23 @@ public:
     // All events that live, none of them marked.
     std::span<const MusicEvent> all();
 
+    // All events, the marked ones among them; a marked one keeps its time.
+    std::span<const MusicEvent> allWithMarked();
+
     // The record of an event of this list, or of a copy of it.
     const void* payload(const MusicEvent& event) const
     {
         return event.isInline() ? &event.payload : arena.at(event.payload);
     }
 
-    // MARK: Runs of events, by the indices of all()
+    // MARK: Runs of events, by the indices of allWithMarked()
 
     void eraseRun(std::size_t first, std::size_t last);
 
     // Adds `by` to the times from `first` on, but lets none come before `floor`.
     void shiftFrom(std::size_t first, double by, double floor);
 
-    // Adds `by` to the times of the run, which then stands behind what stands there.
+    // Adds `by` to the times of the run, which then stands behind what stands there. By the indices of all().
     void moveRun(std::size_t first, std::size_t last, double by);
 
     // MARK: Cursors
@@ -85,9 +88,11 @@ private:
     void sortTail();
     void moveCursorsForTail();
     void unskipFrom(std::size_t index);
+    void settleDeletions();
     void compact();
+    void moveCursorsForCompaction();
     void compactArena();
-    void dropMarkedEnd();
+    void shorten(std::size_t count);
     void mark(MusicEvent& event);
     std::size_t live(std::size_t index);
     void settle(EventCursor& cursor);

@@ -6,6 +6,7 @@ namespace volvelle {
 
 namespace {
 
+constexpr auto isMarked = [](const MusicEvent& event) { return event.isDeleted(); };
 constexpr auto earlier = [](const MusicEvent& a, const MusicEvent& b) { return a.time < b.time; };
 
 } // namespace
@@ -22,7 +23,6 @@ void MusicEventList::order()
     unskipFrom(static_cast<std::size_t>(from - events.begin()));
     std::inplace_merge(from, middle, events.end(), earlier);
     sortedCount = events.size();
-    dropMarkedEnd();
 }
 
 void MusicEventList::sortTail()
@@ -37,6 +37,7 @@ void MusicEventList::moveCursorsForTail()
 {
     const auto middle = events.begin() + static_cast<std::ptrdiff_t>(sortedCount);
     for (EventCursor* cursor : cursors) {
+        settle(*cursor);
         if (cursor->index == EventCursor::behindEnd) {
             continue;
         }
@@ -64,35 +65,65 @@ void MusicEventList::unskipFrom(std::size_t index)
     }
 }
 
+// Deletions end here: none is left behind the last live event, and they are taken out once they are many.
+void MusicEventList::settleDeletions()
+{
+    std::size_t count = events.size();
+    while (count > 0 && events[count - 1].isDeleted()) {
+        --count;
+    }
+    markedCount -= events.size() - count;
+    shorten(count);
+    if (markedCount > 32 && markedCount > events.size() / 2) {
+        compact();
+    }
+    compactArena();
+}
+
+// The one place where the list gets shorter: what stood behind the new end is behind it for good.
+void MusicEventList::shorten(std::size_t count)
+{
+    if (count == events.size()) {
+        return;
+    }
+    events.erase(events.begin() + static_cast<std::ptrdiff_t>(count), events.end());
+    sortedCount = std::min(sortedCount, count);
+    for (EventCursor* cursor : cursors) {
+        cursor->index = cursor->index < count ? cursor->index : EventCursor::behindEnd;
+    }
+}
+
 void MusicEventList::compact()
 {
     if (markedCount == 0) {
         return;
     }
+    moveCursorsForCompaction();
+    const auto kept = std::remove_if(events.begin(), events.end(), isMarked);
+    markedCount = 0;
+    shorten(static_cast<std::size_t>(kept - events.begin()));
+}
+
+void MusicEventList::moveCursorsForCompaction()
+{
     for (EventCursor* cursor : cursors) {
         settle(*cursor);
     }
     std::vector<EventCursor*> waiting = cursors;
     std::ranges::sort(waiting, {}, &EventCursor::index);
-    auto cursor = waiting.begin();
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < events.size(); ++i) {
-        for (; cursor != waiting.end() && (*cursor)->index == i; ++cursor) {
-            (*cursor)->index = kept;
+    std::size_t passed = 0;
+    std::size_t marked = 0;
+    for (EventCursor* cursor : waiting) {
+        for (; cursor->index != EventCursor::behindEnd && passed < cursor->index; ++passed) {
+            marked += events[passed].isDeleted() ? 1U : 0U;
         }
-        if (!events[i].isDeleted()) {
-            events[kept++] = events[i];
-        }
+        cursor->index -= cursor->index == EventCursor::behindEnd ? 0 : marked;
     }
-    events.resize(kept);
-    sortedCount = kept;
-    markedCount = 0;
-    compactArena();
 }
 
 void MusicEventList::compactArena()
 {
-    if (wastedWords <= arena.wordCount() / 2) {
+    if (wastedWords <= std::max(events.size(), arena.wordCount() / 2)) {
         return;
     }
     PayloadArena kept;
@@ -103,16 +134,6 @@ void MusicEventList::compactArena()
     }
     arena = std::move(kept);
     wastedWords = 0;
-}
-
-// The last event always lives, so that whether one follows is told by the count alone.
-void MusicEventList::dropMarkedEnd()
-{
-    while (!events.empty() && events.back().isDeleted()) {
-        events.pop_back();
-        --markedCount;
-    }
-    sortedCount = std::min(sortedCount, events.size());
 }
 
 void MusicEventList::mark(MusicEvent& event)

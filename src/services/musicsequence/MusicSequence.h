@@ -259,8 +259,11 @@ OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const 
 
 // MARK: Walking a track
 
-// An iterator on the first event. It stays usable whatever happens to the track: it keeps to its event, goes
-// to the following one where that is deleted, and stays behind the end once it is there.
+// An iterator on the first event; on an empty track it is behind the end. Through all edits it keeps to its
+// event, wherever that moves; where the event is deleted it goes to the one that followed, and behind the end
+// where none did. Once behind the end it stays there, whatever is added. A load puts the iterators of the
+// tempo track behind the end. The iterators of a track that left its sequence answer
+// kAudioToolboxErr_NoSequence.
 OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
 OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
 

@@ -10,7 +10,7 @@ namespace volvelle {
 
 namespace {
 
-// The events of a span, as indices of all(), and what speaks against the span.
+// The events of a span, as indices of allWithMarked(), and what speaks against the span.
 struct Run {
     OSStatus status = noErr;
     std::size_t first = 0;
@@ -33,7 +33,7 @@ Run runOf(const MusicTrack& track, double start, double end)
     if (!isValidTime(start) || !isValidTime(end) || end < start) {
         return {kAudioToolboxErr_InvalidEventType};
     }
-    const auto events = track->events.all();
+    const auto events = track->events.allWithMarked();
     const std::size_t first = firstAt(events, start);
     if (start == end) {
         return {noErr, first, first};
@@ -41,25 +41,38 @@ Run runOf(const MusicTrack& track, double start, double end)
     return {noErr, first, end >= track->length ? events.size() : firstAt(events, end)};
 }
 
-OSStatus destinationStatus(const MusicTrack& source, const Run& run, const MusicTrack& destination,
-                           double start, double at)
+// The same as indices of all().
+Run unmarkedRunOf(const MusicTrack& track, double start, double end)
 {
-    if (destination == nullptr || destination->sequence == nullptr) {
-        return kAudioToolboxErr_NoSequence;
+    if (track != nullptr) {
+        track->events.all();
     }
-    const auto events = source->events.all().subspan(run.first, run.last - run.first);
-    if (!isValidTime(at) || (!events.empty() && !std::isfinite(at + (events.back().time - start)))) {
-        return kAudioToolboxErr_InvalidEventType;
-    }
-    const auto isTempo = [](const MusicEvent& event) { return event.type == kMusicEventType_ExtendedTempo; };
-    const bool isRefused = !destination->isTempoTrack() && std::ranges::any_of(events, isTempo);
-    return isRefused ? kAudioToolboxErr_IllegalTrackDestination : noErr;
+    return runOf(track, start, end);
 }
 
 std::vector<MusicEvent> copyOf(const MusicTrack& track, const Run& run)
 {
-    const auto events = track->events.all().subspan(run.first, run.last - run.first);
-    return {events.begin(), events.end()};
+    std::vector<MusicEvent> copies;
+    for (const MusicEvent& event : track->events.allWithMarked().subspan(run.first, run.last - run.first)) {
+        if (!event.isDeleted()) {
+            copies.push_back(event);
+        }
+    }
+    return copies;
+}
+
+OSStatus destinationStatus(const std::vector<MusicEvent>& copies, const MusicTrack& destination, double start,
+                           double at)
+{
+    if (destination == nullptr || destination->sequence == nullptr) {
+        return kAudioToolboxErr_NoSequence;
+    }
+    if (!isValidTime(at) || (!copies.empty() && !std::isfinite(at + (copies.back().time - start)))) {
+        return kAudioToolboxErr_InvalidEventType;
+    }
+    const auto isTempo = [](const MusicEvent& event) { return event.type == kMusicEventType_ExtendedTempo; };
+    const bool isRefused = !destination->isTempoTrack() && std::ranges::any_of(copies, isTempo);
+    return isRefused ? kAudioToolboxErr_IllegalTrackDestination : noErr;
 }
 
 void append(const std::vector<MusicEvent>& copies, const MusicTrack& source, double start,
@@ -90,8 +103,8 @@ OSStatus MusicTrackCut(const MusicTrack& track, double start, double end)
     if (run.status != noErr || start == end) {
         return run.status;
     }
-    track->events.eraseRun(run.first, run.last);
     track->events.shiftFrom(run.first, start - end, start);
+    track->events.eraseRun(run.first, run.last);
     track->length = track->length > start ? std::max(start, track->length - (end - start)) : track->length;
     return noErr;
 }
@@ -104,16 +117,16 @@ OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end
     if (run.status != noErr) {
         return run.status;
     }
-    if (const OSStatus status = destinationStatus(source, run, destination, start, at); status != noErr) {
+    const std::vector<MusicEvent> copies = copyOf(source, run);
+    if (const OSStatus status = destinationStatus(copies, destination, start, at); status != noErr) {
         return status;
     }
     const double span = end - start;
-    const auto standing = destination->events.all();
+    const auto standing = destination->events.allWithMarked();
     if (!std::isfinite(destination->length + span) ||
         (!standing.empty() && !std::isfinite(standing.back().time + span))) {
         return kAudioToolboxErr_InvalidEventType;
     }
-    const std::vector<MusicEvent> copies = copyOf(source, run);
     destination->events.shiftFrom(firstAt(standing, at), span, at);
     destination->length += span;
     append(copies, source, start, destination, at);
@@ -128,9 +141,10 @@ OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, con
     if (run.status != noErr) {
         return run.status;
     }
-    const OSStatus status = destinationStatus(source, run, destination, start, at);
+    const std::vector<MusicEvent> copies = copyOf(source, run);
+    const OSStatus status = destinationStatus(copies, destination, start, at);
     if (status == noErr) {
-        append(copyOf(source, run), source, start, destination, at);
+        append(copies, source, start, destination, at);
     }
     return status;
 }
@@ -138,7 +152,7 @@ OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, con
 OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by)
 {
     VOLVELLE_FAULT_POINT(MusicTrackMoveEvents);
-    const Run run = runOf(track, start, end);
+    const Run run = unmarkedRunOf(track, start, end);
     if (run.status != noErr) {
         return run.status;
     }

@@ -151,6 +151,45 @@ TEST_F(MusicEventIterators, AnIteratorBehindTheEndStaysThere)
     EXPECT_FALSE(hasCurrent(iterator));
 }
 
+TEST_F(MusicEventIterators, AnIteratorOnADeletedLastEventStaysBehindTheEnd)
+{
+    addBeats(3);
+    const MusicEventIterator iterator = iteratorOf(track);
+    const MusicEventIterator eraser = iteratorOf(track);
+    for (const MusicEventIterator& each : {iterator, eraser}) {
+        EXPECT_EQ(MusicEventIteratorNextEvent(each), noErr);
+        EXPECT_EQ(MusicEventIteratorNextEvent(each), noErr);
+    }
+    EXPECT_EQ(MusicEventIteratorDeleteEvent(eraser), noErr);
+    addNote(track, 9.0, 60);
+    EXPECT_FALSE(hasCurrent(iterator));
+    EXPECT_FALSE(hasCurrent(eraser));
+}
+
+TEST_F(MusicEventIterators, AnIteratorOnAClearedTrackStaysBehindTheEnd)
+{
+    addBeats(100);
+    const MusicEventIterator iterator = iteratorOf(track);
+    for (int i = 0; i < 98; ++i) {
+        EXPECT_EQ(MusicEventIteratorNextEvent(iterator), noErr);
+    }
+    EXPECT_EQ(MusicTrackClear(track, 0.0, 200.0), noErr);
+    addNote(track, 1.0, 60);
+    addNote(track, 0.0, 60);
+    EXPECT_FALSE(hasCurrent(iterator));
+    EXPECT_EQ(MusicEventIteratorNextEvent(iterator), kAudioToolboxErr_EndOfTrack);
+}
+
+TEST_F(MusicEventIterators, AnIteratorOnADeletedEventStandsOnTheOneThatFollowedWhateverComesBetween)
+{
+    addBeats(4);
+    const MusicEventIterator iterator = iteratorOf(track);
+    EXPECT_EQ(MusicEventIteratorNextEvent(iterator), noErr);
+    EXPECT_EQ(MusicTrackClear(track, 1.0, 2.0), noErr);
+    addNote(track, 1.5, 60);
+    EXPECT_EQ(timeOf(iterator), 2.0);
+}
+
 TEST_F(MusicEventIterators, AnIteratorSeesWhatIsSortedInBehindDeletedEvents)
 {
     addBeats(6);
