@@ -34,7 +34,12 @@ public:
     // Adds an event whose record is 0; the caller fills it before the next change.
     void* appendBlank(double time, MusicEventType type, std::uint32_t size);
 
-    void reserve(std::size_t count) { events.reserve(count); }
+    // Prepares for so many events, and for records of so many words that do not stand in their events.
+    void reserve(std::size_t count, std::size_t words)
+    {
+        events.reserve(count);
+        arena.reserve(words);
+    }
 
     // Takes over the events of `other`; the cursors of this list then stand behind the end.
     void replace(MusicEventList& other);

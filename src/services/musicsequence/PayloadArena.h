@@ -17,6 +17,8 @@ public:
     // The same, filled from `record`, which may stand in this arena.
     std::uint64_t add(std::size_t size, const void* record, std::size_t recordSize);
 
+    void reserve(std::size_t wordCount) { words.reserve(wordCount); }
+
     void* at(std::uint64_t place) { return words.data() + place; }
 
     const void* at(std::uint64_t place) const { return words.data() + place; }

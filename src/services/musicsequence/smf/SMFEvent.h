@@ -1,5 +1,11 @@
 #pragma once
 
+#include "services/musicsequence/MusicEvent.h"
+#include "services/musicsequence/MusicSequence.h"
+#include "services/musicsequence/PayloadArena.h"
+
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace volvelle {
@@ -25,6 +31,33 @@ struct SMFEvent {
     std::uint8_t data2 = 0;
 
     bool isOfChannel() const { return kind == SMFEventKind::note || kind == SMFEventKind::message; }
+
+    // The bytes of the record that it becomes in a track.
+    std::size_t recordSize() const
+    {
+        switch (kind) {
+        case SMFEventKind::note:
+            return sizeof(MIDINoteMessage);
+        case SMFEventKind::message:
+            return sizeof(MIDIChannelMessage);
+        case SMFEventKind::tempo:
+            return sizeof(ExtendedTempoEvent);
+        case SMFEventKind::meta:
+            return std::max(offsetof(MIDIMetaEvent, data) + length, sizeof(MIDIMetaEvent));
+        default:
+            return std::max(offsetof(MIDIRawData, data) + lead() + length, sizeof(MIDIRawData));
+        }
+    }
+
+    // How many bytes stand in the record before those of the file: the F0 that the file does not repeat.
+    std::uint32_t lead() const { return kind == SMFEventKind::exclusive ? 1 : 0; }
+
+    // The words of its record in the arena of a track.
+    std::size_t recordWords() const
+    {
+        const std::size_t size = recordSize();
+        return size <= MusicEvent::inlineRoom ? 0 : PayloadArena::wordsFor(size);
+    }
 };
 
 static_assert(sizeof(SMFEvent) == 24);

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "services/musicsequence/smf/SMFEvent.h"
+#include "services/musicsequence/smf/SMFEvents.h"
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
 namespace volvelle {
 
@@ -15,7 +14,7 @@ public:
     SMFOpenNotes() { heads.fill(none); }
 
     // The last event of `events` is a note that begins.
-    void begin(std::vector<SMFEvent>& events)
+    void begin(SMFEvents& events)
     {
         const auto index = static_cast<std::uint32_t>(events.size() - 1);
         const std::size_t key = keyOf(events[index].status, events[index].data1);
@@ -29,7 +28,7 @@ public:
     }
 
     // Ends the first note that waits; false where none does.
-    bool end(std::vector<SMFEvent>& events, std::uint8_t status, std::uint8_t note, std::uint64_t tick,
+    bool end(SMFEvents& events, std::uint8_t status, std::uint8_t note, std::uint64_t tick,
              std::uint8_t release)
     {
         const std::size_t key = keyOf(status, note);
@@ -45,7 +44,7 @@ public:
     }
 
     // Ends all that wait, and tells how many they were.
-    std::size_t endAll(std::vector<SMFEvent>& events, std::uint64_t tick)
+    std::size_t endAll(SMFEvents& events, std::uint64_t tick)
     {
         const std::size_t count = openCount;
         for (std::size_t key = 0; openCount > 0; ++key) {

@@ -16,10 +16,21 @@ std::uint64_t scaled(std::uint64_t tick, double factor)
         std::llround(std::min(static_cast<double>(tick) * factor, greatestTick)));
 }
 
-void scale(SMFTrack& track, double factor)
+void dropTempos(SMFFile& file, SMFTrack& track)
 {
-    std::erase_if(track.events, [](const SMFEvent& event) { return event.kind == SMFEventKind::tempo; });
-    for (SMFEvent& event : track.events) {
+    std::size_t kept = 0;
+    for (const SMFEvent& event : file.eventsOf(track)) {
+        if (event.kind != SMFEventKind::tempo) {
+            file.events[track.first + kept++] = event;
+        }
+    }
+    track.count = kept;
+}
+
+void scale(SMFFile& file, SMFTrack& track, double factor)
+{
+    dropTempos(file, track);
+    for (SMFEvent& event : file.eventsOf(track)) {
         event.tick = scaled(event.tick, factor);
         event.end = event.kind == SMFEventKind::note ? scaled(event.end, factor) : event.end;
     }
@@ -43,7 +54,7 @@ void applyTimeBase(int division, SMFFile& file, SMFWarnings& warnings)
         const double rate = frames == 29 ? 30000.0 / 1001.0 : frames;
         warnings.add("The file counts time in frames; it was read at 120 beats a minute.");
         for (SMFTrack& track : file.tracks) {
-            scale(track, ticksASecond / (rate * ticksAFrame));
+            scale(file, track, ticksASecond / (rate * ticksAFrame));
         }
     }
 }
@@ -52,7 +63,7 @@ void layTracksInARow(SMFFile& file)
 {
     std::uint64_t start = 0;
     for (SMFTrack& track : file.tracks) {
-        for (SMFEvent& event : track.events) {
+        for (SMFEvent& event : file.eventsOf(track)) {
             event.tick += start;
             event.end += event.kind == SMFEventKind::note ? start : 0;
         }

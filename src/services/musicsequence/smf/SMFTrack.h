@@ -1,15 +1,14 @@
 #pragma once
 
-#include "services/musicsequence/smf/SMFEvent.h"
-
+#include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace volvelle {
 
-// A file track: its events by tick, a note where its note-on stood.
+// A file track: its events by tick, a note where its note-on stood, as a run of the events of the file.
 struct SMFTrack {
-    std::vector<SMFEvent> events;
+    std::size_t first = 0;
+    std::size_t count = 0;
     std::uint64_t end = 0; // its end in ticks, not before any end of an event
 };
 

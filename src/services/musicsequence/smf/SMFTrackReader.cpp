@@ -23,19 +23,23 @@ constexpr std::ptrdiff_t dataCount(std::uint8_t status)
 
 } // namespace
 
-SMFTrackReader::SMFTrackReader(std::span<const std::uint8_t> bytes, std::size_t from, SMFOpenNotes& notes)
-    : file(bytes), position(bytes.data() + from), end(position), openNotes(notes)
+SMFTrackReader::SMFTrackReader(std::span<const std::uint8_t> bytes, std::size_t from, SMFEvents& target,
+                               SMFOpenNotes& notes, SMFBudget& allowance)
+    : file(bytes),
+      position(bytes.data() + from),
+      end(position),
+      events(target),
+      openNotes(notes),
+      budget(allowance)
 {
+    track.first = events.size();
 }
 
 bool SMFTrackReader::read(std::size_t limit)
 {
     end = file.data() + limit;
-    if (track.events.capacity() == 0) {
-        track.events.reserve(static_cast<std::size_t>(end - position) / 5 + 4);
-    }
     Outcome outcome = Outcome::done;
-    while (outcome == Outcome::done && position < end) {
+    while (outcome == Outcome::done && position < end && !budget.isSpent()) {
         outcome = readEvent();
     }
     return outcome == Outcome::atEnd;
@@ -44,8 +48,9 @@ bool SMFTrackReader::read(std::size_t limit)
 SMFTrack SMFTrackReader::finish()
 {
     track.end = std::max(track.end, lastTick);
-    report.openNotes = openNotes.endAll(track.events, track.end);
-    return std::move(track);
+    track.count = events.size() - track.first;
+    report.openNotes = openNotes.endAll(events, track.end);
+    return track;
 }
 
 SMFTrackReader::Outcome SMFTrackReader::readEvent()
@@ -88,18 +93,30 @@ SMFTrackReader::Outcome SMFTrackReader::readMessage(const std::uint8_t* from, st
     return Outcome::done;
 }
 
+// False where there is no more room for events.
+bool SMFTrackReader::keep(const SMFEvent& event)
+{
+    constexpr std::size_t cost = sizeof(SMFEvent) + sizeof(MusicEvent);
+    if (!budget.take(cost + event.recordWords() * sizeof(std::uint64_t))) {
+        return false;
+    }
+    events.add(event);
+    return true;
+}
+
 void SMFTrackReader::keepMessage(std::uint8_t status, std::uint8_t data1, std::uint8_t data2)
 {
     lastTick = tick;
     const unsigned high = status & 0xF0U;
     if (high == 0x90U && data2 > 0) {
-        track.events.push_back({tick, 0, 0, SMFEventKind::note, status, data1, data2});
-        openNotes.begin(track.events);
-        ++report.notes;
+        if (keep({tick, 0, 0, SMFEventKind::note, status, data1, data2})) {
+            openNotes.begin(events);
+            ++report.notes;
+        }
     } else if (high == 0x80U || high == 0x90U) {
-        report.orphanOffs += openNotes.end(track.events, status, data1, tick, data2) ? 0U : 1U;
+        report.orphanOffs += openNotes.end(events, status, data1, tick, data2) ? 0U : 1U;
     } else {
-        track.events.push_back({tick, 0, 0, SMFEventKind::message, status, data1, data2});
+        keep({tick, 0, 0, SMFEventKind::message, status, data1, data2});
     }
 }
 
@@ -150,7 +167,7 @@ void SMFTrackReader::keepMeta(std::uint8_t type, const std::uint8_t* from, std::
         return;
     }
     const auto place = static_cast<std::uint64_t>(from - file.data());
-    track.events.push_back({tick, place, length, SMFEventKind::meta, 0xFF, type, 0});
+    keep({tick, place, length, SMFEventKind::meta, 0xFF, type, 0});
 }
 
 void SMFTrackReader::keepTempo(const std::uint8_t* from, std::uint32_t length)
@@ -163,7 +180,7 @@ void SMFTrackReader::keepTempo(const std::uint8_t* from, std::uint32_t length)
         ++report.badTempos;
         return;
     }
-    track.events.push_back({tick, microseconds, 0, SMFEventKind::tempo, 0xFF, 0x51, 0});
+    keep({tick, microseconds, 0, SMFEventKind::tempo, 0xFF, 0x51, 0});
 }
 
 SMFTrackReader::Outcome SMFTrackReader::readExclusive(const std::uint8_t* from, SMFEventKind kind,
@@ -184,7 +201,7 @@ SMFTrackReader::Outcome SMFTrackReader::readExclusive(const std::uint8_t* from, 
     advance(from + length, at);
     lastTick = tick;
     const auto place = static_cast<std::uint64_t>(from - file.data());
-    track.events.push_back({tick, place, length, kind, 0xF0, 0, 0});
+    keep({tick, place, length, kind, 0xF0, 0, 0});
     return Outcome::done;
 }
 

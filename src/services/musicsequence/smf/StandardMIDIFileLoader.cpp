@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <exception>
 #include <utility>
 
 namespace volvelle {
@@ -23,22 +24,36 @@ std::uint64_t packed(const Record& record)
     return payload;
 }
 
+// How much of a track is filled by events.
+struct Room {
+    std::size_t events = 0;
+    std::size_t words = 0; // of the arena
+
+    void include(const SMFEvent& event)
+    {
+        if (event.kind != SMFEventKind::tempo) {
+            ++events;
+            words += event.recordWords();
+        }
+    }
+};
+
 // No event ends behind its file track, whose end is the length of what it feeds; tempos alone lengthen the
 // tempo track themselves.
 class Loader {
 public:
-    Loader(MusicSequenceObject& owner, const SMFFile& source) : sequence(owner), file(source), tempo(&owner)
-    {
-    }
+    Loader(MusicSequenceObject& owner, SMFFile& source) : sequence(owner), file(source), tempo(&owner) {}
 
     void load(bool channelsToTracks);
 
 private:
+    void makeRoomForTempos();
     void loadTracks();
     void loadChannels();
-    MusicTrackObject& channelTrack(const SMFEvent& event);
+    void makeChannels();
     void add(const SMFEvent& event, MusicTrackObject& track);
     void addNote(const SMFEvent& event, MusicTrackObject& track);
+    std::byte* blank(const SMFEvent& event, MusicEventType type, MusicTrackObject& track);
     void addMeta(const SMFEvent& event, MusicTrackObject& track);
     void addRawData(const SMFEvent& event, MusicTrackObject& track);
     void collectChannels();
@@ -46,7 +61,12 @@ private:
 
     double beats(std::uint64_t tick) const { return static_cast<double>(tick) / file.division; }
 
-    MusicTrack newTrack() { return std::make_shared<MusicTrackObject>(&sequence); }
+    MusicTrack newTrack(const Room& room);
+
+    static std::size_t channelOf(const SMFEvent& event)
+    {
+        return event.isOfChannel() ? event.status & 0x0FU : 16U;
+    }
 
     std::size_t firstTrack() const { return hasTempoTrack() ? 1 : 0; }
 
@@ -54,7 +74,7 @@ private:
     bool hasChannels() const;
 
     MusicSequenceObject& sequence;
-    const SMFFile& file;
+    SMFFile& file;
     MusicTrackObject tempo;
     std::vector<MusicTrack> tracks;
     std::array<MusicTrack, 17> channels; // the last for what has no channel
@@ -62,8 +82,9 @@ private:
 
 void Loader::load(bool channelsToTracks)
 {
+    makeRoomForTempos();
     if (hasTempoTrack()) {
-        for (const SMFEvent& event : file.tracks.front().events) {
+        for (const SMFEvent& event : file.eventsOf(file.tracks.front())) {
             add(event, tempo);
         }
         tempo.length = std::max(tempo.length, beats(file.tracks.front().end));
@@ -76,13 +97,34 @@ void Loader::load(bool channelsToTracks)
     finish();
 }
 
+void Loader::makeRoomForTempos()
+{
+    const auto isTempo = [](const SMFEvent& event) { return event.kind == SMFEventKind::tempo; };
+    std::size_t count = 0;
+    for (const SMFTrack& track : file.tracks) {
+        count += static_cast<std::size_t>(std::ranges::count_if(file.eventsOf(track), isTempo));
+    }
+    tempo.events.reserve(count, 0);
+}
+
+MusicTrack Loader::newTrack(const Room& room)
+{
+    auto track = std::make_shared<MusicTrackObject>(&sequence);
+    track->events.reserve(room.events, room.words);
+    return track;
+}
+
 void Loader::loadTracks()
 {
+    tracks.reserve(file.tracks.size());
     for (std::size_t i = firstTrack(); i < file.tracks.size(); ++i) {
         const SMFTrack& source = file.tracks[i];
-        const MusicTrack track = newTrack();
-        track->events.reserve(source.events.size());
-        for (const SMFEvent& event : source.events) {
+        Room room;
+        for (const SMFEvent& event : file.eventsOf(source)) {
+            room.include(event);
+        }
+        const MusicTrack track = newTrack(room);
+        for (const SMFEvent& event : file.eventsOf(source)) {
             add(event, *track);
         }
         track->length = std::max(track->length, beats(source.end));
@@ -92,15 +134,16 @@ void Loader::loadTracks()
 
 void Loader::loadChannels()
 {
+    makeChannels();
     for (std::size_t i = firstTrack(); i < file.tracks.size(); ++i) {
         const SMFTrack& source = file.tracks[i];
         const double end = beats(source.end);
-        for (const SMFEvent& event : source.events) {
+        for (const SMFEvent& event : file.eventsOf(source)) {
             if (event.kind == SMFEventKind::tempo) {
                 add(event, tempo);
                 continue;
             }
-            MusicTrackObject& track = channelTrack(event);
+            MusicTrackObject& track = *channels[channelOf(event)];
             add(event, track);
             track.length = std::max(track.length, end);
         }
@@ -108,13 +151,17 @@ void Loader::loadChannels()
     collectChannels();
 }
 
-MusicTrackObject& Loader::channelTrack(const SMFEvent& event)
+void Loader::makeChannels()
 {
-    MusicTrack& track = channels[event.isOfChannel() ? event.status & 0x0FU : 16U];
-    if (track == nullptr) {
-        track = newTrack();
+    std::array<Room, 17> rooms;
+    for (std::size_t i = firstTrack(); i < file.tracks.size(); ++i) {
+        for (const SMFEvent& event : file.eventsOf(file.tracks[i])) {
+            rooms[channelOf(event)].include(event);
+        }
     }
-    return *track;
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+        channels[i] = rooms[i].events > 0 ? newTrack(rooms[i]) : nullptr;
+    }
 }
 
 void Loader::collectChannels()
@@ -159,12 +206,16 @@ void Loader::addNote(const SMFEvent& event, MusicTrackObject& track)
     track.events.appendShort(beats(event.tick), kMusicEventType_MIDINoteMessage, sizeof(note), packed(note));
 }
 
+std::byte* Loader::blank(const SMFEvent& event, MusicEventType type, MusicTrackObject& track)
+{
+    const auto size = static_cast<std::uint32_t>(event.recordSize());
+    return static_cast<std::byte*>(track.events.appendBlank(beats(event.tick), type, size));
+}
+
 void Loader::addMeta(const SMFEvent& event, MusicTrackObject& track)
 {
     constexpr std::size_t head = offsetof(MIDIMetaEvent, data);
-    const std::size_t size = std::max(head + event.length, sizeof(MIDIMetaEvent));
-    auto* const record = static_cast<std::byte*>(
-        track.events.appendBlank(beats(event.tick), kMusicEventType_Meta, static_cast<std::uint32_t>(size)));
+    auto* const record = blank(event, kMusicEventType_Meta, track);
     const MIDIMetaEvent start{event.data1, 0, 0, 0, event.length, {}};
     std::memcpy(record, &start, sizeof(start));
     std::memcpy(record + head, file.bytes.data() + event.end, event.length);
@@ -173,10 +224,8 @@ void Loader::addMeta(const SMFEvent& event, MusicTrackObject& track)
 void Loader::addRawData(const SMFEvent& event, MusicTrackObject& track)
 {
     constexpr std::size_t head = offsetof(MIDIRawData, data);
-    const std::uint32_t lead = event.kind == SMFEventKind::exclusive ? 1 : 0;
-    const std::size_t size = std::max(head + lead + event.length, sizeof(MIDIRawData));
-    auto* const record = static_cast<std::byte*>(track.events.appendBlank(
-        beats(event.tick), kMusicEventType_MIDIRawData, static_cast<std::uint32_t>(size)));
+    const std::uint32_t lead = event.lead();
+    auto* const record = blank(event, kMusicEventType_MIDIRawData, track);
     const MIDIRawData start{event.length + lead, {0xF0}};
     std::memcpy(record, &start, head + lead);
     std::memcpy(record + head + lead, file.bytes.data() + event.end, event.length);
@@ -187,7 +236,7 @@ void Loader::finish()
     sequence.replaceTracks(std::move(tracks));
     sequence.tempoTrack->events.replace(tempo.events);
     sequence.tempoTrack->length = tempo.length;
-    sequence.loadWarnings = file.warnings;
+    sequence.loadWarnings = std::move(file.warnings);
     sequence.loadDivision = static_cast<std::int16_t>(file.division);
     sequence.tempoTrack->timeResolution = sequence.loadDivision;
     for (const MusicTrack& track : sequence.tracks) {
@@ -199,13 +248,13 @@ bool Loader::hasTempoTrack() const
 {
     const auto isTempo = [](const SMFEvent& event) { return event.kind == SMFEventKind::tempo; };
     return file.format == 1 && file.tracks.size() >= 2 &&
-           std::ranges::all_of(file.tracks.front().events, isTempo);
+           std::ranges::all_of(file.eventsOf(file.tracks.front()), isTempo);
 }
 
 bool Loader::hasChannels() const
 {
-    const auto hasChannel = [](const SMFTrack& track) {
-        return std::ranges::any_of(track.events, &SMFEvent::isOfChannel);
+    const auto hasChannel = [this](const SMFTrack& track) {
+        return std::ranges::any_of(file.eventsOf(track), &SMFEvent::isOfChannel);
     };
     return std::ranges::any_of(file.tracks, hasChannel);
 }
@@ -214,13 +263,15 @@ bool Loader::hasChannels() const
 
 OSStatus loadStandardMIDIFile(MusicSequenceObject& sequence, std::span<const std::uint8_t> bytes,
                               MusicSequenceLoadFlags flags)
-{
+try {
     SMFFile file;
     if (const OSStatus status = readStandardMIDIFile(bytes, file); status != noErr) {
         return status;
     }
     Loader(sequence, file).load((flags & kMusicSequenceLoadSMF_ChannelsToTracks) != 0);
     return noErr;
+} catch (const std::exception&) {
+    return fileIOErr;
 }
 
 } // namespace volvelle

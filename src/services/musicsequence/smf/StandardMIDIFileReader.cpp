@@ -17,7 +17,11 @@ constexpr std::size_t mostJunk = 65536;
 
 class FileReader {
 public:
-    explicit FileReader(std::span<const std::uint8_t> bytes) : chunks(bytes) { file.bytes = bytes; }
+    explicit FileReader(std::span<const std::uint8_t> bytes) : chunks(bytes), budget(bytes.size())
+    {
+        file.bytes = bytes;
+        file.events = SMFEvents(bytes.size() / 2);
+    }
 
     OSStatus read(SMFFile& result);
 
@@ -33,12 +37,14 @@ private:
     bool goesOnBehind(std::size_t limit) const;
     void skipJunk(std::size_t from, std::size_t to);
     void settleFormat();
-    bool hasEvents() const;
+
+    bool hasEvents() const { return file.events.size() > 0; }
 
     SMFFile file;
     SMFChunks chunks;
     SMFWarnings warnings;
     SMFOpenNotes openNotes;
+    SMFBudget budget;
     bool hasHeader = false;
     bool isRiff = false;
     int promisedTracks = 0;
@@ -106,7 +112,7 @@ std::size_t FileReader::headerEnd(std::size_t place)
 
 void FileReader::readChunks(std::size_t place)
 {
-    while (place < chunks.size()) {
+    while (place < chunks.size() && !budget.isSpent()) {
         if (chunks.has(place, trackName) && place + SMFChunks::headSize <= chunks.size()) {
             place = readTrack(place);
         } else if (chunks.mayBeginAt(place) && place + SMFChunks::headSize <= chunks.size()) {
@@ -127,7 +133,8 @@ std::size_t FileReader::readTrack(std::size_t place)
     const std::size_t length = chunks.claimedLength(place);
     const bool fits = length <= room;
     std::size_t limit = fits ? start + length : nextTrack(start);
-    SMFTrackReader reader(file.bytes, start, openNotes);
+    budget.takeTrack();
+    SMFTrackReader reader(file.bytes, start, file.events, openNotes, budget);
     bool isEnded = reader.read(limit);
     if (!isEnded && goesOnBehind(limit)) {
         limit = nextTrack(limit);
@@ -200,11 +207,6 @@ void FileReader::settleFormat()
         warnings.add("The file holds separate sequences; they were laid one after another.");
         layTracksInARow(file);
     }
-}
-
-bool FileReader::hasEvents() const
-{
-    return std::ranges::any_of(file.tracks, [](const SMFTrack& track) { return !track.events.empty(); });
 }
 
 } // namespace

@@ -13,7 +13,9 @@ namespace volvelle {
 // first out; a note-off written as a note-on of velocity 0 has the release velocity 0. A division in frames a
 // second becomes 480 ticks a beat at 120 beats a minute, without tempos. The separate sequences of format 2
 // are laid one after another. fileFormatErr, with `file` as it was, where there is neither a header nor a
-// track with an event. What it allocates is bounded by the size of `bytes`. [any thread]
+// track with an event. Its allocations, and those of a loading of what it gives, are 64 MiB and eight times
+// the size of `bytes` at most, all added up; a file that asks for more ends where they are spent. [any
+// thread]
 OSStatus readStandardMIDIFile(std::span<const std::uint8_t> bytes, SMFFile& file);
 
 } // namespace volvelle

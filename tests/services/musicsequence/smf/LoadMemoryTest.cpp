@@ -1,0 +1,164 @@
+#include "tests/services/musicsequence/AllocationCount.h"
+#include "tests/services/musicsequence/SequenceTools.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+constexpr std::size_t mebibyte = 1U << 20U;
+
+// What a load may allocate in all, whether it is freed meanwhile or not.
+std::size_t boundOf(const Bytes& bytes)
+{
+    return 64 * mebibyte + 8 * bytes.size();
+}
+
+std::size_t allocatedBy(const Bytes& bytes, MusicSequenceLoadFlags flags)
+{
+    const MusicSequence sequence = newSequence();
+    const AllocationCount allocations;
+    EXPECT_EQ(MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType, flags), noErr);
+    return allocations.bytes;
+}
+
+void put32(Bytes& bytes, std::size_t value)
+{
+    for (unsigned shift = 32; shift > 0; shift -= 8) {
+        bytes.push_back(static_cast<std::uint8_t>(value >> (shift - 8)));
+    }
+}
+
+void putTrackHead(Bytes& bytes, std::size_t claim)
+{
+    bytes.insert(bytes.end(), {'M', 'T', 'r', 'k'});
+    put32(bytes, claim);
+}
+
+Bytes header()
+{
+    return hex("\"MThd\" 00000006 0001 0001 01E0");
+}
+
+// A file of `size` bytes behind its header: tracks that each end at once and claim all that is left.
+Bytes nestedTracks(std::size_t size)
+{
+    Bytes bytes = header();
+    const std::size_t end = bytes.size() + size;
+    while (bytes.size() + 12 <= end) {
+        putTrackHead(bytes, end - bytes.size() - 8);
+        bytes.insert(bytes.end(), {0, 0xFF, 0x2F, 0});
+    }
+    bytes.resize(end);
+    return bytes;
+}
+
+// A file of one track that repeats the bytes, behind the first ones.
+Bytes repeatedIn(const Bytes& first, const Bytes& repeated, std::size_t size)
+{
+    Bytes body = first;
+    while (body.size() < size) {
+        body.insert(body.end(), repeated.begin(), repeated.end());
+    }
+    return joined({header(), chunkOf(joined({body, hex("00 FF2F00")}))});
+}
+
+// A file of tracks of the same bytes.
+Bytes tracksOf(const Bytes& body, std::size_t size)
+{
+    Bytes bytes = header();
+    while (bytes.size() < size) {
+        putTrackHead(bytes, body.size());
+        bytes.insert(bytes.end(), body.begin(), body.end());
+    }
+    return bytes;
+}
+
+struct GreedyFile {
+    std::string name;
+    Bytes bytes;
+};
+
+std::vector<GreedyFile> greedyFiles()
+{
+    constexpr std::size_t size = 8 * mebibyte;
+    return {{"nested tracks", nestedTracks(960'000)},
+            {"more nested tracks", nestedTracks(3'600'000)},
+            {"tracks without a byte", tracksOf({}, size)},
+            {"tracks of nothing but an end", tracksOf(hex("00 FF2F00"), size)},
+            {"tracks of a note", tracksOf(hex("00 903C40 00 3C00 00 FF2F00"), size)},
+            {"notes", repeatedIn(hex("00 9000 40 00 0000"), hex("00 3C40 00 3C00"), size)},
+            {"notes without an end", repeatedIn(hex("00 903C40"), hex("00 3C40"), size)},
+            {"programs", repeatedIn(hex("00 C000"), hex("00 01"), size)},
+            {"controllers", repeatedIn(hex("00 B00700"), hex("00 0701"), size)},
+            {"metas", repeatedIn({}, hex("00 FF0100"), size)},
+            {"exclusives", repeatedIn({}, hex("00 F005 7E7F0901F7"), size)},
+            {"packets", repeatedIn({}, hex("00 F700"), size)},
+            {"tempos", repeatedIn({}, hex("00 FF5103 07A120"), size)},
+            {"one long exclusive", repeatedIn({}, joined({hex("00 F0 C08000"), Bytes(mebibyte)}), size)},
+            {"bytes of no meaning", repeatedIn({}, hex("00 01"), size)}};
+}
+
+TEST(LoadMemory, AllThatALoadAllocatesIs64MebibytesAndEightTimesTheFileAtMost)
+{
+    for (const GreedyFile& file : greedyFiles()) {
+        for (const MusicSequenceLoadFlags flags :
+             {kMusicSequenceLoadSMF_PreserveTracks, kMusicSequenceLoadSMF_ChannelsToTracks}) {
+            EXPECT_LE(allocatedBy(file.bytes, flags), boundOf(file.bytes))
+                << file.name << ", flags " << flags;
+        }
+    }
+}
+
+TEST(LoadMemory, AFileThatAsksForMoreEndsEarly)
+{
+    const Bytes bytes = repeatedIn(hex("00 C000"), hex("00 01"), 12 * mebibyte);
+    const MusicSequence sequence = load(bytes);
+    EXPECT_EQ(warningsOf(sequence), Lines{"Track 1 ends early; 0 notes were read."});
+    EXPECT_EQ(trackCountOf(sequence), 1U);
+}
+
+TEST(LoadMemory, AFileOfNotesIsReadToItsEndHoweverLongItIs)
+{
+    const Bytes bytes = repeatedIn(hex("00 903C40 00 3C00"), hex("00 3C40 01 3C00"), 24 * mebibyte);
+    const MusicSequence sequence = load(bytes);
+    EXPECT_EQ(warningsOf(sequence), Lines{});
+    EXPECT_EQ(lengthOf(trackOf(sequence, 0)), 4'194'303 / 480.0);
+}
+
+// A small file with every kind of event, and with damage that is told.
+TEST(LoadMemory, WhateverAllocationFailsTheLoadTellsItAndChangesNothing)
+{
+    const Bytes bytes = fileOf(1, 480,
+                               {hex("00 FF5103 07A120 00 FF2F00"),
+                                hex("00 FF0304 \"Bass\" 00 C005 00 B00764 00 903C64 60 3C00 00 913E64 10 F0"
+                                    "05 7E7F0901F7 10 3E00 00 80"),
+                                hex("00 FF5103 07A120 00 903C64")});
+    for (const MusicSequenceLoadFlags flags : {0U, 1U}) {
+        OSStatus status = fileIOErr;
+        std::size_t refused = 0;
+        for (; status != noErr && refused < 1000; ++refused) {
+            const MusicSequence sequence = newSequence();
+            addNote(newTrack(sequence), 3.0, 60);
+            addTempo(sequence, 1.0, 90.0);
+            {
+                const AllocationCount allocations(refused);
+                status = MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType, flags);
+            }
+            if (status != noErr) {
+                EXPECT_EQ(status, fileIOErr);
+                EXPECT_EQ(trackCountOf(sequence), 1U);
+                EXPECT_EQ(eventsOf(trackOf(sequence, 0)), Lines{"3.0 note 0 60 100 0 1.0"});
+                EXPECT_EQ(eventsOf(tempoTrackOf(sequence)), Lines{"1.0 tempo 90.0"});
+                EXPECT_EQ(warningsOf(sequence), Lines{});
+            }
+        }
+        EXPECT_GT(refused, 8U);
+        EXPECT_EQ(status, noErr);
+    }
+}
+
+} // namespace
+
+} // namespace volvelle::test
