@@ -4,23 +4,49 @@
 #include "sequence/SequenceLog.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 #include <span>
 
 namespace volvelle {
 
 namespace {
 
-// An event of the flat list on its way: the bytes, the time, and its place among events of one time.
+// An event of the flat list on its way: the bytes, the time, and its place among events of one time. What is
+// behind the head still stands in the tree.
 struct FlatEvent {
     enum class Rank : std::uint8_t { noteOff, other };
 
-    std::vector<std::uint8_t> bytes;
+    std::array<std::uint8_t, 3> head{};
+    std::uint8_t headCount = 0;
+    std::span<const std::uint8_t> body;
     std::int64_t time = 0;
     double beats = 0.0;
     double duration = 0.0;
     std::uint8_t meta = 0x7F;
     Rank rank = Rank::other;
+
+    std::shared_ptr<AUMIDIEventEx> event() const;
 };
+
+std::shared_ptr<AUMIDIEventEx> made(std::span<const std::uint8_t> bytes, std::int64_t time)
+{
+    return std::make_shared<AUMIDIEventEx>(AURenderEventMIDI, bytes.data(),
+                                           checkedCast<std::uint32_t>(bytes.size()), time);
+}
+
+std::shared_ptr<AUMIDIEventEx> FlatEvent::event() const
+{
+    if (headCount == 0) {
+        return made(body, time);
+    }
+    if (body.empty()) {
+        return made(std::span(head).first(headCount), time);
+    }
+    std::vector<std::uint8_t> bytes(head.begin(), head.begin() + headCount);
+    bytes.insert(bytes.end(), body.begin(), body.end());
+    return made(bytes, time);
+}
 
 class Flattening {
 public:
@@ -31,7 +57,7 @@ public:
     std::vector<FlatEvent> events;
 
 private:
-    void append(const EventNode& node, std::vector<std::uint8_t> bytes);
+    FlatEvent& append(const EventNode& node, std::initializer_list<std::uint8_t> head);
     void addNote(const MidiNoteEvent& note);
     void addMeta(const MetaEvent& meta);
     void addUserData(const UserEvent& user);
@@ -44,23 +70,23 @@ std::uint8_t statusByte(std::uint8_t status, const EventNode& node)
     return checkedAdd<std::uint8_t>(status, node.channel);
 }
 
-void Flattening::append(const EventNode& node, std::vector<std::uint8_t> bytes)
+FlatEvent& Flattening::append(const EventNode& node, std::initializer_list<std::uint8_t> head)
 {
-    FlatEvent event;
-    event.bytes = std::move(bytes);
+    FlatEvent& event = events.emplace_back();
+    std::ranges::copy(head, event.head.begin());
+    event.headCount = static_cast<std::uint8_t>(head.size());
     event.time = checkedCast<std::int64_t>(node.position * samplesPerBeat);
     event.beats = node.position;
-    events.push_back(std::move(event));
+    return event;
 }
 
 void Flattening::addNote(const MidiNoteEvent& note)
 {
-    append(note, {statusByte(STATUS_NOTEON, note), note.number, note.velocity});
-    events.back().duration = static_cast<double>(note.duration);
-    const std::int64_t start = events.back().time;
+    FlatEvent& on = append(note, {statusByte(STATUS_NOTEON, note), note.number, note.velocity});
+    on.duration = static_cast<double>(note.duration);
+    const std::int64_t start = on.time;
 
-    append(note, {statusByte(STATUS_NOTEOFF, note), note.number, note.releaseVelocity});
-    FlatEvent& off = events.back();
+    FlatEvent& off = append(note, {statusByte(STATUS_NOTEOFF, note), note.number, note.releaseVelocity});
     const float samples = note.duration * static_cast<float>(samplesPerBeat);
     off.time = checkedAdd(start, checkedCast<std::int64_t>(samples));
     off.beats = note.position + static_cast<double>(note.duration);
@@ -75,10 +101,9 @@ void Flattening::addMeta(const MetaEvent& meta)
     if (meta.length < 1) {
         return logLine("error: meta length is smaller than 1.");
     }
-    std::vector<std::uint8_t> bytes{STATUS_RESERVED4, meta.type, 0};
-    bytes.insert(bytes.end(), meta.data.begin(), meta.data.end());
-    append(meta, std::move(bytes));
-    events.back().meta = meta.type;
+    FlatEvent& event = append(meta, {STATUS_RESERVED4, meta.type, 0});
+    event.body = meta.data;
+    event.meta = meta.type;
 }
 
 void Flattening::addUserData(const UserEvent& user)
@@ -92,7 +117,7 @@ void Flattening::addUserData(const UserEvent& user)
     if (user.length < 1) {
         return logLine("error: user event length is smaller than 1.");
     }
-    append(user, user.data);
+    append(user, {}).body = user.data;
 }
 
 void Flattening::add(const EventNode& node)
@@ -114,8 +139,7 @@ void Flattening::add(const EventNode& node)
     } else if (const auto* user = dynamic_cast<const UserEvent*>(&node)) {
         addUserData(*user);
     } else {
-        append(node, {0, 0, 0});
-        events.back().beats = 0.0;
+        append(node, {0, 0, 0}).beats = 0.0;
     }
 }
 
@@ -163,14 +187,13 @@ std::vector<std::shared_ptr<AUMIDIEventEx>> MIDISequence::nodesToAUMIDIEvent(dou
     for (auto& event : getTempoEvents(tempoTrack, samplerate)) {
         entries.push_back({tempoEntry(*event), event});
     }
-    for (FlatEvent& flat : flatten(*sequenceNode, samplerate)) {
-        const auto event = std::make_shared<AUMIDIEventEx>(
-            AURenderEventMIDI, flat.bytes, static_cast<std::uint32_t>(flat.bytes.size()), flat.time);
+    for (const FlatEvent& flat : flatten(*sequenceNode, samplerate)) {
+        const auto event = flat.event();
         event->beats = flat.beats;
         event->duration = flat.duration;
         event->meta = flat.meta;
         event->pEvent()->cable = cable;
-        entries.push_back({std::move(flat), event});
+        entries.push_back({flat, event});
     }
     std::ranges::stable_sort(entries, isBefore, &Entry::flat);
     result.reserve(entries.size());
@@ -196,7 +219,8 @@ std::vector<AUMIDIEvent> MIDISequence::nodesToAUMIDIEvent(double samplerate)
         AUMIDIEvent record{};
         record.eventSampleTime = flat.time;
         record.eventType = AURenderEventMIDI;
-        const auto bytes = std::span(flat.bytes).first(std::min<std::size_t>(flat.bytes.size(), 3));
+        const auto bytes = flat.headCount > 0 ? std::span<const std::uint8_t>(flat.head).first(flat.headCount)
+                                              : flat.body.first(std::min<std::size_t>(flat.body.size(), 3));
         record.length = static_cast<std::uint16_t>(bytes.size());
         std::ranges::copy(bytes, record.data);
         if (record.data[0] == 0) {
