@@ -262,12 +262,12 @@ private:
     template <class Node>
     void notifyLater(const std::shared_ptr<Node>& event,
                      void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&));
-    template <class Node, class Write>
-    void writeMessage(const std::shared_ptr<Node>& event, std::string_view failure,
+    template <class Node, class Failure, class Write>
+    void writeMessage(const std::shared_ptr<Node>& event, const Failure& failure,
                       void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&), Write write);
-    template <class Node>
+    template <class Node, class Failure>
     void writeSystemMessage(const std::shared_ptr<Node>& event, std::uint8_t data1, std::uint8_t data2,
-                            std::string_view failure,
+                            const Failure& failure,
                             void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&));
     template <class Node>
     void writeMetaMessage(const std::shared_ptr<Node>& event, std::string_view kind,

@@ -6,21 +6,21 @@ namespace volvelle {
 
 namespace {
 
-std::string channelFailure(std::string_view kind, std::uint8_t channel)
+auto channelFailure(std::string_view kind, std::uint8_t channel)
 {
-    return concat("Es konnte kein ", kind, " für Kanal ", channel, " erzeugt werden.");
+    return [=] { return concat("Es konnte kein ", kind, " für Kanal ", channel, " erzeugt werden."); };
 }
 
-std::string systemFailure(std::string_view kind)
+auto systemFailure(std::string_view kind)
 {
-    return concat("Es konnte kein ", kind, " Event erzeugt werden.");
+    return [kind] { return concat("Es konnte kein ", kind, " Event erzeugt werden."); };
 }
 
 } // namespace
 
-template <class Node>
+template <class Node, class Failure>
 void MIDISequence::writeSystemMessage(const std::shared_ptr<Node>& event, std::uint8_t data1,
-                                      std::uint8_t data2, std::string_view failure,
+                                      std::uint8_t data2, const Failure& failure,
                                       void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&))
 {
     writeMessage(event, failure, found, [&](const MusicTrack& track) {
@@ -41,8 +41,9 @@ void MIDISequence::createNoteEvent(double position, std::uint8_t channel, std::u
 void MIDISequence::createNoteMessage(const std::shared_ptr<MidiNoteEvent>& event)
 {
     required(event);
-    const std::string failure =
-        concat("Es konnte keine neue Note für Kanal ", event->channel, " erzeugt werden.");
+    const auto failure = [&event] {
+        return concat("Es konnte keine neue Note für Kanal ", event->channel, " erzeugt werden.");
+    };
     writeMessage(event, failure, &SequenceFoundDelegate::foundNoteEvent, [&](const MusicTrack& track) {
         return MusicTrackNewMIDINoteEvent(
             track, event->position,
@@ -79,7 +80,9 @@ void MIDISequence::createControllerMessage(const std::shared_ptr<MidiControllerE
     required(event);
     writeSystemMessage(
         event, event->number, event->value,
-        concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden."),
+        [&event] {
+            return concat("Es konnte kein CONTROLLER Eventfür Kanal ", event->channel, " erzeugt werden.");
+        },
         &SequenceFoundDelegate::foundControllerEvent);
 }
 

@@ -32,8 +32,8 @@ void MIDISequence::notifyLater(const std::shared_ptr<Node>& event,
     });
 }
 
-template <class Node, class Write>
-void MIDISequence::writeMessage(const std::shared_ptr<Node>& event, std::string_view failure,
+template <class Node, class Failure, class Write>
+void MIDISequence::writeMessage(const std::shared_ptr<Node>& event, const Failure& failure,
                                 void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&),
                                 Write write)
 {
@@ -43,7 +43,7 @@ void MIDISequence::writeMessage(const std::shared_ptr<Node>& event, std::string_
         return;
     }
     if (const OSStatus status = write(track); status != noErr) {
-        logLine("MIDISequence::Fehler: ", status, ". \n", failure);
+        logLine("MIDISequence::Fehler: ", status, ". \n", failure());
         checkStatus(status);
     } else {
         notifyLater(event, found);

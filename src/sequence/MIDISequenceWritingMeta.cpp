@@ -13,9 +13,9 @@ OSStatus writeMeta(const MusicTrack& track, const MetaEvent& event)
     return MusicTrackNewMetaEvent(track, event.position, record.ptr);
 }
 
-std::string metaFailure(std::string_view kind)
+auto metaFailure(std::string_view kind)
 {
-    return concat("Es konnte kein META ", kind, " Event erzeugt werden.");
+    return [kind] { return concat("Es konnte kein META ", kind, " Event erzeugt werden."); };
 }
 
 } // namespace
