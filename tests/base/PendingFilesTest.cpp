@@ -1,0 +1,122 @@
+#include "base/PendingFiles.h"
+
+#include <array>
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace volvelle {
+
+namespace {
+
+// A folder with files "0" to "8"; what was noted is forgotten at the end.
+class PendingFiles : public testing::Test {
+protected:
+    PendingFiles()
+    {
+        std::array<char, 64> name{};
+        (testing::TempDir() + "pending-XXXXXX").copy(name.data(), name.size() - 1);
+        folder = mkdtemp(name.data());
+        for (int i = 0; i < 9; ++i) {
+            std::ofstream(path(i)) << i;
+        }
+    }
+
+    ~PendingFiles() override
+    {
+        for (int place = 0; place < 8; ++place) {
+            forgetPendingFile(place);
+        }
+        std::filesystem::remove_all(folder);
+    }
+
+    std::string path(int number) const { return (folder / std::to_string(number)).string(); }
+
+    // The numbers of the files that stand there.
+    std::string standing() const
+    {
+        std::string result;
+        for (int i = 0; i < 9; ++i) {
+            result += std::filesystem::exists(path(i)) ? std::to_string(i) : "";
+        }
+        return result;
+    }
+
+    void rememberEight() const
+    {
+        for (int i = 0; i < 8; ++i) {
+            EXPECT_EQ(rememberPendingFile(path(i)), i);
+        }
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST_F(PendingFiles, EightAreNotedAndTheNinthIsNot)
+{
+    rememberEight();
+    EXPECT_EQ(rememberPendingFile(path(8)), -1);
+    removePendingFiles();
+    EXPECT_EQ(standing(), "8");
+}
+
+TEST_F(PendingFiles, APlaceThatWasGivenBackIsGivenAgain)
+{
+    for (const int place : {0, 3, 7}) {
+        rememberEight();
+        forgetPendingFile(place);
+        EXPECT_EQ(rememberPendingFile(path(8)), place);
+        EXPECT_EQ(rememberPendingFile(path(place)), -1);
+        for (int i = 0; i < 8; ++i) {
+            forgetPendingFile(i);
+        }
+    }
+}
+
+TEST_F(PendingFiles, WhatWasForgottenIsNotRemoved)
+{
+    rememberEight();
+    for (const int place : {0, 7}) {
+        forgetPendingFile(place);
+    }
+    removePendingFiles();
+    EXPECT_EQ(standing(), "078");
+}
+
+TEST_F(PendingFiles, ForgettingNoPlaceIsNothing)
+{
+    rememberEight();
+    forgetPendingFile(-1);
+    EXPECT_EQ(rememberPendingFile(path(8)), -1);
+}
+
+TEST_F(PendingFiles, ALongerPathInAPlaceLeavesNothingOfTheOneBefore)
+{
+    EXPECT_EQ(rememberPendingFile(path(1) + "-and-more"), 0);
+    forgetPendingFile(0);
+    EXPECT_EQ(rememberPendingFile(path(1)), 0);
+    removePendingFiles();
+    EXPECT_EQ(standing(), "02345678");
+}
+
+TEST_F(PendingFiles, APathIsNotedUpToTheLengthThatTheSystemTakes)
+{
+    EXPECT_EQ(rememberPendingFile(std::string(PATH_MAX, 'a')), -1);
+    EXPECT_EQ(rememberPendingFile(std::string(PATH_MAX - 1, 'a')), 0);
+}
+
+TEST_F(PendingFiles, NoTwoTemporaryNamesAreEqual)
+{
+    const std::string first = temporaryFileName(".mid");
+    EXPECT_NE(temporaryFileName(".mid"), first);
+    const std::string start = ".volvelle-" + std::to_string(getpid()) + "-";
+    EXPECT_EQ(first.substr(0, start.size()), start);
+    EXPECT_EQ(first.substr(first.size() - 4), ".mid");
+}
+
+} // namespace
+
+} // namespace volvelle
