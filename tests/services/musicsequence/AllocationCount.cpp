@@ -1,5 +1,6 @@
 #include "tests/services/musicsequence/AllocationCount.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -24,6 +25,7 @@ AllocationCount::~AllocationCount()
 bool AllocationCount::admit(std::size_t size)
 {
     bytes += size;
+    greatest = std::max(greatest, size);
     return count++ < refused;
 }
 

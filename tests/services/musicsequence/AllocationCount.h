@@ -21,6 +21,7 @@ public:
 
     std::size_t bytes = 0; // of all allocations, whether they were freed or not
     std::size_t count = 0;
+    std::size_t greatest = 0; // bytes of one allocation
 
 private:
     std::size_t refused;

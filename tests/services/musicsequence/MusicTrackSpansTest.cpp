@@ -1,4 +1,5 @@
 #include "base/Text.h"
+#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include <gtest/gtest.h>
@@ -134,6 +135,21 @@ TEST_F(MusicTrackSpans, LongRecordsAreCopiedWhole)
     EXPECT_EQ(MusicTrackCopyInsert(track, 0.5, 0.6, track, 0.5), noErr);
     EXPECT_EQ(eventsOf(other).at(1), eventsOf(track).at(1));
     EXPECT_EQ(eventsOf(track).at(2).substr(4), eventsOf(track).at(1).substr(4));
+}
+
+TEST_F(MusicTrackSpans, WhatLongRecordsTookIsGivenBackWithTheirEvents)
+{
+    constexpr std::size_t length = 100'000;
+    const Bytes bytes(length, 1);
+    addRawData(other, 9.0, bytes);
+    const AllocationCount allocations;
+    for (int i = 0; i < 100; ++i) {
+        addRawData(track, 1.0, bytes);
+        EXPECT_EQ(MusicTrackClear(track, 0.0, 10.0), noErr);
+        addRawData(other, 1.0, bytes);
+        EXPECT_EQ(MusicTrackClear(other, 1.0, 2.0), noErr);
+    }
+    EXPECT_LE(allocations.greatest, 8 * length);
 }
 
 TEST_F(MusicTrackSpans, CopiesMayGoToAnotherSequence)
