@@ -127,6 +127,26 @@ TEST(LoadMemory, AFileOfNotesIsReadToItsEndHoweverLongItIs)
     EXPECT_EQ(lengthOf(trackOf(sequence, 0)), 1'747'626 / 480.0);
 }
 
+// The tempos of a file in frames a second are left out; what remains is in order, however many there were.
+TEST(LoadMemory, TenThousandEventsAreReadInOrder)
+{
+    Bytes body;
+    Lines expected;
+    for (int i = 0; i < 10'000; ++i) {
+        const auto number = static_cast<std::uint8_t>(i % 128);
+        const Bytes event = i % 3 == 0 ? hex("00 FF5103 07A120") : Bytes{0, 0xC0, number};
+        body.insert(body.end(), event.begin(), event.end());
+        if (i % 3 != 0) {
+            expected.push_back("0.0 message C0" + hexOf({number}) + " 00");
+        }
+    }
+    const Bytes end = hex("00 FF2F00");
+    body.insert(body.end(), end.begin(), end.end());
+    const MusicSequence sequence = load(fileOf(1, 0xE728, {body, end}));
+    EXPECT_EQ(eventsOf(trackOf(sequence, 0)), expected);
+    EXPECT_EQ(eventsOf(tempoTrackOf(sequence)), Lines{});
+}
+
 // A small file with every kind of event, and with damage that is told.
 TEST(LoadMemory, WhateverAllocationFailsTheLoadTellsItAndChangesNothing)
 {
