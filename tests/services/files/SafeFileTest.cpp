@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -153,10 +154,85 @@ TEST_F(SafeFiles, APipeIsWrittenDirectly)
     close(ends[0]);
 }
 
+TEST_F(SafeFiles, APipeIsReadToItsEndWhateverItHolds)
+{
+    for (const std::size_t size : {0U, 1U, 2U, 65'535U, 65'536U, 65'537U, 65'538U, 200'000U}) {
+        Bytes bytes(size);
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            bytes[i] = static_cast<std::uint8_t>(i * 7);
+        }
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        ASSERT_GE(fcntl(ends[1], F_SETPIPE_SZ, 1 << 18), 1 << 18);
+        ASSERT_EQ(write(ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(size));
+        close(ends[1]);
+        EXPECT_EQ(contentOf("/dev/fd/" + std::to_string(ends[0])), bytes) << size;
+        close(ends[0]);
+    }
+}
+
+TEST_F(SafeFiles, ANewFileReadsWhatItWroteAndTellsItsLength)
+{
+    const Bytes bytes = hex("01 02 03 04 05");
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
+    EXPECT_EQ(file.length(), 0);
+    EXPECT_TRUE(file.write(bytes.data(), 5));
+    EXPECT_EQ(file.length(), 5);
+    EXPECT_EQ(file.seek(-2, SEEK_END), 3);
+    Bytes read(9);
+    EXPECT_EQ(file.read(read.data(), 9), 2);
+    EXPECT_EQ(Bytes(read.begin(), read.begin() + 2), hex("04 05"));
+    EXPECT_EQ(file.failure(), 0);
+}
+
+TEST_F(SafeFiles, ANewFileKeepsItsFirstFailureUntilItBeginsAnew)
+{
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
+    EXPECT_EQ(file.seek(-1, SEEK_SET), -1);
+    EXPECT_EQ(file.failure(), EINVAL);
+    EXPECT_FALSE(file.write("a", 1));
+    EXPECT_EQ(file.length(), 0);
+    EXPECT_FALSE(file.takePlace());
+    EXPECT_EQ(file.failure(), EINVAL);
+    EXPECT_EQ(file.read(nullptr, 1), -1);
+    EXPECT_EQ(file.length(), -1);
+    EXPECT_EQ(folder.names(), Lines{});
+    ASSERT_TRUE(file.create(path));
+    EXPECT_EQ(file.failure(), 0);
+    EXPECT_TRUE(file.takePlace());
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
+TEST_F(SafeFiles, ANewFileForAFolderOrADeviceIsRefused)
+{
+    NewFile file;
+    EXPECT_FALSE(file.create(folder.path));
+    EXPECT_EQ(file.failure(), EISDIR);
+    EXPECT_FALSE(file.create("/dev/null"));
+    EXPECT_EQ(file.failure(), ENOTSUP);
+}
+
+TEST_F(SafeFiles, ANewFileGivesItsPlaceAmongThePendingFilesBack)
+{
+    for (int i = 0; i < 20; ++i) {
+        NewFile file;
+        ASSERT_TRUE(file.create(path));
+        ASSERT_TRUE(file.create(path));
+        EXPECT_EQ(folder.names().size(), 1U);
+    }
+    NewFile file;
+    ASSERT_TRUE(file.create(path));
+    removePendingFiles();
+    EXPECT_EQ(folder.names(), Lines{});
+}
+
 TEST_F(SafeFiles, WhatIsNotThereIsNotFound)
 {
     Bytes bytes;
     EXPECT_EQ(readFile(path, bytes), fileNotFoundErr);
+    EXPECT_EQ(readFile("/dev/null/a.mid", bytes), fileNotFoundErr);
     EXPECT_EQ(readFile("", bytes), fileNotFoundErr);
     EXPECT_EQ(replaceFile(folder.path / "none" / "a.mid", hex("01"), true), fileNotFoundErr);
     EXPECT_EQ(replaceFile("", hex("01"), true), fileNotFoundErr);
