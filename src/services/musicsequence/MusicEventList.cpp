@@ -25,15 +25,13 @@ void* MusicEventList::appendBlank(double time, MusicEventType type, std::uint32_
     return isInline ? &events.back().payload : arena.at(events.back().payload);
 }
 
-void MusicEventList::replace(MusicEventList& other)
+void MusicEventList::exchange(MusicEventList& other)
 {
-    events = std::move(other.events);
-    arena = std::move(other.arena);
-    sortedCount = std::exchange(other.sortedCount, 0);
-    markedCount = std::exchange(other.markedCount, 0);
-    wastedWords = std::exchange(other.wastedWords, 0);
-    other.events.clear();
-    other.arena = {};
+    std::swap(events, other.events);
+    std::swap(arena, other.arena);
+    std::swap(sortedCount, other.sortedCount);
+    std::swap(markedCount, other.markedCount);
+    std::swap(wastedWords, other.wastedWords);
     for (MusicEventList* list : {this, &other}) {
         for (EventCursor* cursor : list->cursors) {
             cursor->index = EventCursor::behindEnd;

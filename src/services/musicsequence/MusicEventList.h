@@ -41,8 +41,8 @@ public:
         arena.reserve(words);
     }
 
-    // Takes over the events of `other`; the cursors of this list then stand behind the end.
-    void replace(MusicEventList& other);
+    // Exchanges the events with those of `other`; the cursors of both lists then stand behind the end.
+    void exchange(MusicEventList& other);
 
     // All events that live, none of them marked.
     std::span<const MusicEvent> all();

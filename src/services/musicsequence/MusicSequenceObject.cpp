@@ -14,7 +14,7 @@ void detach(MusicTrackObject& track, bool isRemoved)
     MusicEventList nothing;
     track.sequence = nullptr;
     track.isRemoved = isRemoved;
-    track.events.replace(nothing);
+    track.events.exchange(nothing);
 }
 
 } // namespace

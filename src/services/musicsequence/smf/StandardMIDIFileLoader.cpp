@@ -234,7 +234,7 @@ void Loader::addRawData(const SMFEvent& event, MusicTrackObject& track)
 void Loader::finish()
 {
     sequence.replaceTracks(std::move(tracks));
-    sequence.tempoTrack->events.replace(tempo.events);
+    sequence.tempoTrack->events.exchange(tempo.events);
     sequence.tempoTrack->length = tempo.length;
     sequence.loadWarnings = std::move(file.warnings);
     sequence.loadDivision = static_cast<std::int16_t>(file.division);
