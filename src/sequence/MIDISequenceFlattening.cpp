@@ -147,8 +147,8 @@ std::vector<FlatEvent> flatten(const SequenceNode& tree, double samplerate)
 {
     Flattening flattening(samplerate);
     for (const auto& track : tree.tracks) {
-        for (const auto& event : track->events) {
-            flattening.add(*event);
+        for (const auto& event : required(track).events) {
+            flattening.add(required(event));
         }
     }
     return std::move(flattening.events);
@@ -225,9 +225,6 @@ std::vector<AUMIDIEvent> MIDISequence::nodesToAUMIDIEvent(double samplerate)
         std::ranges::copy(bytes, record.data);
         if (record.data[0] == 0) {
             logLine("INVALID EVENT (status): ", result.size());
-        }
-        if (record.eventType != AURenderEventMIDI) {
-            logLine("INVALID EVENT (type): ", result.size());
         }
         result.push_back(record);
     }

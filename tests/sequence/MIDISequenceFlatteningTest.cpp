@@ -34,6 +34,17 @@ TEST_F(MIDISequenceFlatteningDeathTest, WithoutATempoTrackTheOwnedListStops)
                 reported("MIDISequence::Fehler: -7. \nDie Tempo Spur konnte nicht ermittelt werden."));
 }
 
+TEST_F(MIDISequenceFlatteningDeathTest, ANullAmongTheNodesStopsBothLists)
+{
+    const Lines empty{"MIDISequence::Warnung: Die Spur enthält keine Daten."};
+    sequence->sequenceNode->tracks.at(0)->events = {nullptr};
+    EXPECT_STOP(owned(), nilMessage, empty);
+    EXPECT_STOP(plain(), nilMessage, Lines{});
+    sequence->sequenceNode->tracks = {nullptr};
+    EXPECT_STOP(owned(), nilMessage, empty);
+    EXPECT_STOP(plain(), nilMessage, Lines{});
+}
+
 TEST_F(MIDISequenceFlatteningTest, ANoteIsOnAndOffAt120BeatsPerMinuteWhateverTheTempo)
 {
     addNote(1.0, 0.5F, 60, 3);
