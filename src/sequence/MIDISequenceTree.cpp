@@ -131,7 +131,7 @@ bool isPresent(bool present, std::string_view message)
 
 void writeTempoEvent(const MusicTrack& track, const std::shared_ptr<EventNode>& event)
 {
-    const auto* tempo = dynamic_cast<const TempoEvent*>(event.get());
+    const auto* tempo = dynamic_cast<const TempoEvent*>(&required(event));
     if (tempo == nullptr) {
         logLine(unassigned);
     } else if (MusicTrackNewExtendedTempoEvent(track, tempo->position, tempo->value) != noErr) {
@@ -151,6 +151,14 @@ void writeTempoTrack(MIDISequence& sequence)
     sequence.removeTempoEvents(track);
     for (const auto& event : required(sequence.sequenceNode->getTempoTrack()).events) {
         writeTempoEvent(track, event);
+    }
+}
+
+void writeEvents(MIDISequence& sequence, const PatternNode& node, const MusicTrack& track)
+{
+    for (const auto& event : node.events) {
+        required(event);
+        sequence.eventsToMusicTrack(event, track);
     }
 }
 
@@ -182,9 +190,10 @@ void MIDISequence::sequenceNodeToMusicSequence()
     clear();
     writeTempoTrack(*this);
     for (const auto& node : sequenceNode->tracks) {
+        const std::uint8_t channel = required(node).channel;
         MusicTrack track;
-        if (MusicSequenceGetIndTrack(musicSequence, node->channel, track) != noErr) {
-            logLine("MIDISequence::Fehler: Eine Spur ", node->channel, " konnte nicht abgerufen werden.");
+        if (MusicSequenceGetIndTrack(musicSequence, channel, track) != noErr) {
+            logLine("MIDISequence::Fehler: Eine Spur ", channel, " konnte nicht abgerufen werden.");
         }
         if (isPresent(track != nullptr,
                       "MIDISequence::Fehler: Die Zielspur für das Update konnte nicht ermittelt werden.")) {
@@ -202,13 +211,9 @@ void MIDISequence::trackNodeToMusicTrack(const std::shared_ptr<TrackNode>& track
         return;
     }
     clear(musicTrack);
-    for (const auto& event : trackNode->events) {
-        eventsToMusicTrack(event, musicTrack);
-    }
+    writeEvents(*this, *trackNode, musicTrack);
     for (const auto& pattern : trackNode->patterns) {
-        for (const auto& event : pattern->events) {
-            eventsToMusicTrack(event, musicTrack);
-        }
+        writeEvents(*this, required(pattern), musicTrack);
     }
 }
 
@@ -231,9 +236,7 @@ void MIDISequence::patternNodeToMusicTrack(const std::shared_ptr<PatternNode>& p
         return;
     }
     clear(musicTrack);
-    for (const auto& event : patternNode->events) {
-        eventsToMusicTrack(event, musicTrack);
-    }
+    writeEvents(*this, *patternNode, musicTrack);
 }
 
 void MIDISequence::patternNodeToMusicSequence(const std::shared_ptr<PatternNode>& patternNode)

@@ -116,6 +116,26 @@ TEST_F(MIDISequenceTreeWalkTest, WithoutATreeNothingIsRewritten)
     EXPECT_EQ(stored(0), old0);
 }
 
+using MIDISequenceTreeWalkDeathTest = MIDISequenceTreeWalkTest;
+
+TEST_F(MIDISequenceTreeWalkDeathTest, ANullAmongTheNodesStopsEveryWay)
+{
+    const MusicTrack track = sequence->getTrack(1);
+    trackNode->patterns.push_back(nullptr);
+    EXPECT_STOP(sequence->trackNodeToMusicTrack(trackNode, track), nilMessage,
+                (Lines{noteInfo, noteInfo, noteInfo}));
+    pattern->events.insert(pattern->events.begin(), nullptr);
+    EXPECT_STOP(sequence->patternNodeToMusicTrack(pattern, track), nilMessage, Lines{});
+    EXPECT_STOP(sequence->patternNodeToMusicSequence(pattern), nilMessage, Lines{});
+    EXPECT_STOP(sequence->trackNodeToMusicSequence(trackNode), nilMessage, (Lines{emptied, noteInfo}));
+    trackNode->events.insert(trackNode->events.begin(), nullptr);
+    EXPECT_STOP(sequence->trackNodeToMusicTrack(trackNode, track), nilMessage, Lines{});
+    sequence->sequenceNode->tracks = {nullptr};
+    EXPECT_STOP(sequence->sequenceNodeToMusicSequence(), nilMessage, (Lines{removing, noData}));
+    sequence->sequenceNode->tempoTrack->events = {nullptr};
+    EXPECT_STOP(sequence->sequenceNodeToMusicSequence(), nilMessage, (Lines{removing, noData}));
+}
+
 class MIDISequenceWholeTreeTest : public MIDISequenceTreeWalkTest {
 protected:
     void SetUp() override
