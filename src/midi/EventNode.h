@@ -1,5 +1,7 @@
 #pragma once
 
+#include "midi/BackLink.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -18,8 +20,8 @@ public:
     EventNode(const EventNode&) = delete;
     EventNode& operator=(const EventNode&) = delete;
 
-    TrackNode* track = nullptr;     // the track that holds the node
-    PatternNode* pattern = nullptr; // the pattern that holds the node
+    BackLink<TrackNode> track;     // the track that took the node last
+    BackLink<PatternNode> pattern; // the pattern that took the node last
     std::int64_t uid = -1;
     std::uint8_t statusMask = 0; // the status byte without channel
     double position = 0.0;       // beats

@@ -14,18 +14,10 @@ PatternNode::PatternNode()
     ++patternCount;
 }
 
-PatternNode::~PatternNode()
-{
-    for (const auto& event : events) {
-        if (event->pattern == this) {
-            event->pattern = nullptr;
-        }
-    }
-}
-
 std::shared_ptr<EventNode> PatternNode::getEvent(std::int64_t uid) const
 {
-    const auto found = std::ranges::find_if(events, [uid](const auto& event) { return event->uid == uid; });
+    const auto found =
+        std::ranges::find_if(events, [uid](const auto& event) { return required(event).uid == uid; });
     return found == events.end() ? std::make_shared<EventNode>() : *found;
 }
 
@@ -41,7 +33,8 @@ std::int64_t PatternNode::addEvent(const std::shared_ptr<EventNode>& event)
 
 bool PatternNode::removeEventWithUID(std::int64_t uid)
 {
-    const auto found = std::ranges::find_if(events, [uid](const auto& event) { return event->uid == uid; });
+    const auto found =
+        std::ranges::find_if(events, [uid](const auto& event) { return required(event).uid == uid; });
     if (found == events.end()) {
         return false;
     }
@@ -132,7 +125,7 @@ void PatternNode::dumpout() const
     directPrint(concat("\n\tDie Anzahl der Events ist ", events.size(), "."));
     directPrint("\tEvents:");
     for (const auto& event : events) {
-        directPrint(concat("\n\t\tEvent ", event->className(), ":"));
+        directPrint(concat("\n\t\tEvent ", required(event).className(), ":"));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Checked.h"
 #include "midi/ChannelEvents.h"
 #include "services/musicsequence/MusicSequence.h"
 
@@ -12,20 +13,19 @@ class SequenceNode;
 
 // Events in the order of adding, and the descriptive texts of a stretch of music. Held by std::shared_ptr;
 // the back links `sequence` and `track` never own. A node that is taken out of the pattern keeps its link to
-// it, one that outlives the pattern inside it loses it. Used by one thread at a time.
-class PatternNode {
+// it for as long as the pattern lives. A null among the events is a fatal stop wherever it is met. Used by
+// one thread at a time.
+class PatternNode : public LinkTarget {
 public:
     PatternNode();
-    virtual ~PatternNode();
-    PatternNode(const PatternNode&) = delete;
-    PatternNode& operator=(const PatternNode&) = delete;
+    virtual ~PatternNode() = default;
 
     // Counts every pattern and track ever made, and wraps.
     static inline std::uint16_t patternCount = 1;
 
     std::uint16_t id = 0; // 0 on every node
-    SequenceNode* sequence = nullptr;
-    TrackNode* track = nullptr;
+    BackLink<SequenceNode> sequence;
+    BackLink<TrackNode> track;
     std::uint8_t channel = 0;
     std::vector<std::shared_ptr<EventNode>> events;
     double offset = 0.0;    // beats
@@ -97,6 +97,7 @@ std::vector<std::shared_ptr<T>> PatternNode::getElementsOfClass(double /*begin*/
 {
     std::vector<std::shared_ptr<T>> elements;
     for (const auto& event : events) {
+        required(event);
         if (auto element = std::dynamic_pointer_cast<T>(event)) {
             elements.push_back(std::move(element));
         }

@@ -41,23 +41,6 @@ SequenceNode::SequenceNode(std::uint16_t trackCount)
     numberOfTracks = SequenceNode::getTrackCount();
 }
 
-SequenceNode::~SequenceNode()
-{
-    const auto unlink = [this](PatternNode& node) {
-        if (node.sequence == this) {
-            node.sequence = nullptr;
-        }
-    };
-    const auto unlinkTrack = [&unlink](TrackNode& track) {
-        unlink(track);
-        std::ranges::for_each(track.patterns, [&unlink](const auto& pattern) { unlink(*pattern); });
-    };
-    if (tempoTrack) {
-        unlinkTrack(*tempoTrack);
-    }
-    std::ranges::for_each(tracks, [&unlinkTrack](const auto& track) { unlinkTrack(*track); });
-}
-
 void SequenceNode::makeTempoTrack()
 {
     tempoTrack = std::make_shared<TrackNode>();
@@ -87,7 +70,8 @@ std::uint16_t SequenceNode::addTrack()
 
 void SequenceNode::removeTrack(std::uint16_t id)
 {
-    const auto found = std::ranges::find_if(tracks, [id](const auto& track) { return track->id == id; });
+    const auto found =
+        std::ranges::find_if(tracks, [id](const auto& track) { return required(track).id == id; });
     if (found != tracks.end()) {
         tracks.erase(found);
     }
@@ -95,7 +79,8 @@ void SequenceNode::removeTrack(std::uint16_t id)
 
 std::shared_ptr<TrackNode> SequenceNode::getrack(std::uint16_t id) const
 {
-    const auto found = std::ranges::find_if(tracks, [id](const auto& track) { return track->id == id; });
+    const auto found =
+        std::ranges::find_if(tracks, [id](const auto& track) { return required(track).id == id; });
     return found == tracks.end() ? nullptr : *found;
 }
 
@@ -134,7 +119,7 @@ std::shared_ptr<TrackNode> SequenceNode::child(std::uint16_t index) const
 void SequenceNode::clear()
 {
     required(tempoTrack).clearEvents();
-    std::ranges::for_each(tracks, [](const auto& track) { track->clear(); });
+    std::ranges::for_each(tracks, [](const auto& track) { required(track).clear(); });
 }
 
 void SequenceNode::diagnostics() const
@@ -146,7 +131,7 @@ void SequenceNode::diagnostics() const
     directPrint(concat("\nDie Anzahl der (Music) Tracks ist ", tracks.size(), "."));
     directPrint("Tracks:");
     for (const auto& track : tracks) {
-        directPrint(concat("\n\tTrack ", track->className(), ":"));
+        directPrint(concat("\n\tTrack ", required(track).className(), ":"));
     }
     directPrint(
         "\n\n+++++++++++++++++++++++++++++++++++++ Sequence ++++++++++++++++++++++++++++++++++++++STOP\n\n");

@@ -8,9 +8,9 @@
 
 namespace volvelle {
 
-// The root of a sequence's tree: a tempo track and the music tracks. Tracks that outlive the tree lose their
-// link to it. Used by one thread at a time, and trees are built on one thread at a time.
-class SequenceNode {
+// The root of a sequence's tree: a tempo track and the music tracks. A null among the tracks is a fatal stop
+// wherever it is met. Used by one thread at a time, and trees are built on one thread at a time.
+class SequenceNode : public LinkTarget {
 public:
     // A tree with one track.
     SequenceNode();
@@ -19,9 +19,7 @@ public:
     // the console and keeps one track; 0 and 257 to 1000 are fatal stops.
     explicit SequenceNode(std::uint16_t trackCount);
 
-    virtual ~SequenceNode();
-    SequenceNode(const SequenceNode&) = delete;
-    SequenceNode& operator=(const SequenceNode&) = delete;
+    virtual ~SequenceNode() = default;
 
     // The next event number of the whole process. Every new tree sets it to 1, so uids are unique only within
     // the tree built last.

@@ -15,24 +15,6 @@ TrackNode::TrackNode()
     name = "Spur Name";
 }
 
-TrackNode::~TrackNode()
-{
-    const auto unlinkEvents = [this](const PatternNode& node) {
-        for (const auto& event : node.events) {
-            if (event->track == this) {
-                event->track = nullptr;
-            }
-        }
-    };
-    unlinkEvents(*this);
-    for (const auto& pattern : patterns) {
-        unlinkEvents(*pattern);
-        if (pattern->track == this) {
-            pattern->track = nullptr;
-        }
-    }
-}
-
 std::int64_t TrackNode::addEvent(const std::shared_ptr<EventNode>& event)
 {
     EventNode& node = required(event);
@@ -51,8 +33,8 @@ void TrackNode::clear()
 
 std::shared_ptr<PatternNode> TrackNode::getPattern(std::uint16_t patternId) const
 {
-    const auto found =
-        std::ranges::find_if(patterns, [patternId](const auto& pattern) { return pattern->id == patternId; });
+    const auto found = std::ranges::find_if(
+        patterns, [patternId](const auto& pattern) { return required(pattern).id == patternId; });
     return found == patterns.end() ? std::make_shared<PatternNode>() : *found;
 }
 
@@ -64,15 +46,15 @@ std::uint16_t TrackNode::addPattern(const std::shared_ptr<PatternNode>& pattern)
     node.track = this;
     patterns.push_back(pattern);
     for (const auto& event : node.events) {
-        event->track = this;
+        required(event).track = this;
     }
     return node.id;
 }
 
 bool TrackNode::removePatternWithID(std::uint16_t patternId)
 {
-    const auto found =
-        std::ranges::find_if(patterns, [patternId](const auto& pattern) { return pattern->id == patternId; });
+    const auto found = std::ranges::find_if(
+        patterns, [patternId](const auto& pattern) { return required(pattern).id == patternId; });
     if (found == patterns.end()) {
         return false;
     }
@@ -130,12 +112,12 @@ void TrackNode::dumpout() const
     directPrint(concat("\n\tDie Anzahl der Events ist ", events.size(), "."));
     directPrint("\tEvents:");
     for (const auto& event : events) {
-        directPrint(concat("\n\t\tEvent ", event->className(), ":"));
+        directPrint(concat("\n\t\tEvent ", required(event).className(), ":"));
     }
     directPrint(concat("\n\tDie Anzahl der Patterns ist ", patterns.size(), "."));
     directPrint("\tPatterns:");
     for (const auto& pattern : patterns) {
-        directPrint(concat("\n\t\tPattern ", pattern->className(), ":"));
+        directPrint(concat("\n\t\tPattern ", required(pattern).className(), ":"));
     }
 }
 

@@ -4,11 +4,10 @@
 
 namespace volvelle {
 
-// A track: a pattern with patterns of its own. Patterns that outlive the track lose their link to it.
+// A track: a pattern with patterns of its own.
 class TrackNode : public PatternNode {
 public:
     TrackNode();
-    ~TrackNode() override;
 
     bool isTempoTrack = false;
     std::vector<std::shared_ptr<PatternNode>> patterns;

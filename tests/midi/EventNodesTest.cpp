@@ -63,6 +63,28 @@ TEST(EventNode, DumpsItsContainersByTheirClass)
     EXPECT_EQ(checkedAt(lines, 1), "\t\ttrack: TrackNode.");
 }
 
+TEST(EventNode, PrintsNilForContainersThatAreGone)
+{
+    ConsoleCapture capture;
+    const auto removed = std::make_shared<EventNode>();
+    {
+        PatternNode pattern;
+        pattern.addEvent(removed);
+        TrackNode track;
+        track.addEvent(removed);
+        pattern.clearEvents();
+        track.clearEvents();
+        EXPECT_EQ(removed->pattern, &pattern);
+        EXPECT_EQ(removed->track, &track);
+    }
+    EXPECT_EQ(removed->pattern, nullptr);
+    EXPECT_EQ(removed->track, nullptr);
+    removed->dumpout();
+    const Lines lines = capture.take();
+    EXPECT_EQ(checkedAt(lines, 0), "\t\tpattern: nil.");
+    EXPECT_EQ(checkedAt(lines, 1), "\t\ttrack: nil.");
+}
+
 TEST(TempoEvent, HasAStatusByteOf255)
 {
     const TempoEvent tempo;

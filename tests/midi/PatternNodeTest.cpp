@@ -99,9 +99,26 @@ TEST(PatternNode, RemovesByNumberByObjectAndByIndex)
     EXPECT_FALSE(pattern.removeEventWithUID(2));
     EXPECT_TRUE(pattern.removeEvent(*three));
     EXPECT_FALSE(pattern.removeEvent(*three));
-    EXPECT_EQ(pattern.getEventCount(), 1);
+    EXPECT_EQ(pattern.events, (std::vector<std::shared_ptr<EventNode>>{one}));
     pattern.removeEventAtIndex(0);
     EXPECT_TRUE(pattern.isEmpty());
+}
+
+TEST(PatternNode, RemovesTheEventAtEachIndexAndNoOther)
+{
+    for (const int index : {0, 1, 2, 3}) {
+        PatternNode pattern;
+        std::vector<std::shared_ptr<EventNode>> left;
+        for (int i = 0; i < 4; ++i) {
+            const auto note = noteAt(i);
+            pattern.addEvent(note);
+            if (i != index) {
+                left.push_back(note);
+            }
+        }
+        pattern.removeEventAtIndex(index);
+        EXPECT_EQ(pattern.events, left) << index;
+    }
 }
 
 TEST(PatternNode, TakesNoNoticeOfPositions)
@@ -197,12 +214,49 @@ TEST(PatternNode, DumpsItselfWithoutOwners)
     EXPECT_EQ(lines[10], "\n\tDie Anzahl der Events ist 0.");
 }
 
+TEST(PatternNode, PrintsNilForOwnersThatAreGone)
+{
+    const auto pattern = std::make_shared<PatternNode>();
+    {
+        SequenceNode sequence;
+        sequence.tracks[0]->addPattern(pattern);
+        sequence.tracks[0]->clearPatterns();
+        EXPECT_EQ(pattern->sequence, &sequence);
+        EXPECT_EQ(pattern->track, sequence.tracks[0].get());
+    }
+    ConsoleCapture capture;
+    pattern->dumpout();
+    const Lines lines = capture.take();
+    ASSERT_EQ(lines.size(), 12U);
+    EXPECT_EQ(lines[0], "\tsequence: nil.");
+    EXPECT_EQ(lines[1], "\ttrack: nil.");
+}
+
+TEST(PatternNodeDeathTest, StopsAtANullAmongItsEvents)
+{
+    const std::string nil = "Unexpectedly found nil while unwrapping an Optional value";
+    PatternNode pattern;
+    EXPECT_DEATH(pattern.addEvent(nullptr), nil);
+    pattern.events.push_back(nullptr);
+    EXPECT_DEATH(pattern.getEvent(1), nil);
+    EXPECT_DEATH(pattern.eventChildWithUID(1), nil);
+    EXPECT_DEATH(pattern.removeEventWithUID(1), nil);
+    EXPECT_DEATH(pattern.getNotes(), nil);
+    EXPECT_DEATH(pattern.getNotesBetween(127, 0), nil);
+    EXPECT_DEATH(pattern.getControllers(7), nil);
+    EXPECT_DEATH(pattern.dumpout(), nil);
+}
+
 TEST(PatternNodeDeathTest, StopsAtAnIndexOutOfRange)
 {
     PatternNode pattern;
     EXPECT_DEATH(pattern.removeEventAtIndex(0), "Index out of range");
     EXPECT_DEATH(pattern.eventChildAtIndex(0), "Index out of range");
     EXPECT_DEATH(pattern.eventChildAtIndex(-1), "Index out of range");
+    pattern.addEvent(noteAt(0.0));
+    EXPECT_DEATH(pattern.removeEventAtIndex(1), "Index out of range");
+    EXPECT_DEATH(pattern.removeEventAtIndex(-1), "Index out of range");
+    EXPECT_DEATH(pattern.eventChildAtIndex(1), "Index out of range");
 }
 
 } // namespace

@@ -132,6 +132,18 @@ TEST(SequenceNodeDeathTest, StopsWithoutATempoTrack)
     EXPECT_DEATH(node.clear(), "Unexpectedly found nil while unwrapping an Optional value");
 }
 
+TEST(SequenceNodeDeathTest, StopsAtANullAmongItsTracks)
+{
+    const std::string nil = "Unexpectedly found nil while unwrapping an Optional value";
+    SequenceNode node;
+    node.tracks[0] = nullptr;
+    EXPECT_DEATH(node.getrack(0), nil);
+    EXPECT_DEATH(node.removeTrack(0), nil);
+    EXPECT_DEATH(node.child(0), nil);
+    EXPECT_DEATH(node.clear(), nil);
+    EXPECT_DEATH(node.diagnostics(), nil);
+}
+
 TEST(SequenceNode, NumbersTheEventsOfAllItsTracks)
 {
     const SequenceNode node(2);

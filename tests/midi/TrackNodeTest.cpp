@@ -81,6 +81,23 @@ TEST(TrackNode, RemovesPatternsByNumberByObjectAndByIndex)
     EXPECT_EQ(track.getPatternCount(), 0);
 }
 
+TEST(TrackNode, RemovesThePatternAtEachIndexAndNoOther)
+{
+    for (const int index : {0, 1, 2}) {
+        TrackNode track;
+        std::vector<std::shared_ptr<PatternNode>> left;
+        for (int i = 0; i < 3; ++i) {
+            const auto pattern = std::make_shared<PatternNode>();
+            track.addPattern(pattern);
+            if (i != index) {
+                left.push_back(pattern);
+            }
+        }
+        track.removePatternAtIndex(index);
+        EXPECT_EQ(track.patterns, left) << index;
+    }
+}
+
 TEST(TrackNode, ClearsEventsAndPatterns)
 {
     TrackNode track;
@@ -124,6 +141,39 @@ TEST(TrackNode, DumpsItsFieldsEventsAndPatterns)
               (Lines{"\tsequence: nil.", "\tisTempoTrack: false.", "\tchannel: 2.",
                      "\n\tDie Anzahl der Events ist 1.", "\tEvents:", "\n\t\tEvent TempoEvent:",
                      "\n\tDie Anzahl der Patterns ist 1.", "\tPatterns:", "\n\t\tPattern PatternNode:"}));
+}
+
+TEST(TrackNode, PrintsNilForASequenceThatIsGone)
+{
+    ConsoleCapture capture;
+    std::shared_ptr<TrackNode> track;
+    {
+        SequenceNode sequence(2);
+        track = sequence.tracks[0];
+        sequence.removeTrack(0);
+        EXPECT_EQ(track->sequence, &sequence);
+    }
+    track->dumpout();
+    EXPECT_EQ(capture.take().front(), "\tsequence: nil.");
+}
+
+TEST(TrackNodeDeathTest, StopsAtANullAmongItsNodes)
+{
+    const std::string nil = "Unexpectedly found nil while unwrapping an Optional value";
+    TrackNode track;
+    EXPECT_DEATH(track.addEvent(nullptr), nil);
+    EXPECT_DEATH(track.addPattern(nullptr), nil);
+    const auto pattern = std::make_shared<PatternNode>();
+    pattern->events.push_back(nullptr);
+    EXPECT_DEATH(track.addPattern(pattern), nil);
+    track.patterns.push_back(nullptr);
+    EXPECT_DEATH(track.getPattern(0), nil);
+    EXPECT_DEATH(track.patternChildWithUID(0), nil);
+    EXPECT_DEATH(track.removePatternWithID(0), nil);
+    EXPECT_DEATH(track.dumpout(), nil);
+    track.patterns.clear();
+    track.events.push_back(nullptr);
+    EXPECT_DEATH(track.dumpout(), nil);
 }
 
 TEST(TrackNodeDeathTest, StopsAtAnIndexOutOfRange)

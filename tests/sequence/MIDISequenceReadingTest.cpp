@@ -112,7 +112,7 @@ TEST_F(MIDISequenceReadingTest, TheListenerIsCalledBeforeTheNextEventIsRead)
     public:
         void foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event) override
         {
-            counts.push_back(required(event->track).getEventCount());
+            counts.push_back(required(event->track.get()).getEventCount());
         }
 
         std::vector<int> counts;
