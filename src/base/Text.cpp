@@ -2,10 +2,14 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace volvelle {
 
 namespace {
+
+constexpr double leastDecimal = 1e-4;
+constexpr double leastLargeScientific = 1e16;
 
 template <class T>
 std::string integerText(T value)
@@ -18,10 +22,14 @@ std::string integerText(T value)
 template <class T>
 std::string floatText(T value)
 {
+    const T size = std::abs(value);
+    const bool isDecimal =
+        size == 0 || (size >= static_cast<T>(leastDecimal) && size < static_cast<T>(leastLargeScientific));
+    const auto format = isDecimal ? std::chars_format::fixed : std::chars_format::scientific;
     std::array<char, 40> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format).ptr;
     std::string result(buffer.data(), end);
-    if (result.find_first_of(".einf") == std::string::npos) {
+    if (isDecimal && result.find('.') == std::string::npos) {
         result += ".0";
     }
     return result;

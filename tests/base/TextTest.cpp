@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace volvelle {
@@ -17,6 +18,29 @@ TEST(Text, FloatsAreShortestAndKeepADigitBehindThePoint)
     EXPECT_EQ(text(1e300), "1e+300");
     EXPECT_EQ(text(std::numeric_limits<double>::infinity()), "inf");
     EXPECT_EQ(text(std::numeric_limits<double>::quiet_NaN()), "nan");
+}
+
+TEST(Text, FloatsAreDecimalFromATenThousandthToBelowTenToTheSixteenth)
+{
+    EXPECT_EQ(text(0.0), "0.0");
+    EXPECT_EQ(text(0.0001), "0.0001");
+    EXPECT_EQ(text(-0.0001), "-0.0001");
+    EXPECT_EQ(text(std::nextafter(0.0001, 0.0)), "9.999999999999999e-05");
+    EXPECT_EQ(text(0.00001), "1e-05");
+    EXPECT_EQ(text(100000.0), "100000.0");
+    EXPECT_EQ(text(100000.5), "100000.5");
+    EXPECT_EQ(text(12345678.0), "12345678.0");
+    EXPECT_EQ(text(1e15), "1000000000000000.0");
+    EXPECT_EQ(text(9999999999999998.0), "9999999999999998.0");
+    EXPECT_EQ(text(1e16), "1e+16");
+    EXPECT_EQ(text(-1e16), "-1e+16");
+    EXPECT_EQ(text(1.5e20), "1.5e+20");
+    EXPECT_EQ(text(100000.0F), "100000.0");
+    EXPECT_EQ(text(0.0001F), "0.0001");
+    EXPECT_EQ(text(0.001F), "0.001");
+    EXPECT_EQ(text(1e17F), "1e+17");
+    EXPECT_EQ(text(-std::numeric_limits<double>::infinity()), "-inf");
+    EXPECT_EQ(text(std::numeric_limits<double>::denorm_min()), "5e-324");
 }
 
 TEST(Text, IntegersOfAnyWidthArePlainNumbers)
@@ -47,11 +71,25 @@ TEST(Text, AByteIsTwoHexadecimalDigitsWithTheWantedFill)
     EXPECT_EQ(hexadecimal(0x9F), "9F");
     EXPECT_EQ(hexadecimal(5), "05");
     EXPECT_EQ(hexadecimal(5, ' '), " 5");
+    const std::string digits = "0123456789ABCDEF";
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const char high = digits[byte / 16];
+        const std::string low(1, digits[byte % 16]);
+        EXPECT_EQ(hexadecimal(static_cast<std::uint8_t>(byte)), high + low);
+        EXPECT_EQ(hexadecimal(static_cast<std::uint8_t>(byte), ' '), (byte < 16 ? ' ' : high) + low);
+    }
 }
 
 TEST(Text, EveryByteIsOneCharacter)
 {
     EXPECT_EQ(latinText({0x41, 0xC4, 0xFF}), "A\xC3\x84\xC3\xBF");
+    EXPECT_EQ(latinText({}), "");
+    EXPECT_EQ(latinText({0x7F, 0x80, 0xBF, 0xC0}), "\x7F\u0080\u00BF\u00C0");
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const auto character = static_cast<char>(byte < 0x80 ? byte : byte % 0x40 + 0x80);
+        const std::string lead = byte < 0x80 ? "" : byte < 0xC0 ? "\xC2" : "\xC3";
+        EXPECT_EQ(latinText({static_cast<std::uint8_t>(byte)}), lead + character) << byte;
+    }
 }
 
 } // namespace
