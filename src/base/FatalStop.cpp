@@ -1,6 +1,6 @@
 #include "base/FatalStop.h"
 
-#include "base/Console.h"
+#include "base/MainQueue.h"
 
 #include <atomic>
 #include <cstdio>
@@ -19,7 +19,7 @@ void fatalStop(std::string_view message)
     line += '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
     std::fflush(stderr);
-    flushLog();
+    mainQueue().writeWaitingLines();
     if (const FinalStep step = finalStep.load()) {
         step();
     }

@@ -26,7 +26,7 @@ public:
     void drain();
 
     // Takes the waiting log lines out of the queue and writes them in their order; runs no closure.
-    // [main thread]
+    // [main thread; in a fatal stop any]
     void writeWaitingLines();
 
     // Called behind each posting, for instance to wake a sleeping run loop; empty for none. The hook must not

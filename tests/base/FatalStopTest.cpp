@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace volvelle {
 namespace {
@@ -25,15 +26,15 @@ TEST(FatalStopDeathTest, TheFinalStepDecidesHowTheProgramEnds)
         testing::ExitedWithCode(1), "^broken\n$");
 }
 
+struct ErrorSink : ConsoleSink {
+    void write(std::string_view line) override
+    {
+        std::fprintf(stderr, "log: %.*s\n", static_cast<int>(line.size()), line.data());
+    }
+};
+
 TEST(FatalStopDeathTest, LogLinesThatWaitAreWrittenBeforeTheEnd)
 {
-    struct ErrorSink : ConsoleSink {
-        void write(std::string_view line) override
-        {
-            std::fprintf(stderr, "log: %.*s\n", static_cast<int>(line.size()), line.data());
-        }
-    };
-
     EXPECT_DEATH(
         {
             ErrorSink sink;
@@ -42,6 +43,21 @@ TEST(FatalStopDeathTest, LogLinesThatWaitAreWrittenBeforeTheEnd)
             fatalStop("the end");
         },
         "^the end\nlog: waiting\n$");
+}
+
+TEST(FatalStopDeathTest, LogLinesThatWaitAreWrittenByAStopOffTheMainThreadToo)
+{
+    EXPECT_DEATH(
+        {
+            ErrorSink sink;
+            console().setSink(&sink);
+            safeprint("waiting");
+            std::thread([] {
+                safeprint("waiting too");
+                fatalStop("the end");
+            }).join();
+        },
+        "^the end\nlog: waiting\nlog: waiting too\n$");
 }
 
 TEST(FatalStop, SettingTheFinalStepGivesTheOneBefore)
