@@ -2,10 +2,9 @@
 
 #include "base/Console.h"
 #include "base/Paths.h"
+#include "base/RandomSource.h"
 #include "base/Text.h"
 
-#include <atomic>
-#include <random>
 #include <system_error>
 
 namespace volvelle {
@@ -50,11 +49,12 @@ std::string bytesAsHex(std::uint64_t value)
 
 std::string globallyUniqueString()
 {
-    static std::atomic<std::uint64_t> count{0};
-    std::random_device entropy;
-    const std::uint64_t high = std::uint64_t{entropy()} << 32U | entropy();
-    const std::uint64_t low = std::uint64_t{entropy()} << 32U | entropy();
-    return bytesAsHex(high) + bytesAsHex(low) + bytesAsHex(count++);
+    static std::uint64_t count = 0;
+    std::string result;
+    for (int i = 0; i < 16; ++i) {
+        result += hexadecimal(static_cast<std::uint8_t>(randomInteger(0, 0xFF)));
+    }
+    return result + bytesAsHex(count++);
 }
 
 } // namespace

@@ -31,7 +31,7 @@ void getPaths();
 std::string stringValue(std::uint32_t code);
 
 // A name that no other call on any machine gives, behind `withPrefix` and "-" where there is a prefix.
-// [any thread]
+// [the thread that draws]
 std::string uniqueName(const std::optional<std::string>& withPrefix);
 
 } // namespace volvelle

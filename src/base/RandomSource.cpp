@@ -21,11 +21,11 @@ RandomSource& currentSource()
 
 } // namespace
 
-std::uint64_t SystemRandomSource::seed()
+std::uint64_t SystemRandomSource::entropy()
 {
-    std::random_device entropy;
-    const std::uint64_t high = entropy();
-    return (high << 32U) | entropy();
+    std::random_device device;
+    const std::uint64_t high = device();
+    return (high << 32U) | device();
 }
 
 int SystemRandomSource::draw(int lower, int upper)

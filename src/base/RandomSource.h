@@ -14,21 +14,26 @@ public:
     virtual int draw(int lower, int upper) = 0;
 };
 
-// The product's own source, seeded from the system's entropy at its first draw.
+// The product's own source, seeded from the system's entropy where no seed is given.
 class SystemRandomSource : public RandomSource {
 public:
+    SystemRandomSource() : SystemRandomSource(entropy()) {}
+
+    explicit SystemRandomSource(std::uint64_t seed) : engine(seed) {}
+
     int draw(int lower, int upper) override;
 
 private:
-    std::mt19937_64 engine{seed()};
+    static std::uint64_t entropy();
 
-    static std::uint64_t seed();
+    std::mt19937_64 engine;
 };
 
 // A draw from the source in force; an inverted range is a fatal stop.
 int randomInteger(int lower, int upper);
 
-// Puts a source in force, null for the system's, and returns the one before, null where it was the system's.
+// Puts a source in force, null for the system's, which is made at its first draw, and returns the one before,
+// null where it was the system's.
 // Tests alone call it. [the thread that draws]
 RandomSource* setRandomSource(RandomSource* source);
 
