@@ -53,6 +53,22 @@ TEST_F(Paths, TheUsersConfigurationNamesTheDocumentsFolder)
     EXPECT_EQ(documentsFolder(), home / "Documents");
 }
 
+TEST_F(Paths, ABrokenLineAboveAGoodOneIsPassedOver)
+{
+    for (const char* broken :
+         {"XDG_DOCUMENTS_DIR=\"$HOME/Half", "XDG_DOCUMENTS_DIR=\"", "XDG_DOCUMENTS_DIR=$HOME/Bare",
+          "xdg_documents_dir=\"$HOME/Small\"", " XDG_DOCUMENTS_DIR=\"$HOME/Indented\"", "\"", "", "# \""}) {
+        writeUserDirs(std::string(broken) + "\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+        EXPECT_EQ(documentsFolder(), home / "Dokumente") << broken;
+    }
+}
+
+TEST_F(Paths, TheFirstGoodLineCounts)
+{
+    writeUserDirs("XDG_DOCUMENTS_DIR=\"/one\"\nXDG_DOCUMENTS_DIR=\"/two\"\n");
+    EXPECT_EQ(documentsFolder(), fs::path("/one"));
+}
+
 TEST_F(Paths, WithoutAHomeThereIsNoDocumentsFolder)
 {
     unsetenv("HOME");
