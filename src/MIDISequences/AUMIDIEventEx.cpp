@@ -13,16 +13,22 @@ namespace {
 
 constexpr int headSize = 24; // bytes of a record
 
+// The bytes of a block for so many MIDI bytes, which the record's length must be able to tell.
+int blockSize(std::uint32_t dataLength)
+{
+    return checkedCast<std::uint16_t>(dataLength) + headSize;
+}
+
 } // namespace
 
 AUMIDIEventEx::AUMIDIEventEx(std::uint32_t dataLength)
-    : size(checkedAdd(checkedCast<int>(dataLength), headSize)),
+    : size(blockSize(dataLength)),
       mem(new std::uint8_t[std::size_t{dataLength} + headSize]()),
       _event(new(mem) AUMIDIEvent),
       _data(mem + offsetof(AUMIDIEvent, data)),
       _datacount(dataLength)
 {
-    _event->length = checkedCast<std::uint16_t>(dataLength);
+    _event->length = static_cast<std::uint16_t>(dataLength);
 }
 
 AUMIDIEventEx::AUMIDIEventEx(AURenderEventType type, const std::uint8_t* raw, std::uint32_t length,

@@ -11,7 +11,8 @@ namespace volvelle {
 
 // The owned form of a render event: one block holds the record and its MIDI bytes, whatever their number.
 // Held by std::shared_ptr; pointers to the record and its bytes are valid as long as the object. Making one
-// allocates and is for any thread; InitializeWith and the readers are realtime. [one thread at a time]
+// allocates and is for any thread; more than 65,535 bytes are a fatal stop. InitializeWith and the readers
+// are realtime. [one thread at a time]
 class AUMIDIEventEx {
 public:
     // A record of that type and sample time with all bytes of the array. An array shorter than `length` is
@@ -26,8 +27,9 @@ public:
     // many.
     AUMIDIEventEx(const AUMIDIEvent& ev, std::uint16_t length);
 
-    // A copy of the record and the bytes; `id`, `beats`, `duration` and `meta` are not copied.
-    AUMIDIEventEx(const AUMIDIEventEx& e);
+    // A copy of the record and the bytes; `id`, `beats`, `duration` and `meta` are not copied, and so none is
+    // made unasked.
+    explicit AUMIDIEventEx(const AUMIDIEventEx& e);
 
     // A MIDI event of that array at sample time 0.
     explicit AUMIDIEventEx(const std::vector<std::uint8_t>& bytes);

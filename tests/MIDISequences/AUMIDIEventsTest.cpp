@@ -1,10 +1,14 @@
 #include "MIDISequences/AUMIDIEvents.h"
+#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <array>
 #include <numeric>
+#include <type_traits>
 
 namespace volvelle {
 namespace {
@@ -12,6 +16,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Lines = std::vector<std::string>;
 using test::ConsoleCapture;
+using test::RealtimeGuard;
 
 Bytes counting(std::size_t count)
 {
@@ -213,7 +218,49 @@ TEST(AUMIDIEventExDeathTest, StopsAtALengthThatARecordCannotHold)
     EXPECT_EQ(AUMIDIEventEx(Bytes(65535)).length(), 65535U);
     EXPECT_DEATH((void)AUMIDIEventEx(bytes), "Not enough bits to represent the passed value");
     EXPECT_DEATH((void)AUMIDIEventEx(8, bytes.data(), 0xFFFFFFFFU, 0), "Not enough bits");
-    EXPECT_DEATH((void)AUMIDIEventEx(8, bytes.data(), 0x7FFFFFFFU, 0), "Arithmetic overflow");
+    EXPECT_DEATH((void)AUMIDIEventEx(8, bytes.data(), 0x7FFFFFFFU, 0), "Not enough bits");
+}
+
+void limitMemory(rlim_t bytes)
+{
+    const rlimit limit{bytes, bytes};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+TEST(AUMIDIEventExDeathTest, StopsAtSuchALengthBeforeItAllocates)
+{
+    if (!RealtimeGuard::isEffective()) {
+        GTEST_SKIP() << "the sanitizers take the memory that the limit keeps back";
+    }
+    const Bytes bytes(16);
+    EXPECT_DEATH(
+        {
+            limitMemory(1U << 30U);
+            (void)AUMIDIEventEx(8, bytes.data(), 0x7FFFFF00U, 0);
+        },
+        "^Not enough bits to represent the passed value\n$");
+}
+
+TEST(AUMIDIEventEx, IsCopiedOnlyWhereThatIsSaid)
+{
+    EXPECT_TRUE((std::is_constructible_v<AUMIDIEventEx, const AUMIDIEventEx&>));
+    EXPECT_FALSE((std::is_convertible_v<const AUMIDIEventEx&, AUMIDIEventEx>));
+}
+
+TEST(AUMIDIEventEx, IsOverwrittenWithoutAnAllocation)
+{
+    AUMIDIEventEx event(8, Bytes(256), 256, 0);
+    const AUMIDIEventEx longer(9, counting(200), 200, 33);
+    const AUMIDIEventEx shorter(Bytes{0x90, 60, 100});
+    const AUMIDIEventEx tooLong(9, Bytes(257, 3), 257, 5);
+    {
+        const RealtimeGuard guard;
+        event.InitializeWith(*tooLong.pEvent());
+        event.InitializeWith(*longer.pEvent());
+        event.InitializeWith(*shorter.pEvent());
+    }
+    EXPECT_EQ(event.length(), 200U);
+    EXPECT_EQ(event.array()[1], 60);
 }
 
 TEST(AURenderEvent, SharesItsHeadWithItsRecord)
@@ -236,6 +283,20 @@ TEST(AUMIDIEventStack, GivesOneScratchEventInEveryPlace)
     for (int i = 1; i < 1100; ++i) {
         ASSERT_EQ(stack.next(), first);
     }
+}
+
+TEST(AUMIDIEventStack, GivesItsEventsWithoutAnAllocation)
+{
+    AUMIDIEventStack stack;
+    const auto first = stack.next();
+    int others = 0;
+    {
+        const RealtimeGuard guard;
+        for (int i = 0; i < 2 * AUMIDIEventStack::MAXEVENTS; ++i) {
+            others += stack.next() == first ? 0 : 1;
+        }
+    }
+    EXPECT_EQ(others, 0);
 }
 
 class StackOf : public AUMIDIEventStack {
@@ -317,12 +378,20 @@ TEST(ChannelFilter, KeepsItsRoom)
 {
     ChannelFilter filter;
     const std::uint8_t* room = filter.channels.data();
-    for (std::uint8_t channel = 0; channel < 20; ++channel) {
-        filter.mute(channel);
-        filter.unmute(channel);
-        filter.solo(channel);
-        filter.reset();
+    int dropped = 0;
+    {
+        const RealtimeGuard guard;
+        for (std::uint8_t channel = 0; channel < 20; ++channel) {
+            filter.mute(channel);
+            filter.unmute(channel);
+            filter.solo(channel);
+            dropped += filter.filters(channel) ? 1 : 0;
+            filter.muteAll();
+            filter.unmuteAll();
+            filter.reset();
+        }
     }
+    EXPECT_EQ(dropped, 4);
     EXPECT_EQ(filter.channels.data(), room);
 }
 
