@@ -8,6 +8,7 @@
 #include "theory/EnumMIDINotes.h"
 
 #include <algorithm>
+#include <span>
 
 namespace volvelle {
 
@@ -39,15 +40,13 @@ std::vector<int> ruleInKey(int row, int key)
     return rule;
 }
 
-// True where the first `count` elements of the rule are counted in the pattern.
-bool beginsWithin(const std::vector<int>& rule, const std::vector<int>& pattern, std::size_t count)
+// True where the rule's first elements, as many as the pattern has, are all in the pattern.
+bool beginsWithin(const std::vector<int>& rule, const std::vector<int>& pattern)
 {
-    return rule.size() >= count &&
-           std::all_of(rule.begin(), rule.begin() + static_cast<std::ptrdiff_t>(count),
-                       [&pattern](int element) {
-                           return element >= 0 && element < octaveSize &&
-                                  pattern[static_cast<std::size_t>(element)] > 0;
-                       });
+    return rule.size() >= pattern.size() &&
+           std::ranges::all_of(std::span(rule).first(pattern.size()), [&pattern](int element) {
+               return std::ranges::find(pattern, element) != pattern.end();
+           });
 }
 
 } // namespace
@@ -85,14 +84,15 @@ std::vector<std::shared_ptr<ChordRule>> ChordRules::findMatches(const std::vecto
         return matches;
     }
     matches.reserve(EnumMIDIChords::NUMBEROFCHORDSINKEY);
-    countOctave(sequence);
-    const auto count =
-        static_cast<std::size_t>(std::ranges::count_if(opattern, [](int notes) { return notes > 0; }));
+    const std::vector<int> pattern = reduceToOctave(sequence);
+    if (pattern.empty()) {
+        return matches;
+    }
     for (const auto& rule : rules) {
-        if (!beginsWithin(rule->rule, opattern, count)) {
+        if (!beginsWithin(rule->rule, pattern)) {
             continue;
         }
-        if (rule->rule.size() == count) {
+        if (rule->rule.size() == pattern.size()) {
             exactMatch = static_cast<int>(matches.size());
         }
         matches.push_back(rule);

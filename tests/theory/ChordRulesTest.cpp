@@ -136,6 +136,27 @@ TEST(ChordRules, TakeTheLastOfSeveralExactMatches)
     EXPECT_EQ(exactName(rules, {64, 67, 72}), "CM");
 }
 
+TEST(ChordRules, FindMatchesOfWhatTheirReductionGives)
+{
+    class OtherReduction : public ChordRules {
+    public:
+        Numbers reduceToOctave(const Numbers& notes) override
+        {
+            reduced.push_back(notes);
+            return pattern;
+        }
+
+        Numbers pattern;
+        std::vector<Numbers> reduced;
+    } rules;
+
+    EXPECT_TRUE(rules.findMatches({60}).empty());
+    EXPECT_TRUE(rules.findMatches({}).empty());
+    rules.pattern = {2, 6, 9};
+    EXPECT_EQ(exactName(rules, {61}), "DM");
+    EXPECT_EQ(rules.reduced, (std::vector<Numbers>{{60}, {61}}));
+}
+
 TEST(ChordRules, FindNothingForFivePitchClasses)
 {
     ChordRules rules;
