@@ -195,6 +195,64 @@ TEST(MetaEvents, LogThatTheyHoldTooLittle)
     EXPECT_EQ(capture.take(), Lines{"Fehler: Das Signatur Event ist nicht initialisiert."});
 }
 
+// With fewer bytes than `least` an event says so and reads as `initial`, with as many it reads as `ones`.
+template <class Event, class Value>
+void expectLeast(std::size_t least, Value (Event::*get)() const, const Value& initial, const Value& ones,
+                 const std::string& message)
+{
+    ConsoleCapture capture;
+    Event event;
+    for (std::size_t count = 0; count < least + 2; ++count) {
+        event.data = Bytes(count, 1);
+        EXPECT_EQ((event.*get)(), count < least ? initial : ones) << event.className() << " " << count;
+        EXPECT_EQ(capture.take(), count < least ? Lines{message} : Lines{}) << event.className();
+    }
+}
+
+TEST(MetaEvents, NeedTheirWholePayload)
+{
+    const std::string prefix = "Fehler: Das Prefix Event ist nicht initialisiert.";
+    const std::string signature = "Fehler: Das Signatur Event ist nicht initialisiert.";
+    expectLeast<MetaSequenceNumberEvent, std::uint16_t>(
+        2, &MetaSequenceNumberEvent::getSequenceNumber, 0, 257,
+        "Fehler: Das Sequenznummer Event ist nicht initialisiert.");
+    expectLeast<MetaChannelPrefixEvent, std::uint8_t>(1, &MetaChannelPrefixEvent::getPrefix, 0, 1, prefix);
+    expectLeast<MetaMidiPortEvent, std::uint8_t>(1, &MetaMidiPortEvent::getPort, 0, 1, prefix);
+    expectLeast<MetaSetTempoEvent, std::string>(3, &MetaSetTempoEvent::getTempoV, "", "0, 0, 0",
+                                                "Fehler: Das Tempo Event ist nicht initialisiert.");
+    expectLeast<MetaSMTPOffsetEvent, std::string>(5, &MetaSMTPOffsetEvent::getOffsetV, "", "1:1:1:1:1",
+                                                  "Fehler: Das SMTP Event ist nicht initialisiert.");
+    expectLeast<MetaTimeSignatureEvent, std::string>(4, &MetaTimeSignatureEvent::getSignatureV, "",
+                                                     "1/1, 1, 1", signature);
+    expectLeast<MetaKeySignatureEvent, std::string>(2, &MetaKeySignatureEvent::getSignatureV, "", "1, 1",
+                                                    signature);
+}
+
+TEST(MetaEvents, GiveTheDefaultsForEveryShorterPayload)
+{
+    ConsoleCapture capture;
+    for (std::size_t count = 0; count < 5; ++count) {
+        MetaSetTempoEvent tempo;
+        tempo.data = Bytes(count, 1);
+        EXPECT_EQ(tempo.getTempo().b1, 0);
+        MetaSMTPOffsetEvent offset;
+        offset.data = Bytes(count, 1);
+        EXPECT_EQ(offset.getOffset().hours, 0);
+        EXPECT_EQ(offset.getOffset().fract, 0);
+        MetaTimeSignatureEvent time;
+        time.data = Bytes(count, 1);
+        EXPECT_EQ(time.getSignature().numerator, count < 4 ? 4 : 1);
+        EXPECT_EQ(time.getSignature()._32nd, count < 4 ? 8 : 1);
+        MetaKeySignatureEvent key;
+        key.data = Bytes(count, 1);
+        EXPECT_EQ(key.getSignature().sf, count < 2 ? 0 : 1);
+        EXPECT_EQ(key.getSignature().mi, count < 2 ? 0 : 1);
+        // tempo below 3, offset twice, time twice below 4, key twice below 2
+        EXPECT_EQ(capture.take().size(),
+                  (count < 3 ? 1U : 0U) + 2 + (count < 4 ? 2 : 0) + (count < 2 ? 2 : 0));
+    }
+}
+
 TEST(MetaEvents, AreContentWithTheLeastThatTheyNeed)
 {
     ConsoleCapture capture;
