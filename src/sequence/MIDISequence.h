@@ -20,8 +20,9 @@ namespace volvelle {
 //
 // Positions, lengths and durations are beats. A failed call of the service is logged, and the operation
 // yields a default or goes on with what it has; nothing is undone. An absent value where one is promised is a
-// fatal stop. Held by std::shared_ptr, since queued calls of the listener keep the sequence alive. All calls
-// on one object follow one another on one thread.
+// fatal stop, and so is a null among the tree's nodes. Queued calls of the listener keep the sequence alive:
+// one that writes while it has a listener must be held by std::shared_ptr, else the writing is a fatal stop.
+// All calls on one object follow one another on one thread.
 class MIDISequence : public std::enable_shared_from_this<MIDISequence> {
 public:
     // Which track plays which channel.
@@ -89,12 +90,12 @@ public:
     virtual bool getTrackAutomatedParameters(const MusicTrack& track);
     virtual std::int16_t getTrackTimeResolution(const MusicTrack& track);
     virtual void setTrackLength(const MusicTrack& track, double value = 4.0); // below 0 counts as 0
-    // A loop from `from` to `to`; an inverted one lasts 4 beats. `times` 0 is endless.
-    virtual void setLoopInfo(const MusicTrack& track, double from, double to, std::int32_t times = 0);
     virtual void setOfssetTime(const MusicTrack& track, double offset);
     virtual void setMuteStatus(const MusicTrack& track, bool value);
     // Writes the mute status: a solo request mutes the track.
     virtual void setSoloStatus(const MusicTrack& track, bool value);
+    // A loop from `from` to `to`; an inverted one lasts 4 beats. `times` 0 is endless.
+    virtual void setLoopInfo(const MusicTrack& track, double from, double to, std::int32_t times = 0);
     virtual void setAutomatedParameters(const MusicTrack& track); // does nothing
     virtual void setTimeResolution(const MusicTrack& track);      // does nothing
 
@@ -213,11 +214,13 @@ public:
 
     // MARK: Music sequence to tree
 
-    // Reads everything into the tree and tells the listener about each event inside the walk.
+    // Reads everything into the tree and tells the listener about each event inside the walk. A listener may
+    // give up the sequence there: a shared one lives until the walk ends.
     virtual void musicSequenceToSequenceNode();
     // One track. `index` is its index in the tree, -1 the tempo track.
     virtual void iterateEvents(const MusicTrack& track, int index);
-    // Append the payload, cut off at 1040 bytes, to the node's data; its length stays as it is.
+    // Append the payload, cut off at 1040 bytes, to the node's data; its length stays as it is. A node that
+    // is read has its position already.
     virtual void fillMetaData(const MIDIMetaEvent* source, UserEvent& dest);
     virtual void fillSysExData(const MIDIRawData* source, UserEvent& dest);
     virtual void fillUserData(const MusicEventUserData* source, UserEvent& dest);

@@ -35,7 +35,8 @@ public:
     std::vector<TimedMIDIEvent> getTrackEvents(int trackIndex);
     std::vector<TimedMIDIEvent> getTrackEvents(const MusicTrack& track);
 
-    // Starts the sequence on a new player of the service, which plays on behind the call.
+    // Takes the sequence through the steps of starting it on a new player of the service, and reports those
+    // that fail. Nothing sounds: the service's player has no sound of its own, and it ends with the call.
     void play();
 
 private:

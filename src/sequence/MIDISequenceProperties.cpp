@@ -91,17 +91,6 @@ void MIDISequence::setTrackLength(const MusicTrack& track, double value)
                   "Die Länge der Spur konnte nicht gesetzt werden.");
 }
 
-void MIDISequence::setLoopInfo(const MusicTrack& track, double from, double to, std::int32_t times)
-{
-    const double duration = to - from;
-    const MusicTrackLoopInfo info{duration < 0.0 ? 4.0 : duration, times};
-    const OSStatus status = MusicTrackSetProperty(track, kSequenceTrackProperty_LoopInfo, &info, sizeof info);
-    if (status != noErr) {
-        logLine("MIDISequence::Fehler: Die Loop Information konnte nicht zur Spur hinzugefügt werden: ",
-                status);
-    }
-}
-
 void MIDISequence::setOfssetTime(const MusicTrack& track, double offset)
 {
     writeProperty(track, kSequenceTrackProperty_OffsetTime, offset,
@@ -118,6 +107,17 @@ void MIDISequence::setSoloStatus(const MusicTrack& track, bool value)
 {
     writeProperty(track, kSequenceTrackProperty_MuteStatus, value,
                   "Die Stumm Schaltung der Spur konnte nicht gesetzt werden.");
+}
+
+void MIDISequence::setLoopInfo(const MusicTrack& track, double from, double to, std::int32_t times)
+{
+    const double duration = to - from;
+    const MusicTrackLoopInfo info{duration < 0.0 ? 4.0 : duration, times};
+    const OSStatus status = MusicTrackSetProperty(track, kSequenceTrackProperty_LoopInfo, &info, sizeof info);
+    if (status != noErr) {
+        logLine("MIDISequence::Fehler: Die Loop Information konnte nicht zur Spur hinzugefügt werden: ",
+                status);
+    }
 }
 
 void MIDISequence::setAutomatedParameters(const MusicTrack& /*track*/) {}

@@ -37,6 +37,7 @@ void MIDISequence::musicSequenceToSequenceNode()
         logLine("MIDISequence::Fehler: Die Sequenz ist undefiniert.");
         return;
     }
+    const auto self = weak_from_this().lock();
     channelAssignments.clear();
     patches.fill(0);
     required(sequenceNode).clear();
@@ -91,6 +92,7 @@ void MIDISequence::readTracks()
 
 void MIDISequence::iterateEvents(const MusicTrack& track, int index)
 {
+    const auto self = weak_from_this().lock();
     const auto assignment = std::make_shared<ChannelAssignment>();
     if (index >= 0 && index < 16) {
         assignment->index = index;
@@ -184,14 +186,14 @@ void SequenceReading::readNote(const TrackEvent& event)
     assignment.channel = message.channel;
     take(std::make_shared<MidiNoteEvent>(event.time, message.duration, message.channel, message.note,
                                          message.velocity, message.releaseVelocity),
-         event.time, Target::ownTrack, &SequenceFoundDelegate::foundNoteEvent);
+         Target::ownTrack, &SequenceFoundDelegate::foundNoteEvent);
 }
 
 void SequenceReading::readTempo(const TrackEvent& event)
 {
-    const auto tempo = std::make_shared<TempoEvent>();
+    const auto tempo = nodeAt<TempoEvent>(event);
     tempo->value = event.record<ExtendedTempoEvent>().bpm;
-    take(tempo, event.time, Target::tempoTrack, &SequenceFoundDelegate::foundTempoEvent);
+    take(tempo, Target::tempoTrack, &SequenceFoundDelegate::foundTempoEvent);
 }
 
 void SequenceReading::readUserData(const TrackEvent& event)
@@ -200,10 +202,10 @@ void SequenceReading::readUserData(const TrackEvent& event)
     if (record == nullptr) {
         return logLine("MIDISequence::Fehler: Es wurde ein NULL Pointer als Event übergeben!");
     }
-    const auto user = std::make_shared<UserEvent>();
+    const auto user = nodeAt<UserEvent>(event);
     user->length = record->length;
     sequence.fillUserData(record, *user);
-    take(user, event.time, Target::firstTrack, &SequenceFoundDelegate::foundUserEvent);
+    take(user, Target::firstTrack, &SequenceFoundDelegate::foundUserEvent);
 }
 
 void SequenceReading::readRawData(const TrackEvent& event)
@@ -212,34 +214,31 @@ void SequenceReading::readRawData(const TrackEvent& event)
     if (record == nullptr) {
         return logLine("MIDISequence::Error: Sysex event pointer is nil.");
     }
-    const auto exclusive = std::make_shared<SystemExclusiveEvent>();
+    const auto exclusive = nodeAt<SystemExclusiveEvent>(event);
     exclusive->length = record->length;
     sequence.fillSysExData(record, *exclusive);
-    take(exclusive, event.time, Target::ownTrack, &SequenceFoundDelegate::foundSysExEvent);
+    take(exclusive, Target::ownTrack, &SequenceFoundDelegate::foundSysExEvent);
 }
 
 void SequenceReading::readParameter(const TrackEvent& event)
 {
     sequence.diagnose(concat("Diagnose: MIDI Parameter Event: ID = ",
                              event.record<ParameterEvent>().parameterID, ", Position = ", event.time));
-    take(std::make_shared<AParameterEvent>(), event.time, Target::firstTrack,
-         &SequenceFoundDelegate::foundParameterEvent);
+    take(nodeAt<AParameterEvent>(event), Target::firstTrack, &SequenceFoundDelegate::foundParameterEvent);
 }
 
 void SequenceReading::readPreset(const TrackEvent& event)
 {
     sequence.diagnose(concat("Diagnose: MIDI AUPreset Event: ID = ", event.record<AUPresetEvent>().presetID,
                              ", Position = ", event.time));
-    take(std::make_shared<AAUPresetEvent>(), event.time, Target::firstTrack,
-         &SequenceFoundDelegate::foundAUPresetEvent);
+    take(nodeAt<AAUPresetEvent>(event), Target::firstTrack, &SequenceFoundDelegate::foundAUPresetEvent);
 }
 
 void SequenceReading::readUnknown(const TrackEvent& event)
 {
     sequence.diagnose(concat("Diagnose: Unbekanntes MIDI Event vom Type ", event.type,
                              ", Position = ", event.time, " erhalten."));
-    take(std::make_shared<UnknownEvent>(), event.time, Target::firstTrack,
-         &SequenceFoundDelegate::foundUnknownEvent);
+    take(nodeAt<UnknownEvent>(event), Target::firstTrack, &SequenceFoundDelegate::foundUnknownEvent);
 }
 
 } // namespace volvelle

@@ -10,21 +10,21 @@ void SequenceReading::takeChannelEvent(const std::shared_ptr<Node>& event, const
 {
     event->channel = source.record<MIDIChannelMessage>().status & 0x0FU;
     assignment.channel = event->channel;
-    take(event, source.time, Target::ownTrack, found);
+    take(event, Target::ownTrack, found);
 }
 
 template <class Node>
 void SequenceReading::takeSystemEvent(const TrackEvent& source, Found<Node> found)
 {
     const auto& message = source.record<MIDIChannelMessage>();
-    const auto event = std::make_shared<Node>();
+    const auto event = nodeAt<Node>(source);
     if constexpr (requires { event->value; }) {
         event->value = message.data1;
     } else if constexpr (requires { event->msb; }) {
         event->msb = message.data1;
         event->lsb = message.data2;
     }
-    take(event, source.time, Target::firstTrack, found);
+    take(event, Target::firstTrack, found);
 }
 
 void SequenceReading::readChannel(const TrackEvent& event)
@@ -51,7 +51,7 @@ void SequenceReading::readChannel(const TrackEvent& event)
             std::make_shared<MidiChannelPressureEvent>(event.time, channel, message.data1), event,
             &SequenceFoundDelegate::foundChannelPressureEvent);
     case STATUS_PITCHBEND: {
-        const auto bend = std::make_shared<MidiPitchBendEvent>();
+        const auto bend = nodeAt<MidiPitchBendEvent>(event);
         bend->bend.msb = message.data1;
         bend->bend.lsb = message.data2;
         return takeChannelEvent(bend, event, &SequenceFoundDelegate::foundPitchBendEvent);
@@ -89,7 +89,7 @@ void SequenceReading::readSystem(const TrackEvent& event)
     default:
         sequence.diagnose(concat("Diagnose: Ein Unbekanntes Event vom Type ", status,
                                  ", Position = ", event.time, " erhalten."));
-        return take(std::make_shared<UnknownEvent>(), event.time, Target::firstTrack,
+        return take(nodeAt<UnknownEvent>(event), Target::firstTrack,
                     &SequenceFoundDelegate::foundUnknownEvent);
     }
 }

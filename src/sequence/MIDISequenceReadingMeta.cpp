@@ -8,10 +8,10 @@ template <class Node>
 void SequenceReading::readMetaAs(const TrackEvent& event, Target target, Found<Node> found)
 {
     const auto& record = event.record<MIDIMetaEvent>();
-    const auto meta = std::make_shared<Node>();
+    const auto meta = nodeAt<Node>(event);
     meta->length = record.dataLength;
     sequence.fillMetaData(&record, *meta);
-    take(meta, event.time, target, found);
+    take(meta, target, found);
 }
 
 void SequenceReading::readMeta(const TrackEvent& event)

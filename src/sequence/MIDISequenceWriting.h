@@ -11,6 +11,8 @@ namespace volvelle {
 
 inline constexpr std::string_view noPayloadText =
     "MIDISequence::Warnung: Es befinden sich keine Einträge im übergebenen Daten Objekt.";
+inline constexpr std::string_view unsharedText =
+    "A sequence with a listener must be held by a shared pointer";
 inline constexpr std::string_view undefinedTrackText = "MIDISequence::Fehler: Die Spur ist undefiniert.";
 
 template <class Node>
@@ -27,9 +29,11 @@ void MIDISequence::notifyLater(const std::shared_ptr<Node>& event,
     if (!listener) {
         return;
     }
-    mainQueue().post([self = shared_from_this(), listener, event, found] {
-        (required(self->delegate.lock()).*found)(event);
-    });
+    const auto self = weak_from_this().lock();
+    if (!self) {
+        fatalStop(unsharedText);
+    }
+    mainQueue().post([self, listener, event, found] { (required(self->delegate.lock()).*found)(event); });
 }
 
 template <class Node, class Failure, class Write>

@@ -25,8 +25,12 @@ private:
 
     TrackNode& node(Target target);
 
+    // A new node with the position of the event.
     template <class Node>
-    void take(const std::shared_ptr<Node>& event, double time, Target target, Found<Node> found);
+    static std::shared_ptr<Node> nodeAt(const TrackEvent& event);
+
+    template <class Node>
+    void take(const std::shared_ptr<Node>& event, Target target, Found<Node> found);
 
     void readNote(const TrackEvent& event);
     void readTempo(const TrackEvent& event);
@@ -53,9 +57,16 @@ private:
 };
 
 template <class Node>
-void SequenceReading::take(const std::shared_ptr<Node>& event, double time, Target target, Found<Node> found)
+std::shared_ptr<Node> SequenceReading::nodeAt(const TrackEvent& event)
 {
-    event->position = time;
+    auto node = std::make_shared<Node>();
+    node->position = event.time;
+    return node;
+}
+
+template <class Node>
+void SequenceReading::take(const std::shared_ptr<Node>& event, Target target, Found<Node> found)
+{
     node(target).addEvent(event);
     if (const auto listener = sequence.delegate.lock()) {
         (listener.get()->*found)(event);

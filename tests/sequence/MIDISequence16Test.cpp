@@ -3,6 +3,8 @@
 #include "midi/MIDIRawDataExtension.h"
 #include "sequence/MIDISequence16.h"
 
+#include <set>
+
 namespace volvelle::test {
 namespace {
 
@@ -28,13 +30,15 @@ protected:
         sequence->setMusicSequence(other);
     }
 
-    // The lines since the last call; the number of a source line that one begins with becomes "{line}".
+    // The lines since the last call; the number of a source line that one begins with becomes "{line}" and
+    // goes to `places`.
     Lines said()
     {
         Lines lines = console.take();
         for (std::string& line : lines) {
             const std::size_t digits = line.find_first_not_of("0123456789");
             if (digits != std::string::npos && digits > 0) {
+                places.push_back(std::stoi(line));
                 line.replace(0, digits, "{line}");
             }
         }
@@ -43,6 +47,7 @@ protected:
 
     const std::shared_ptr<MIDISequence16> sequence = std::make_shared<MIDISequence16>();
     MusicTrack track = sequence->getTrack(4);
+    std::vector<int> places;
     ConsoleCapture console;
     const Lines end =
         reported("{line} Warnung: -10857. \nDas Folge Event konnte nicht abgerufen werden (Ende "
@@ -185,6 +190,25 @@ TEST_F(MIDISequence16Test, EveryFailureOfAWalkIsReported)
         EXPECT_EQ(sequence->getTrackEvents(track).size(), count);
         EXPECT_EQ(said(), lines);
     }
+}
+
+TEST_F(MIDISequence16Test, EachFailureTellsTheLineOfItsOwnPlace)
+{
+    sequence->createNoteEvent(0.0, 4, 60, 100, 0, 1.0F);
+    for (const Operation operation :
+         {Operation::NewMusicEventIterator, Operation::MusicEventIteratorGetEventInfo,
+          Operation::MusicEventIteratorHasNextEvent, Operation::NewMusicPlayer,
+          Operation::MusicPlayerSetSequence}) {
+        fail(operation);
+        sequence->getTrackEvents(track);
+        sequence->play();
+        clearFaults();
+        said();
+    }
+    // makeIterator and askCurrent, readEvent and step, askNext and step, a player's first and the others
+    const std::set<int> different(places.begin(), places.end());
+    EXPECT_EQ(different.size(), 9U) << testing::PrintToString(places);
+    EXPECT_GT(*different.begin(), 0);
 }
 
 TEST_F(MIDISequence16Test, PlayingSaysNothingWhereNothingFails)

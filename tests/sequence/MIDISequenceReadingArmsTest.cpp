@@ -252,6 +252,41 @@ TEST_F(MIDISequenceReadingArmsTest, APayloadIsAppendedAndTheLengthIsLeftAlone)
     EXPECT_EQ(event.length, 77U);
 }
 
+TEST_F(MIDISequenceReadingArmsTest, APayloadIsFilledIntoANodeThatHasItsPosition)
+{
+    class PositionedSequence : public MIDISequence {
+    public:
+        void fillMetaData(const MIDIMetaEvent* source, UserEvent& dest) override
+        {
+            positions.push_back(dest.position);
+            MIDISequence::fillMetaData(source, dest);
+        }
+
+        void fillSysExData(const MIDIRawData* source, UserEvent& dest) override
+        {
+            positions.push_back(dest.position);
+            MIDISequence::fillSysExData(source, dest);
+        }
+
+        void fillUserData(const MusicEventUserData* source, UserEvent& dest) override
+        {
+            positions.push_back(dest.position);
+            MIDISequence::fillUserData(source, dest);
+        }
+
+        std::vector<double> positions;
+    } positioned;
+
+    const MusicTrack target = positioned.getTrack(0);
+    MyMIDIMetaEvent meta({65});
+    meta.ptr->metaEventType = 1;
+    MusicTrackNewMetaEvent(target, 2.0, meta.ptr);
+    MusicTrackNewMIDIRawDataEvent(target, 3.0, MyMIDIRawData({0xF0, 0xF7}).ptr);
+    MusicTrackNewUserEvent(target, 4.0, MyMusicEventUserData({1}).ptr);
+    positioned.musicSequenceToSequenceNode();
+    EXPECT_EQ(positioned.positions, (std::vector<double>{2.0, 3.0, 4.0}));
+}
+
 TEST_F(MIDISequenceReadingArmsTest, AMissingPayloadIsReportedAndSkipped)
 {
     const std::vector<std::pair<std::function<OSStatus()>, std::string>> kinds{

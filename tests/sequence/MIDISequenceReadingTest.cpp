@@ -126,6 +126,32 @@ TEST_F(MIDISequenceReadingTest, TheListenerIsCalledBeforeTheNextEventIsRead)
     EXPECT_EQ(counting->counts, (std::vector<int>{1, 2}));
 }
 
+TEST_F(MIDISequenceReadingTest, ASequenceThatItsListenerGivesUpIsReadToItsEnd)
+{
+    class LettingGo : public SequenceFoundDelegate {
+    public:
+        void foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event) override
+        {
+            positions.push_back(event->position);
+            (*holder).reset();
+        }
+
+        std::shared_ptr<ObservedSequence>* holder = nullptr;
+        std::vector<double> positions;
+    };
+
+    const auto lettingGo = std::make_shared<LettingGo>();
+    lettingGo->holder = &sequence;
+    sequence->delegate = lettingGo;
+    sequence->create(2);
+    note(0, 0.0, 0);
+    note(0, 1.0, 0);
+    note(1, 2.0, 0);
+    sequence->musicSequenceToSequenceNode();
+    EXPECT_EQ(lettingGo->positions, (std::vector<double>{0.0, 1.0, 2.0}));
+    EXPECT_EQ(sequence, nullptr);
+}
+
 TEST_F(MIDISequenceReadingTest, ADiagnosisFramesTheRead)
 {
     sequence->setTrackLength(sequence->getTrack(0), 4.0);

@@ -32,6 +32,18 @@ TEST_F(MIDISequenceWritingDeathTest, ANoteOnAChannelWithoutATrackStops)
                          -10859, "Falscher Spur Index."));
 }
 
+TEST_F(MIDISequenceWritingDeathTest, WritingForAListenerStopsWhereNobodySharesTheSequence)
+{
+    MIDISequence alone;
+    alone.createNoteEvent(0.0, 0, 60, 100, 0, 1.0F);
+    EXPECT_EQ(contents(alone.getTrack(0)), Lines{"0.0 note 0 60 100 0 1.0"});
+    alone.delegate = listener;
+    EXPECT_STOP(alone.createNoteEvent(1.0, 0, 60, 100, 0, 1.0F),
+                "A sequence with a listener must be held by a shared pointer", Lines{});
+    alone.musicSequenceToSequenceNode();
+    EXPECT_EQ(listener->names(), std::vector<std::string>{"foundNoteEvent"});
+}
+
 TEST_F(MIDISequenceWritingDeathTest, WritingWithoutATreeStops)
 {
     sequence->sequenceNode = nullptr;

@@ -49,14 +49,17 @@ TEST_F(TrackWalkTest, VisitsEachEventInOrderAndReportsTheEnd)
 
 TEST_F(TrackWalkTest, GivesTheEventsRecordTypeAndSize)
 {
+    int calls = 0;
     walkTrack(
         track, [](WalkFailure, OSStatus) {},
-        [](const TrackEvent& event, const MusicEventIterator&) {
+        [&calls](const TrackEvent& event, const MusicEventIterator&) {
+            ++calls;
             EXPECT_EQ(event.type, kMusicEventType_MIDIChannelMessage);
             EXPECT_EQ(event.size, sizeof(MIDIChannelMessage));
             EXPECT_EQ(event.record<MIDIChannelMessage>().data2, 99);
             return WalkStep::stepOn;
         });
+    EXPECT_EQ(calls, 3);
 }
 
 TEST_F(TrackWalkTest, AnEmptyTrackIsEmptyWithoutAReport)
