@@ -14,8 +14,9 @@ namespace volvelle {
 //
 //   0 chords (master)   1 chord phrase   2 melody   8 bass   9 drums   10 poly-rhythm   14 poly-meter
 //
-// Without a mixer, that is before the first makeArrangement, all operations but that one, makePhrase(-1, ...)
-// and getName are fatal stops. A broken phrase library is one, too. Used by one thread at a time.
+// Without a mixer, that is before the first arrangement, these are fatal stops: makePhrase for a channel in
+// use, getPhrase, changeChords, getChords, all operations on steps, and makeArrangementLong(0). A broken
+// phrase library is one, too. Used by one thread at a time.
 class MIDIClipGenerator {
 public:
     MIDIClipGenerator();

@@ -67,7 +67,8 @@ void MIDIPhrase::loadPhrase(const std::filesystem::path& url, int transpose)
     required(sequence, implicitNilMessage).musicSequenceToSequenceNode();
     const double length = required(sequence, implicitNilMessage).getLength();
     directPrint(concat("MIDIPhrase: Sequence length is: ", length));
-    currentLength = std::min(checkedCast<int>(std::ceil(length)), MAXBEATLENGTH);
+    const auto beats = checkedCast<std::int64_t>(std::ceil(length));
+    currentLength = static_cast<int>(std::min<std::int64_t>(beats, MAXBEATLENGTH));
     if (transpose != 0) {
         for (const auto& event : loadedEvents) {
             if (isNote(*event)) {

@@ -31,7 +31,8 @@ public:
 
     std::shared_ptr<MIDISequence16> sequence; // the last file read, null before
     PhraseEvents loadedEvents;    // what the file held or the steps gave, or the quantized form of it
-    PhraseEvents generatedEvents; // the playable form; other objects than those of loadedEvents
+    PhraseEvents generatedEvents; // the playable form; of a chord track whose notes were edited the same
+                                  // objects as in loadedEvents, else others
     std::shared_ptr<PolyMetricStepGenerator> polyMetricStepGenerator;
     std::shared_ptr<PolyRhythmicStepGenerator> polyRhythmicStepGenerator;
     std::shared_ptr<RandomStepGenerator> randomStepGenerator;
@@ -39,7 +40,7 @@ public:
     int currentLength = 0;                           // whole beats
     int currentID = 0;                               // the next id while loading
     int channel = 0;                                 // that the notes of this track get
-    std::uint8_t baseC = 60;                         // the key of pitch class 0
+    std::uint8_t baseC = 60;                         // the key of pitch class 0, in chords alone
     bool quantizesEvents = true;                     // whether detected chords are put on the grid
     double quantizePrecision = 4.0;                  // steps per beat of that grid
 
@@ -47,7 +48,9 @@ public:
     virtual void savePhrase(const std::filesystem::path& url);
 
     // Reads a file into loadedEvents, moved by `transpose` semitones, and leaves generatedEvents alone. Notes
-    // and controllers behind beat 16 are left out. A missing file is reported and changes nothing.
+    // and controllers behind beat 16 are left out. A number that is moved above 127 falls by 127, one below 0
+    // rises by 127; one that then still is outside 0 to 255 is a fatal stop. A missing file is reported and
+    // changes nothing.
     virtual void loadPhrase(const std::filesystem::path& url, int transpose);
 
     // loadPhrase, then the notes on the grid of sixteenths, then generateEvents.
@@ -71,7 +74,9 @@ private:
 
 public:
     // Draws a new cycle and lays it over `steps` sixteenths, until it holds a note; returns loadedEvents. A
-    // `steps` of 0 can never give a note and is a fatal stop.
+    // `steps` of 0 can never give a note and is a fatal stop, as are a negative one, a channel outside 0 to
+    // 255, and a step whose note, 60 above what it tells and folded by 127 like a loaded one, is outside 0 to
+    // 255.
     virtual PhraseEvents generateRandomPhrase_PolyMetric(int channel, int steps);
 
     // The same from the present cycle; a cycle without a note is replaced by a new one.

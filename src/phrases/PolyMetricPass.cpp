@@ -98,7 +98,6 @@ void PolyMetricPass::addNoteOff(double at)
 void PolyMetricPass::append(const std::shared_ptr<PhraseEvent>& event)
 {
     event->channel = channel;
-    event->id = id++;
     events.push_back(event);
 }
 

@@ -24,7 +24,6 @@ private:
     PolyMetricStepGenerator& generator;
     std::uint8_t channel;
     PhraseEvents events;
-    int id = 0;
 };
 
 } // namespace volvelle

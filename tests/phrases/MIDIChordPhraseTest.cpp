@@ -111,11 +111,29 @@ TEST_F(ChordPhrase, OtherPairsAreNone)
     }
 }
 
-TEST_F(ChordPhrase, FiveDifferentPitchClassesAreNone)
+TEST_F(ChordPhrase, FiveOrMoreDifferentPitchClassesAreNone)
 {
-    build({noteAt(0.0, 60), noteAt(1.0, 61), noteAt(1.0, 62), noteAt(1.0, 63), noteAt(1.0, 64)});
-    EXPECT_EQ(shortNamesOf(*phrase), Names{"C8"});
-    EXPECT_EQ(console.take().back(), noChord);
+    const PhraseEvents four{noteAt(0.0, 57), noteAt(0.0, 60), noteAt(0.0, 64), noteAt(0.0, 67)};
+    build(four);
+    EXPECT_EQ(shortNamesOf(*phrase), Names{"Am7"});
+    const Lines lines = console.take();
+    for (const std::vector<int>& more : std::vector<std::vector<int>>{{62}, {62, 65}, {62, 65, 71}}) {
+        PhraseEvents notes = four;
+        Lines expected = lines;
+        for (const int number : more) {
+            notes.push_back(noteAt(1.0, number));
+            expected.push_back(noChord);
+        }
+        build(notes);
+        EXPECT_EQ(shortNamesOf(*phrase), Names{"Am7"});
+        EXPECT_EQ(console.take(), expected);
+    }
+}
+
+TEST_F(ChordPhrase, ANoteOfAPitchClassThatSoundsKeepsTheChord)
+{
+    build({noteAt(0.0, 57), noteAt(0.0, 60), noteAt(0.0, 64), noteAt(0.0, 67), noteAt(1.0, 69)});
+    EXPECT_EQ(shortNamesOf(*phrase), (Names{"Am7", "Am7"}));
 }
 
 TEST_F(ChordPhrase, AHeldNoteCountsUntilItsEnd)

@@ -172,6 +172,40 @@ TEST_F(ClipPhrases, NewChordsAreFollowedAndMixed)
     EXPECT_NE(generator.phraseMixer->sequence, sequence);
 }
 
+TEST_F(ClipPhrases, NewAndEditedChordsLeaveDrumsAndPolyRhythmUntouched)
+{
+    const auto drumTrack = generator.phraseMixer->drumTrack0;
+    const auto rhythm = generator.phraseMixer->polyRhythm0;
+    const auto step = std::make_shared<PolyRhythmStepEvent>();
+    step->velocity = 90;
+    step->note = 40;
+    rhythm->polyRhythmicStepGenerator->instances.at(2)->steps = {step};
+    rhythm->updateEvents_PolyRhythm();
+    rhythm->generateEvents();
+    const auto lists = [&] {
+        return std::vector{drumTrack->loadedEvents, drumTrack->generatedEvents, rhythm->loadedEvents,
+                           rhythm->generatedEvents};
+    };
+    const auto numbers = [&] {
+        std::vector<Numbers> result;
+        for (const PhraseEvents& list : lists()) {
+            EXPECT_FALSE(list.empty());
+            result.push_back(numbersOf(list));
+        }
+        return result;
+    };
+    const auto before = lists();
+    const auto numbersBefore = numbers();
+    ScriptedRandomSource source({3, 2});
+    generator.makePhrase(0, 0);
+    EXPECT_EQ(lists(), before);
+    EXPECT_EQ(numbers(), numbersBefore);
+    generator.getChords()[0]->notes[2]->number = 69;
+    generator.changeChords();
+    EXPECT_EQ(lists(), before);
+    EXPECT_EQ(numbers(), numbersBefore);
+}
+
 TEST_F(ClipPhrases, MinusOneMakesAWholeNewArrangement)
 {
     const auto mixer = generator.phraseMixer;

@@ -191,6 +191,8 @@ public:
     {
         if (takeAway) {
             kept = std::move(sequence);
+        } else if (emptyField) {
+            sequence = nullptr;
         } else {
             sequence->sequenceLength = length;
         }
@@ -198,6 +200,7 @@ public:
 
     double length = 0.0;
     bool takeAway = false;
+    bool emptyField = false;
     std::shared_ptr<MIDISequence16> kept;
 };
 
@@ -217,6 +220,28 @@ TEST_F(PhraseLoadingDeathTest, ASequenceThatIsGoneAfterTheReadingStops)
     const auto tampering = std::make_shared<TamperingPhrase>();
     tampering->takeAway = true;
     EXPECT_DEATH(tampering->loadPhrase(file, 0), onlyLine(implicitNilMessage));
+}
+
+TEST_F(PhraseLoadingDeathTest, ASequenceThatIsDroppedInTheReadingStops)
+{
+    const auto tampering = std::make_shared<TamperingPhrase>();
+    tampering->emptyField = true;
+    writeFile(file, {{{0.0, 100}, {1.0, 101}, {2.0, 102, 1.0, 3}}, {}, {}});
+    EXPECT_DEATH(tampering->loadPhrase(file, 0), onlyLine(implicitNilMessage));
+}
+
+TEST_F(PhraseLoading, AFileLongerThanAnIntegersBeatsLasts16)
+{
+    std::string bytes("MThd\0\0\0\6\0\0\0\1\0\1MTrk\0\0\0\107\0\x90\x3C\x64", 26);
+    for (int i = 0; i < 9; ++i) {
+        bytes += "\xFF\xFF\xFF\x7F\xB0\x07\x64";
+    }
+    bytes += std::string("\0\xFF\x2F\0", 4);
+    std::ofstream(file) << bytes;
+    phrase->loadPhrase(file, 0);
+    EXPECT_EQ(phrase->sequence->getLength(), 9.0 * 0x0FFFFFFF);
+    EXPECT_EQ(phrase->currentLength, 16);
+    EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{60, 60}));
 }
 
 } // namespace

@@ -88,12 +88,6 @@ TEST_F(MetricPass, ACycleOfOneNoteGivesOneForEachStepAndEachIsShorter)
     EXPECT_NEAR(notes[63]->duration, 0.09, 1e-12);
 }
 
-TEST_F(MetricPass, PositionsAreMultipliedByTheStepFirst)
-{
-    const auto notes = run({"5"}, 12);
-    EXPECT_EQ(notes[10]->duration, 11 * 0.25 * 0.99 - 10 * 0.25);
-}
-
 TEST_F(MetricPass, EachPassStartsAtTheBeginningOfTheCycle)
 {
     generator.currentStep = 1;
