@@ -210,10 +210,44 @@ TEST_F(PropertyListTest, TwoHundredLevelsAreReadAndWrittenAndOneMoreIsNot)
     EXPECT_EQ(error, "The values are nested too deeply (at byte 3608).");
 }
 
+TEST_F(PropertyListTest, TheFirstAndTheLastCharacterOfEachLengthAreWrittenAndReadBack)
+{
+    for (const char* content : {" ", "\x7F", "\u0080", "\u07FF", "\u0800", "\uD7FF", "\uE000", "\uFFFD",
+                                "\U00010000", "\U0010FFFF"}) {
+        const PropertyDictionary list{{content, {std::string("a") + content + "b"}}};
+        const auto written = write(list);
+        ASSERT_TRUE(written) << content;
+        EXPECT_EQ(*written,
+                  std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n"
+                              "<dict>\n\t<key>") +
+                      content + "</key>\n\t<string>a" + content + "b</string>\n</dict>\n</plist>\n");
+        EXPECT_EQ(read(*written), list) << content;
+    }
+}
+
 TEST_F(PropertyListTest, ATextThatXMLCannotHoldIsNotWritten)
 {
-    for (const char* content : {"\x01", "\x1F", "\xC3", "\xC0\x80", "\x80", "\xE0\x80\x80", "\xED\xA0\x80",
-                                "\xEF\xBF\xBF", "\xF4\x90\x80\x80", "\xFF", "a\xC3(", "\xE2\x82"}) {
+    for (const char* content : {"\x01",
+                                "\x1F",
+                                "\xC3",
+                                "\xC0\x80",
+                                "\x80",
+                                "\xE0\x80\x80",
+                                "\xED\xA0\x80",
+                                "\xEF\xBF\xBF",
+                                "\xF4\x90\x80\x80",
+                                "\xFF",
+                                "a\xC3(",
+                                "\xE2\x82",
+                                "\xC1\xBF",
+                                "\xE0\x9F\xBF",
+                                "\xED\xBF\xBF",
+                                "\xEF\xBF\xBE",
+                                "\xF0\x8F\xBF\xBF",
+                                "\xF0\x90\x80",
+                                "\xF8\x88\x80\x80",
+                                "\xC2\xC0",
+                                "\xBF"}) {
         EXPECT_FALSE(write({{"a", {std::string(content)}}}));
         EXPECT_EQ(error, "A text holds a character that XML does not know.");
         EXPECT_FALSE(write({{content, {true}}}));
