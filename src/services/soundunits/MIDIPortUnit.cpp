@@ -3,6 +3,10 @@
 #include "base/Console.h"
 
 #include <algorithm>
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace volvelle {
 
@@ -13,7 +17,7 @@ constexpr std::chrono::milliseconds look{1};
 } // namespace
 
 MIDIPortUnit::MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> output)
-    : AUAudioUnit(description), port(std::move(output)), queue(capacity)
+    : AUAudioUnit(description), port(std::move(output))
 {
     audioUnitName = "MIDI Port";
     takesMIDI = true;
@@ -29,30 +33,48 @@ MIDIPortUnit::~MIDIPortUnit()
 
 void MIDIPortUnit::sendAll()
 {
-    Message message;
+    Moment due;
+    std::vector<std::uint8_t> message;
     while (true) {
         const bool isEnd = ended.load(std::memory_order_acquire);
-        while (queue.pop(message)) {
-            while (!ended.load(std::memory_order_acquire) && std::chrono::steady_clock::now() < message.due) {
-                std::this_thread::sleep_for(std::min<std::chrono::steady_clock::duration>(
-                    look, message.due - std::chrono::steady_clock::now()));
-            }
-            send(message);
+        while (queue.pop(due, message)) {
+            waitUntil(due);
+            message.empty() ? endAll() : send(message);
         }
         if (isEnd) {
-            return;
+            return endAll();
         }
         std::this_thread::sleep_for(look);
     }
 }
 
-void MIDIPortUnit::send(const Message& message)
+void MIDIPortUnit::waitUntil(Moment due) const
+{
+    Moment now = std::chrono::steady_clock::now();
+    while (now < due && !ended.load(std::memory_order_acquire)) {
+        std::this_thread::sleep_for(std::min<Moment::duration>(look, due - now));
+        now = std::chrono::steady_clock::now();
+    }
+}
+
+void MIDIPortUnit::send(std::span<const std::uint8_t> message)
 {
     std::string error;
-    const std::span bytes(message.bytes, message.length);
-    if (!port->send(bytes, error) && !lost.exchange(true)) {
+    sounds.apply(message);
+    if (!port->send(message, error) && !lost.exchange(true)) {
         debugprint(error);
     }
+}
+
+void MIDIPortUnit::endAll()
+{
+    PortSounds ending = sounds;
+    ending.end([this](std::span<const std::uint8_t> message) { send(message); });
+}
+
+void MIDIPortUnit::reset() noexcept
+{
+    queue.pushEnd(std::chrono::steady_clock::now());
 }
 
 void MIDIPortUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
@@ -63,15 +85,9 @@ void MIDIPortUnit::renderBlock(const float*, const float*, float* left, float* r
     const Moment now = std::chrono::steady_clock::now();
     const double rate = outputBusses.front().format.sampleRate;
     for (const AUMIDIRenderEvent& event : events) {
-        if (event.length < 1 || event.length > 3) {
-            continue;
-        }
-        Message message;
-        message.due = now + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                                std::chrono::duration<double>(event.offset / rate));
-        message.length = static_cast<std::uint8_t>(event.length);
-        std::copy_n(event.bytes(), event.length, message.bytes);
-        queue.push(message);
+        const std::chrono::duration<double> wait(event.offset / rate);
+        queue.push(now + std::chrono::duration_cast<Moment::duration>(wait),
+                   {event.bytes(), static_cast<std::size_t>(event.length)});
     }
 }
 

@@ -3,11 +3,13 @@
 #include "services/audiograph/AVAudioUnitMIDIInstrument.h"
 #include "services/audiograph/AudioComponentRegistry.h"
 #include "services/audiograph/AudioUnitCalls.h"
+#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 
 namespace volvelle {
 namespace {
@@ -61,6 +63,24 @@ protected:
         registerAudioComponent(midiPortComponent, {});
     }
 
+    // A unit in no engine, that sends into `sent`.
+    std::unique_ptr<MIDIPortUnit> makeUnit()
+    {
+        return std::make_unique<MIDIPortUnit>(midiPortComponent, std::make_unique<FakePort>(sent, false));
+    }
+
+    // Renders one block with these messages.
+    static void render(MIDIPortUnit& unit, const std::vector<Bytes>& messages)
+    {
+        std::array<float, 64> left{};
+        std::array<float, 64> right{};
+        for (const Bytes& message : messages) {
+            ASSERT_EQ(unit.scheduleMIDIEvent(0, 0, static_cast<int>(message.size()), message.data()), noErr);
+        }
+        const test::RealtimeGuard guard;
+        unit.render(nullptr, nullptr, left.data(), right.data(), 64);
+    }
+
     std::vector<Bytes> sent;
 };
 
@@ -76,6 +96,88 @@ TEST_F(MIDIPort, ALostPortIsToldOnce)
     play(true);
     EXPECT_EQ(capture.take(), std::vector<std::string>{"The port is gone."});
     EXPECT_TRUE(sent.empty());
+}
+
+TEST_F(MIDIPort, ExclusivesOfAnyLengthGoOutWhole)
+{
+    Bytes dump(100'000, 0x55);
+    dump.front() = 0xF0;
+    dump.back() = 0xF7;
+    const std::vector<Bytes> messages{{0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7}, {0xF0, 1, 2, 0xF7}, dump, {0xFA}};
+    auto unit = makeUnit();
+    render(*unit, messages);
+    unit = nullptr;
+    EXPECT_EQ(sent, messages);
+}
+
+TEST_F(MIDIPort, WhatSoundsAtTheEndOfTheUnitIsEnded)
+{
+    const std::vector<Bytes> messages{{0x93, 60, 100}, {0x93, 64, 1}, {0x83, 60, 0},  {0x90, 0, 127},
+                                      {0xBF, 64, 127}, {0xB3, 66, 1}, {0xB3, 69, 64}, {0xB2, 64, 100},
+                                      {0xB2, 64, 0},   {0x9F, 127, 9}};
+    auto unit = makeUnit();
+    render(*unit, messages);
+    unit = nullptr;
+    std::vector<Bytes> expected = messages;
+    expected.insert(
+        expected.end(),
+        {{0x80, 0, 0}, {0x83, 64, 0}, {0xB3, 66, 0}, {0xB3, 69, 0}, {0x8F, 127, 0}, {0xBF, 64, 0}});
+    EXPECT_EQ(sent, expected);
+}
+
+TEST_F(MIDIPort, WhatSoundsWhereTheUnitLeavesItsEngineIsEndedOnce)
+{
+    auto unit = makeUnit();
+    render(*unit, {{0x90, 60, 100}, {0xB0, 64, 127}});
+    {
+        const test::RealtimeGuard guard;
+        unit->setInPlan(false);
+        unit->setInPlan(true);
+    }
+    render(*unit, {{0x90, 62, 100}});
+    unit = nullptr;
+    EXPECT_EQ(
+        sent,
+        (std::vector<Bytes>{
+            {0x90, 60, 100}, {0xB0, 64, 127}, {0x80, 60, 0}, {0xB0, 64, 0}, {0x90, 62, 100}, {0x80, 62, 0}}));
+}
+
+// A port that takes nothing until it is let go on.
+struct SlowPort : MIDIOutput {
+    SlowPort(std::vector<Bytes>& into, std::atomic<bool>& isFree) : sent(into), free(isFree) {}
+
+    bool send(std::span<const std::uint8_t> bytes, std::string&) override
+    {
+        free.wait(false);
+        sent.emplace_back(bytes.begin(), bytes.end());
+        return true;
+    }
+
+    std::string name() const override { return "Slow"; }
+
+    std::vector<Bytes>& sent;
+    std::atomic<bool>& free;
+};
+
+TEST_F(MIDIPort, EachNoteEndsWhereAPortIsTooSlowForAll)
+{
+    std::atomic<bool> free{false};
+    auto unit = std::make_unique<MIDIPortUnit>(midiPortComponent, std::make_unique<SlowPort>(sent, free));
+    for (int i = 0; i < 100'000; ++i) {
+        const auto key = static_cast<std::uint8_t>(i % 128);
+        render(*unit, {{0x90, key, 100}, {0xB0, 7, key}, {0x80, key, 0}});
+    }
+    free = true;
+    free.notify_all();
+    unit = nullptr;
+    EXPECT_LT(sent.size(), 300'000U);
+    int sounding = 0;
+    for (const Bytes& message : sent) {
+        sounding += message[0] == 0x90 ? 1 : message[0] == 0x80 ? -1 : 0;
+        ASSERT_GE(sounding, 0);
+        ASSERT_LE(sounding, 1);
+    }
+    EXPECT_EQ(sounding, 0);
 }
 
 } // namespace

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace volvelle {
+
+// What a MIDI port was left with by the messages that went there: the notes that sound and the pedals that
+// are down (64, 66 and 69). Of a fixed size. [one thread]
+class PortSounds {
+public:
+    // By how many a message changes releases().
+    int change(std::span<const std::uint8_t> message) const noexcept;
+
+    // Takes in a message that went to the port.
+    void apply(std::span<const std::uint8_t> message) noexcept;
+
+    // Messages that it takes to end all.
+    int releases() const noexcept { return owed; }
+
+    // Calls `send` with each message that ends something, notes before pedals, and is empty then.
+    template <typename Send>
+    void end(Send send)
+    {
+        for (std::size_t channel = 0; channel < channels.size(); ++channel) {
+            for (std::size_t slot = 0; slot < slotCount; ++slot) {
+                for (int times = channels[channel][slot]; times > 0; --times) {
+                    send(release(channel, slot));
+                }
+            }
+        }
+        clear();
+    }
+
+    void clear() noexcept;
+
+private:
+    enum class Effect { none, begin, end, endNotes, liftPedals };
+
+    static constexpr std::size_t noteCount = 128;
+    static constexpr std::array<std::uint8_t, 3> pedals{64, 66, 69};
+    static constexpr std::size_t slotCount = noteCount + pedals.size();
+
+    using Channel = std::array<std::uint8_t, slotCount>; // how often each note and pedal was begun
+
+    struct Step {
+        Effect effect = Effect::none;
+        std::size_t channel = 0;
+        std::size_t slot = 0;
+    };
+
+    static Step read(std::span<const std::uint8_t> message) noexcept;
+    static Step readController(std::size_t channel, std::uint8_t controller, std::uint8_t value) noexcept;
+    static std::array<std::uint8_t, 3> release(std::size_t channel, std::size_t slot) noexcept;
+
+    std::array<Channel, 16> channels{};
+    int owed = 0; // the sum of all
+};
+
+} // namespace volvelle
