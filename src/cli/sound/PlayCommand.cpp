@@ -50,6 +50,21 @@ void onSignal(int /*signal*/)
     endMusicPlay();
 }
 
+// A closed terminal or pipe ends the play as Ctrl-C does, unless the caller asked to outlive the terminal. In
+// the background the terminal is left alone, and does not stop the program.
+void handleSignals()
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGPIPE}) {
+        std::signal(signal, onSignal);
+    }
+    if (std::signal(SIGHUP, onSignal) == SIG_IGN) {
+        std::signal(SIGHUP, SIG_IGN);
+    }
+    for (const int signal : {SIGTTIN, SIGTTOU}) {
+        std::signal(signal, SIG_IGN);
+    }
+}
+
 // A sound server opens a device at once, and its first pulls fill its buffer: all must be ready by then.
 // Anything else takes its time, in which the bank is loaded.
 bool connect(SoundGraph& graph, const PlayOptions& options, std::string& error)
@@ -97,8 +112,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     if (!graph.engine->setSink(sink, error) || !connect(graph, options, error)) {
         return output.failure(error);
     }
-    std::signal(SIGINT, onSignal);
-    std::signal(SIGTERM, onSignal);
+    handleSignals();
     const auto play = MusicPlay::make(PlayDisplay(std::move(description)), newsOf(options, sink),
                                       [&output](const std::string& line) { output.remark(line); });
     if (!play->run(graph.engine, graph.instrument, data, error)) {

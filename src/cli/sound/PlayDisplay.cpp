@@ -1,6 +1,7 @@
 #include "cli/sound/PlayDisplay.h"
 
 #include "base/Text.h"
+#include "cli/sound/TerminalKeys.h"
 
 #include <bitset>
 #include <cmath>
@@ -63,7 +64,7 @@ std::string PlayDisplay::line(double position, bool isPaused) const
 
 void PlayDisplay::show(double position, bool isPaused)
 {
-    if (isatty(STDOUT_FILENO) == 0) {
+    if (isatty(STDOUT_FILENO) == 0 || TerminalKeys::isInBackgroundOf(STDOUT_FILENO)) {
         return;
     }
     std::string next = line(position, isPaused);

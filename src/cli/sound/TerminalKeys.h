@@ -5,11 +5,11 @@
 
 namespace volvelle {
 
-// Reads single keys from standard input for its lifetime where that is a terminal; elsewhere there are none.
-// The terminal is put back at the end.
+// Reads single keys from standard input for its lifetime where that is a terminal and the program in its
+// foreground; elsewhere there are none, and the terminal is left alone. It is put back at the end.
 class TerminalKeys {
 public:
-    TerminalKeys();
+    TerminalKeys() = default;
     ~TerminalKeys();
     TerminalKeys(const TerminalKeys&) = delete;
     TerminalKeys& operator=(const TerminalKeys&) = delete;
@@ -17,8 +17,14 @@ public:
     // The next key that was pressed, if there is one.
     std::optional<char> read();
 
+    // True where the program is not the one that its terminal `descriptor` belongs to; false where that is no
+    // terminal or has no such program.
+    static bool isInBackgroundOf(int descriptor);
+
 private:
-    std::optional<termios> before; // a value where the terminal was changed
+    bool takeTerminal();
+
+    std::optional<termios> before; // a value once the terminal was changed
 };
 
 } // namespace volvelle

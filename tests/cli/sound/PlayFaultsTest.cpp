@@ -150,6 +150,18 @@ TEST_F(PlayFaults, WhatWasSuspendedOnTheSilentClockIsNotCaughtUpWith)
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(PlayFaults, APipeThatClosesEndsThePlayInOrder)
+{
+    writeRow({480});
+    const auto play = begin("play row.mid");
+    EXPECT_THAT(play->readLine(), StartsWith("Playing 'row.mid' through "));
+    const auto start = steady_clock::now();
+    play->signal(SIGPIPE);
+    EXPECT_EQ(play->waitForEnd(), 0);
+    EXPECT_LT(secondsSince(start), 20.0);
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(PlayFaults, WithoutAnySoundServerOneLineNamesTheSilentClock)
 {
     if (std::filesystem::exists("/dev/snd")) {

@@ -104,18 +104,51 @@ TEST_F(PlayPort, AllNotesArriveInOrderAndEachEnds)
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(PlayPort, NoNoteHangsWhereThePlayIsInterrupted)
+TEST_F(PlayPort, NoNoteHangsWhateverEndsThePlay)
 {
     START_SERVER("jack");
     listen();
     write("row.mid", NoteRow{1, 60 * NoteRow::ticksPerSecond}.file());
-    const auto play = begin("play row.mid --port listener:notes");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const auto play = begin("play row.mid --port listener:notes");
+        ASSERT_EQ(waitForNote(), NoteRow::key(0)) << errors();
+        const auto start = std::chrono::steady_clock::now();
+        play->signal(signal);
+        EXPECT_TRUE(waitForEndOf(NoteRow::key(0))) << signal;
+        EXPECT_EQ(play->waitForEnd(), 0) << signal;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+        EXPECT_EQ(errors(), "");
+    }
+}
+
+TEST_F(PlayPort, APlayThatOutlivesItsTerminalGoesOnAtTheSignal)
+{
+    START_SERVER("jack");
+    listen();
+    const NoteRow row{8};
+    write("row.mid", row.file());
+    const auto play = begin("play row.mid --port listener:notes", "trap '' HUP; ");
     ASSERT_EQ(waitForNote(), NoteRow::key(0)) << errors();
-    const auto start = std::chrono::steady_clock::now();
-    play->signal(SIGINT);
-    EXPECT_TRUE(waitForEndOf(NoteRow::key(0)));
+    play->signal(SIGHUP);
+    ASSERT_TRUE(waitForEndOf(NoteRow::key(0)));
+    expectNotes(row, 1);
     EXPECT_EQ(play->waitForEnd(), 0);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}
+
+TEST_F(PlayPort, ExclusivesArriveWhole)
+{
+    using namespace std::string_literals;
+    START_SERVER("jack");
+    listen();
+    write("reset.mid", "MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x14\0\xF0\5\x7E\x7F\x09\1\xF7"
+                       "\0\x90\x3C\x64\x60\x80\x3C\0\0\xFF\x2F\0"s);
+    const auto play = begin("play reset.mid --port listener:notes");
+    std::string line = listener->readLine();
+    while (!line.empty() && line.find(" F0 ") == std::string::npos) {
+        line = listener->readLine();
+    }
+    EXPECT_THAT(line, testing::EndsWith(" F0 7E 7F 09 01 F7"));
+    EXPECT_EQ(play->waitForEnd(), 0);
     EXPECT_EQ(errors(), "");
 }
 

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 
 namespace volvelle::test {
 namespace {
@@ -34,6 +35,16 @@ protected:
         const std::string name = ptsname(keyboard);
         const std::string line = "cd '" + (folder / "work").string() + "' && exec setsid --ctty '" +
                                  VOLVELLE_PROGRAM "' " + arguments + " <" + name + " >" + name + " 2>errors";
+        return std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", line});
+    }
+
+    // A shell on the terminal, with job control, that runs a script; VOLVELLE stands for the program.
+    std::unique_ptr<ChildProcess> beginShell(const std::string& script) const
+    {
+        const std::string name = ptsname(keyboard);
+        write("script", "VOLVELLE='" VOLVELLE_PROGRAM "'\nset -m\n" + script);
+        const std::string line = "cd '" + (folder / "work").string() + "' && exec setsid --ctty sh script <" +
+                                 name + " >" + name + " 2>&1";
         return std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", line});
     }
 
@@ -107,6 +118,61 @@ TEST_F(PlayTerminal, ALostDeviceHasALineOfItsOwn)
     EXPECT_TRUE(waitFor("beats\x1B[K\r\nThe audio device was lost: the music plays on silently.\r\n\rBar "));
     press('q');
     EXPECT_EQ(play->waitForEnd(), 0);
+}
+
+TEST_F(PlayTerminal, InTheBackgroundOfAShellItPlaysToItsEndAndLeavesTheTerminalAlone)
+{
+    write("row.mid", NoteRow{8}.file());
+    const termios before = settings();
+    const auto shell = beginShell("$VOLVELLE play row.mid & wait $!\necho ended $?\n");
+    EXPECT_TRUE(waitFor("Playing 'row.mid' through "));
+    EXPECT_TRUE(isSame(settings(), before));
+    EXPECT_TRUE(waitFor("ended 0\r\n"));
+    EXPECT_EQ(screen.find("Bar "), std::string::npos) << screen;
+    EXPECT_TRUE(isSame(settings(), before));
+    EXPECT_EQ(shell->waitForEnd(), 0);
+}
+
+TEST_F(PlayTerminal, ATerminalThatStopsTheOutputOfTheBackgroundDoesNotStopThePlay)
+{
+    write("row.mid", NoteRow{8}.file());
+    const auto shell = beginShell("stty tostop\n$VOLVELLE play row.mid & wait $!\necho ended $?\n");
+    EXPECT_TRUE(waitFor("ended 0\r\n")) << screen;
+    EXPECT_EQ(shell->waitForEnd(), 0);
+}
+
+TEST_F(PlayTerminal, BroughtToTheFrontOfAShellItTakesTheTerminal)
+{
+    const termios before = settings();
+    const auto shell = beginShell("$VOLVELLE play row.mid &\nread key\nfg >fg.txt\necho ended $?\n");
+    ASSERT_TRUE(waitFor("Playing 'row.mid' through ")) << screen;
+    press('\n');
+    ASSERT_TRUE(waitFor("Bar ")) << screen;
+    press('q');
+    EXPECT_TRUE(waitFor("ended 0\r\n")) << screen;
+    EXPECT_TRUE(isSame(settings(), before));
+    EXPECT_EQ(shell->waitForEnd(), 0);
+}
+
+TEST_F(PlayTerminal, SentToTheBackgroundItPlaysOn)
+{
+    write("row.mid", NoteRow{12}.file());
+    const auto shell = beginShell("$VOLVELLE play row.mid\nbg >bg.txt\nwait\necho ended\n");
+    ASSERT_TRUE(waitFor("Bar 1.2")) << screen;
+    press('\x1A');
+    EXPECT_TRUE(waitFor("ended\r\n")) << screen;
+    EXPECT_EQ(shell->waitForEnd(), 0);
+}
+
+TEST_F(PlayTerminal, ATerminalThatClosesEndsThePlay)
+{
+    const auto play = beginOnTerminal("play row.mid");
+    ASSERT_TRUE(waitFor("Bar 1.2")) << errors();
+    close(std::exchange(terminal, -1));
+    close(std::exchange(keyboard, -1));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(play->waitForEnd(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 } // namespace
