@@ -1,11 +1,19 @@
 #include "base/Console.h"
 
+#include "base/LineRing.h"
 #include "base/MainQueue.h"
+#include "base/Text.h"
 
 #include <cstdio>
 #include <utility>
 
 namespace volvelle {
+
+namespace {
+
+constinit LineRing realtimeLines;
+
+} // namespace
 
 ConsoleSink* Console::setSink(ConsoleSink* sink)
 {
@@ -45,6 +53,24 @@ void debugprint(std::string message)
     safeprint(std::move(message));
 }
 
+void realtimeprint(std::string_view beginning, std::string_view rest) noexcept
+{
+    if (console().isHeard()) {
+        realtimeLines.push(beginning, rest);
+    }
+}
+
+void writeRealtimeLines()
+{
+    std::string line;
+    while (realtimeLines.pop(line)) {
+        console().write(line);
+    }
+    if (const std::size_t missed = realtimeLines.takeMissed(); missed > 0) {
+        console().write(concat("Lines of the rendering threads that found no room: ", missed));
+    }
+}
+
 void directPrint(std::string_view message)
 {
     if (console().isHeard()) {
@@ -57,6 +83,7 @@ void flushLog()
 {
     if (mainQueue().isMainThread()) {
         mainQueue().writeWaitingLines();
+        writeRealtimeLines();
     }
 }
 

@@ -43,11 +43,19 @@ public:
 void safeprint(std::string message);
 void debugprint(std::string message);
 
+// The log for a thread that renders: a line of two texts, which reaches the console when the main queue is
+// drained next. What finds no room is counted, and the count is a line of its own; a line is cut off at
+// LineRing::longest bytes. [any thread, render threads too: no lock, no allocation]
+void realtimeprint(std::string_view beginning, std::string_view rest = "") noexcept;
+
+// Writes the lines of rendering threads that wait. [main thread]
+void writeRealtimeLines();
+
 // Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written
 // first.
 void directPrint(std::string_view message);
 
-// Writes the log lines that wait; called off the main thread it does nothing.
+// Writes the log lines that wait, those of rendering threads too; called off the main thread it does nothing.
 void flushLog();
 
 } // namespace volvelle

@@ -40,7 +40,7 @@ void MainQueue::drain()
         {
             const std::lock_guard lock(mutex);
             if (entries.empty()) {
-                return;
+                break;
             }
             entry = std::move(entries.front());
             entries.pop_front();
@@ -51,6 +51,7 @@ void MainQueue::drain()
             console().write(entry.line);
         }
     }
+    writeRealtimeLines();
 }
 
 void MainQueue::writeWaitingLines()

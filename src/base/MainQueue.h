@@ -21,7 +21,8 @@ public:
     void post(Closure closure);
     void postLine(std::string line);
 
-    // Runs and writes what waits, and what that posts, until nothing waits. May be called by a closure that
+    // Runs and writes what waits, and what that posts, until nothing waits, and then the lines of rendering
+    // threads. May be called by a closure that
     // itself is being drained. [main thread]
     void drain();
 

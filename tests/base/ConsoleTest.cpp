@@ -1,5 +1,7 @@
 #include "base/Console.h"
+#include "base/LineRing.h"
 #include "base/MainQueue.h"
+#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
 
 #include <gtest/gtest.h>
@@ -63,6 +65,57 @@ TEST(Console, LinesOfAnotherThreadArriveInTheirOrder)
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(lines[static_cast<std::size_t>(i)], std::to_string(i));
     }
+}
+
+TEST(Console, LinesOfARenderingThreadArriveWhereTheQueueIsDrained)
+{
+    ConsoleCapture capture;
+    std::thread renderer([] {
+        realtimeprint("one");
+        realtimeprint("two: ", "more");
+    });
+    renderer.join();
+    EXPECT_EQ(capture.take(), (Lines{"one", "two: more"}));
+}
+
+TEST(Console, LinesOfARenderingThreadThatFindNoRoomAreCounted)
+{
+    ConsoleCapture capture;
+    for (std::size_t i = 0; i < LineRing::capacity + 3; ++i) {
+        realtimeprint("line");
+    }
+    Lines expected(LineRing::capacity, "line");
+    expected.emplace_back("Lines of the rendering threads that found no room: 3");
+    EXPECT_EQ(capture.take(), expected);
+    EXPECT_EQ(capture.take(), Lines{});
+}
+
+TEST(Console, ALineOfARenderingThreadTakesNoLockAndNoMemory)
+{
+    ConsoleCapture capture;
+    {
+        const test::RealtimeGuard guard;
+        for (std::size_t i = 0; i < LineRing::capacity + 1; ++i) {
+            realtimeprint("two: ", "more");
+        }
+    }
+    EXPECT_EQ(capture.take().size(), LineRing::capacity + 1);
+}
+
+TEST(Console, ADirectPrintWritesTheLinesOfRenderingThreadsFirst)
+{
+    ConsoleCapture capture;
+    realtimeprint("rendered");
+    safeprint("logged");
+    directPrint("direct");
+    EXPECT_EQ(capture.take(), (Lines{"logged", "rendered", "direct"}));
+}
+
+TEST(Console, WithoutASinkNoLineOfARenderingThreadIsKept)
+{
+    realtimeprint("nobody hears this");
+    ConsoleCapture capture;
+    EXPECT_TRUE(capture.take().empty());
 }
 
 TEST(Console, WithoutASinkNothingIsQueued)

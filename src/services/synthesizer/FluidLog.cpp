@@ -15,8 +15,14 @@ thread_local bool isRendering = false;
 
 void print(int level, const char* message, void* /*data*/)
 {
-    if (!isRendering && level <= FLUID_WARN) {
-        debugprint(concat("Synthesizer: ", message));
+    constexpr const char* speaker = "Synthesizer: ";
+    if (level > FLUID_WARN) {
+        return;
+    }
+    if (isRendering) {
+        realtimeprint(speaker, message);
+    } else {
+        debugprint(concat(speaker, message));
     }
 }
 

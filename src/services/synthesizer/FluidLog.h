@@ -1,7 +1,7 @@
 #pragma once
 
-// Private to the library: what FluidSynth has to say goes to the log, but for the lines of a thread that
-// renders.
+// Private to the library: what FluidSynth has to say goes to the log, by way of the ring for rendering
+// threads where the thread is one.
 namespace volvelle {
 
 // [any thread]
