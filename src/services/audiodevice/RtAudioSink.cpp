@@ -1,10 +1,10 @@
 #include "services/audiodevice/RtAudioSink.h"
 
+#include "services/audiodevice/LibraryLines.h"
 #include "services/audiodevice/RtAudioStream.h"
 #include "services/audiodevice/SoundServers.h"
 
 #include <alsa/asoundlib.h>
-#include <array>
 #include <cstdlib>
 #include <iostream>
 #include <utility>
@@ -32,7 +32,7 @@ void RtAudioSink::prepare()
     setenv("PULSE_LATENCY_MSEC", "30", 0);
     setenv("JACK_NO_START_SERVER", "1", 0);
     snd_lib_error_set_handler(ignoreALSA);
-    std::cerr.rdbuf(nullptr); // what RtAudio tells of a lost server; nothing else writes there
+    static const LibraryLines libraryLines(std::cerr);
 }
 
 bool RtAudioSink::open(AudioSource& source, std::string& error)
@@ -40,7 +40,7 @@ bool RtAudioSink::open(AudioSource& source, std::string& error)
     close();
     error = "No sound server and no sound card was found.";
     for (const RtAudio::Api api : {RtAudio::LINUX_PULSE, RtAudio::UNIX_JACK, RtAudio::LINUX_ALSA}) {
-        if (api == RtAudio::LINUX_ALSA && isSoundServerRunning()) {
+        if (api == RtAudio::LINUX_ALSA && !isSoundCardFree()) {
             continue;
         }
         auto opened = std::make_unique<RtAudioStream>(api);

@@ -11,7 +11,7 @@ namespace volvelle {
 class RtAudioStream;
 
 // The system's default output: PulseAudio, which PipeWire answers too, else JACK, else a bare ALSA card, the
-// last only while no sound server runs. Asks for stereo at 48,000 Hz and converts where the device wants
+// last only while isSoundCardFree(). Asks for stereo at 48,000 Hz and converts where the device wants
 // something else.
 class RtAudioSink : public AudioSink {
 public:
@@ -20,7 +20,8 @@ public:
     RtAudioSink(const RtAudioSink&) = delete;
     RtAudioSink& operator=(const RtAudioSink&) = delete;
 
-    // Sets what the sound libraries read from the environment, unless it is set, and mutes their chatter.
+    // Sets what the sound libraries read from the environment, unless it is set, and drops their chatter from
+    // standard error, and nothing else.
     // [main thread, before the first sink is made]
     static void prepare();
 

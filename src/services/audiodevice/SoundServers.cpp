@@ -2,15 +2,17 @@
 
 #include <RtAudio.h>
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <vector>
 
 namespace volvelle {
 
@@ -29,8 +31,9 @@ bool takesConnections(const std::string& path)
         return false;
     }
     const int result = connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+    const bool isTaken = result == 0 || errno == EAGAIN;
     close(descriptor);
-    return result == 0 || errno == EAGAIN;
+    return isTaken;
 }
 
 std::string variable(const char* name)
@@ -44,19 +47,49 @@ std::string within(const std::string& folder, std::string_view file)
     return folder.empty() ? "" : folder + "/" + std::string(file);
 }
 
+// The servers that PULSE_SERVER names, without the machine that each is for.
+std::vector<std::string> namedServers()
+{
+    std::istringstream words(variable("PULSE_SERVER"));
+    std::vector<std::string> names;
+    for (std::string name; words >> name;) {
+        names.push_back(name.starts_with('{') ? name.substr(name.find('}') + 1) : name);
+    }
+    return names;
+}
+
+// The path of a server's local socket; empty for a server elsewhere.
+std::string socketOf(const std::string& server)
+{
+    constexpr std::string_view prefix = "unix:";
+    const std::string path = server.starts_with(prefix) ? server.substr(prefix.size()) : server;
+    return path.starts_with('/') ? path : "";
+}
+
+bool isServerNamedElsewhere()
+{
+    return std::ranges::any_of(namedServers(),
+                               [](const std::string& name) { return socketOf(name).empty(); });
+}
+
 } // namespace
 
 bool isSoundServerRunning()
 {
-    constexpr std::string_view unixPrefix = "unix:";
-    std::string named = variable("PULSE_SERVER");
-    if (named.starts_with(unixPrefix)) {
-        named.erase(0, unixPrefix.size());
-    }
-    const std::string runtime = variable("XDG_RUNTIME_DIR");
-    const std::array<std::string, 4> sockets{named, within(variable("PULSE_RUNTIME_PATH"), "native"),
-                                             within(runtime, "pulse/native"), within(runtime, "pipewire-0")};
-    return std::any_of(sockets.begin(), sockets.end(), takesConnections);
+    const std::string given = variable("XDG_RUNTIME_DIR");
+    const std::string runtime = given.empty() ? "/run/user/" + std::to_string(getuid()) : given;
+    const std::string remote = variable("PIPEWIRE_REMOTE");
+    const std::string pipeWire = remote.empty() ? "pipewire-0" : remote;
+    std::vector<std::string> sockets{within(variable("PULSE_RUNTIME_PATH"), "native"),
+                                     within(runtime, "pulse/native"), within(runtime, pipeWire),
+                                     within(variable("PIPEWIRE_RUNTIME_DIR"), pipeWire)};
+    std::ranges::transform(namedServers(), std::back_inserter(sockets), socketOf);
+    return std::ranges::any_of(sockets, takesConnections);
+}
+
+bool isSoundCardFree()
+{
+    return !isServerNamedElsewhere() && !isSoundServerRunning() && !isJackServerRunning();
 }
 
 bool isJackServerRunning()

@@ -1,5 +1,6 @@
 #include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/RtAudioSink.h"
+#include "services/audiodevice/SoundServers.h"
 #include "tests/services/audiodevice/ChildProcess.h"
 #include "tests/services/audiodevice/SineSource.h"
 #include "tests/services/audiodevice/SoundServersFolder.h"
@@ -122,6 +123,14 @@ TEST_F(RtAudioSinkServersTest, IsPulledByJACKAtItsPace)
     sink.close();
     EXPECT_EQ(source.frames(), before);
     EXPECT_FALSE(sink.isLost());
+}
+
+TEST_F(RtAudioSinkServersTest, ASoundCardIsNotFreeWhereJACKRuns)
+{
+    const SoundServersFolder servers(Kind::shared);
+    EXPECT_TRUE(isSoundCardFree());
+    SKIP_WITHOUT(servers, "jack");
+    EXPECT_FALSE(isSoundCardFree());
 }
 
 TEST_F(RtAudioSinkServersTest, ConvertsForAServerOfAnotherRate)
