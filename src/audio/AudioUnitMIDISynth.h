@@ -25,7 +25,7 @@ public:
                                                   fourCharacterCode("appl"), 0, 0};
 
     static std::shared_ptr<AudioUnitMIDISynth> make(std::shared_ptr<AVAudioEngine> engine,
-                                                    SoundBankFinder finder = soundBankInResources);
+                                                    SoundBankFinder finder);
 
     std::shared_ptr<AVAudioUnitMIDIInstrument> midiSynth;
     std::optional<std::filesystem::path> currentSoundfont; // nothing sets it

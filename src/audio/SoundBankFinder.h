@@ -11,7 +11,4 @@ namespace volvelle {
 using SoundBankFinder =
     std::function<std::optional<std::filesystem::path>(std::string_view name, std::string_view extension)>;
 
-// Looks into resourcesFolder() alone. [main thread]
-std::optional<std::filesystem::path> soundBankInResources(std::string_view name, std::string_view extension);
-
 } // namespace volvelle

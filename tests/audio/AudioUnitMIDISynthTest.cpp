@@ -134,18 +134,6 @@ TEST_F(AudioUnitMIDISynthTest, TheAnswerOfTheUnitDecidesWhetherABankIsLoaded)
     EXPECT_EQ(console.take(), Lines{"error -43"});
 }
 
-TEST_F(AudioUnitMIDISynthTest, ByDefaultBanksAreLookedUpInTheResources)
-{
-    const TemporaryFolder folder;
-    setResourcesFolder(folder.path);
-    const auto file = folder.put("soundfont6.sf2", "RIFF");
-    const auto plain = AudioUnitMIDISynth::make(engine);
-    plain->create("Synth");
-    plain->loadSoundFont(6);
-    EXPECT_EQ(component.unit->calls, Lines{concat("property 1100 of 0 0: ", file.string(), " (8 bytes)")});
-    setResourcesFolder(std::nullopt);
-}
-
 TEST_F(AudioUnitMIDISynthTest, VolumeAndRateAreThoseOfTheInstrument)
 {
     createSynth();

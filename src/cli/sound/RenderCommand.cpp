@@ -36,7 +36,7 @@ int runRender(const RenderOptions& options, CommandOutput& output)
     }
     std::string error;
     AudioFileWriter writer;
-    if (!writer.open(options.out, {options.rate, SampleForm::integer24}, error)) {
+    if (!writer.open(options.out, {options.rate}, error)) {
         return output.failure(error);
     }
     Mixdown mixdown(std::move(data), renderParts(sequence, coresOf(options)), options.bank, coresOf(options));

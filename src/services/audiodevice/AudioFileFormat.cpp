@@ -18,10 +18,10 @@ std::string endingOf(const std::filesystem::path& path)
     return ending;
 }
 
-int codeOf(const std::string& ending, SampleForm form)
+int codeOf(const std::string& ending)
 {
     if (ending == ".wav") {
-        return SF_FORMAT_WAV | (form == SampleForm::float32 ? SF_FORMAT_FLOAT : SF_FORMAT_PCM_24);
+        return SF_FORMAT_WAV | SF_FORMAT_PCM_24;
     }
     if (ending == ".flac") {
         return SF_FORMAT_FLAC | SF_FORMAT_PCM_24;
@@ -31,11 +31,11 @@ int codeOf(const std::string& ending, SampleForm form)
 
 } // namespace
 
-std::optional<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, SampleForm form,
-                                                   int rate, std::string& error)
+std::optional<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, int rate,
+                                                   std::string& error)
 {
     const std::string ending = endingOf(path);
-    const AudioFileFormat format{codeOf(ending, form), rate};
+    const AudioFileFormat format{codeOf(ending), rate};
     if (format.code == 0) {
         error = ending.empty() ? "An audio file's name must end in .wav, .flac or .ogg."
                                : concat("Audio files cannot be written as ", ending,

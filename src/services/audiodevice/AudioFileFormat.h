@@ -6,9 +6,6 @@
 
 namespace volvelle {
 
-// The samples of an audio file that holds them as they are.
-enum class SampleForm { integer24, float32 };
-
 // How an audio file is written, told by its name and by what is asked for.
 struct AudioFileFormat {
     static constexpr int lowestRate = 8000;     // Hz
@@ -17,10 +14,9 @@ struct AudioFileFormat {
     int code = 0; // of the library that writes
     int rate = 0; // Hz
 
-    // The format for "x.wav", "x.flac" or "x.ogg", whatever the case; `form` counts for WAV alone. Nothing,
-    // with one plain line in `error`, for another ending or a rate that no such file has. [any thread]
-    static std::optional<AudioFileFormat> of(const std::filesystem::path& path, SampleForm form, int rate,
-                                             std::string& error);
+    // The format for "x.wav", "x.flac" or "x.ogg", whatever the case, the first two of 24 bits. Nothing, with
+    // one plain line in `error`, for another ending or a rate that no such file has. [any thread]
+    static std::optional<AudioFileFormat> of(const std::filesystem::path& path, int rate, std::string& error);
 };
 
 } // namespace volvelle

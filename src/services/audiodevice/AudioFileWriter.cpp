@@ -1,11 +1,11 @@
 #include "services/audiodevice/AudioFileWriter.h"
 
 #include "base/Text.h"
+#include "services/audiodevice/AudioSink.h"
 #include "services/audiodevice/RateConverter.h"
 #include "services/files/NewFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <optional>
 #include <sndfile.h>
@@ -70,7 +70,7 @@ std::int64_t AudioFileWriter::length() const
 bool AudioFileWriter::open(const std::filesystem::path& path, const Options& options, std::string& error)
 {
     file = nullptr;
-    const auto format = AudioFileFormat::of(path, options.form, options.rate, error);
+    const auto format = AudioFileFormat::of(path, options.rate, error);
     if (!format) {
         return fail(error, error);
     }
@@ -112,21 +112,6 @@ bool AudioFileWriter::write(const float* left, const float* right, int frames, s
     }
     file->length += static_cast<std::int64_t>(count);
     return writeConverted(false, error);
-}
-
-bool AudioFileWriter::pull(AudioSource& source, std::int64_t frames, std::string& error)
-{
-    constexpr std::int64_t blockFrames = 512;
-    std::array<float, blockFrames> left{};
-    std::array<float, blockFrames> right{};
-    bool good = true;
-    while (good && frames > 0) {
-        const auto count = static_cast<int>(std::min(frames, blockFrames));
-        source.render(left.data(), right.data(), count);
-        good = write(left.data(), right.data(), count, error);
-        frames -= count;
-    }
-    return good;
 }
 
 bool AudioFileWriter::finish(std::string& error)

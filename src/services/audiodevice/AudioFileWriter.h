@@ -1,7 +1,6 @@
 #pragma once
 
 #include "services/audiodevice/AudioFileFormat.h"
-#include "services/audiodevice/AudioSink.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -18,7 +17,6 @@ class AudioFileWriter {
 public:
     struct Options {
         int rate = 48'000; // Hz
-        SampleForm form = SampleForm::integer24;
     };
 
     AudioFileWriter();
@@ -29,11 +27,8 @@ public:
     // Begins a file; one that was begun before is dropped.
     bool open(const std::filesystem::path& path, const Options& options, std::string& error);
 
-    // Appends `frames` frames. What exceeds full scale is clipped in integer forms.
+    // Appends `frames` frames. What exceeds full scale is clipped.
     bool write(const float* left, const float* right, int frames, std::string& error);
-
-    // Appends what `source` renders, in blocks of 512 frames and a shorter last one.
-    bool pull(AudioSource& source, std::int64_t frames, std::string& error);
 
     // Completes the file and puts it in its place.
     bool finish(std::string& error);

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
+#include <utility>
 
 namespace volvelle::test {
 
@@ -125,18 +127,41 @@ TEST_F(SoundBanksTest, LooksInTheUsersDataFolders)
     EXPECT_EQ(folders.front(), shared.path / "data/soundfonts");
 }
 
-TEST(SoundBankMap, OfTheProgramIsReadableAndNamesEveryNumberedBank)
+TEST(SoundBankMap, NamesOneFileForEachNumberedBank)
 {
     ConsoleCapture console;
-    const TemporaryFolder fonts;
-    const auto bank = fonts.write("TimGM6mb.sf2", {1});
-    const SoundBanks banks(std::filesystem::path(VOLVELLE_SOURCE_DIR) / "resources", {fonts.path});
-    for (const char* name : {"soundfont1", "soundfont2", "soundfont6", "soundfont7", "soundfont9"}) {
+    const std::array<std::pair<const char*, const char*>, 5> numbered{
+        {{"soundfont1", "FluidR3_GM.sf2"},
+         {"soundfont2", "GeneralUser-GS.sf2"},
+         {"soundfont6", "MuseScore_General_Lite.sf3"},
+         {"soundfont7", "OPL-3_FM_128M.sf2"},
+         {"soundfont9", "FluidR3Mono_GM.sf3"}}};
+    for (const auto& [name, file] : numbered) {
+        const TemporaryFolder fonts;
+        const SoundBanks banks(std::filesystem::path(VOLVELLE_SOURCE_DIR) / "resources", {fonts.path});
+        for (const char* other :
+             {"TimGM6mb.sf2", "default-GM.sf2", "default-GM.sf3", "MuseScore_General.sf3"}) {
+            fonts.write(other, {1});
+        }
+        for (const auto& [otherName, otherFile] : numbered) {
+            if (file != otherFile) {
+                fonts.write(otherFile, {1});
+            }
+        }
+        EXPECT_EQ(banks.find(name, "sf2"), std::nullopt) << name;
+        const auto bank = fonts.write(file, {1});
         EXPECT_EQ(banks.find(name, "sf2"), bank) << name;
     }
-    EXPECT_EQ(banks.find("gs_instruments", "dls"), bank);
-    EXPECT_EQ(banks.best(), bank);
     EXPECT_TRUE(console.take().empty());
+}
+
+TEST(SoundBankMap, TheBankOfTheResourcesIsNoOther)
+{
+    const TemporaryFolder fonts;
+    const SoundBanks banks(std::filesystem::path(VOLVELLE_SOURCE_DIR) / "resources", {fonts.path});
+    const auto bank = fonts.write("TimGM6mb.sf2", {1});
+    EXPECT_EQ(banks.find("gs_instruments", "dls"), std::nullopt);
+    EXPECT_EQ(banks.best(), bank);
 }
 
 } // namespace volvelle::test
