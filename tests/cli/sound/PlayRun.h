@@ -7,15 +7,10 @@
 #include <memory>
 #include <string>
 
-// Starts a server of the test's own and lets the program find it. GTEST_SKIP and FAIL end the function that
-// they stand in.
+// Starts a server of the test's own and lets the program find it.
 #define START_SERVER(name)                                                                                   \
     servers.start(name);                                                                                     \
-    if (const std::string reason = servers.use(name); reason.ends_with("not installed")) {                   \
-        GTEST_SKIP() << reason;                                                                              \
-    } else if (!reason.empty()) {                                                                            \
-        FAIL() << reason;                                                                                    \
-    }
+    USE_SERVER(servers, name)
 
 namespace volvelle::test {
 

@@ -11,9 +11,7 @@ namespace volvelle::test {
 TEST(MIDIServersTest, SendsANoteThroughJACKToAnotherProgram)
 {
     const SoundServersFolder servers(SoundServersFolder::Kind::shared);
-    if (const std::string reason = servers.use("jack"); !reason.empty()) {
-        GTEST_SKIP() << reason;
-    }
+    USE_SERVER(servers, "jack");
     ChildProcess listener({VOLVELLE_MIDI_LISTENER, "2"});
     ASSERT_EQ(listener.readLine(), "ready");
     const auto ports = makeMIDIPorts({false, MIDIServices::present().jack});
@@ -32,9 +30,7 @@ TEST(MIDIServersTest, SendsANoteThroughJACKToAnotherProgram)
 TEST(MIDIServersTest, OpensAPortForOtherPrograms)
 {
     const SoundServersFolder servers(SoundServersFolder::Kind::shared);
-    if (const std::string reason = servers.use("jack"); !reason.empty()) {
-        GTEST_SKIP() << reason;
-    }
+    USE_SERVER(servers, "jack");
     const auto ports = makeMIDIPorts({false, true});
     std::string error;
     const auto port = ports->openVirtualOutput("ideas", error);

@@ -14,12 +14,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// GTEST_SKIP ends the function that it stands in.
-#define SKIP_WITHOUT(servers, name)                                                                          \
-    if (const std::string reason = (servers).use(name); !reason.empty()) {                                   \
-        GTEST_SKIP() << reason;                                                                              \
-    }
-
 namespace volvelle::test {
 
 namespace {
@@ -86,7 +80,7 @@ protected:
 TEST_F(RtAudioSinkServersTest, PlaysATruthfulSineThroughPulseAudio)
 {
     const SoundServersFolder servers(Kind::shared);
-    SKIP_WITHOUT(servers, "pulse");
+    USE_SERVER(servers, "pulse");
     const std::filesystem::path recording = servers.path / "recording.raw";
     ChildProcess recorder({"parec", "-d", "null0.monitor", "--format=float32le", "--rate=48000",
                            "--channels=2", "--latency-msec=20"},
@@ -112,7 +106,7 @@ TEST_F(RtAudioSinkServersTest, PlaysATruthfulSineThroughPulseAudio)
 TEST_F(RtAudioSinkServersTest, IsPulledByJACKAtItsPace)
 {
     const SoundServersFolder servers(Kind::shared);
-    SKIP_WITHOUT(servers, "jack");
+    USE_SERVER(servers, "jack");
     RtAudioSink sink;
     ASSERT_TRUE(sink.open(source, error)) << error;
     EXPECT_THAT(sink.description(), StartsWith("JACK: "));
@@ -129,7 +123,7 @@ TEST_F(RtAudioSinkServersTest, ASoundCardIsNotFreeWhereJACKRuns)
 {
     const SoundServersFolder servers(Kind::shared);
     EXPECT_TRUE(isSoundCardFree());
-    SKIP_WITHOUT(servers, "jack");
+    USE_SERVER(servers, "jack");
     EXPECT_FALSE(isSoundCardFree());
 }
 
@@ -138,7 +132,7 @@ TEST_F(RtAudioSinkServersTest, ConvertsForAServerOfAnotherRate)
     SoundServersFolder servers(Kind::own);
     setenv("JACK_RATE", "44100", 1);
     servers.start("jack");
-    SKIP_WITHOUT(servers, "jack");
+    USE_SERVER(servers, "jack");
     RtAudioSink sink;
     ASSERT_TRUE(sink.open(source, error)) << error;
     EXPECT_THAT(sink.description(), HasSubstr(" at 44100 Hz"));
@@ -149,7 +143,7 @@ TEST_F(RtAudioSinkServersTest, PlaysOnWherePulseAudioDiesAndFindsItAgain)
 {
     SoundServersFolder servers(Kind::own);
     servers.start("pulse");
-    SKIP_WITHOUT(servers, "pulse");
+    USE_SERVER(servers, "pulse");
     AudioOutput::Options options;
     options.lookAgain = std::chrono::milliseconds(500);
     AudioOutput output(options);
@@ -166,7 +160,7 @@ TEST_F(RtAudioSinkServersTest, PlaysOnWhereJACKDies)
 {
     SoundServersFolder servers(Kind::own);
     servers.start("jack");
-    SKIP_WITHOUT(servers, "jack");
+    USE_SERVER(servers, "jack");
     AudioOutput output;
     expectFallback(servers, "jack", output);
     EXPECT_THAT(lines.take(), ElementsAre(lostDevice));
@@ -176,7 +170,7 @@ TEST_F(RtAudioSinkServersTest, StopsInBoundedTimeWherePulseAudioHangs)
 {
     SoundServersFolder servers(Kind::own);
     servers.start("pulse");
-    SKIP_WITHOUT(servers, "pulse");
+    USE_SERVER(servers, "pulse");
     AudioOutput output;
     ASSERT_TRUE(output.start(source, error)) << error;
     ASSERT_TRUE(output.waitForDevice(seconds(10))) << output.problem();
