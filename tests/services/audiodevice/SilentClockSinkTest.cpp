@@ -42,6 +42,19 @@ TEST_F(SilentClockSinkTest, CatchesUpAfterAShortDelay)
     EXPECT_EQ(source.frames, 5120);
 }
 
+TEST_F(SilentClockSinkTest, CatchesUpWithAQuarterOfASecondAndNotWithMore)
+{
+    constexpr WaitableClock::Time twoBlocks{21'333'333}; // nanoseconds
+    for (const int more : {0, 1}) {
+        ASSERT_TRUE(sink.open(source, error));
+        clock->settle(1);
+        const int before = source.frames;
+        clock->advance(twoBlocks + SilentClockSink::longestDelay + WaitableClock::Time(more), 1);
+        EXPECT_EQ(source.frames - before, more == 0 ? 25 * 512 : 512);
+        sink.close();
+    }
+}
+
 TEST_F(SilentClockSinkTest, TakesUpThePaceAnewAfterALongDelay)
 {
     ASSERT_TRUE(sink.open(source, error));
