@@ -54,6 +54,17 @@ public:
     {
     }
 
+    // JACK's library crashes where a port of a dead server is closed.
+    ~RtMidiOutput() override
+    {
+        if (midi->getCurrentApi() == RtMidi::UNIX_JACK && !isJackServerRunning()) {
+            static_cast<void>(midi.release());
+        }
+    }
+
+    RtMidiOutput(const RtMidiOutput&) = delete;
+    RtMidiOutput& operator=(const RtMidiOutput&) = delete;
+
     bool send(std::span<const std::uint8_t> bytes, std::string& error) override
     {
         try {

@@ -175,6 +175,20 @@ TEST_F(PlayPort, AfterFiveSecondsOfSuspensionTheMusicGoesOnAtItsPace)
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(PlayPort, WhereJACKIsKilledThePlayEndsInOrder)
+{
+    START_SERVER("jack");
+    listen();
+    write("row.mid", NoteRow{1, 60 * NoteRow::ticksPerSecond}.file());
+    const auto play = begin("play row.mid --port listener:notes");
+    ASSERT_EQ(waitForNote(), NoteRow::key(0)) << errors();
+    servers.signal("jack", SIGKILL);
+    listener = nullptr;
+    play->signal(SIGINT);
+    EXPECT_EQ(play->waitForEnd(), 0);
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(PlayPort, ThePortsOfOtherProgramsAreListed)
 {
     START_SERVER("jack");

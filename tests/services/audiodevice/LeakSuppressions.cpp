@@ -4,7 +4,7 @@ extern "C" const char* __lsan_default_options();
 
 extern "C" const char* __lsan_default_suppressions()
 {
-    return "leak:libjack.so\nleak:libpulse.so\nleak:librtaudio.so\n";
+    return "leak:libjack.so\nleak:libpulse.so\nleak:librtaudio.so\nleak:librtmidi.so\n";
 }
 
 extern "C" const char* __lsan_default_options()
