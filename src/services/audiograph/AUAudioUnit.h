@@ -93,7 +93,7 @@ public:
     AUScheduleMIDIEventBlock scheduleMIDIEventBlock();
 
     // Puts a copy of a message in line for the next block; equal offsets keep the order of entry. Where the
-    // unit is in no render plan, or the line is full (16,384 messages, 65,536 bytes of long ones), it answers
+    // unit is in no render plan, or the line is full (16,384 messages, 262,144 bytes of long ones), it answers
     // kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages other than
     // note-ons. [render thread]
     OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,

@@ -15,7 +15,7 @@ class MIDIEventBuffer {
 public:
     static constexpr int capacity = 16384; // messages: more than the whole state of sixteen channels
     static constexpr int noteOnCapacity = capacity - capacity / 4;
-    static constexpr std::size_t longCapacity = 65536; // bytes of all long messages
+    static constexpr std::size_t longCapacity = 262144; // bytes of all long messages
 
     MIDIEventBuffer();
 

@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <mutex>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace volvelle {
 
@@ -66,6 +68,41 @@ fs::path readablePath(const fs::path& path, int descriptor)
     return descriptor == none ? path : fs::path(concat("/proc/self/fd/", descriptor));
 }
 
+// The large banks in use, by what tells whether a file is still the same.
+struct OpenBanks {
+    struct Entry {
+        struct stat about;
+        std::weak_ptr<const BankFile> bank;
+    };
+
+    std::shared_ptr<const BankFile> find(const fs::path& path, const struct stat& about)
+    {
+        std::erase_if(entries, [](const Entry& entry) { return entry.bank.expired(); });
+        for (const Entry& entry : entries) {
+            const std::shared_ptr<const BankFile> bank = entry.bank.lock();
+            if (bank != nullptr && bank->path == path && isSame(entry.about, about)) {
+                return bank;
+            }
+        }
+        return nullptr;
+    }
+
+    static bool isSame(const struct stat& one, const struct stat& other)
+    {
+        return one.st_dev == other.st_dev && one.st_ino == other.st_ino && one.st_size == other.st_size &&
+               one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
+    }
+
+    std::mutex mutex;
+    std::vector<Entry> entries;
+};
+
+OpenBanks& openBanks()
+{
+    static OpenBanks banks;
+    return banks;
+}
+
 } // namespace
 
 BankFile::BankFile(fs::path asked, int opened, std::uintmax_t bytes)
@@ -96,6 +133,19 @@ std::shared_ptr<const BankFile> BankFile::open(const fs::path& path, std::string
         close(file);
         return std::shared_ptr<const BankFile>(new BankFile(path, none, size));
     }
+    const std::lock_guard lock(openBanks().mutex);
+    if (auto bank = openBanks().find(path, about)) {
+        close(file);
+        return bank;
+    }
+    auto bank = openLarge(path, file, size);
+    openBanks().entries.push_back({about, bank});
+    return bank;
+}
+
+// Takes the descriptor over.
+std::shared_ptr<const BankFile> BankFile::openLarge(const fs::path& path, int file, std::uintmax_t size)
+{
     const int copy = privateCopy(file, size);
     if (copy == none) {
         debugprint(concat("There is no room for a copy of the sound bank \"", path.string(),

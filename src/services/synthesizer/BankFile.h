@@ -30,6 +30,8 @@ public:
 
 private:
     BankFile(std::filesystem::path path, int descriptor, std::uintmax_t size);
+    static std::shared_ptr<const BankFile> openLarge(const std::filesystem::path& path, int file,
+                                                     std::uintmax_t size);
 
     int descriptor; // -1 for none
 };

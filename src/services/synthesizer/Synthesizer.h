@@ -19,7 +19,8 @@ namespace volvelle {
 // A synthesizer keeps its bank: another bank is another synthesizer, made off the render thread, and whoever
 // swaps the two deletes the old one off the render thread too. All that moves or sounds is called on one
 // thread, the render thread; messages and rendering there take no lock and no memory, but for the first block
-// on a thread; the library behind it frees one small piece each time it renders.
+// on a thread and for tunings, and but for one block that the library behind takes and gives back each time
+// that it renders effects.
 //
 // Each channel is one of its own and polyphonic: the modes (controllers 124 to 127) end its notes and change
 // nothing else. Controller 121 leaves parameters as they are. Any reset by system exclusive brings all

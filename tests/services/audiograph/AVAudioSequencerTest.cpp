@@ -1,5 +1,6 @@
 #include "tests/services/audiograph/Studio.h"
 
+#include <array>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <numeric>
@@ -250,6 +251,146 @@ TEST_P(SequencerBlocks, ALongFileIsPlayedWhole)
     EXPECT_EQ(heard[expected.size()].substr(0, 3), "0: ");
     EXPECT_EQ(heard.back().substr(0, heard.back().find(':')), std::to_string(2999 * 3000 + 1500));
     EXPECT_EQ(studio.recorder->sounding(), 0);
+}
+
+Song pedalledNote(int pedal)
+{
+    return Song().message(0.0, 0xB0, pedal, 127).note(0.0, 0, 60, 100, 0.25).note(8.0, 0, 60, 100, 1.0);
+}
+
+// The pedals come up behind the note-off, and before anything goes down again.
+void expectPedalsUp(const Lines& heard, const std::string& frame)
+{
+    for (const char* pedal : {"40", "42", "45"}) {
+        EXPECT_THAT(heard, testing::Contains(frame + ": B0 " + pedal + " 00"));
+    }
+}
+
+class Pedals : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(All, Pedals, testing::Values(64, 66, 69));
+
+TEST_P(Pedals, ComeUpAtAStop)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.sequencer->stop();
+    expectPedalsUp(studio.run(512), "9600");
+}
+
+TEST_P(Pedals, ComeUpAtASeekAndGoDownAgainWhereTheyAreDownThere)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.sequencer->setCurrentPositionInBeats(4.0);
+    const Lines heard = studio.run(512);
+    expectPedalsUp(heard, "9600");
+    const auto pedal = static_cast<std::uint8_t>(GetParam());
+    const Lines state = stateLines(9600, 0, {{0xB0, pedal, 127}});
+    EXPECT_EQ(Lines(heard.end() - static_cast<std::ptrdiff_t>(state.size()), heard.end()), state);
+}
+
+TEST_P(Pedals, ComeUpWhereOtherContentTakesOver)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.load(Song().note(8.0, 1, 60, 100, 1.0));
+    expectPedalsUp(studio.run(512), "9600");
+}
+
+TEST_P(Pedals, ComeUpWhereTheDestinationIsTakenAway)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.sequencer->tracks()[0]->setDestinationAudioUnit(nullptr);
+    expectPedalsUp(studio.run(512), "9600");
+}
+
+TEST_P(Pedals, ComeUpWhereTheSequencerDies)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.sequencer.reset();
+    expectPedalsUp(studio.run(512), "9600");
+}
+
+TEST_P(Pedals, ComeUpWhereTheSequencerStopsInTheBlockOfOtherContent)
+{
+    Studio studio;
+    studio.load(pedalledNote(GetParam()));
+    studio.start();
+    studio.run(9600);
+    studio.load(Song().note(8.0, 1, 60, 100, 1.0));
+    studio.sequencer->stop();
+    expectPedalsUp(studio.run(512), "9600");
+}
+
+// A unit at another rate takes its messages some frames late: it must own them by then.
+TEST(AVAudioSequencer, AnExclusiveOutlivesTheContentThatItComesFrom)
+{
+    Studio studio(64, 44100.0);
+    const std::vector<std::uint8_t> bytes{0xF0, 0x7D, 1, 2, 3, 4, 5, 6, 0xF7};
+    studio.load(Song().exclusive(0.0, bytes).note(8.0, 0, 60, 100, 1.0));
+    studio.start();
+    std::array<float, 64> left{};
+    std::array<float, 64> right{};
+    studio.engine->renderOffline(64, left.data(), right.data());
+    studio.load(Song().note(8.0, 0, 61, 100, 1.0));
+    studio.engine->renderOffline(64, left.data(), right.data());
+    studio.engine->collectGarbage();
+    EXPECT_THAT(studio.run(2000), testing::Contains("256: F0 7D 01 02 03 04 05 06 F7"));
+}
+
+TEST(AVAudioSequencer, AKeyToGlideFromCountsUntilANoteHasUsedIt)
+{
+    const auto song = Song().message(0.0, 0xB0, 84, 50).note(2.0, 0, 60, 100, 0.5).note(9.0, 0, 60, 100, 0.5);
+    Studio before;
+    before.load(song);
+    before.start(1.0);
+    EXPECT_THAT(before.run(512), ElementsAreArray(stateLines(0, 0, {{0xB0, 84, 50}})));
+    Studio behind;
+    behind.load(song);
+    behind.start(4.0);
+    EXPECT_THAT(behind.run(512), ElementsAreArray(stateLines(0, 0)));
+}
+
+TEST(AVAudioSequencer, AStartElsewhereBringsExclusivesBeforeTheChannels)
+{
+    Studio studio;
+    studio.load(Song()
+                    .message(0.0, 0xB0, 7, 50)
+                    .exclusive(0.5, {0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x10, 0xF7})
+                    .exclusive(1.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7})
+                    .message(1.5, 0xB0, 10, 60)
+                    .exclusive(2.0, {0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x11, 0xF7})
+                    .note(9.0, 0, 60, 100, 0.5));
+    studio.start(4.0);
+    EXPECT_THAT(studio.run(512),
+                ElementsAreArray(joined({{"0: F0 7E 7F 09 01 F7", "0: F0 7F 7F 04 01 00 11 F7"},
+                                         stateLines(0, 0, {{0xB0, 10, 60}})})));
+}
+
+TEST(AVAudioSequencer, AChannelThatOnlyThePieceBeforeUsedIsResetToo)
+{
+    Studio studio;
+    studio.load(Song().message(0.0, 0xB5, 7, 50).note(1.0, 5, 60, 100, 0.5));
+    studio.start();
+    studio.run(48000);
+    studio.sequencer->stop();
+    studio.run(512);
+    studio.load(Song().note(1.0, 0, 60, 100, 0.5));
+    studio.start();
+    EXPECT_THAT(studio.run(512), ElementsAreArray(resetLines(48512, {0, 5})));
 }
 
 TEST(AVAudioSequencer, StartingOnAnEngineThatDoesNotRunFails)

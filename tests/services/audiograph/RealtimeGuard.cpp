@@ -1,6 +1,8 @@
 #include "tests/services/audiograph/RealtimeGuard.h"
 
+#include <cstdarg>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
@@ -21,6 +23,7 @@ namespace {
 
 thread_local int depth = 0;
 thread_local int releasesLeft = 0;
+thread_local int alignedLeft = 0;
 
 } // namespace
 
@@ -28,6 +31,7 @@ RealtimeGuard::RealtimeGuard(int releases)
 {
     ++depth;
     releasesLeft = releases;
+    alignedLeft = releases;
 }
 
 RealtimeGuard::~RealtimeGuard()
@@ -102,12 +106,62 @@ void free(void* memory)
     __libc_free(memory);
 }
 
-int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept
+void* memalign(std::size_t alignment, std::size_t size) noexcept
 {
-    using Lock = int (*)(pthread_mutex_t*);
-    static const auto next = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
-    volvelle::test::check("lock on a guarded thread\n");
-    return next(mutex);
+    using Next = void* (*)(std::size_t, std::size_t);
+    static const auto next = reinterpret_cast<Next>(dlsym(RTLD_NEXT, "memalign"));
+    if (volvelle::test::alignedLeft > 0) {
+        --volvelle::test::alignedLeft;
+    } else {
+        volvelle::test::check("memalign on a guarded thread\n");
+    }
+    return next(alignment, size);
+}
+
+// NAME(PARAMETERS) traps and goes on to the library's own.
+#define VOLVELLE_TRAP(result, name, parameters, arguments, ...)                                              \
+    result name parameters __VA_ARGS__                                                                       \
+    {                                                                                                        \
+        using Next = result(*) parameters;                                                                   \
+        static const auto next = reinterpret_cast<Next>(dlsym(RTLD_NEXT, #name));                            \
+        volvelle::test::check(#name " on a guarded thread\n");                                               \
+        return next arguments;                                                                               \
+    }
+
+VOLVELLE_TRAP(void*, aligned_alloc, (std::size_t alignment, std::size_t size), (alignment, size), noexcept)
+VOLVELLE_TRAP(int, posix_memalign, (void** memory, std::size_t alignment, std::size_t size),
+              (memory, alignment, size), noexcept)
+VOLVELLE_TRAP(int, pthread_mutex_lock, (pthread_mutex_t * mutex), (mutex), noexcept)
+VOLVELLE_TRAP(int, pthread_mutex_trylock, (pthread_mutex_t * mutex), (mutex), noexcept)
+VOLVELLE_TRAP(int, pthread_rwlock_rdlock, (pthread_rwlock_t * lock), (lock), noexcept)
+VOLVELLE_TRAP(int, pthread_rwlock_wrlock, (pthread_rwlock_t * lock), (lock), noexcept)
+VOLVELLE_TRAP(int, pthread_rwlock_tryrdlock, (pthread_rwlock_t * lock), (lock), noexcept)
+VOLVELLE_TRAP(int, pthread_rwlock_trywrlock, (pthread_rwlock_t * lock), (lock), noexcept)
+VOLVELLE_TRAP(int, pthread_cond_signal, (pthread_cond_t * condition), (condition), noexcept)
+VOLVELLE_TRAP(int, pthread_cond_broadcast, (pthread_cond_t * condition), (condition), noexcept)
+VOLVELLE_TRAP(int, pthread_cond_wait, (pthread_cond_t * condition, pthread_mutex_t* mutex),
+              (condition, mutex), )
+VOLVELLE_TRAP(FILE*, fopen, (const char* path, const char* mode), (path, mode), )
+VOLVELLE_TRAP(FILE*, fopen64, (const char* path, const char* mode), (path, mode), )
+VOLVELLE_TRAP(std::size_t, fread, (void* to, std::size_t size, std::size_t count, FILE* file),
+              (to, size, count, file), )
+VOLVELLE_TRAP(std::size_t, fwrite, (const void* from, std::size_t size, std::size_t count, FILE* file),
+              (from, size, count, file), )
+VOLVELLE_TRAP(int, fputs, (const char* text, FILE* file), (text, file), )
+VOLVELLE_TRAP(int, close, (int file), (file), )
+VOLVELLE_TRAP(ssize_t, read, (int file, void* to, std::size_t size), (file, to, size), )
+VOLVELLE_TRAP(ssize_t, write, (int file, const void* from, std::size_t size), (file, from, size), )
+
+int open(const char* path, int flags, ...)
+{
+    using Next = int (*)(const char*, int, ...);
+    static const auto next = reinterpret_cast<Next>(dlsym(RTLD_NEXT, "open"));
+    volvelle::test::check("open on a guarded thread\n");
+    std::va_list more;
+    va_start(more, flags);
+    const int mode = va_arg(more, int);
+    va_end(more);
+    return next(path, flags, mode);
 }
 
 } // extern "C"

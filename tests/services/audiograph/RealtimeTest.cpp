@@ -3,7 +3,14 @@
 #include "tests/services/audiograph/Studio.h"
 
 #include <array>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
 #include <mutex>
+#include <new>
+#include <shared_mutex>
+#include <unistd.h>
 
 namespace volvelle::test {
 
@@ -51,6 +58,61 @@ TEST(Realtime, TheGuardStopsAnAllocationAndALock)
             const std::lock_guard lock(mutex);
         },
         "lock on a guarded thread");
+}
+
+struct Trapped {
+    const char* name;
+    void (*call)();
+};
+
+class TrappedCalls : public testing::TestWithParam<Trapped> {};
+
+// Volatile, so that nothing is left out as useless.
+std::mutex someMutex;
+std::shared_mutex someSharedMutex;
+std::condition_variable someCondition;
+void* volatile somewhere = nullptr;
+char someText[8] = "text\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, TrappedCalls,
+    testing::Values(Trapped{"aligned_alloc", [] { somewhere = ::operator new(64, std::align_val_t(64)); }},
+                    Trapped{"posix_memalign",
+                            [] {
+                                void* memory = nullptr;
+                                somewhere = posix_memalign(&memory, 64, 64) == 0 ? memory : nullptr;
+                            }},
+                    Trapped{"calloc", [] { somewhere = calloc(100, 3); }},
+                    Trapped{"realloc", [] { somewhere = realloc(somewhere, 300); }},
+                    Trapped{"pthread_mutex_trylock",
+                            [] { somewhere = someMutex.try_lock() ? &someMutex : nullptr; }},
+                    Trapped{"pthread_rwlock_wrlock", [] { someSharedMutex.lock(); }},
+                    Trapped{"pthread_rwlock_rdlock", [] { someSharedMutex.lock_shared(); }},
+                    Trapped{"pthread_rwlock_trywrlock",
+                            [] { somewhere = someSharedMutex.try_lock() ? &someMutex : nullptr; }},
+                    Trapped{"pthread_rwlock_tryrdlock",
+                            [] { somewhere = someSharedMutex.try_lock_shared() ? &someMutex : nullptr; }},
+                    Trapped{"pthread_cond_broadcast", [] { someCondition.notify_all(); }},
+                    Trapped{"pthread_cond_signal", [] { someCondition.notify_one(); }},
+                    Trapped{"fopen", [] { somewhere = std::fopen("/dev/null", "r"); }},
+                    Trapped{"open", [] { somewhere = someText + open("/dev/null", O_RDONLY); }},
+                    Trapped{"read", [] { somewhere = someText + read(0, someText, 0); }},
+                    Trapped{"write", [] { somewhere = someText + write(1, someText, 0); }},
+                    Trapped{"fwrite", [] { std::fwrite(someText, 1, 5, stdout); }},
+                    Trapped{"fputs", [] { std::fputs(someText, stdout); }}),
+    [](const auto& trapped) { return trapped.param.name; });
+
+TEST_P(TrappedCalls, EndTheProgramOnAGuardedThread)
+{
+    if (!RealtimeGuard::isEffective()) {
+        GTEST_SKIP() << "the sanitizers have allocators of their own";
+    }
+    EXPECT_DEATH(
+        {
+            const RealtimeGuard guard;
+            GetParam().call();
+        },
+        std::string("^") + GetParam().name + "(64)? on a guarded thread");
 }
 
 TEST(Realtime, RenderingAllocatesNothingAndTakesNoLock)

@@ -54,8 +54,8 @@ protected:
         return song.exclusive(2.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
     }
 
-    // The library behind the synthesizer frees once each time it renders, which is up to each message and to
-    // the end of a block; the first block on a thread does more.
+    // The library behind the synthesizer takes one block and gives it back each time that it renders, which
+    // is up to each message and to the end of a block; the first time on a thread it does more.
     void render(int blocks, int messages)
     {
         std::array<float, 512> left{};
