@@ -155,8 +155,14 @@ void AudioUnitBase::destroy()
             engine->disconnectNodeOutput(audioNode);
         }
         engine->detachNode(audioNode);
-        removeConverter(inputNode);
-        removeConverter(outputNode);
+        if (inputNode) {
+            engine->disconnectNodeInput(inputNode);
+            removeConverter(inputNode);
+        }
+        if (outputNode) {
+            engine->disconnectNodeOutput(outputNode);
+            removeConverter(outputNode);
+        }
     }
     audioUnit = nullptr;
     endWarnings();
@@ -172,11 +178,8 @@ void AudioUnitBase::endWarnings()
 
 void AudioUnitBase::removeConverter(std::shared_ptr<AVAudioMixerNode>& node)
 {
-    if (node) {
-        engine->disconnectNodeInput(node);
-        engine->detachNode(node);
-        node = nullptr;
-    }
+    engine->detachNode(node);
+    node = nullptr;
 }
 
 OSStatus AudioUnitBase::midi_local(std::int64_t sampleTime, std::uint8_t cable, int length,

@@ -4,7 +4,9 @@
 #include "services/audiograph/AVAudioUnitMIDIInstrument.h"
 #include "services/audiograph/AudioUnitCalls.h"
 #include "services/synthesizer/SoundBanks.h"
+#include "tests/services/synthesizer/LargeBank.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/HandClock.h"
 
 #include <gtest/gtest.h>
 
@@ -177,6 +179,46 @@ TEST_F(MIDISynth, PropertiesAreHeldToTheirShape)
     EXPECT_EQ(AudioUnitSetProperty(handle, MIDISynthUnit::enablePreloadProperty, 0, 1, &flag, 4),
               kAudioUnitErr_InvalidElement);
     EXPECT_EQ(AudioUnitSetProperty(handle, 1, 0, 0, &flag, 4), kAudioToolboxErr_InvalidProperty);
+}
+
+TEST_F(MIDISynth, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
+{
+    setResourcesFolder("/nowhere");
+    registerMIDISynth({}, "/nowhere/bank.dls");
+    test::ConsoleCapture capture;
+    begin();
+    EXPECT_EQ(capture.take(),
+              (std::vector<std::string>{"The sound bank \"/nowhere/bank.dls\" cannot be read.",
+                                        "The sound bank '/nowhere/bank.dls' could not be loaded."}));
+    send(0xB0, 7, 0);
+    level(1);
+    ASSERT_EQ(setBank(VOLVELLE_BINARY_DIR "/resources/gs_instruments.dls"), noErr);
+    send(noteOn, 60, 100);
+    EXPECT_LT(level(20), 1e-4);
+    send(0x91, 60, 100);
+    EXPECT_GT(level(20), 1e-3);
+}
+
+// Counts what the process keeps open: a synthesizer of a large bank holds its copy.
+TEST_F(MIDISynth, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
+{
+    test::HandClock clock;
+    const test::LargeBank large;
+    engine->disableManualRenderingMode();
+    registerMIDISynth({}, large.path);
+    begin();
+    const auto render = [this] { engine->render(left.data(), right.data(), blockFrames); };
+    render();
+    std::string error;
+    const std::weak_ptr<const BankFile> first = BankFile::open(large.path, error);
+    ASSERT_FALSE(first.expired());
+    ASSERT_EQ(setBank(VOLVELLE_BINARY_DIR "/resources/gs_instruments.dls"), noErr);
+    render();
+    EXPECT_FALSE(first.expired());
+    clock.advance(0.9);
+    EXPECT_TRUE(first.expired());
+    engine->stop();
+    EXPECT_FALSE(mainRunLoop().nextFire());
 }
 
 TEST_F(MIDISynth, WithoutAnyBankItIsSilentAndSaysSo)

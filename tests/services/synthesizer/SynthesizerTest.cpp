@@ -192,6 +192,82 @@ TEST_F(SynthesizerTest, ResettingForgetsSoundsProgramsAndWhatWaits)
     EXPECT_TRUE(isSilent(renderFrames(*dry, 4096)));
 }
 
+TEST_F(SynthesizerTest, AModeOfTheFirstChannelLeavesTheOthersSounding)
+{
+    for (const int mode : {124, 125, 126, 127}) {
+        dry->reset();
+        dry->controller(0, mode, 1);
+        dry->noteOn(5, 60, 100);
+        dry->noteOn(0, 64, 100);
+        EXPECT_GT(level(renderFrames(*dry, 9600), 0, 9600), -60.0) << mode;
+        EXPECT_GE(dry->activeVoices(), 2) << mode;
+    }
+}
+
+TEST_F(SynthesizerTest, AModeEndsTheNotesOfItsChannel)
+{
+    for (const int mode : {123, 124, 125, 126, 127}) {
+        dry->reset();
+        dry->program(0, 19);
+        dry->noteOn(0, 60, 100);
+        renderFrames(*dry, 9600);
+        dry->controller(0, mode, 0);
+        renderFrames(*dry, 48000);
+        EXPECT_EQ(dry->activeVoices(), 0) << mode;
+    }
+}
+
+// Generators that lead out of a sample, to another one or into its order would end the program.
+TEST_F(SynthesizerTest, NoParameterReachesBeyondASample)
+{
+    for (int number = 0; number < 128; ++number) {
+        for (const int value : {0, 64, 127}) {
+            dry->reset();
+            dry->controller(0, 99, 120);
+            dry->controller(0, 98, number);
+            dry->controller(0, 38, 127);
+            dry->controller(0, 6, value);
+            dry->controller(0, 6, value);
+            dry->noteOn(0, 60, 100);
+            renderFrames(*dry, 1024);
+        }
+    }
+    SUCCEED();
+}
+
+TEST_F(SynthesizerTest, AParameterIsSetByEachDataThatComesForIt)
+{
+    const auto sharpened = [this](const std::vector<int>& data) {
+        dry->reset();
+        dry->controller(0, 99, 120);
+        dry->controller(0, 98, 51); // semitones
+        for (const int value : data) {
+            dry->controller(0, 6, value);
+        }
+        dry->program(0, 80);
+        dry->noteOn(0, 69, 100);
+        return renderFrames(*dry, 24000);
+    };
+    const Stereo plain = sharpened({64});
+    const Stereo once = sharpened({65});
+    const Stereo twice = sharpened({64, 65});
+    EXPECT_GT(difference(plain, once), 0.01);
+    EXPECT_LE(difference(once, twice), 3e-3);
+}
+
+TEST_F(SynthesizerTest, TheResetOfControllersLeavesTuningsOfTheChannel)
+{
+    dry->controller(0, 101, 0);
+    dry->controller(0, 100, 2);
+    dry->controller(0, 6, 64 + 12);
+    dry->controller(0, 121, 0);
+    dry->program(0, 80);
+    dry->noteOn(0, 57, 100);
+    const auto heard = pitch(renderFrames(*dry, 24000), 6000, 12000, 440.0);
+    ASSERT_TRUE(heard);
+    EXPECT_NEAR(cents(*heard, 440.0), 0.0, 15.0);
+}
+
 TEST_F(SynthesizerTest, TakesSystemExclusiveMessages)
 {
     const std::vector<std::uint8_t> quiet{0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x00, 0xF7};
