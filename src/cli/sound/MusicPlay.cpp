@@ -37,7 +37,6 @@ bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::sha
         return false;
     }
     const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this, engine] {
-        engine->collectGarbage();
         look();
     });
     mainRunLoop().run();

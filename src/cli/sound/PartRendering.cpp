@@ -71,9 +71,9 @@ void PartRendering::swingEffects()
 
 bool PartRendering::renderBlock(float* left, float* right)
 {
-    const bool hasDiedAway =
-        quietBlocks >= RenderPart::quietBlocksAtEnd || block >= part.endBlock + RenderPart::longestTail;
-    if (hasDiedAway || graph.engine->renderOffline(blockFrames, left, right) != noErr) {
+    const bool hasDiedAway = quietBlocks >= RenderPart::quietBlocksAtEnd && graph.activeVoices() == 0;
+    if (hasDiedAway || block >= part.lastBlock ||
+        graph.engine->renderOffline(blockFrames, left, right) != noErr) {
         return false;
     }
     const bool isBehind = block >= part.endBlock;

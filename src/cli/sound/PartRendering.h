@@ -24,7 +24,8 @@ public:
                                                const std::optional<std::filesystem::path>& bank,
                                                std::string& error);
 
-    // Writes the next block to both channels. False once the part has died away, and nothing is written.
+    // Writes the next block to both channels. False once the part has died away, and nothing is written:
+    // where it is silent and no voice is left that could come back.
     bool renderBlock(float* left, float* right);
 
 private:

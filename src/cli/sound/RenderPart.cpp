@@ -2,8 +2,11 @@
 
 #include "services/audiodevice/AudioSink.h"
 #include "services/audiograph/SequencerEvents.h"
+#include "wire/DeviceChannels.h"
 
 #include <algorithm>
+#include <array>
+#include <bitset>
 #include <cmath>
 #include <limits>
 
@@ -37,15 +40,113 @@ double lengthOf(const SequencerEvents& events)
     return events.tempo.seconds(beats);
 }
 
+// Where a sostenuto pedal is down: which notes it holds is not known to a part that begins there.
+class SostenutoSpans {
+public:
+    explicit SostenutoSpans(const SequencerEvents& events)
+    {
+        DeviceChannels channels;
+        for (const SequencerState& state : events.states) {
+            if (state.isExclusive()) {
+                channels.apply(ExclusiveChange::of(events.longMessages[state.longIndex]));
+            } else {
+                channels.apply(state.bytes);
+            }
+            const bool isDown = isDownIn(channels, state);
+            if (isDown != (!changes.empty() && changes.back().isDown)) {
+                changes.push_back({state.seconds, isDown});
+            }
+        }
+    }
+
+    bool holds(double seconds) const
+    {
+        const auto behind = std::ranges::upper_bound(changes, seconds, {}, &Change::seconds);
+        return behind != changes.begin() && (behind - 1)->isDown;
+    }
+
+private:
+    struct Change {
+        double seconds = 0.0;
+        bool isDown = false;
+    };
+
+    bool isDownIn(const DeviceChannels& channels, const SequencerState& state) const
+    {
+        constexpr int sostenuto = 66;
+        const bool isController = kindOf(state.bytes) == 0xB0;
+        const bool mayChange =
+            state.isExclusive() || (isController && (state.bytes[1] == sostenuto || state.bytes[1] == 121));
+        if (!mayChange) {
+            return !changes.empty() && changes.back().isDown;
+        }
+        bool isDown = false;
+        for (int channel = 0; channel < channelCount; ++channel) {
+            isDown = isDown || channels[channel].controller(sostenuto) >= 64;
+        }
+        return isDown;
+    }
+
+    std::vector<Change> changes;
+};
+
 // The notes of a track by their place, so that they can be put back changed.
 struct PlacedNote {
     double position = 0.0;
     MIDINoteMessage note;
 };
 
+// What of a track sounds on where its part ends: a key that is struck again then ends what it sounded before.
+class KeysAtEnd {
+public:
+    explicit KeysAtEnd(const RenderPart& ofPart) : part(ofPart) {}
+
+    void take(double position, const MIDIChannelMessage& message)
+    {
+        if (position < part.endBeats && message.status >= 0x80 && message.status < 0xF0) {
+            channels.apply({message.status, message.data1, message.data2});
+        }
+    }
+
+    void takeOwn(double position, const MIDINoteMessage& note)
+    {
+        struck.set(place(note));
+        held.set(place(note), position + static_cast<double>(note.duration) > part.endBeats);
+    }
+
+    // Of a note behind the part: whether it ends one of the part.
+    bool ends(double position, const MIDINoteMessage& note)
+    {
+        const bool isDrum = note.channel == drumChannel && position < part.endBeats + chokingBeats;
+        const bool isAgain = held.test(place(note)) || (struck.test(place(note)) && hasPedal(note.channel));
+        struck.reset(place(note));
+        held.reset(place(note));
+        return isDrum || isAgain;
+    }
+
+private:
+    static std::size_t place(const MIDINoteMessage& note)
+    {
+        return static_cast<std::size_t>(note.channel & 0x0FU) << 7U | (note.note & 0x7FU);
+    }
+
+    bool hasPedal(int channel) const
+    {
+        constexpr std::array<int, 3> pedals{64, 66, 69};
+        return std::ranges::any_of(
+            pedals, [&](int pedal) { return channels[channel & 0x0F].controller(pedal) >= 64; });
+    }
+
+    const RenderPart& part;
+    DeviceChannels channels;
+    std::bitset<std::size_t{16} * 128> struck;
+    std::bitset<std::size_t{16} * 128> held;
+};
+
 // Deletes the notes that are not the part's, and gathers those that are to come back softly.
 OSStatus deleteNotes(const RenderPart& part, const MusicTrack& track, std::vector<PlacedNote>& soft)
 {
+    KeysAtEnd keys(part);
     MusicEventIterator iterator;
     OSStatus status = NewMusicEventIterator(track, iterator);
     bool hasEvent = false;
@@ -56,14 +157,23 @@ OSStatus deleteNotes(const RenderPart& part, const MusicTrack& track, std::vecto
         const void* payload = nullptr;
         std::uint32_t size = 0;
         status = MusicEventIteratorGetEventInfo(iterator, position, type, payload, size);
-        const bool isOurs = position >= part.beginBeats && position < part.endBeats;
-        if (status != noErr || type != kMusicEventType_MIDINoteMessage || isOurs) {
-            status = status == noErr ? MusicEventIteratorNextEvent(iterator) : status;
+        if (status != noErr) {
+            break;
+        }
+        if (type != kMusicEventType_MIDINoteMessage) {
+            if (type == kMusicEventType_MIDIChannelMessage) {
+                keys.take(position, *static_cast<const MIDIChannelMessage*>(payload));
+            }
+            status = MusicEventIteratorNextEvent(iterator);
             continue;
         }
-        const MIDINoteMessage& note = *static_cast<const MIDINoteMessage*>(payload);
-        const bool isSoonAfter = position >= part.endBeats && position < part.endBeats + chokingBeats;
-        if (isSoonAfter && note.channel == drumChannel) {
+        const MIDINoteMessage note = *static_cast<const MIDINoteMessage*>(payload);
+        if (position >= part.beginBeats && position < part.endBeats) {
+            keys.takeOwn(position, note);
+            status = MusicEventIteratorNextEvent(iterator);
+            continue;
+        }
+        if (position >= part.endBeats && keys.ends(position, note)) {
             soft.push_back({position, note});
             soft.back().note.velocity = inaudible;
         }
@@ -82,6 +192,18 @@ OSStatus keepNotesOf(const RenderPart& part, const MusicTrack& track)
     return status;
 }
 
+// The first beat from `beat` on where no sostenuto pedal is down, else that beat.
+double seamFrom(double beat, const SequencerEvents& events, const SostenutoSpans& held)
+{
+    constexpr double farthest = 32.0; // beats
+    for (double seam = beat; seam < beat + farthest; seam += 1.0) {
+        if (!held.holds(events.tempo.seconds(seam))) {
+            return seam;
+        }
+    }
+    return beat;
+}
+
 } // namespace
 
 std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
@@ -92,9 +214,10 @@ std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
     }
     const double seconds = lengthOf(events);
     const int count = numberOfParts(seconds, cores);
+    const SostenutoSpans held(events);
     std::vector<RenderPart> parts(1);
     for (int i = 1; i < count; ++i) {
-        const double beat = std::ceil(events.tempo.beats(seconds * i / count));
+        const double beat = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, held);
         const double block = std::floor(events.tempo.seconds(beat) * blocksPerSecond);
         RenderPart part;
         part.beginBlock = static_cast<std::int64_t>(block);
@@ -107,6 +230,9 @@ std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
     }
     parts.back().endBlock = static_cast<std::int64_t>(std::ceil(seconds * blocksPerSecond));
     parts.back().endBeats = std::numeric_limits<double>::infinity();
+    for (RenderPart& part : parts) {
+        part.lastBlock = parts.back().endBlock + RenderPart::longestTail;
+    }
     return parts;
 }
 

@@ -3,6 +3,7 @@
 #include "services/musicsequence/MusicSequence.h"
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace volvelle {
@@ -16,16 +17,20 @@ struct RenderPart {
 
     std::int64_t beginBlock = 0; // where it begins in the piece
     std::int64_t endBlock = 0;   // where the next part begins, or the piece ends
-    double beginBeats = 0.0;     // the first note that belongs to it
-    double endBeats = 0.0;       // the first note that does not
+    // Where it ends at the latest: the piece and the longest tail are over.
+    std::int64_t lastBlock = std::numeric_limits<std::int64_t>::max();
+    double beginBeats = 0.0; // the first note that belongs to it
+    double endBeats = 0.0;   // the first note that does not
 };
 
-// Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat and
-// lasts some ten seconds to five minutes. Empty where the piece cannot be read. [any thread]
+// Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
+// that can be one without a sostenuto pedal down, and lasts some ten seconds to five minutes. Empty where the
+// piece cannot be read. [any thread]
 std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
-// too soft to be heard, since it ends drums that ring. A status from the sequence.
+// too soft to be heard, since it ends drums that ring; so does what strikes a key anew that sounds on behind
+// the part, by its length or a pedal. A status from the sequence.
 OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence);
 
 } // namespace volvelle

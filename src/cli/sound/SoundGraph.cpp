@@ -5,7 +5,6 @@
 #include "services/audiograph/AVAudioMixerNode.h"
 #include "services/audiograph/AudioComponentRegistry.h"
 #include "services/soundunits/MIDIPortUnit.h"
-#include "services/soundunits/MIDISynthUnit.h"
 #include "services/synthesizer/SoundBanks.h"
 
 #include <utility>
@@ -30,8 +29,8 @@ bool SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& 
         error = "The synthesizer could not be made.";
         return false;
     }
-    const auto unit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
-    if (unit && unit->soundBank().empty()) {
+    synthUnit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
+    if (synthUnit && synthUnit->soundBank().empty()) {
         error = bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
                      : "There is no sound bank on this machine: install a SoundFont.";
         return false;

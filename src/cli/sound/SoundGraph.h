@@ -4,6 +4,7 @@
 #include "services/audiograph/AVAudioEngine.h"
 #include "services/audiograph/AVAudioUnitEffect.h"
 #include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+#include "services/soundunits/MIDISynthUnit.h"
 
 #include <filesystem>
 #include <memory>
@@ -29,6 +30,9 @@ public:
     // Makes the instrument that sends to the port of that name. False with one plain line in `error`.
     bool connectPort(const std::string& name, std::string& error);
 
+    // Voices of the synthesizer at the end of the last block, 0 for a port. [any thread]
+    int activeVoices() const { return synthUnit == nullptr ? 0 : synthUnit->activeVoices(); }
+
     const std::shared_ptr<AVAudioEngine> engine;
     std::shared_ptr<AVAudioUnitMIDIInstrument> instrument; // null before a connection
 
@@ -37,6 +41,7 @@ private:
 
     const bool isLimited;
     std::shared_ptr<AudioUnitMIDISynth> synthesizer;
+    std::shared_ptr<MIDISynthUnit> synthUnit;   // null for a port
     std::shared_ptr<AVAudioUnitEffect> limiter; // null without
 };
 

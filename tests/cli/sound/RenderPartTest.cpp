@@ -119,6 +119,61 @@ TEST(RenderPart, DrumsSoonBehindAPartStaySoSoftThatTheyOnlyEndOthers)
                             "4: 42 1", "5: 42 1", "6: 42 1", "7: 42 1", "8: B0", "8: 42 1"));
 }
 
+TEST(RenderPart, APieceIsCutWhereNoSostenutoPedalIsDown)
+{
+    const auto cut = [](double from, double to, int end) {
+        const MusicSequence sequence = piece(60, 120.0);
+        MusicTrack track;
+        EXPECT_EQ(MusicSequenceGetIndTrack(sequence, 0, track), noErr);
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, from, {0xB3, 66, 64}), noErr);
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, to, {0xB3, static_cast<std::uint8_t>(end), 63}),
+                  noErr);
+        return std::lround(renderParts(sequence, 2).at(1).beginBeats);
+    };
+    EXPECT_EQ(cut(40.0, 41.0, 66), 30);
+    EXPECT_EQ(cut(10.0, 20.0, 66), 30);
+    EXPECT_EQ(cut(10.0, 33.5, 66), 34);
+    EXPECT_EQ(cut(10.0, 34.0, 121), 34);
+    EXPECT_EQ(cut(10.0, 33.5, 64), 30);
+    EXPECT_EQ(cut(30.0, 62.0, 66), 62);
+    EXPECT_EQ(cut(30.0, 64.0, 66), 32);
+}
+
+MusicSequence pieceOf(const std::vector<std::pair<double, MIDINoteMessage>>& notes, int pedal)
+{
+    MusicSequence sequence;
+    MusicTrack track;
+    EXPECT_EQ(NewMusicSequence(sequence), noErr);
+    EXPECT_EQ(MusicSequenceNewTrack(sequence, track), noErr);
+    if (pedal != 0) {
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 0.0, {0xB0, static_cast<std::uint8_t>(pedal), 64}),
+                  noErr);
+    }
+    for (const auto& [position, note] : notes) {
+        EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, position, note), noErr);
+    }
+    return sequence;
+}
+
+TEST(RenderPart, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
+{
+    RenderPart part;
+    part.beginBeats = 1.0;
+    part.endBeats = 4.0;
+    const std::vector<std::pair<double, MIDINoteMessage>> notes{
+        {0.0, {0, 61, 90, 0, 8.0F}}, {2.0, {0, 60, 100, 0, 2.5F}}, {2.0, {0, 62, 100, 0, 2.0F}},
+        {5.0, {0, 60, 99, 0, 1.0F}}, {5.0, {0, 61, 99, 0, 1.0F}},  {5.0, {0, 62, 99, 0, 1.0F}},
+        {6.0, {0, 60, 98, 0, 1.0F}}, {6.0, {0, 62, 98, 0, 1.0F}}};
+    const MusicSequence plain = pieceOf(notes, 0);
+    EXPECT_EQ(keepNotesOf(part, plain), noErr);
+    EXPECT_THAT(linesOf(plain), ElementsAre("2: 60 100", "2: 62 100", "5: 60 1"));
+    for (const int pedal : {64, 66, 69}) {
+        const MusicSequence pedalled = pieceOf(notes, pedal);
+        EXPECT_EQ(keepNotesOf(part, pedalled), noErr);
+        EXPECT_THAT(linesOf(pedalled), ElementsAre("0: B0", "2: 60 100", "2: 62 100", "5: 60 1", "5: 62 1"));
+    }
+}
+
 TEST(RenderPart, ASequenceThatIsNotThereHasNoParts)
 {
     EXPECT_THAT(renderParts(nullptr, 2), IsEmpty());

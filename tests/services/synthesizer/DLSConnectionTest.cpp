@@ -34,7 +34,7 @@ protected:
     {
         DLSFile bank = tinyBank();
         bank.articulations.front() = articulation;
-        bank.instruments.pop_back();
+        bank.instruments.back().articulation = DLSRegion::none;
         return drySynthesizer(folder.write("one.dls", writeDLS(bank, "One")));
     }
 
