@@ -36,9 +36,7 @@ bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::sha
     if (!engine->start(error) || !transport->start()) {
         return false;
     }
-    const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this, engine] {
-        look();
-    });
+    const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this] { look(); });
     mainRunLoop().run();
     timer->invalidate();
     transport = nullptr;
