@@ -72,13 +72,4 @@ std::string readFailure(const std::filesystem::path& file, OSStatus status)
     }
 }
 
-std::string writeFailure(const std::filesystem::path& file, OSStatus status)
-{
-    if (status == fileNotFoundErr) {
-        return concat("'", file.string(), "' could not be written: its folder does not exist.");
-    }
-    return concat("'", file.string(),
-                  "' could not be written: the folder is not writable or the disk is full.");
-}
-
 } // namespace volvelle

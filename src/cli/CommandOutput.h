@@ -38,8 +38,7 @@ private:
 // "[#########                     ] 3 of 10".
 std::string progressBar(int done, int of);
 
-// Why a file could not be read or written, as a sentence.
+// Why a file could not be read, as a sentence.
 std::string readFailure(const std::filesystem::path& file, OSStatus status);
-std::string writeFailure(const std::filesystem::path& file, OSStatus status);
 
 } // namespace volvelle

@@ -3,6 +3,7 @@
 #include "app/MIDIDocument.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
+#include "services/files/FileFailure.h"
 #include "services/files/SafeFile.h"
 
 namespace volvelle {
@@ -23,8 +24,8 @@ int generateFile(const std::filesystem::path& file, int longCount, ReportingGene
     if (!data) {
         return output.failure("The arrangement could not be turned into a MIDI file.");
     }
-    if (const OSStatus status = replaceFile(file, *data, true); status != noErr) {
-        return output.failure(writeFailure(file, status));
+    if (const int error = putFile(file, *data, true); error != 0) {
+        return output.failure(writeFailure(file, error));
     }
     return exitDone;
 }

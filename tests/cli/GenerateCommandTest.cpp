@@ -109,8 +109,7 @@ TEST_F(Generate, AFullDiskIsOnePlainLine)
 {
     const auto result = volvelle("generate --out /dev/full");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.error,
-              "'/dev/full' could not be written: the folder is not writable or the disk is full.\n");
+    EXPECT_EQ(result.error, "'/dev/full' could not be written: the device is full.\n");
 }
 
 TEST_F(Generate, ADeviceIsWrittenDirectly)

@@ -3,10 +3,10 @@
 #include "base/Text.h"
 #include "services/audiodevice/AudioSink.h"
 #include "services/audiodevice/RateConverter.h"
+#include "services/files/FileFailure.h"
 #include "services/files/NewFile.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <sndfile.h>
 #include <vector>
@@ -156,8 +156,10 @@ bool AudioFileWriter::writeConverted(bool isEnd, std::string& error)
 std::string AudioFileWriter::lineOfFailure() const
 {
     const int number = file->target.failure();
-    const std::string reason = number != 0 ? std::strerror(number) : sf_strerror(file->sound);
-    return concat("\"", file->path.string(), "\" could not be written: ", reason, ".");
+    if (number != 0) {
+        return writeFailure(file->path, number);
+    }
+    return concat("'", file->path.string(), "' could not be written: ", sf_strerror(file->sound), ".");
 }
 
 bool AudioFileWriter::fail(std::string& error, const std::string& line)

@@ -2,8 +2,10 @@
 
 #include "base/PendingFiles.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -22,12 +24,43 @@ void syncFolder(const std::filesystem::path& folder)
     }
 }
 
-// The file that a path leads to, through links.
-std::filesystem::path targetOf(const std::filesystem::path& path)
+// Leads a path through links to its file, whether that is there or not. 0 or the system's number of the
+// failure.
+int followLinks(std::filesystem::path& path)
 {
-    std::error_code unresolved;
-    std::filesystem::path target = std::filesystem::weakly_canonical(path, unresolved);
-    return unresolved || target.empty() ? path : target;
+    constexpr int mostLinks = 40;
+    for (int i = 0; i < mostLinks; ++i) {
+        struct stat found = {};
+        if (lstat(path.c_str(), &found) != 0) {
+            return errno == ENOENT ? 0 : errno;
+        }
+        if (!S_ISLNK(found.st_mode)) {
+            return 0;
+        }
+        std::error_code unread;
+        path = path.parent_path() / std::filesystem::read_symlink(path, unread);
+        if (unread) {
+            return unread.value();
+        }
+    }
+    return ELOOP;
+}
+
+std::filesystem::path folderOf(const std::filesystem::path& file)
+{
+    return file.has_parent_path() ? file.parent_path() : ".";
+}
+
+// A file without a name, which goes with its descriptor. -1 where it fails.
+int openNameless()
+{
+    std::error_code none;
+    std::string name = (std::filesystem::temp_directory_path(none) / ".volvelle-XXXXXX").string();
+    const int descriptor = mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor >= 0) {
+        unlink(name.c_str());
+    }
+    return descriptor;
 }
 
 } // namespace
@@ -40,24 +73,34 @@ NewFile::~NewFile()
 bool NewFile::create(const std::filesystem::path& path)
 {
     drop();
-    error = 0;
-    target = targetOf(path);
-    folder = target.has_parent_path() ? target.parent_path() : ".";
+    target = path;
     struct stat existing = {};
-    if (stat(target.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
-        error = S_ISDIR(existing.st_mode) ? EISDIR : ENOTSUP;
-        return false;
+    const bool exists = stat(target.c_str(), &existing) == 0;
+    isDirect = exists && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode);
+    error = exists && S_ISDIR(existing.st_mode) ? EISDIR : 0;
+    if (error == 0 && isDirect) {
+        descriptor = openNameless();
+        return keep(descriptor >= 0);
     }
+    error = error == 0 ? followLinks(target) : error;
+    if (error == 0 && exists && !isWritable(target)) {
+        error = EACCES;
+    }
+    return error == 0 && keep(openFree());
+}
+
+bool NewFile::openFree()
+{
     bool opened = false;
     do {
         opened = openNew();
     } while (!opened && errno == EEXIST);
-    return keep(opened);
+    return opened;
 }
 
 bool NewFile::openNew()
 {
-    const std::string candidate = (folder / temporaryFileName(".tmp")).string();
+    const std::string candidate = (folderOf(target) / temporaryFileName(".tmp")).string();
     descriptor = open(candidate.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         return false;
@@ -97,16 +140,40 @@ std::int64_t NewFile::length()
 
 bool NewFile::takePlace(bool overwrite)
 {
+    if (isDirect) {
+        if (error == 0) {
+            error = overwrite ? copyIntoTarget() : EEXIST;
+        }
+        drop();
+        return error == 0;
+    }
     if (error == 0 && keep(takeMode()) && keep(fsync(descriptor) == 0)) {
         keep(close(descriptor) == 0);
         descriptor = -1;
     }
     if (error == 0 && keep(takeName(overwrite))) {
         name.clear();
-        syncFolder(folder);
+        syncFolder(folderOf(target));
     }
     drop();
     return error == 0;
+}
+
+int NewFile::copyIntoTarget()
+{
+    const int opened = open(target.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    if (opened < 0 || lseek(descriptor, 0, SEEK_SET) != 0) {
+        return errno;
+    }
+    std::array<char, 65536> bytes{};
+    int failed = 0;
+    ssize_t count = 0;
+    while (failed == 0 && (count = ::read(descriptor, bytes.data(), bytes.size())) > 0) {
+        failed = writeAll(opened, bytes.data(), count);
+    }
+    const int unread = count < 0 ? errno : 0;
+    close(opened);
+    return failed != 0 ? failed : unread;
 }
 
 bool NewFile::takeMode()
@@ -161,6 +228,13 @@ int writeAll(int descriptor, const void* bytes, std::int64_t count)
         count -= written < 0 ? 0 : written;
     }
     return 0;
+}
+
+bool isWritable(const std::filesystem::path& file)
+{
+    struct stat existing = {};
+    return stat(file.c_str(), &existing) == 0 && (existing.st_mode & 0222U) != 0 &&
+           faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
 } // namespace volvelle

@@ -7,8 +7,8 @@
 namespace volvelle {
 
 // A file that is being written, under a name of its own in the folder of the file that it will be. Removed at
-// the end of its life, unless it took its place. The first failure is kept, and all that follows fails.
-// [one thread]
+// the end of its life, unless it took its place. For a device or a pipe it has no name, and its bytes are
+// copied there once they are complete. The first failure is kept, and all that follows fails. [one thread]
 class NewFile {
 public:
     NewFile() = default;
@@ -16,7 +16,8 @@ public:
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    // Begins anew for `target`, which is not touched; a link is followed. A folder or a device is refused.
+    // Begins anew for `target`, which is not touched; a link is followed, also one whose file is not there. A
+    // folder (EISDIR), a file that may not be written (EACCES) and a circle of links (ELOOP) are refused.
     bool create(const std::filesystem::path& target);
 
     bool write(const void* bytes, std::int64_t count);
@@ -37,20 +38,25 @@ public:
     int failure() const { return error; }
 
 private:
+    bool openFree();
     bool openNew();
+    int copyIntoTarget();
     bool takeMode();
     bool takeName(bool overwrite);
     bool keep(bool good); // notes the system's error unless `good`
 
     std::filesystem::path target;
-    std::filesystem::path folder;
     std::string name;
     int descriptor = -1;
     int slot = -1; // among the files that are being written
     int error = 0;
+    bool isDirect = false; // a device or a pipe
 };
 
 // Writes everything, 0 or the system's number of the failure.
 int writeAll(int descriptor, const void* bytes, std::int64_t count);
+
+// True for an existing file whose rights let this process write it, and which no one protected from all.
+bool isWritable(const std::filesystem::path& file);
 
 } // namespace volvelle

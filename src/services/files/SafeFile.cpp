@@ -116,23 +116,25 @@ OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& 
     }
 }
 
-OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
+int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
 {
     if (path.empty()) {
-        return fileNotFoundErr;
+        return ENOENT;
     }
     struct stat existing = {};
     const bool exists = stat(path.c_str(), &existing) == 0;
     if (exists && !overwrite) {
-        return fileExistsErr;
+        return EEXIST;
     }
-    if (exists && S_ISDIR(existing.st_mode)) {
-        return fileIOErr;
+    if (exists && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode)) {
+        return writeDirectly(path, bytes);
     }
-    if (exists && !S_ISREG(existing.st_mode)) {
-        return statusOf(writeDirectly(path, bytes));
-    }
-    return statusOf(replaceRegular(path, bytes, overwrite));
+    return replaceRegular(path, bytes, overwrite);
+}
+
+OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
+{
+    return statusOf(putFile(path, bytes, overwrite));
 }
 
 } // namespace volvelle

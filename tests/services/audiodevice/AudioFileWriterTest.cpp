@@ -257,17 +257,26 @@ TEST_F(AudioFileWriterTest, RefusesAFolderThatIsNotThere)
 {
     const std::filesystem::path path = folder / "none" / "a.wav";
     EXPECT_FALSE(writer.open(path, {}, error));
-    EXPECT_EQ(error, "\"" + path.string() + "\" could not be written: No such file or directory.");
+    EXPECT_EQ(error, "'" + path.string() + "' could not be written: its folder does not exist.");
 }
 
-TEST_F(AudioFileWriterTest, RefusesAFolderAndADeviceInPlaceOfAFile)
+TEST_F(AudioFileWriterTest, RefusesAFolderInPlaceOfAFile)
 {
     std::filesystem::create_directory(folder / "a.wav");
     EXPECT_FALSE(writer.open(folder / "a.wav", {}, error));
-    EXPECT_EQ(error, "\"" + (folder / "a.wav").string() + "\" could not be written: Is a directory.");
-    std::filesystem::create_symlink("/dev/null", folder / "b.wav");
-    EXPECT_FALSE(writer.open(folder / "b.wav", {}, error));
+    EXPECT_EQ(error, "'" + (folder / "a.wav").string() + "' could not be written: it is a folder.");
+}
+
+TEST_F(AudioFileWriterTest, ADeviceGetsTheCompleteFile)
+{
+    std::filesystem::create_symlink("/dev/null", folder / "a.wav");
+    ASSERT_TRUE(writer.open(folder / "a.wav", {}, error)) << error;
+    EXPECT_TRUE(writer.finish(error)) << error;
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    std::filesystem::create_symlink("/dev/full", folder / "b.wav");
+    ASSERT_TRUE(writer.open(folder / "b.wav", {}, error)) << error;
+    EXPECT_FALSE(writer.finish(error));
+    EXPECT_EQ(error, "'" + (folder / "b.wav").string() + "' could not be written: the device is full.");
 }
 
 TEST_F(AudioFileWriterTest, RefusesAFolderThatMayNotBeWritten)
@@ -278,7 +287,8 @@ TEST_F(AudioFileWriterTest, RefusesAFolderThatMayNotBeWritten)
     chmod(folder.c_str(), 0555);
     EXPECT_FALSE(writer.open(folder / "a.wav", {}, error));
     chmod(folder.c_str(), 0755);
-    EXPECT_NE(error.find("Permission denied"), std::string::npos) << error;
+    EXPECT_EQ(error,
+              "'" + (folder / "a.wav").string() + "' could not be written: its folder is not writable.");
 }
 
 TEST_F(AudioFileWriterTest, FailsOnceAndForAllWhereNoMoreFits)
@@ -297,7 +307,8 @@ TEST_F(AudioFileWriterTest, FailsOnceAndForAllWhereNoMoreFits)
         const bool finished = pulled && writer.finish(error);
         setrlimit(RLIMIT_FSIZE, &before);
         EXPECT_FALSE(finished) << name;
-        EXPECT_EQ(error, "\"" + (folder / name).string() + "\" could not be written: File too large.");
+        EXPECT_EQ(error, "'" + (folder / name).string() +
+                             "' could not be written: it would be larger than allowed.");
         std::string again;
         EXPECT_FALSE(pull(writer, noise, 1, again));
         EXPECT_FALSE(writer.finish(again));

@@ -1,6 +1,7 @@
 #include "services/files/SafeFile.h"
-#include "base/PendingFiles.h"
 
+#include "base/PendingFiles.h"
+#include "services/files/FileFailure.h"
 #include "services/files/NewFile.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
@@ -205,13 +206,100 @@ TEST_F(SafeFiles, ANewFileKeepsItsFirstFailureUntilItBeginsAnew)
     EXPECT_EQ(folder.names(), Lines{"a.mid"});
 }
 
-TEST_F(SafeFiles, ANewFileForAFolderOrADeviceIsRefused)
+TEST_F(SafeFiles, ANewFileForAFolderIsRefused)
 {
     NewFile file;
     EXPECT_FALSE(file.create(folder.path));
     EXPECT_EQ(file.failure(), EISDIR);
-    EXPECT_FALSE(file.create("/dev/null"));
-    EXPECT_EQ(file.failure(), ENOTSUP);
+}
+
+TEST_F(SafeFiles, ANewFileForAPipeIsCopiedThereOnceItIsComplete)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
+    NewFile file;
+    ASSERT_TRUE(file.create("/dev/fd/" + std::to_string(ends[1])));
+    EXPECT_TRUE(file.write("axc", 3));
+    EXPECT_EQ(file.seek(1, SEEK_SET), 1);
+    EXPECT_TRUE(file.write("b", 1));
+    std::array<char, 8> read{};
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), -1);
+    EXPECT_TRUE(file.takePlace());
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 3);
+    EXPECT_STREQ(read.data(), "abc");
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(SafeFiles, ANewFileForADeviceTakesItsPlaceOnlyWhereItMayBeReplaced)
+{
+    NewFile file;
+    ASSERT_TRUE(file.create("/dev/null"));
+    EXPECT_FALSE(file.takePlace(false));
+    EXPECT_EQ(file.failure(), EEXIST);
+    ASSERT_TRUE(file.create("/dev/full"));
+    EXPECT_TRUE(file.write("a", 1));
+    EXPECT_FALSE(file.takePlace());
+    EXPECT_EQ(file.failure(), ENOSPC);
+}
+
+TEST_F(SafeFiles, ALinkToAFileThatIsNotThereGetsIt)
+{
+    std::filesystem::create_directory(folder.path / "below");
+    std::filesystem::create_symlink("below/next", folder.path / "first");
+    std::filesystem::create_symlink("../a.mid", folder.path / "below" / "next");
+    EXPECT_EQ(replaceFile(folder.path / "first", hex("01"), true), noErr);
+    EXPECT_EQ(contentOf(path), hex("01"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path / "first"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path / "below" / "next"));
+    EXPECT_EQ(folder.names(), (Lines{"a.mid", "below", "first"}));
+    std::filesystem::create_symlink("/nowhere/at/all.mid", folder.path / "lost");
+    EXPECT_EQ(putFile(folder.path / "lost", hex("01"), true), ENOENT);
+}
+
+TEST_F(SafeFiles, ACircleOfLinksIsRefused)
+{
+    std::filesystem::create_symlink("two", folder.path / "one");
+    std::filesystem::create_symlink("one", folder.path / "two");
+    EXPECT_EQ(putFile(folder.path / "one", hex("01"), true), ELOOP);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path / "one"));
+    EXPECT_EQ(folder.names(), (Lines{"one", "two"}));
+}
+
+TEST_F(SafeFiles, AWriteProtectedFileStays)
+{
+    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    EXPECT_EQ(putFile(path, hex("02"), true), EACCES);
+    EXPECT_EQ(writeFailure(path, EACCES),
+              "'" + path.string() + "' could not be written: it is write-protected.");
+    EXPECT_EQ(contentOf(path), hex("01"));
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
+TEST_F(SafeFiles, EachFailureHasAReasonOfItsOwn)
+{
+    const auto reason = [this](int error) {
+        const std::string begin = "'" + path.string() + "' could not be written: ";
+        const std::string line = writeFailure(path, error);
+        EXPECT_EQ(line.substr(0, begin.size()), begin);
+        return line.substr(begin.size());
+    };
+    EXPECT_EQ(reason(putFile("/nowhere/a.mid", {}, true)), "its folder does not exist.");
+    EXPECT_EQ(reason(putFile("/dev/null/a.mid", {}, true)), "its folder does not exist.");
+    EXPECT_EQ(reason(putFile("", {}, true)), "its folder does not exist.");
+    EXPECT_EQ(reason(putFile(folder.path, {}, true)), "it is a folder.");
+    EXPECT_EQ(reason(putFile("/dev/null", {}, false)), "it is there already.");
+    EXPECT_EQ(reason(putFile(folder.path / std::string(300, 'a'), {}, true)), "its name is too long.");
+    EXPECT_EQ(reason(putFile("/dev/full", hex("01"), true)), "the device is full.");
+    EXPECT_EQ(reason(ELOOP), "its links lead in a circle.");
+    EXPECT_EQ(reason(EDQUOT), "the device is full.");
+    EXPECT_EQ(reason(EFBIG), "it would be larger than allowed.");
+    EXPECT_EQ(reason(EACCES), "its folder is not writable.");
+    EXPECT_EQ(reason(EPERM), "its folder is not writable.");
+    EXPECT_EQ(reason(EROFS), "the device is read-only.");
+    EXPECT_EQ(reason(EPIPE), "nobody reads it.");
+    EXPECT_EQ(reason(EIO), "Input/output error.");
 }
 
 TEST_F(SafeFiles, ANewFileGivesItsPlaceAmongThePendingFilesBack)

@@ -1,0 +1,58 @@
+#include "services/files/FileFailure.h"
+
+#include "base/Text.h"
+#include "services/files/NewFile.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace volvelle {
+
+namespace {
+
+std::string protectionOf(const std::filesystem::path& file)
+{
+    std::error_code none;
+    const bool isProtected = std::filesystem::exists(file, none) && !isWritable(file);
+    return isProtected ? "it is write-protected" : "its folder is not writable";
+}
+
+std::string reasonOf(const std::filesystem::path& file, int error)
+{
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return "its folder does not exist";
+    case EISDIR:
+        return "it is a folder";
+    case EEXIST:
+        return "it is there already";
+    case ELOOP:
+        return "its links lead in a circle";
+    case ENAMETOOLONG:
+        return "its name is too long";
+    case ENOSPC:
+    case EDQUOT:
+        return "the device is full";
+    case EFBIG:
+        return "it would be larger than allowed";
+    case EACCES:
+    case EPERM:
+        return protectionOf(file);
+    case EROFS:
+        return "the device is read-only";
+    case EPIPE:
+        return "nobody reads it";
+    default:
+        return std::system_category().message(error);
+    }
+}
+
+} // namespace
+
+std::string writeFailure(const std::filesystem::path& file, int error)
+{
+    return concat("'", file.string(), "' could not be written: ", reasonOf(file, error), ".");
+}
+
+} // namespace volvelle

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace volvelle {
+
+// The line for a file that could not be written, from the system's number of the failure:
+// "'a.mid' could not be written: the device is full." [any thread]
+std::string writeFailure(const std::filesystem::path& file, int error);
+
+} // namespace volvelle
