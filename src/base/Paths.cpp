@@ -57,6 +57,22 @@ std::optional<fs::path> installedResources()
     return std::nullopt;
 }
 
+// Of all programs together.
+fs::path usersDocuments(const fs::path& home)
+{
+    const fs::path configuration = environmentFolder("XDG_CONFIG_HOME").value_or(home / ".config");
+    constexpr std::string_view homeMark = "$HOME/";
+    if (const auto entry = documentsEntry(configuration / "user-dirs.dirs")) {
+        if (entry->starts_with(homeMark)) {
+            return home / entry->substr(homeMark.size());
+        }
+        if (entry->starts_with('/')) {
+            return fs::path(*entry);
+        }
+    }
+    return home / "Documents";
+}
+
 } // namespace
 
 std::optional<fs::path> resourcesFolder()
@@ -84,20 +100,7 @@ void setResourcesFolder(std::optional<fs::path> folder)
 std::optional<fs::path> documentsFolder()
 {
     const auto home = environmentFolder("HOME");
-    if (!home) {
-        return std::nullopt;
-    }
-    const fs::path configuration = environmentFolder("XDG_CONFIG_HOME").value_or(*home / ".config");
-    constexpr std::string_view homeMark = "$HOME/";
-    if (const auto entry = documentsEntry(configuration / "user-dirs.dirs")) {
-        if (entry->starts_with(homeMark)) {
-            return *home / entry->substr(homeMark.size());
-        }
-        if (entry->starts_with('/')) {
-            return fs::path(*entry);
-        }
-    }
-    return *home / "Documents";
+    return home ? std::optional(usersDocuments(*home) / "Volvelle") : std::nullopt;
 }
 
 } // namespace volvelle

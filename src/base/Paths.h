@@ -18,8 +18,8 @@ std::vector<std::filesystem::path> resourcesFolders();
 // Sets the first place to look, an absent value to forget it.
 void setResourcesFolder(std::optional<std::filesystem::path> folder);
 
-// The user's documents folder: XDG_DOCUMENTS_DIR of user-dirs.dirs, else "Documents" in the home folder;
-// without a value where there is no home.
+// "Volvelle" in the user's documents folder, which is XDG_DOCUMENTS_DIR of user-dirs.dirs, else "Documents"
+// in the home folder; without a value where there is no home.
 std::optional<std::filesystem::path> documentsFolder();
 
 } // namespace volvelle

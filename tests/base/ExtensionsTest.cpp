@@ -116,11 +116,11 @@ TEST_F(PathsOfTheUser, AreFoundAndLogged)
     setenv("HOME", folder.c_str(), 1);
     setResourcesFolder(folder / "resources");
     getPaths();
-    EXPECT_EQ(documentsURL, folder / "Documents");
+    EXPECT_EQ(documentsURL, folder / "Documents/Volvelle");
     EXPECT_EQ(resourcesURL, folder / "resources");
     EXPECT_EQ(capture.take(),
               (Lines{concat("AudioUnitViewController::getPaths() : Audio Unit's documents path is: ",
-                            (folder / "Documents").string()),
+                            (folder / "Documents/Volvelle").string()),
                      concat("AudioUnitViewController::getPaths() : Audio Unit's resources path is: ",
                             (folder / "resources").string())}));
     EXPECT_FALSE(sharedURLAudio);

@@ -38,19 +38,19 @@ protected:
     fs::path home;
 };
 
-TEST_F(Paths, DocumentsAreBelowHomeWithoutAConfiguration)
+TEST_F(Paths, DocumentsAreAFolderOfTheProgramsBelowHome)
 {
-    EXPECT_EQ(documentsFolder(), home / "Documents");
+    EXPECT_EQ(documentsFolder(), home / "Documents" / "Volvelle");
 }
 
 TEST_F(Paths, TheUsersConfigurationNamesTheDocumentsFolder)
 {
     writeUserDirs("# comment\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
-    EXPECT_EQ(documentsFolder(), home / "Dokumente");
+    EXPECT_EQ(documentsFolder(), home / "Dokumente" / "Volvelle");
     writeUserDirs("XDG_DOCUMENTS_DIR=\"/srv/papers\"\n");
-    EXPECT_EQ(documentsFolder(), fs::path("/srv/papers"));
+    EXPECT_EQ(documentsFolder(), fs::path("/srv/papers/Volvelle"));
     writeUserDirs("XDG_DOCUMENTS_DIR=\"\"\n");
-    EXPECT_EQ(documentsFolder(), home / "Documents");
+    EXPECT_EQ(documentsFolder(), home / "Documents" / "Volvelle");
 }
 
 TEST_F(Paths, ABrokenLineAboveAGoodOneIsPassedOver)
@@ -59,14 +59,14 @@ TEST_F(Paths, ABrokenLineAboveAGoodOneIsPassedOver)
          {"XDG_DOCUMENTS_DIR=\"$HOME/Half", "XDG_DOCUMENTS_DIR=\"", "XDG_DOCUMENTS_DIR=$HOME/Bare",
           "xdg_documents_dir=\"$HOME/Small\"", " XDG_DOCUMENTS_DIR=\"$HOME/Indented\"", "\"", "", "# \""}) {
         writeUserDirs(std::string(broken) + "\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
-        EXPECT_EQ(documentsFolder(), home / "Dokumente") << broken;
+        EXPECT_EQ(documentsFolder(), home / "Dokumente" / "Volvelle") << broken;
     }
 }
 
 TEST_F(Paths, TheFirstGoodLineCounts)
 {
     writeUserDirs("XDG_DOCUMENTS_DIR=\"/one\"\nXDG_DOCUMENTS_DIR=\"/two\"\n");
-    EXPECT_EQ(documentsFolder(), fs::path("/one"));
+    EXPECT_EQ(documentsFolder(), fs::path("/one/Volvelle"));
 }
 
 TEST_F(Paths, WithoutAHomeThereIsNoDocumentsFolder)

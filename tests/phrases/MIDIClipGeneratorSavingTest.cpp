@@ -51,7 +51,7 @@ protected:
     TemporaryFolder home;
     KeptVariable keptHome{"HOME"};
     KeptVariable keptConfiguration{"XDG_CONFIG_HOME"};
-    std::string output = home.path.string() + "/Documents/Phrases/output";
+    std::string output = home.path.string() + "/Documents/Volvelle/Phrases/output";
     ConsoleCapture console;
     MIDIPhraseMixer mixer;
     MIDIClipGenerator generator;
