@@ -2,6 +2,7 @@
 
 #include "base/LineRing.h"
 #include "base/MainQueue.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
 
 #include <cstdio>
@@ -35,7 +36,7 @@ Console& console()
 
 void StandardOutputSink::write(std::string_view line)
 {
-    std::string whole(line);
+    std::string whole = plainText(line);
     whole += '\n';
     std::fwrite(whole.data(), 1, whole.size(), stdout);
     std::fflush(stdout);

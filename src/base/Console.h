@@ -32,7 +32,7 @@ private:
 
 Console& console();
 
-// Lines on standard output, flushed by the line.
+// Lines on standard output as plain text, flushed by the line.
 class StandardOutputSink : public ConsoleSink {
 public:
     void write(std::string_view line) override;

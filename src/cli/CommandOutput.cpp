@@ -1,6 +1,7 @@
 #include "cli/CommandOutput.h"
 
 #include "base/Console.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
 
 #include <cstdint>
@@ -13,7 +14,7 @@ namespace volvelle {
 void CommandOutput::result(std::string_view line)
 {
     flushLog();
-    StandardOutputSink().write(line);
+    StandardOutputSink().write(plainLine(line));
 }
 
 void CommandOutput::remark(std::string_view line)
@@ -27,7 +28,7 @@ int CommandOutput::failure(std::string_view line)
 {
     flushLog();
     endBar();
-    const std::string whole = concat(line, "\n");
+    const std::string whole = concat(plainLine(line), "\n");
     std::fwrite(whole.data(), 1, whole.size(), stderr);
     return exitFailed;
 }

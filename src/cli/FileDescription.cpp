@@ -1,5 +1,6 @@
 #include "cli/FileDescription.h"
 
+#include "base/PlainText.h"
 #include "base/Text.h"
 #include "midi/MIDIConstants.h"
 #include "sequence/TrackWalk.h"
@@ -54,41 +55,6 @@ std::string nameOf(const std::array<Name, size>& names, std::uint8_t code, std::
 bool isTextType(std::uint8_t type)
 {
     return type >= META_TEXT && type <= 0x0F;
-}
-
-// The number of bytes of the UTF-8 character at `bytes`, 0 where it is none.
-std::size_t characterLength(const std::vector<std::uint8_t>& bytes, std::size_t at)
-{
-    const std::uint8_t lead = bytes[at];
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC2 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                               : lead < 0xF5 ? 4
-                                             : 0;
-    if (length == 0 || at + length > bytes.size()) {
-        return 0;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((bytes[at + i] & 0xC0U) != 0x80U) {
-            return 0;
-        }
-    }
-    const bool isOverlong = (lead == 0xE0 && bytes[at + 1] < 0xA0) || (lead == 0xF0 && bytes[at + 1] < 0x90);
-    const bool isBeyond = (lead == 0xED && bytes[at + 1] > 0x9F) || (lead == 0xF4 && bytes[at + 1] > 0x8F);
-    return isOverlong || isBeyond ? 0 : length;
-}
-
-std::string textOf(const std::vector<std::uint8_t>& bytes)
-{
-    for (std::size_t at = 0; at < bytes.size();) {
-        const std::size_t length = characterLength(bytes, at);
-        if (length == 0) {
-            return latinText(bytes);
-        }
-        at += length;
-    }
-    return {bytes.begin(), bytes.end()};
 }
 
 class TrackReader {
@@ -156,7 +122,8 @@ private:
         if (!isTextType(record.metaEventType)) {
             return;
         }
-        const std::string text = textOf(track.events.back().data);
+        const auto& data = track.events.back().data;
+        const std::string text = utf8Text(std::string(data.begin(), data.end()));
         track.events.back().text = text;
         if (record.metaEventType == META_TRACKNAME && track.name.empty()) {
             track.name = text;

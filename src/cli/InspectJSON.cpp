@@ -1,5 +1,7 @@
 #include "cli/InspectJSON.h"
 
+#include "base/Text.h"
+
 #include <nlohmann/json.hpp>
 
 namespace volvelle {
@@ -57,6 +59,22 @@ JSON chordObject(const FoundChord& chord)
             {"notes", chord.notes}};
 }
 
+// The control characters that JSON allows inside a text, written as it writes the others.
+std::string withoutControls(const std::string& json)
+{
+    std::string result;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const bool isUpper = json[i] == '\xC2' && static_cast<std::uint8_t>(json[i + 1]) < 0xA0;
+        if (json[i] == '\x7F' || isUpper) {
+            i += isUpper ? 1 : 0;
+            result += "\\u00" + hexadecimal(static_cast<std::uint8_t>(json[i]));
+        } else {
+            result += json[i];
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 std::string inspectJSON(const FileDescription& description)
@@ -75,7 +93,7 @@ std::string inspectJSON(const FileDescription& description)
         object["chords"].push_back(chordObject(chord));
     }
     object["warnings"] = description.warnings;
-    return object.dump();
+    return withoutControls(object.dump());
 }
 
 } // namespace volvelle

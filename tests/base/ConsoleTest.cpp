@@ -129,8 +129,8 @@ TEST(Console, StandardOutputGetsTheLineAndItsEnd)
 {
     StandardOutputSink sink;
     testing::internal::CaptureStdout();
-    sink.write("a line");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a line\n");
+    sink.write("a\nline\x1B");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\nline?\n");
 }
 
 TEST(MainQueue, DrainingIsReentrantAndRunsWhatClosuresPost)

@@ -106,6 +106,22 @@ TEST_F(Inspect, ADamagedFileOpensWithAWarning)
                 StartsWith("Track 1 ends early"));
 }
 
+TEST_F(Inspect, NamesReachTheTerminalWithoutControlCharacters)
+{
+    std::string file = smallFile();
+    file.replace(file.find("A\xC4"
+                           "b"),
+                 3, "\x1B\x9B\n");
+    write("\x1B[2J\xFF.mid", file);
+    const auto shown = volvelle("inspect \"$(printf '\\033[2J\\377.mid')\" --verbose");
+    EXPECT_EQ(shown.error, "");
+    EXPECT_THAT(shown.output, StartsWith("'?[2J\u00FF.mid': 3.0 beats, "));
+    EXPECT_THAT(shown.output, HasSubstr(", 3.0 beats, \"?? \"\n"));
+    const auto json = volvelle("inspect \"$(printf '\\033[2J\\377.mid')\" --json").output;
+    EXPECT_THAT(json, HasSubstr("\"name\":\"\\u001b\\u009B\\n\""));
+    EXPECT_EQ(JSON::parse(json)["tracks"][0]["name"], "\x1B\u009B\n");
+}
+
 TEST_F(Inspect, AFileThatIsNotThereIsOnePlainLine)
 {
     const auto result = volvelle("inspect gone.mid");

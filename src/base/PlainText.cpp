@@ -1,0 +1,93 @@
+#include "base/PlainText.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace volvelle {
+
+namespace {
+
+std::uint8_t byteAt(std::string_view bytes, std::size_t at)
+{
+    return static_cast<std::uint8_t>(bytes[at]);
+}
+
+std::size_t lengthFromLead(std::uint8_t lead)
+{
+    if (lead < 0x80) {
+        return 1;
+    }
+    if (lead < 0xC2 || lead > 0xF4) {
+        return 0;
+    }
+    return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+}
+
+// The number of bytes of the UTF-8 character at a place, 0 where there is none.
+std::size_t characterLength(std::string_view bytes, std::size_t at)
+{
+    const std::uint8_t lead = byteAt(bytes, at);
+    const std::size_t length = lengthFromLead(lead);
+    if (length == 0 || at + length > bytes.size()) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byteAt(bytes, at + i) & 0xC0U) != 0x80U) {
+            return 0;
+        }
+    }
+    const std::uint8_t next = length > 1 ? byteAt(bytes, at + 1) : 0;
+    const bool isOverlong = (lead == 0xE0 && next < 0xA0) || (lead == 0xF0 && next < 0x90);
+    const bool isBeyond = (lead == 0xED && next > 0x9F) || (lead == 0xF4 && next > 0x8F);
+    return isOverlong || isBeyond ? 0 : length;
+}
+
+bool isUTF8(std::string_view bytes)
+{
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t length = characterLength(bytes, at);
+        if (length == 0) {
+            return false;
+        }
+        at += length;
+    }
+    return true;
+}
+
+bool isControl(std::string_view text, std::size_t at)
+{
+    const std::uint8_t lead = byteAt(text, at);
+    return (lead < 0x20 && lead != '\n' && lead != '\t') || lead == 0x7F ||
+           (lead == 0xC2 && byteAt(text, at + 1) < 0xA0);
+}
+
+} // namespace
+
+std::string utf8Text(std::string_view bytes)
+{
+    return isUTF8(bytes) ? std::string(bytes) : latinText({bytes.begin(), bytes.end()});
+}
+
+std::string plainText(std::string_view text)
+{
+    const std::string whole = utf8Text(text);
+    std::string plain;
+    plain.reserve(whole.size());
+    for (std::size_t at = 0; at < whole.size();) {
+        const std::size_t length = characterLength(whole, at);
+        plain += isControl(whole, at) ? "?" : std::string_view(whole).substr(at, length);
+        at += length;
+    }
+    return plain;
+}
+
+std::string plainLine(std::string_view text)
+{
+    std::string plain = plainText(text);
+    std::ranges::replace_if(plain, [](char c) { return c == '\n' || c == '\t'; }, ' ');
+    return plain;
+}
+
+} // namespace volvelle

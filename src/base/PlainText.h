@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Text from outside, as it may be shown. [any thread]
+namespace volvelle {
+
+// The bytes of a text as UTF-8: as they are where they are that, else each as the character of its number.
+std::string utf8Text(std::string_view bytes);
+
+// A text as UTF-8 with a question mark for each control character but tabs and line ends.
+std::string plainText(std::string_view text);
+
+// The same in one line, with a space for each tab and line end.
+std::string plainLine(std::string_view text);
+
+} // namespace volvelle

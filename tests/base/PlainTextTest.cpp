@@ -1,0 +1,48 @@
+#include "base/PlainText.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+namespace {
+
+TEST(PlainText, WhatIsUTF8StaysAsItIs)
+{
+    for (const char* text :
+         {"", "a", "\x7E", "\xC2\xA0", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+          "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "\n\t"}) {
+        EXPECT_EQ(utf8Text(text), text);
+        EXPECT_EQ(plainText(text), text);
+    }
+}
+
+TEST(PlainText, WhatIsNotUTF8IsReadAsOneCharacterPerByte)
+{
+    EXPECT_EQ(utf8Text("A\xC4"
+                       "b"),
+              "A\xC3\x84"
+              "b");
+    for (const char* broken : {"\x80", "\xC1\xBF", "\xC2", "\xC2\x41", "\xE0\x9F\xBF", "\xED\xA0\x80",
+                               "\xE2\x82", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"}) {
+        EXPECT_NE(utf8Text(broken), broken);
+    }
+}
+
+TEST(PlainText, ControlCharactersAreQuestionMarks)
+{
+    using namespace std::string_view_literals;
+    EXPECT_EQ(plainText("\x1B[31mred\x07\r\0\x7F\x1F end"sv), "?[31mred????? end");
+    EXPECT_EQ(plainText("\xC2\x9B"
+                        "2J \xC2\x80 \xC2\x9F \xC2\xA0"),
+              "?2J ? ? \xC2\xA0");
+    EXPECT_EQ(plainText("\x9B"
+                        "2J"),
+              "?2J");
+}
+
+TEST(PlainText, ALineHasNoLineEndsAndTabs)
+{
+    EXPECT_EQ(plainLine("one\ntwo\tthree\x1B"), "one two three?");
+}
+
+} // namespace
+} // namespace volvelle::test
