@@ -42,6 +42,11 @@ std::string text(double value)
     return floatText(value);
 }
 
+std::string roundedText(double value)
+{
+    return text(std::round(value * 1000.0) / 1000.0);
+}
+
 std::string text(float value)
 {
     return floatText(value);

@@ -47,6 +47,9 @@ inline std::string text(const char* value)
     return value;
 }
 
+// A value for people, rounded to thousandths: "14.485".
+std::string roundedText(double value);
+
 template <class T>
 std::string text(const std::optional<T>& value)
 {

@@ -1,24 +1,26 @@
 #include "cli/CommandLine.h"
 
 #include "base/Console.h"
-#include "base/FatalStop.h"
 #include "base/MainQueue.h"
 #include "base/Paths.h"
-#include "base/PendingFiles.h"
+#include "base/Text.h"
 #include "cli/CommandOutput.h"
 #include "cli/GenerateCommand.h"
+#include "cli/IdeaFile.h"
 #include "cli/InspectCommand.h"
 #include "cli/LibraryCheckCommand.h"
 #include "cli/LibraryCompileCommand.h"
+#include "cli/NearestName.h"
+#include "cli/SuddenEnds.h"
 
 #include <CLI/CLI.hpp>
 
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <limits>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace volvelle {
 
@@ -40,39 +42,45 @@ struct Request {
 
 const SoundCommands* soundCommands = nullptr; // of this process, null for none
 
-void endAfterFatalStop()
+// For all commands: they are understood before and behind the name of one.
+void addCommonOptions(CLI::App& app, Request& request)
 {
-    removePendingFiles();
-    std::_Exit(exitFailed);
-}
-
-void endAfterSignal(int signal)
-{
-    removePendingFiles();
-    _exit(128 + signal);
-}
-
-void addCommonOptions(CLI::App& command, Request& request)
-{
-    command.add_option("--resources", request.common.resources, "folder that holds Phrases and Phrases2")
+    app.add_option("--resources", request.common.resources, "folder that holds Phrases and Phrases2")
         ->option_text("DIR");
-    command.add_flag("--verbose", request.common.verbose, "show the console lines");
-    command.add_flag("--quiet", request.common.quiet, "say nothing but what was asked for");
+    app.add_flag("--verbose", request.common.verbose, "show the console lines");
+    app.add_flag("--quiet", request.common.quiet, "say nothing but what was asked for");
+    app.set_version_flag("--version", "volvelle " VOLVELLE_VERSION, "tell the version");
+}
+
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& purpose,
+                     const std::string& footer)
+{
+    CLI::App& command = *app.add_subcommand(name, purpose);
+    command.fallthrough();
+    command.footer(footer);
+    return command;
 }
 
 void addGenerate(CLI::App& app, Request& request)
 {
-    CLI::App& command = *app.add_subcommand("generate", "Write a new musical idea as a MIDI file");
+    CLI::App& command = addCommand(app, "generate", "Write a new musical idea as a MIDI file",
+                                   "Also --resources DIR, --verbose, --quiet.\n"
+                                   "Example: volvelle generate --out Idea.mid --count 4");
     GenerateOptions& options = request.generate;
-    const CLI::Range positive(1, std::numeric_limits<int>::max(), "POSITIVE");
-    command.add_option("--out", options.out, "the file to write")->option_text("F.mid");
-    command.add_option("--count", options.count, "number of files, \"NAME 1.mid\" upward")
-        ->check(positive)
+    command
+        .add_option("--out", options.out,
+                    "the file to write or replace, \"-\" for standard output; without it the next free "
+                    "\"New MIDI Idea.mid\"")
+        ->option_text("F.mid");
+    command.add_option("--count", options.count, "number of files, \"NAME 1.mid\" upward; 1 without it")
+        ->check(CLI::Range(1, std::numeric_limits<int>::max(), "POSITIVE"))
         ->option_text("N");
-    command.add_option("--long", options.longCount, "number of arrangements in a file")
-        ->check(positive)
+    command
+        .add_option(
+            "--long", options.longCount,
+            concat("number of arrangements in a file, up to ", GenerateOptions::longest, "; 1 without it"))
+        ->check(CLI::Range(1, GenerateOptions::longest))
         ->option_text("N");
-    addCommonOptions(command, request);
     command.callback([&request] {
         request.action = [&request](CommandOutput& output) { return runGenerate(request.generate, output); };
     });
@@ -80,39 +88,58 @@ void addGenerate(CLI::App& app, Request& request)
 
 void addInspect(CLI::App& app, Request& request)
 {
-    CLI::App& command = *app.add_subcommand("inspect", "Show what a MIDI file holds");
-    command.add_option("FILE", request.inspect.file, "the MIDI file")->required();
-    command.add_flag("--json", request.inspect.json, "as JSON");
-    addCommonOptions(command, request);
+    CLI::App& command =
+        addCommand(app, "inspect", "Show what MIDI files hold", "Example: volvelle inspect Idea.mid --json");
+    command.add_option("FILE", request.inspect.files, "the MIDI files")
+        ->required()
+        ->option_text("F.mid ... (required)");
+    command.add_flag("--json", request.inspect.json, "as JSON, a line for each file");
     command.callback([&request] {
         request.action = [&request](CommandOutput& output) { return runInspect(request.inspect, output); };
     });
 }
 
-void addLibrary(CLI::App& app, Request& request)
+void addLibraryCheck(CLI::App& library, Request& request)
 {
-    CLI::App& library = *app.add_subcommand("library", "Check or compile the phrase library");
-    library.require_subcommand(1);
-
-    CLI::App& check = *library.add_subcommand("check", "Load every phrase as the generator does");
-    check.add_option("DIR", request.libraryCheck.folder, "folder that holds Phrases and Phrases2");
+    CLI::App& check = addCommand(library, "check", "Load every phrase as the generator does",
+                                 "Also --resources DIR, --verbose, --quiet.\n"
+                                 "Example: volvelle library check build/release/resources --ear");
+    check
+        .add_option("DIR", request.libraryCheck.folder,
+                    "folder that holds Phrases and Phrases2; the one in use without it")
+        ->option_text(" ");
     check.add_flag("--ear", request.libraryCheck.ear, "measure 1,000 arrangements, and hold their bounds");
-    addCommonOptions(check, request);
     check.callback([&request] {
         request.action = [&request](CommandOutput& output) {
             return runLibraryCheck(request.libraryCheck, output);
         };
     });
+}
 
-    CLI::App& compile = *library.add_subcommand("compile", "Turn text scores into phrases");
-    compile.add_option("SCORES", request.libraryCompile.scores, "folder of the scores")->required();
-    compile.add_option("DIR", request.libraryCompile.out, "folder for Phrases and Phrases2")->required();
-    addCommonOptions(compile, request);
+void addLibraryCompile(CLI::App& library, Request& request)
+{
+    CLI::App& compile = addCommand(library, "compile", "Turn text scores into phrases",
+                                   "Also --quiet.\nExample: volvelle library compile library phrases");
+    compile.add_option("SCORES", request.libraryCompile.scores, "folder of the scores")
+        ->required()
+        ->option_text("(required)");
+    compile.add_option("DIR", request.libraryCompile.out, "folder for Phrases and Phrases2")
+        ->required()
+        ->option_text("(required)");
     compile.callback([&request] {
         request.action = [&request](CommandOutput& output) {
             return runLibraryCompile(request.libraryCompile, output);
         };
     });
+}
+
+void addLibrary(CLI::App& app, Request& request)
+{
+    CLI::App& library =
+        addCommand(app, "library", "Check or compile the phrase library", "Example: volvelle library check");
+    library.require_subcommand(1);
+    addLibraryCheck(library, request);
+    addLibraryCompile(library, request);
 }
 
 // Replaces this process by the program with sound beside it. Returns only where that fails.
@@ -127,13 +154,19 @@ int handOver(char** argv, CommandOutput& output)
 
 void addPlay(CLI::App& app, Request& request, char** argv)
 {
-    CLI::App& command = *app.add_subcommand("play", "Play a MIDI file");
+    CLI::App& command = addCommand(app, "play", "Play a MIDI file",
+                                   "Keys: the space bar pauses and goes on, q and Ctrl-C end.\n"
+                                   "Also --resources DIR, --verbose, --quiet.\n"
+                                   "Example: volvelle play Idea.mid");
     PlayOptions& options = request.play;
-    auto* file = command.add_option("FILE", options.file, "the MIDI file");
-    command.add_option("--port", options.port, "a MIDI port of another program, or \"list\"")
+    auto* file = command.add_option("FILE", options.file, "the MIDI file")
+                     ->option_text("F.mid (required but for --port list)");
+    command
+        .add_option("--port", options.port,
+                    "a MIDI port of another program, or \"list\" to see them; the sound device without it")
         ->option_text("NAME|list");
-    command.add_option("--bank", options.bank, "the sound bank")->option_text("F");
-    addCommonOptions(command, request);
+    command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
+        ->option_text("F");
     command.callback([&request, file, argv] {
         if (file->count() == 0 && request.play.port != "list") {
             throw CLI::RequiredError("FILE");
@@ -147,20 +180,22 @@ void addPlay(CLI::App& app, Request& request, char** argv)
 
 void addRender(CLI::App& app, Request& request, char** argv)
 {
-    CLI::App& command = *app.add_subcommand("render", "Turn a MIDI file into sound");
+    CLI::App& command = addCommand(app, "render", "Turn a MIDI file into sound",
+                                   "Also --resources DIR, --verbose, --quiet.\n"
+                                   "Example: volvelle render Idea.mid --out Idea.flac");
     RenderOptions& options = request.render;
-    command.add_option("FILE", options.file, "the MIDI file")->required();
-    command.add_option("--out", options.out, "the file to write: .wav, .flac or .ogg")
+    command.add_option("FILE", options.file, "the MIDI file")->required()->option_text("F.mid (required)");
+    command.add_option("--out", options.out, "the file to write or replace: .wav, .flac or .ogg")
         ->required()
+        ->option_text("F (required)");
+    command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
         ->option_text("F");
-    command.add_option("--bank", options.bank, "the sound bank")->option_text("F");
-    command.add_option("--rate", options.rate, "frames per second, 8000 to 192000")
+    command.add_option("--rate", options.rate, "frames per second, 8000 to 192000; 48000 without it")
         ->check(CLI::Range(8000, 192000))
         ->option_text("N");
-    command.add_option("--cores", options.cores, "cores to use, all without it")
+    command.add_option("--cores", options.cores, "cores to use, 1 to 64; all without it")
         ->check(CLI::Range(1, 64))
         ->option_text("N");
-    addCommonOptions(command, request);
     command.callback([&request, argv] {
         request.action = [&request, argv](CommandOutput& output) {
             return soundCommands != nullptr ? soundCommands->render(request.render, output)
@@ -172,7 +207,8 @@ void addRender(CLI::App& app, Request& request, char** argv)
 int run(const Request& request)
 {
     StandardOutputSink sink;
-    if (request.common.verbose) {
+    const bool isFree = request.generate.out != IdeaFile::standardOutput;
+    if (request.common.verbose && isFree) {
         console().setSink(&sink);
     }
     if (request.common.resources) {
@@ -182,7 +218,35 @@ int run(const Request& request)
     const int status = request.action(output);
     mainQueue().drain();
     console().setSink(nullptr);
-    return status;
+    return output.finish(status);
+}
+
+// A word in the place of a command, with the one that was meant.
+int tellUnknownCommand(const CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    const std::string meant = nearestName(word, names);
+    CommandOutput output(false);
+    return output.misuse(concat("There is no command '", word, "'",
+                                meant.empty() ? "" : concat(": '", meant, "' is the nearest"),
+                                ". --help lists all."));
+}
+
+int tellMisuse(const CLI::App& app, const CLI::ParseError& error)
+{
+    const auto given = app.get_subcommands();
+    const CLI::App& last = given.empty() ? app : *given.front();
+    const bool lacksCommand = last.get_require_subcommand_min() > 0 && last.get_subcommands().empty();
+    for (const std::string& word : app.remaining()) {
+        if (lacksCommand && !word.starts_with('-')) {
+            return tellUnknownCommand(last, word);
+        }
+    }
+    const int status = app.exit(error) == 0 ? exitDone : exitUsage;
+    return CommandOutput(false).finish(status);
 }
 
 } // namespace
@@ -191,15 +255,15 @@ int runCommandLine(int argc, char** argv, const SoundCommands* sound)
 {
     soundCommands = sound;
     mainQueue();
-    setFinalStep(endAfterFatalStop);
-    std::signal(SIGINT, endAfterSignal);
-    std::signal(SIGTERM, endAfterSignal);
+    prepareSuddenEnds();
+    holdStandardStreams();
 
     CLI::App app("Volvelle makes musical ideas: sixteen-track MIDI files from a library of phrases.",
                  "volvelle");
-    app.set_version_flag("--version", "volvelle " VOLVELLE_VERSION);
     app.require_subcommand(1);
+    app.footer("Each command has a --help of its own.\nExample: volvelle generate --out Idea.mid");
     Request request;
+    addCommonOptions(app, request);
     addGenerate(app, request);
     addInspect(app, request);
     addLibrary(app, request);
@@ -208,7 +272,7 @@ int runCommandLine(int argc, char** argv, const SoundCommands* sound)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? exitDone : exitUsage;
+        return tellMisuse(app, error);
     }
     return run(request);
 }

@@ -26,11 +26,28 @@ void CommandOutput::remark(std::string_view line)
 
 int CommandOutput::failure(std::string_view line)
 {
+    tell(line);
+    return exitFailed;
+}
+
+int CommandOutput::misuse(std::string_view line)
+{
+    tell(line);
+    return exitUsage;
+}
+
+int CommandOutput::finish(int status)
+{
+    const bool isWhole = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return status != exitDone || isWhole ? status : failure("Standard output could not be written.");
+}
+
+void CommandOutput::tell(std::string_view line)
+{
     flushLog();
     endBar();
     const std::string whole = concat(plainLine(line), "\n");
     std::fwrite(whole.data(), 1, whole.size(), stderr);
-    return exitFailed;
 }
 
 void CommandOutput::progress(int done, int of)
@@ -71,6 +88,11 @@ std::string readFailure(const std::filesystem::path& file, OSStatus status)
     default:
         return concat("'", file.string(), "' could not be read.");
     }
+}
+
+std::string trackFailure(const std::filesystem::path& file)
+{
+    return concat("'", file.string(), "' holds no track.");
 }
 
 } // namespace volvelle

@@ -24,11 +24,18 @@ public:
     // The one line of a command that could not; returns exitFailed.
     int failure(std::string_view line);
 
+    // The one line of a command that was asked wrongly; returns exitUsage.
+    int misuse(std::string_view line);
+
+    // The status of a command at its end: a failure, too, where its output could not be written.
+    int finish(int status);
+
     // A bar on a terminal's standard error, overwritten by the next and gone once all is done; nothing
     // elsewhere.
     void progress(int done, int of);
 
 private:
+    void tell(std::string_view line);
     void endBar();
 
     bool quiet;
@@ -40,5 +47,8 @@ std::string progressBar(int done, int of);
 
 // Why a file could not be read, as a sentence.
 std::string readFailure(const std::filesystem::path& file, OSStatus status);
+
+// The sentence for a MIDI file without any track.
+std::string trackFailure(const std::filesystem::path& file);
 
 } // namespace volvelle

@@ -190,6 +190,20 @@ FoundTrack describeTrack(const MusicTrack& track, int index)
 
 } // namespace
 
+std::string warningLine(const FileDescription& description)
+{
+    if (description.warnings.empty()) {
+        return "";
+    }
+    std::size_t notes = 0;
+    for (const FoundTrack& track : description.tracks) {
+        notes += track.notes.size();
+    }
+    return concat("Warning: ", description.warnings.front(), " Tracks kept: ", description.tracks.size(),
+                  ", notes: ", notes, ".",
+                  description.warnings.size() > 1 ? " There is more: 'inspect --json' lists it." : "");
+}
+
 OSStatus describeFile(const std::filesystem::path& file, FileDescription& description)
 {
     std::vector<std::uint8_t> data;

@@ -43,6 +43,9 @@ struct FileDescription {
     std::vector<std::string> warnings; // what was mended while reading
 };
 
+// The one line about what was mended, and what was kept of the file; empty where nothing was.
+std::string warningLine(const FileDescription& description);
+
 // Both read a file, the second its bytes. A status other than noErr leaves the description incomplete.
 OSStatus describeFile(const std::filesystem::path& file, FileDescription& description);
 OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description);

@@ -1,31 +1,71 @@
 #include "cli/GenerateCommand.h"
 
 #include "app/MIDIDocument.h"
+#include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
-#include "services/files/FileFailure.h"
-#include "services/files/SafeFile.h"
+#include "cli/IdeaFile.h"
+
+#include <memory>
 
 namespace volvelle {
 
 namespace {
 
-std::filesystem::path numbered(const std::filesystem::path& file, int number)
+std::string misuseOf(const GenerateOptions& options)
 {
-    return file.parent_path() / concat(file.stem().string(), " ", number, file.extension().string());
+    if (!options.out) {
+        return "";
+    }
+    if (options.out == IdeaFile::standardOutput) {
+        return options.count == 1 ? "" : "Standard output takes one idea: leave --count out.";
+    }
+    return IdeaFile::misuseOf(*options.out);
 }
 
-int generateFile(const std::filesystem::path& file, int longCount, ReportingGenerator& generator,
-                 CommandOutput& output)
+std::string missingPhrases()
 {
-    const auto sequence =
-        longCount == 1 ? generator.makeArrangement(false) : generator.makeArrangementLong(longCount);
+    const auto folder = resourcesFolder();
+    std::error_code error;
+    if (!folder) {
+        return "The phrases are missing: name the folder that holds Phrases and Phrases2 with --resources "
+               "DIR.";
+    }
+    if (!std::filesystem::is_directory(*folder / "Phrases", error)) {
+        return concat(
+            "'", folder->string(),
+            "' holds no phrases: name a folder that holds Phrases and Phrases2 with --resources DIR.");
+    }
+    return "";
+}
+
+void report(const std::string& file, ReportingGenerator& generator, int count, CommandOutput& output)
+{
+    if (count == 1) {
+        printReport(output, generator);
+        output.remark(concat("Wrote '", file, "'."));
+        return;
+    }
+    for (const auto& arrangement : generator.arrangements) {
+        output.remark(concat("'", file, "': ", shortReport(arrangement)));
+    }
+}
+
+int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& output)
+{
+    ReportingGenerator generator;
+    const auto sequence = options.longCount == 1 ? generator.makeArrangement(false)
+                                                 : generator.makeArrangementLong(options.longCount);
     const auto data = MIDIDocument::sequenceData(sequence->getMusicSequence());
     if (!data) {
         return output.failure("The arrangement could not be turned into a MIDI file.");
     }
-    if (const int error = putFile(file, *data, true); error != 0) {
-        return output.failure(writeFailure(file, error));
+    std::string error;
+    if (!file.write(*data, error)) {
+        return output.failure(error);
+    }
+    if (options.out != IdeaFile::standardOutput) {
+        report(file.name(), generator, options.count, output);
     }
     return exitDone;
 }
@@ -34,24 +74,20 @@ int generateFile(const std::filesystem::path& file, int longCount, ReportingGene
 
 int runGenerate(const GenerateOptions& options, CommandOutput& output)
 {
-    if (options.count == 1) {
-        ReportingGenerator generator;
-        if (const int status = generateFile(options.out, options.longCount, generator, output);
-            status != exitDone) {
-            return status;
-        }
-        printReport(output, generator);
-        output.remark(concat("Wrote '", options.out.string(), "'."));
-        return exitDone;
+    if (const std::string line = misuseOf(options); !line.empty()) {
+        return output.misuse(line);
     }
+    if (const std::string line = missingPhrases(); !line.empty()) {
+        return output.failure(line);
+    }
+    IdeaFile file(options.out, options.count > 1);
     for (int number = 1; number <= options.count; ++number) {
-        const std::filesystem::path file = numbered(options.out, number);
-        ReportingGenerator generator;
-        if (const int status = generateFile(file, options.longCount, generator, output); status != exitDone) {
+        if (const int status = generateFile(file, options, output); status != exitDone) {
             return status;
         }
-        output.progress(number, options.count);
-        output.remark(concat("'", file.string(), "': ", shortReport(generator.arrangements.front())));
+        if (options.count > 1) {
+            output.progress(number, options.count);
+        }
     }
     return exitDone;
 }

@@ -5,8 +5,8 @@
 
 namespace volvelle {
 
-// Writes one arrangement, or several, as Standard MIDI Files and reports what was chosen. An existing file is
-// replaced, and only when the new one is whole. Returns the exit status.
+// Writes one arrangement, or several, as Standard MIDI Files and reports what was chosen. A file that was
+// named is replaced, and only when the new one is whole; without a name no file is. Returns the exit status.
 int runGenerate(const GenerateOptions& options, CommandOutput& output);
 
 } // namespace volvelle

@@ -5,7 +5,8 @@
 
 namespace volvelle {
 
-// Shows what a MIDI file holds, as text or as JSON. Returns the exit status.
+// Shows what MIDI files hold, as text or as JSON, each; one that cannot be read does not hold up the others.
+// Returns the exit status.
 int runInspect(const InspectOptions& options, CommandOutput& output);
 
 } // namespace volvelle

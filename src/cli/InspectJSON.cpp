@@ -1,5 +1,6 @@
 #include "cli/InspectJSON.h"
 
+#include "base/PlainText.h"
 #include "base/Text.h"
 
 #include <nlohmann/json.hpp>
@@ -77,9 +78,14 @@ std::string withoutControls(const std::string& json)
 
 } // namespace
 
-std::string inspectJSON(const FileDescription& description)
+std::string inspectJSON(const FileDescription& description, const std::optional<std::filesystem::path>& file)
 {
-    JSON object{{"division", description.division}, {"lengthBeats", description.length}};
+    JSON object = JSON::object();
+    if (file) {
+        object["file"] = utf8Text(file->string());
+    }
+    object["division"] = description.division;
+    object["lengthBeats"] = description.length;
     object["tempo"] = JSON::array();
     for (const FoundTempo& tempo : description.tempo) {
         object["tempo"].push_back({{"position", tempo.position}, {"bpm", tempo.bpm}});

@@ -2,6 +2,8 @@
 
 #include "cli/FileDescription.h"
 
+#include <filesystem>
+#include <optional>
 #include <string>
 
 namespace volvelle {
@@ -13,6 +15,7 @@ namespace volvelle {
 //             "events":[{"position","type","channel"?,"data","text"?}]}],
 //  "chords":[{"position","duration","shortName","longName","notes"}],"warnings":[]}
 // A track's channel is null where its events lie on several, or on none.
-std::string inspectJSON(const FileDescription& description);
+// Of one of several files it begins with "file", the name.
+std::string inspectJSON(const FileDescription& description, const std::optional<std::filesystem::path>& file);
 
 } // namespace volvelle

@@ -22,7 +22,7 @@ std::string trackLine(const FoundTrack& track)
     if (!track.notes.empty()) {
         line += ", " + keyRange(track.notes);
     }
-    line += concat(", ", track.events.size(), " other events, ", track.length, " beats");
+    line += concat(", ", track.events.size(), " other events, ", roundedText(track.length), " beats");
     return track.name.empty() ? line : concat(line, ", \"", track.name, "\"");
 }
 
@@ -31,14 +31,15 @@ std::string trackLine(const FoundTrack& track)
 void printInspection(const std::filesystem::path& file, const FileDescription& description,
                      CommandOutput& output)
 {
-    output.result(concat("'", file.string(), "': ", description.length, " beats, ", description.division,
-                         " ticks to the beat"));
+    output.result(concat("'", file.string(), "': ", roundedText(description.length), " beats, ",
+                         description.division, " ticks to the beat"));
     output.result("Tempo");
     if (description.tempo.empty()) {
         output.result("  none, so 120.0 beats per minute");
     }
     for (const FoundTempo& tempo : description.tempo) {
-        output.result(concat("  ", tempo.position, "  ", tempo.bpm, " beats per minute"));
+        output.result(
+            concat("  ", roundedText(tempo.position), "  ", roundedText(tempo.bpm), " beats per minute"));
     }
     output.result("Tracks");
     for (const FoundTrack& track : description.tracks) {
@@ -46,10 +47,11 @@ void printInspection(const std::filesystem::path& file, const FileDescription& d
     }
     output.result("Chords");
     for (const FoundChord& chord : description.chords) {
-        output.result(concat("  ", chord.position, "  ", chord.shortName, " for ", chord.duration, " beats"));
+        output.result(concat("  ", roundedText(chord.position), "  ", chord.shortName, " for ",
+                             roundedText(chord.duration), " beats"));
     }
-    for (const std::string& warning : description.warnings) {
-        output.result(concat("Warning: ", warning));
+    if (const std::string warning = warningLine(description); !warning.empty()) {
+        output.result(warning);
     }
 }
 

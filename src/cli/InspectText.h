@@ -7,7 +7,8 @@
 
 namespace volvelle {
 
-// Prints length, tempo, tracks, chords and warnings for a reader.
+// Prints length, tempo, tracks, chords and one line of warning for a reader, positions to thousandths of a
+// beat.
 void printInspection(const std::filesystem::path& file, const FileDescription& description,
                      CommandOutput& output);
 

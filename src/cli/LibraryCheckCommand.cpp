@@ -10,7 +10,6 @@
 #include "scores/ScoreKind.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace volvelle {
 
@@ -134,11 +133,6 @@ void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>&
     }
 }
 
-std::string shortText(double value)
-{
-    return text(std::round(value * 1000.0) / 1000.0);
-}
-
 void checkEar(const fs::path& root, CommandOutput& output, std::vector<std::string>& problems)
 {
     constexpr int arrangements = 1000;
@@ -150,10 +144,10 @@ void checkEar(const fs::path& root, CommandOutput& output, std::vector<std::stri
         measure.add(generator);
     }
     for (const auto& row : measure.table()) {
-        output.remark(concat(row.name, ": ", shortText(row.value), " (", row.least, " to ", row.most, ")"));
+        output.remark(concat(row.name, ": ", roundedText(row.value), " (", row.least, " to ", row.most, ")"));
         if (row.value < row.least || row.value > row.most) {
             problems.push_back(
-                concat(row.name, ": ", shortText(row.value), " is outside ", row.least, " to ", row.most));
+                concat(row.name, ": ", roundedText(row.value), " is outside ", row.least, " to ", row.most));
         }
     }
 }

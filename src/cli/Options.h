@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 // What the arguments of each command say.
 namespace volvelle {
@@ -13,13 +14,15 @@ struct CommonOptions {
 };
 
 struct GenerateOptions {
-    std::filesystem::path out = "New MIDI Idea.mid";
-    int count = 1;     // files
-    int longCount = 1; // arrangements in a file
+    static constexpr int longest = 10'000; // arrangements in a file: some 350 MB of memory
+
+    std::optional<std::filesystem::path> out; // "-" for standard output; the next free name without a value
+    int count = 1;                            // files
+    int longCount = 1;                        // arrangements in a file, up to `longest`
 };
 
 struct InspectOptions {
-    std::filesystem::path file;
+    std::vector<std::filesystem::path> files;
     bool json = false;
 };
 

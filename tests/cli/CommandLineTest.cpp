@@ -41,5 +41,50 @@ TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
     EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(CommandLine, AnUnknownCommandIsToldWithTheNearest)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"gen", "There is no command 'gen': 'generate' is the nearest. --help lists all.\n"},
+        {"--quiet insepct a.mid",
+         "There is no command 'insepct': 'inspect' is the nearest. --help lists all.\n"},
+        {"library chek", "There is no command 'chek': 'check' is the nearest. --help lists all.\n"},
+        {"song.mid", "There is no command 'song.mid'. --help lists all.\n"}};
+    for (const auto& [arguments, line] : cases) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_EQ(result.error, line);
+    }
+}
+
+TEST_F(CommandLine, CommonOptionsStandBeforeAndBehindTheCommand)
+{
+    for (const char* arguments : {"--quiet generate --out a", "generate --out a --quiet",
+                                  "--quiet --resources \"${VOLVELLE%/*}/resources\" library check",
+                                  "library --quiet check", "library check --quiet"}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 0) << arguments << result.error;
+        EXPECT_EQ(result.output, "") << arguments;
+    }
+    const std::string version = volvelle("--version").output;
+    EXPECT_EQ(volvelle("generate --version").output, version);
+    EXPECT_EQ(volvelle("inspect --version").output, version);
+    EXPECT_THAT(volvelle("--verbose generate --out a").output, testing::StartsWith("MIDIClipGenerator::"));
+}
+
+TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
+{
+    volvelle("generate --out a.mid");
+    for (const char* arguments : {"--version", "--help", "inspect a.mid", "inspect a.mid --json",
+                                  "generate --out b.mid", "library check"}) {
+        for (const char* stream : {">/dev/full", ">&-"}) {
+            const auto result = shell(std::string("exec \"$VOLVELLE\" ") + arguments + stream);
+            EXPECT_EQ(result.status, 1) << arguments << stream;
+            EXPECT_EQ(result.error, "Standard output could not be written.\n") << arguments << stream;
+        }
+    }
+    EXPECT_EQ(shell("exec \"$VOLVELLE\" generate --quiet --out c.mid >&- 2>&- <&-").status, 0);
+    EXPECT_THAT(read("c.mid"), testing::StartsWith("MThd"));
+}
+
 } // namespace
 } // namespace volvelle::test

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
+#include <utility>
+
 namespace volvelle::test {
 namespace {
 
@@ -88,12 +91,140 @@ TEST_F(Generate, ALongFileHoldsArrangementsBehindEachOther)
     EXPECT_LE(lengthOf("long.mid"), 48.0);
 }
 
-TEST_F(Generate, AnExistingFileIsReplaced)
+TEST_F(Generate, AnExistingFileThatIsNamedIsReplaced)
 {
     write("idea.mid", "old");
     EXPECT_EQ(volvelle("generate --out idea.mid").status, 0);
     EXPECT_THAT(read("idea.mid"), StartsWith("MThd"));
     EXPECT_THAT(names(), ElementsAre("idea.mid"));
+}
+
+TEST_F(Generate, WithoutANameNoFileIsReplaced)
+{
+    write("New MIDI Idea.mid", "old");
+    std::filesystem::create_symlink("nowhere", folder / "work/New MIDI Idea 2.mid");
+    EXPECT_THAT(volvelle("generate").output, testing::EndsWith("Wrote 'New MIDI Idea 3.mid'.\n"));
+    EXPECT_EQ(volvelle("generate").status, 0);
+    EXPECT_THAT(names(), ElementsAre("New MIDI Idea 2.mid", "New MIDI Idea 3.mid", "New MIDI Idea 4.mid",
+                                     "New MIDI Idea.mid"));
+    EXPECT_EQ(read("New MIDI Idea.mid"), "old");
+}
+
+TEST_F(Generate, WithoutANameManyFilesTakeTheFreeNumbers)
+{
+    write("New MIDI Idea 2.mid", "old");
+    EXPECT_EQ(volvelle("generate --count 3").status, 0);
+    EXPECT_THAT(names(), ElementsAre("New MIDI Idea 1.mid", "New MIDI Idea 2.mid", "New MIDI Idea 3.mid",
+                                     "New MIDI Idea 4.mid"));
+    EXPECT_EQ(read("New MIDI Idea 2.mid"), "old");
+}
+
+TEST_F(Generate, WithANameManyFilesAreReplaced)
+{
+    write("a 2.mid", "old");
+    EXPECT_EQ(volvelle("generate --count 2 --out a").status, 0);
+    EXPECT_THAT(names(), ElementsAre("a 1.mid", "a 2.mid"));
+    EXPECT_THAT(read("a 2.mid"), StartsWith("MThd"));
+}
+
+TEST_F(Generate, ANameWithoutItsEndingGetsIt)
+{
+    for (const char* name : {"a", "b.MID", "c.midi", "d.v2"}) {
+        EXPECT_EQ(volvelle(std::string("generate --out ") + name).status, 0);
+    }
+    EXPECT_THAT(names(), ElementsAre("a.mid", "b.MID", "c.midi", "d.v2.mid"));
+}
+
+TEST_F(Generate, ANameOfAnAudioFileIsAQuestionOfUsage)
+{
+    for (const std::string ending : {".wav", ".flac", ".ogg", ".mp3"}) {
+        const auto result = volvelle("generate --out idea" + ending);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.error, "An idea is a MIDI file and no " + ending +
+                                    ": name one that ends in .mid, and turn it into sound with the command "
+                                    "'render'.\n");
+    }
+    EXPECT_EQ(volvelle("generate --out idea.WAV").status, 2);
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Generate, StandardOutputGetsTheBytesAlone)
+{
+    for (const char* arguments : {"generate --out -", "generate --out - --verbose"}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.output, StartsWith("MThd"));
+        EXPECT_THAT(result.output, testing::EndsWith(std::string("\xFF\x2F\0", 3)));
+        EXPECT_EQ(result.error, "");
+    }
+    const auto full = shell("exec \"$VOLVELLE\" generate --out - >/dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.error, "'standard output' could not be written: the device is full.\n");
+    const auto many = volvelle("generate --out - --count 2");
+    EXPECT_EQ(many.status, 2);
+    EXPECT_EQ(many.error, "Standard output takes one idea: leave --count out.\n");
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Generate, ManyLongFilesReportEveryArrangement)
+{
+    const auto result = volvelle("generate --long 3 --count 2 --out a");
+    std::istringstream lines(result.output);
+    std::vector<std::string> begins;
+    for (std::string line; std::getline(lines, line);) {
+        begins.push_back(line.substr(0, line.find(':')));
+    }
+    EXPECT_THAT(begins,
+                ElementsAre("'a 1.mid'", "'a 1.mid'", "'a 1.mid'", "'a 2.mid'", "'a 2.mid'", "'a 2.mid'"));
+}
+
+TEST_F(Generate, ALinkThatLeadsNowhereGetsItsFile)
+{
+    std::filesystem::create_symlink("there.mid", folder / "work/link.mid");
+    EXPECT_EQ(volvelle("generate --out link.mid").status, 0);
+    EXPECT_THAT(read("there.mid"), StartsWith("MThd"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "work/link.mid"));
+}
+
+TEST_F(Generate, WhatCannotBeWrittenIsRefusedWithItsReason)
+{
+    write("kept.mid", "old");
+    std::filesystem::permissions(folder / "work/kept.mid", std::filesystem::perms::owner_read);
+    std::filesystem::create_symlink("circle.mid", folder / "work/circle.mid");
+    const std::pair<std::string, std::string> cases[] = {
+        {"kept.mid", "it is write-protected"},
+        {"circle.mid", "its links lead in a circle"},
+        {".", "it is a folder"},
+        {std::string(252, 'a') + ".mid", "its name is too long"}};
+    for (const auto& [name, reason] : cases) {
+        const auto result = volvelle("generate --out " + name);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'" + name + "' could not be written: " + reason + ".\n");
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_EQ(read("kept.mid"), "old");
+    EXPECT_THAT(names(), ElementsAre("circle.mid", "kept.mid"));
+}
+
+TEST_F(Generate, WhatDoesNotFitLeavesNothing)
+{
+    const auto result = shell("ulimit -f 1; exec \"$VOLVELLE\" generate --long 9 --out a.mid");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'a.mid' could not be written: it would be larger than allowed.\n");
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Generate, WithoutPhrasesItTellsHowToGiveThem)
+{
+    const auto result = volvelle("generate --resources gone --out idea.mid");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'gone' holds no phrases: name a folder that holds Phrases and Phrases2 with "
+                            "--resources DIR.\n");
+    const auto bare = shell("cp \"$VOLVELLE\" bare && exec ./bare generate");
+    EXPECT_EQ(bare.status, 1);
+    EXPECT_EQ(bare.error, "The phrases are missing: name the folder that holds Phrases and Phrases2 with "
+                          "--resources DIR.\n");
+    EXPECT_THAT(names(), ElementsAre("bare"));
 }
 
 TEST_F(Generate, AFolderThatIsNotThereIsOnePlainLine)
@@ -131,9 +262,10 @@ TEST_F(Generate, ATargetThatIsAFolderStaysAsItWas)
 TEST_F(Generate, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetAlone)
 {
     write("idea.mid", "old");
-    const auto missing = volvelle("generate --resources gone --out idea.mid");
+    write("other/Phrases/readme.txt", "x");
+    const auto missing = volvelle("generate --resources other --out idea.mid");
     EXPECT_EQ(missing.status, 1);
-    EXPECT_EQ(missing.error, "Getting contents of 'gone/Phrases/chord patterns/' failed.\n");
+    EXPECT_EQ(missing.error, "Getting contents of 'other/Phrases/chord patterns/' failed.\n");
 
     write("lib/Phrases/chord patterns/readme.txt", "x");
     const auto empty = volvelle("generate --resources lib --out idea.mid");
@@ -145,7 +277,7 @@ TEST_F(Generate, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetAlone)
     EXPECT_EQ(gap.status, 1);
     EXPECT_EQ(gap.error, "The file 'lib/Phrases/chord patterns/001.mid' does not exist.\n");
     EXPECT_EQ(read("idea.mid"), "old");
-    EXPECT_THAT(names(), ElementsAre("idea.mid", "lib"));
+    EXPECT_THAT(names(), ElementsAre("idea.mid", "lib", "other"));
 }
 
 } // namespace

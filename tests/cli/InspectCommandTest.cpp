@@ -113,7 +113,7 @@ TEST_F(Inspect, NamesReachTheTerminalWithoutControlCharacters)
                            "b"),
                  3, "\x1B\x9B\n");
     write("\x1B[2J\xFF.mid", file);
-    const auto shown = volvelle("inspect \"$(printf '\\033[2J\\377.mid')\" --verbose");
+    const auto shown = volvelle("inspect \"$(printf '\\033[2J\\377.mid')\"");
     EXPECT_EQ(shown.error, "");
     EXPECT_THAT(shown.output, StartsWith("'?[2J\u00FF.mid': 3.0 beats, "));
     EXPECT_THAT(shown.output, HasSubstr(", 3.0 beats, \"?? \"\n"));

@@ -35,9 +35,14 @@ ProgramRun::~ProgramRun()
 
 ProgramResult ProgramRun::volvelle(const std::string& arguments) const
 {
-    const std::string command = "cd '" + (folder / "work").string() + "' && '" VOLVELLE_PROGRAM "' " +
-                                arguments + " >'" + (folder / "out").string() + "' 2>'" +
-                                (folder / "err").string() + "' </dev/null";
+    return shell("exec \"$VOLVELLE\" " + arguments);
+}
+
+ProgramResult ProgramRun::shell(const std::string& line) const
+{
+    const std::string command =
+        "cd '" + (folder / "work").string() + "' && { VOLVELLE='" VOLVELLE_PROGRAM "'; " + line + "\n} >'" +
+        (folder / "out").string() + "' 2>'" + (folder / "err").string() + "' </dev/null";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), contents(folder / "out"),
             contents(folder / "err")};

@@ -22,6 +22,9 @@ protected:
     ~ProgramRun() override;
 
     ProgramResult volvelle(const std::string& arguments) const;
+    // The same behind shell commands in the test's folder, with streams of the caller's choice.
+    ProgramResult shell(const std::string& line) const;
+
     void write(const std::string& name, const std::string& bytes) const;
     std::string read(const std::string& name) const;
     std::vector<std::string> names() const; // what stands in the folder, sorted

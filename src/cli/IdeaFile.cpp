@@ -1,0 +1,114 @@
+#include "cli/IdeaFile.h"
+
+#include "base/Text.h"
+#include "services/files/FileFailure.h"
+#include "services/files/NewFile.h"
+#include "services/files/SafeFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <unistd.h>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string endingOf(const fs::path& file)
+{
+    std::string ending = file.extension().string();
+    std::ranges::transform(ending, ending.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending;
+}
+
+bool isOther(const fs::file_status& status)
+{
+    return fs::exists(status) && !fs::is_regular_file(status);
+}
+
+// A folder, a device, a pipe or a link.
+bool keepsName(const fs::path& file)
+{
+    std::error_code error;
+    return isOther(fs::symlink_status(file, error));
+}
+
+fs::path withEnding(const fs::path& file, bool isNumbered)
+{
+    const std::string ending = endingOf(file);
+    const bool isWhole =
+        ending == ".mid" || ending == ".midi" || !file.has_filename() || (!isNumbered && keepsName(file));
+    return isWhole || file == IdeaFile::standardOutput ? file : fs::path(file.string() + ".mid");
+}
+
+// A link counts, whatever it leads to.
+bool isTaken(const fs::path& file)
+{
+    std::error_code error;
+    return fs::exists(fs::symlink_status(file, error));
+}
+
+} // namespace
+
+IdeaFile::IdeaFile(const std::optional<fs::path>& out, bool severalIdeas)
+    : isNamed(out.has_value()),
+      isNumbered(severalIdeas),
+      base(withEnding(out.value_or("New MIDI Idea.mid"), severalIdeas))
+{
+}
+
+std::string IdeaFile::misuseOf(const fs::path& out)
+{
+    constexpr std::array<const char*, 4> sounds{".wav", ".flac", ".ogg", ".mp3"};
+    const std::string ending = endingOf(out);
+    std::error_code error;
+    if (isOther(fs::status(out, error)) || std::ranges::find(sounds, ending) == sounds.end()) {
+        return "";
+    }
+    return concat("An idea is a MIDI file and no ", ending,
+                  ": name one that ends in .mid, and turn it into sound with the command 'render'.");
+}
+
+bool IdeaFile::write(std::span<const std::uint8_t> data, std::string& error)
+{
+    if (base == standardOutput) {
+        file = "standard output";
+        const int failed = writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
+        error = writeFailure(file, failed);
+        return failed == 0;
+    }
+    int failed = 0;
+    if (isNamed) {
+        file = next();
+        failed = putFile(file, data, true);
+    } else {
+        failed = writeFree(data);
+    }
+    error = writeFailure(file, failed);
+    return failed == 0;
+}
+
+fs::path IdeaFile::next()
+{
+    ++number;
+    if (number == 1 && !isNumbered) {
+        return base;
+    }
+    return base.parent_path() / concat(base.stem().string(), " ", number, base.extension().string());
+}
+
+int IdeaFile::writeFree(std::span<const std::uint8_t> data)
+{
+    int failed = EEXIST;
+    while (failed == EEXIST) {
+        file = next();
+        failed = isTaken(file) ? EEXIST : putFile(file, data, false);
+    }
+    return failed;
+}
+
+} // namespace volvelle

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace volvelle {
+
+// Where ideas are written to, one behind the other: a named file, which is replaced, or the next free one of
+// "New MIDI Idea.mid", "New MIDI Idea 2.mid" and so on. Several ideas are numbered from 1.
+class IdeaFile {
+public:
+    static constexpr const char* standardOutput = "-";
+
+    // `out` is a name, standardOutput, or no value for a free name.
+    IdeaFile(const std::optional<std::filesystem::path>& out, bool isNumbered);
+
+    // A plain line where the name is that of another kind of file, else nothing.
+    static std::string misuseOf(const std::filesystem::path& out);
+
+    // Writes the next idea. False with one plain line in `error`.
+    bool write(std::span<const std::uint8_t> data, std::string& error);
+
+    // The file that was written last.
+    std::string name() const { return file.string(); }
+
+private:
+    std::filesystem::path next();
+    int writeFree(std::span<const std::uint8_t> data);
+
+    const bool isNamed;
+    const bool isNumbered;
+    const std::filesystem::path base;
+    std::filesystem::path file;
+    int number = 0; // of the file that was tried last
+};
+
+} // namespace volvelle
