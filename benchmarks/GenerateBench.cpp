@@ -1,5 +1,6 @@
 #include "app/MIDIDocument.h"
 #include "base/Paths.h"
+#include "cli/ChordAnalysis.h"
 #include "phrases/MIDIClipGenerator.h"
 #include "services/musicsequence/MusicSequence.h"
 
@@ -65,6 +66,24 @@ void chordMatching(benchmark::State& state)
 }
 
 BENCHMARK(chordMatching);
+
+// Items are events; chords of three notes each beat, which never end where the second number is 1.
+void findingChords(benchmark::State& state)
+{
+    const auto events = static_cast<int>(state.range(0));
+    std::vector<FoundNote> notes;
+    for (int i = 0; i < events / 2; ++i) {
+        const double beat = i / 3;
+        const auto key = static_cast<std::uint8_t>(60 + i % 3 * 4 + i / 3 % 12);
+        notes.push_back({beat, state.range(1) == 1 ? events - beat : 1.0, key, 90, 64, 0});
+    }
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(findChords(notes, events));
+    }
+    state.SetItemsProcessed(state.iterations() * events);
+}
+
+BENCHMARK(findingChords)->ArgsProduct({{10'000, 1'000'000}, {0, 1}})->Unit(benchmark::kMillisecond);
 
 // Items are notes that move.
 void chordFollowing(benchmark::State& state)

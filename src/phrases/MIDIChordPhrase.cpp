@@ -5,6 +5,7 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace volvelle {
@@ -22,6 +23,19 @@ std::shared_ptr<ChordRule> inexactCopyOf(const ChordRule& rule)
     copy->shortName = "(?)" + rule.shortName;
     copy->longName = "(?)" + rule.longName;
     return copy;
+}
+
+using SoundingNotes = std::array<int, 256>; // how many sound, by key
+
+std::vector<int> keysOf(const SoundingNotes& notes)
+{
+    std::vector<int> keys;
+    for (std::size_t key = 0; key < notes.size(); ++key) {
+        if (notes.at(key) > 0) {
+            keys.push_back(static_cast<int>(key));
+        }
+    }
+    return keys;
 }
 
 void append(PhraseEvents& to, const PhraseEvents& from)
@@ -60,16 +74,15 @@ void MIDIChordPhrase::loadPhrase(const std::filesystem::path& url, int transpose
 void MIDIChordPhrase::buildChords()
 {
     chords.clear();
-    std::vector<int> sounding;
+    ascends = true;
+    SoundingNotes sounding{};
     for (const auto& event : loadedEvents) {
+        int& count = sounding.at(event->number);
         if (event->type == PhraseEvent::noteOff) {
-            const auto held = std::ranges::find(sounding, int{event->number});
-            if (held != sounding.end()) {
-                sounding.erase(held);
-            }
+            count = std::max(0, count - 1);
         } else if (event->type == PhraseEvent::noteOn) {
-            sounding.push_back(event->number);
-            createChordRule(sounding, event);
+            ++count;
+            createChordRule(keysOf(sounding), event);
         }
     }
     if (isMasterTrack) {
@@ -133,7 +146,9 @@ std::shared_ptr<ChordRule> MIDIChordPhrase::findChordRule(ChordEvent& chord)
 
 void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
 {
-    for (auto place = chords.begin(); place != chords.end(); ++place) {
+    auto place = ascends ? std::ranges::lower_bound(chords, chord->position, {}, &ChordEvent::position)
+                         : chords.begin();
+    for (; place != chords.end(); ++place) {
         const auto& element = *place;
         if (element->position != chord->position) {
             continue;
@@ -157,6 +172,7 @@ void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
         append(chord->notes, chords.back()->notes);
         return;
     }
+    ascends = ascends && (chords.empty() || chords.back()->position <= chord->position);
     chords.push_back(chord);
 }
 

@@ -71,6 +71,8 @@ protected:
 private:
     friend struct MIDIChordPhraseProbe;
 
+    bool ascends = false; // whether the chords being built stand by position
+
     void keepChordNote(ChordEvent& chord, const std::shared_ptr<PhraseEvent>& note, std::size_t place,
                        const std::vector<double>& positions);
 };
