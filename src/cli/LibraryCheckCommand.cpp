@@ -2,6 +2,7 @@
 
 #include "base/Checked.h"
 #include "base/Console.h"
+#include "base/FatalStop.h"
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/EarMeasure.h"
@@ -10,6 +11,9 @@
 #include "scores/ScoreKind.h"
 
 #include <algorithm>
+#include <charconv>
+#include <limits>
+#include <utility>
 
 namespace volvelle {
 
@@ -46,6 +50,48 @@ private:
     ConsoleSink* next;
 };
 
+fs::path phraseThatLoads; // for the final step
+
+FinalStep stepBefore = nullptr;
+
+void tellPhraseAndStop()
+{
+    CommandOutput(false).failure(concat("This stop came while '", phraseThatLoads.string(), "' was loaded."));
+    if (stepBefore != nullptr) {
+        stepBefore();
+    }
+}
+
+// Lets a fatal stop tell the phrase, for its lifetime.
+class StopNames {
+public:
+    explicit StopNames(const fs::path& phrase)
+    {
+        phraseThatLoads = phrase;
+        stepBefore = setFinalStep(tellPhraseAndStop);
+    }
+
+    ~StopNames() { setFinalStep(stepBefore); }
+
+    StopNames(const StopNames&) = delete;
+    StopNames& operator=(const StopNames&) = delete;
+};
+
+// "12.mid" is 12; what is no number stands behind all numbers.
+int numberOf(const fs::path& file)
+{
+    int number = std::numeric_limits<int>::max();
+    const std::string stem = file.stem().string();
+    const char* const end = stem.data() + stem.size();
+    const auto read = std::from_chars(stem.data(), end, number);
+    return read.ec == std::errc() && read.ptr == end ? number : std::numeric_limits<int>::max();
+}
+
+bool isBefore(const fs::path& one, const fs::path& other)
+{
+    return std::pair(numberOf(one), one) < std::pair(numberOf(other), other);
+}
+
 std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>& problems)
 {
     std::vector<fs::path> files;
@@ -58,7 +104,7 @@ std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>
     } else if (files.empty()) {
         problems.push_back(concat(folder.string(), ": there are no phrases"));
     }
-    std::ranges::sort(files);
+    std::ranges::sort(files, isBefore);
     for (std::size_t i = 0; i < files.size(); ++i) {
         const std::string name = phraseName(checkedCast<int>(i + 1));
         if (files[i].filename() != name) {
@@ -108,21 +154,37 @@ void checkChords(const MIDIChordPhrase& phrase, const std::string& place, std::v
     }
 }
 
-void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
+std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
 {
-    const std::string place = file.string();
-    WarningSink sink;
-    std::shared_ptr<MIDIPhrase> phrase;
+    const StopNames stops(file);
     if (kind == ScoreKind::chordPattern) {
         const auto chords = MIDIChordPhrase::make();
         chords->isMasterTrack = true;
         chords->loadPhrase(file, 0);
+        return chords;
+    }
+    auto phrase = MIDIPhrase::make();
+    phrase->channel = scoreChannel(kind);
+    phrase->loadPhrase2(file, 0);
+    return phrase;
+}
+
+void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
+{
+    const std::string place = file.string();
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) {
+        problems.push_back(concat(place, ": there is no such file"));
+        return;
+    }
+    WarningSink sink;
+    const auto phrase = loadPhrase(file, kind);
+    if (!phrase->sequence) {
+        problems.push_back(concat(place, ": the file vanished"));
+        return;
+    }
+    if (const auto chords = std::dynamic_pointer_cast<MIDIChordPhrase>(phrase)) {
         checkChords(*chords, place, problems);
-        phrase = chords;
-    } else {
-        phrase = MIDIPhrase::make();
-        phrase->channel = scoreChannel(kind);
-        phrase->loadPhrase2(file, 0);
     }
     if (phrase->loadedEvents.empty()) {
         problems.push_back(concat(place, ": the phrase is silent"));

@@ -1,8 +1,10 @@
+#include "scores/ScoreCompiler.h"
 #include "scores/ScoreKind.h"
 #include "scores/ScoreWriter.h"
 #include "tests/cli/ProgramRun.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace volvelle::test {
 namespace {
@@ -108,6 +110,38 @@ TEST_F(LibraryCheck, AGapInTheNumbersIsTold)
 {
     put(ScoreKind::lead, {{0.0, 1.0, 60, 90}}, {}, "003.mid");
     EXPECT_EQ(problem(), "lib/Phrases2/02 leads/003.mid: '002.mid' was expected here\n");
+}
+
+TEST_F(LibraryCheck, ALinkThatLeadsNowhereIsTold)
+{
+    for (const char* name : {"lib/Phrases/chord patterns/002.mid", "lib/Phrases2/09 basses/002.mid"}) {
+        std::filesystem::create_symlink("gone", folder / "work" / name);
+        EXPECT_EQ(problem(), std::string(name) + ": there is no such file\n");
+        std::filesystem::remove(folder / "work" / name);
+    }
+}
+
+TEST_F(LibraryCheck, WhatIsNoFileIsTold)
+{
+    const std::string name = "lib/Phrases2/09 basses/002.mid";
+    mkfifo((folder / "work" / name).c_str(), 0600);
+    EXPECT_EQ(problem(), name + ": there is no such file\n");
+    std::filesystem::remove(folder / "work" / name);
+    std::filesystem::create_directory(folder / "work" / name);
+    EXPECT_EQ(problem(), name + ": there is no such file\n");
+}
+
+TEST_F(LibraryCheck, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
+{
+    const std::string bass = read("lib/Phrases2/09 basses/001.mid");
+    for (int number = 2; number <= 1001; ++number) {
+        write("lib/Phrases2/09 basses/" + phraseName(number), bass);
+    }
+    EXPECT_EQ(volvelle("library check lib").output, "1005 phrases are in order.\n");
+    write("lib/Phrases2/09 basses/1003.mid", bass);
+    write("lib/Phrases2/09 basses/a.mid", bass);
+    EXPECT_EQ(problem(), "lib/Phrases2/09 basses/1003.mid: '1002.mid' was expected here\n"
+                         "lib/Phrases2/09 basses/a.mid: '1003.mid' was expected here\n");
 }
 
 TEST_F(LibraryCheck, AMissingFolderIsTold)
