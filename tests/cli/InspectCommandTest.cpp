@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <sstream>
+
 namespace volvelle::test {
 namespace {
 
@@ -92,6 +94,67 @@ TEST_F(Inspect, AMadeIdeaShowsTheChordsThatTheGeneratorTold)
     }
     EXPECT_EQ(count, shown.size());
     EXPECT_GT(count, 0U);
+}
+
+TEST_F(Inspect, BeatsAreRoundedForAReader)
+{
+    std::string file = smallFile();
+    file.replace(file.find(bytes({0, 96}) + "MTrk"), 2, bytes({0, 97}));
+    write("uneven.mid", file);
+    EXPECT_EQ(volvelle("inspect uneven.mid").output,
+              "'uneven.mid': 2.969 beats, 97 ticks to the beat\n"
+              "Tempo\n"
+              "  0.0  100.0 beats per minute\n"
+              "Tracks\n"
+              "  0  channel 3, 3 notes, keys 60 to 67, 3 other events, 2.969 beats, \"AÄb\"\n"
+              "Chords\n"
+              "  0.0  CM for 2.969 beats\n");
+    EXPECT_EQ(JSON::parse(volvelle("inspect uneven.mid --json").output)["lengthBeats"], 288.0 / 97.0);
+}
+
+TEST_F(Inspect, SeveralFilesAreShownInTheirOrder)
+{
+    write("a.mid", smallFile());
+    write("b.mid", smallFile());
+    const auto shown = volvelle("inspect b.mid gone.mid a.mid");
+    EXPECT_EQ(shown.status, 1);
+    EXPECT_EQ(shown.error, "There is no file 'gone.mid'.\n");
+    EXPECT_THAT(shown.output, StartsWith("'b.mid': 3.0 beats"));
+    EXPECT_THAT(shown.output, HasSubstr("\n'a.mid': 3.0 beats"));
+
+    const auto json = volvelle("inspect b.mid a.mid --json");
+    EXPECT_EQ(json.status, 0);
+    std::istringstream lines(json.output);
+    for (const char* name : {"b.mid", "a.mid"}) {
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_THAT(line, StartsWith(std::string("{\"file\":\"") + name + "\",\"division\":96,"));
+        EXPECT_EQ(JSON::parse(line)["tracks"].size(), 1U);
+    }
+}
+
+TEST_F(Inspect, AFileWithoutAnyTrackIsOnePlainLine)
+{
+    write("none.mid", "MThd" + bytes({0, 0, 0, 6, 0, 1, 0, 0, 0, 96}));
+    for (const char* arguments : {"inspect none.mid", "inspect none.mid --json"}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'none.mid' holds no track.\n");
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+TEST_F(Inspect, ManyFaultsAreOneLineOfWarning)
+{
+    std::string file = smallFile();
+    file.replace(file.find(bytes({0, 0, 0, 1, 0, 96})), 6, bytes({0, 7, 0, 9, 0, 96}));
+    write("odd.mid", file.substr(0, file.size() - 8));
+    const auto shown = volvelle("inspect odd.mid").output;
+    const auto json = JSON::parse(volvelle("inspect odd.mid --json").output);
+    EXPECT_EQ(json["warnings"].size(), 4U);
+    EXPECT_EQ(shown.substr(shown.find("Warning: ")),
+              "Warning: " + json["warnings"][0].get<std::string>() +
+                  " Tracks kept: 1, notes: 3. There is more: 'inspect --json' lists it.\n");
 }
 
 TEST_F(Inspect, ADamagedFileOpensWithAWarning)

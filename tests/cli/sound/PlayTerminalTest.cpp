@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
@@ -107,6 +108,16 @@ TEST_F(PlayTerminal, QEndsAndTheLastLineIsEnded)
     EXPECT_TRUE(waitFor("beats\x1B[K\r\n"));
     EXPECT_EQ(play->waitForEnd(), 0);
     EXPECT_TRUE(isSame(settings(), before));
+}
+
+TEST_F(PlayTerminal, TheLineFitsIntoANarrowTerminal)
+{
+    const winsize narrow{24, 20, 0, 0};
+    ASSERT_EQ(ioctl(terminal, TIOCSWINSZ, &narrow), 0);
+    const auto play = beginOnTerminal("play row.mid");
+    ASSERT_TRUE(waitFor("\rBar 1.2  CM  channel\x1B[K") || waitFor("\rBar 1.2  -  channels\x1B[K")) << screen;
+    press('q');
+    EXPECT_EQ(play->waitForEnd(), 0);
 }
 
 TEST_F(PlayTerminal, ALostDeviceHasALineOfItsOwn)
