@@ -50,15 +50,15 @@ void onSignal(int /*signal*/)
     endMusicPlay();
 }
 
-// A closed terminal or pipe ends the play as Ctrl-C does, unless the caller asked to outlive the terminal. In
-// the background the terminal is left alone, and does not stop the program.
+// A closed terminal or pipe ends the play as Ctrl-C does, unless the caller wants a signal ignored. In the
+// background the terminal is left alone, and does not stop the program.
 void handleSignals()
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGPIPE}) {
-        std::signal(signal, onSignal);
-    }
-    if (std::signal(SIGHUP, onSignal) == SIG_IGN) {
-        std::signal(SIGHUP, SIG_IGN);
+    std::signal(SIGPIPE, onSignal);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        if (std::signal(signal, onSignal) == SIG_IGN) {
+            std::signal(signal, SIG_IGN);
+        }
     }
     for (const int signal : {SIGTTIN, SIGTTOU}) {
         std::signal(signal, SIG_IGN);
@@ -106,6 +106,12 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     status = status == noErr ? describeData(data, description) : status;
     if (status != noErr) {
         return output.failure(readFailure(file, status));
+    }
+    if (description.tracks.empty()) {
+        return output.failure(trackFailure(file));
+    }
+    if (const std::string warning = warningLine(description); !warning.empty()) {
+        output.remark(warning);
     }
     std::string error;
     SoundGraph graph;

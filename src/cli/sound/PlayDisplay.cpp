@@ -3,9 +3,12 @@
 #include "base/Text.h"
 #include "cli/sound/TerminalKeys.h"
 
+#include <algorithm>
 #include <bitset>
 #include <cmath>
 #include <cstdio>
+#include <limits>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -50,6 +53,14 @@ std::string soundingChannels(const FileDescription& description, double position
     return line.empty() ? " -" : line;
 }
 
+// Of the terminal, at least one.
+std::size_t columns()
+{
+    winsize size{};
+    const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isKnown ? size.ws_col : std::numeric_limits<std::size_t>::max();
+}
+
 } // namespace
 
 PlayDisplay::PlayDisplay(FileDescription file) : description(std::move(file)) {}
@@ -68,6 +79,7 @@ void PlayDisplay::show(double position, bool isPaused)
         return;
     }
     std::string next = line(position, isPaused);
+    next.resize(std::min(next.size(), columns() - 1));
     if (next != shown) {
         const std::string whole = concat("\r", next, "\x1B[K");
         std::fwrite(whole.data(), 1, whole.size(), stdout);

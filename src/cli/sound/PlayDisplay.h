@@ -14,7 +14,8 @@ public:
     // The line at a position in beats.
     std::string line(double position, bool isPaused) const;
 
-    // Shows the line in place of the one before, on a terminal alone and in its foreground.
+    // Shows the line in place of the one before, on a terminal alone and in its foreground; no more of it
+    // than fits into a row.
     void show(double position, bool isPaused);
 
     // Ends the line where there is one; the next begins anew.

@@ -34,6 +34,11 @@ int runRender(const RenderOptions& options, CommandOutput& output)
     if (status != noErr) {
         return output.failure(readFailure(options.file, status));
     }
+    std::uint32_t tracks = 0;
+    MusicSequenceGetTrackCount(sequence, tracks);
+    if (tracks == 0) {
+        return output.failure(trackFailure(options.file));
+    }
     std::string error;
     AudioFileWriter writer;
     if (!writer.open(options.out, {options.rate}, error)) {
