@@ -7,7 +7,7 @@
 #include "base/Text.h"
 #include "cli/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
-#include "scores/ScoreCompiler.h"
+#include "scores/PhraseFolders.h"
 #include "scores/ScoreKind.h"
 
 #include <algorithm>

@@ -12,9 +12,12 @@ int runLibraryCompile(const LibraryCompileOptions& options, CommandOutput& outpu
     for (const std::string& error : report.errors) {
         output.failure(error);
     }
+    if (!done) {
+        return exitFailed;
+    }
     output.remark(concat(report.compiled, " scores compiled, ", report.changed, " phrases written, ",
                          report.removed, " removed."));
-    return done ? exitDone : exitFailed;
+    return exitDone;
 }
 
 } // namespace volvelle

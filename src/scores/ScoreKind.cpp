@@ -1,5 +1,9 @@
 #include "scores/ScoreKind.h"
 
+#include "base/Text.h"
+
+#include <algorithm>
+
 namespace volvelle {
 
 namespace {
@@ -29,6 +33,21 @@ const KindRow& row(ScoreKind kind)
 std::string_view scoreFolder(ScoreKind kind)
 {
     return row(kind).scores;
+}
+
+std::string scoreFolders()
+{
+    std::string names;
+    for (const ScoreKind kind : allScoreKinds) {
+        names += concat(names.empty() ? "" : ", ", scoreFolder(kind));
+    }
+    return names;
+}
+
+std::optional<ScoreKind> scoreKindOf(std::string_view folder)
+{
+    const auto kind = std::ranges::find(allScoreKinds, folder, scoreFolder);
+    return kind == allScoreKinds.end() ? std::nullopt : std::optional(*kind);
 }
 
 std::string_view phraseFolder(ScoreKind kind)

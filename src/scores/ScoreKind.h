@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace volvelle {
@@ -13,6 +15,12 @@ inline constexpr std::array<ScoreKind, 5> allScoreKinds = {
 
 // The folder of the scores: "chord-patterns", "chords", "leads", "basses" or "drums".
 std::string_view scoreFolder(ScoreKind kind);
+
+// All of them, as "chord-patterns, chords, leads, basses, drums".
+std::string scoreFolders();
+
+// The kind of the scores of that folder, or nothing.
+std::optional<ScoreKind> scoreKindOf(std::string_view folder);
 
 // The folder of the compiled phrases below the resources, as "Phrases2/02 leads".
 std::string_view phraseFolder(ScoreKind kind);

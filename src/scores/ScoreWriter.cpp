@@ -4,6 +4,8 @@
 #include "services/musicsequence/MusicSequence.h"
 #include "services/musicsequence/smf/StandardMIDIFileWriter.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 
@@ -13,6 +15,7 @@ namespace {
 
 constexpr std::uint8_t textMeta = 0x01;
 constexpr std::uint8_t trackNameMeta = 0x03;
+constexpr std::string_view styleMark = "style: ";
 constexpr std::int16_t ticksInBeat = 480;
 
 OSStatus addText(const MusicTrack& track, double position, std::uint8_t type, std::string_view words)
@@ -41,7 +44,7 @@ OSStatus fill(const MusicTrack& track, const Score& score)
 {
     OSStatus status = addText(track, 0, trackNameMeta, score.title);
     if (status == noErr) {
-        status = addText(track, 0, textMeta, "style: " + score.style);
+        status = addText(track, 0, textMeta, std::string(styleMark) + score.style);
     }
     for (std::size_t i = 0; status == noErr && i < score.chords.size(); ++i) {
         status = addText(track, score.chords[i].position, textMeta, "chord: " + score.chords[i].name);
@@ -78,6 +81,19 @@ std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::st
     }
     error = concat("the phrase cannot be written as MIDI: status ", status);
     return std::nullopt;
+}
+
+bool isCompiledPhrase(std::span<const std::uint8_t> bytes)
+{
+    constexpr std::array<std::uint8_t, 18> head = {'M', 'T', 'h', 'd',  0,    0,   0,   6,   0,
+                                                   0,   0,   1,   0x01, 0xE0, 'M', 'T', 'r', 'k'};
+    constexpr std::size_t trackLength = 4;
+    constexpr std::array<std::uint8_t, 3> name = {0, 0xFF, trackNameMeta};
+    const auto from = std::min(head.size() + trackLength, bytes.size());
+    const auto track = bytes.subspan(from);
+    return std::ranges::equal(bytes.first(std::min(head.size(), bytes.size())), head) &&
+           std::ranges::equal(track.first(std::min(name.size(), track.size())), name) &&
+           !std::ranges::search(track, styleMark).empty();
 }
 
 } // namespace volvelle

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,5 +15,8 @@ namespace volvelle {
 // text "chord: Am7" at the place of every chord; the notes lie on the channel of the score's kind. The same
 // score gives the same bytes. Without a result `error` holds one plain line. [any thread]
 std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::string& error);
+
+// Whether the bytes are a file that scoreToMIDI wrote, as far as its start tells. [any thread]
+bool isCompiledPhrase(std::span<const std::uint8_t> bytes);
 
 } // namespace volvelle

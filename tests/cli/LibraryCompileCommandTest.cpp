@@ -50,24 +50,29 @@ TEST_F(LibraryCompile, WhatDidNotChangeIsNotWrittenAgain)
               "5 scores compiled, 1 phrases written, 0 removed.\n");
 }
 
-TEST_F(LibraryCompile, AFaultyScoreIsToldByPlaceAndTheOldPhraseStays)
+TEST_F(LibraryCompile, AFaultyScoreIsOneLineAndTheOldLibraryStaysWhole)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
-    const std::string before = read("lib/Phrases/chord patterns/001.mid");
+    const std::string before = read("lib/Phrases2/02 leads/001.mid");
     writeScores("| CM | FM | GM | C6 |");
+    write("scores/leads/001-a.score", notes("F4"));
     const auto result = volvelle("library compile scores lib");
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.error, StartsWith("chord-patterns/001-a.score: "));
-    EXPECT_THAT(result.error, HasSubstr("C6 is found again as Am7: write Am7"));
-    EXPECT_EQ(read("lib/Phrases/chord patterns/001.mid"), before);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.error,
+              "chord-patterns/001-a.score: line 5, bar 4: C6 is found again as Am7: write Am7\n");
+    EXPECT_EQ(read("lib/Phrases2/02 leads/001.mid"), before);
 }
 
-TEST_F(LibraryCompile, AFolderThatIsNotThereIsAnError)
+TEST_F(LibraryCompile, AFolderWithoutScoresIsNamedInOneLine)
 {
     const auto result = volvelle("library compile gone lib");
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.error, HasSubstr("chord-patterns"));
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.error,
+              "'gone' holds no folder of scores: chord-patterns, chords, leads, basses, drums\n");
+    EXPECT_EQ(names(), std::vector<std::string>{});
 }
 
 } // namespace

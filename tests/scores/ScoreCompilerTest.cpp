@@ -1,5 +1,6 @@
 #include "scores/ScoreCompiler.h"
 
+#include "scores/ScoreKind.h"
 #include "tests/scores/ScoreTexts.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace volvelle {
@@ -15,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using test::head;
 using test::rest;
+using Lines = std::vector<std::string>;
 
 const std::string lead = head + "notes:\n| C4:4 r:12 |\n" + rest + rest + rest;
 const std::string otherLead = head + "notes:\n| D4:4 r:12 |\n" + rest + rest + rest;
@@ -26,8 +29,12 @@ protected:
         folder =
             fs::path(testing::TempDir()) / ("scores-" + std::to_string(getpid()) + "-" +
                                             testing::UnitTest::GetInstance()->current_test_info()->name());
-        for (const auto kind : allScoreKinds) {
-            fs::create_directories(scores() / scoreFolder(kind));
+        write(scores() / "chord-patterns/001-a.score", head + "chords:\n| CM | FM | GM | Am |\n");
+        write(scores() / "drums/001-a.score",
+              head +
+                  "drums:\nkick 36 |9...............|................|................|................|\n");
+        for (const auto* name : {"chords", "leads", "basses"}) {
+            write(scores() / name / "001-a.score", lead);
         }
     }
 
@@ -38,6 +45,15 @@ protected:
     fs::path out() const { return folder / "out"; }
 
     fs::path leads() const { return out() / "Phrases2/02 leads"; }
+
+    // The errors of compiling the library.
+    Lines compiled() const
+    {
+        LibraryReport report;
+        const bool done = compileLibrary(scores(), out(), report);
+        EXPECT_EQ(done, report.errors.empty());
+        return report.errors;
+    }
 
     static void write(const fs::path& path, const std::string& words)
     {
@@ -65,128 +81,149 @@ protected:
     fs::path folder;
 };
 
-TEST_F(ScoreCompiler, AScoreBecomesAMIDIFileAndNoTemporaryFileStays)
-{
-    write(folder / "a.score", lead);
-    std::string error;
-    ASSERT_TRUE(compileScore(folder / "a.score", folder / "a.mid", ScoreKind::lead, error)) << error;
-    EXPECT_EQ(read(folder / "a.mid").substr(0, 4), "MThd");
-    EXPECT_EQ(names(folder), (std::vector<std::string>{"a.mid", "a.score", "library"}));
-}
-
-TEST_F(ScoreCompiler, AFileWithTheSameBytesIsNotTouched)
-{
-    write(folder / "a.score", lead);
-    std::string error;
-    ASSERT_TRUE(compileScore(folder / "a.score", folder / "a.mid", ScoreKind::lead, error)) << error;
-    const auto long_ago = fs::file_time_type{} + std::chrono::hours(1);
-    fs::last_write_time(folder / "a.mid", long_ago);
-    ASSERT_TRUE(compileScore(folder / "a.score", folder / "a.mid", ScoreKind::lead, error)) << error;
-    EXPECT_EQ(fs::last_write_time(folder / "a.mid"), long_ago);
-    write(folder / "a.score", otherLead);
-    ASSERT_TRUE(compileScore(folder / "a.score", folder / "a.mid", ScoreKind::lead, error)) << error;
-    EXPECT_NE(fs::last_write_time(folder / "a.mid"), long_ago);
-}
-
-TEST_F(ScoreCompiler, AFaultyScoreLeavesThePhraseAlone)
-{
-    write(folder / "a.score", "title: T\n");
-    write(folder / "a.mid", "old");
-    std::string error;
-    EXPECT_FALSE(compileScore(folder / "a.score", folder / "a.mid", ScoreKind::lead, error));
-    EXPECT_EQ(error, "the body is missing: there is no line \"notes:\"");
-    EXPECT_EQ(read(folder / "a.mid"), "old");
-}
-
-TEST_F(ScoreCompiler, AScoreThatIsMissingAndAPlaceThatCannotBeWrittenAreErrors)
-{
-    std::string error;
-    EXPECT_FALSE(compileScore(folder / "none.score", folder / "a.mid", ScoreKind::lead, error));
-    EXPECT_EQ(error, "the score cannot be read");
-    EXPECT_FALSE(compileScore(folder, folder / "a.mid", ScoreKind::lead, error));
-    EXPECT_EQ(error, "the score cannot be read");
-    write(folder / "a.score", lead);
-    EXPECT_FALSE(compileScore(folder / "a.score", folder / "none/a.mid", ScoreKind::lead, error));
-    EXPECT_EQ(error, "a.mid cannot be written");
-    fs::create_directories(folder / "b.mid/full");
-    EXPECT_FALSE(compileScore(folder / "a.score", folder / "b.mid", ScoreKind::lead, error));
-    EXPECT_EQ(error, "b.mid cannot be written");
-    EXPECT_FALSE(fs::exists(folder / "b.mid.new"));
-}
-
 TEST_F(ScoreCompiler, ALibraryIsNumberedInTheOrderOfTheNames)
 {
     write(scores() / "leads/002-b.score", otherLead);
-    write(scores() / "leads/001-a.score", lead);
     write(scores() / "leads/notes.txt", "no score");
     LibraryReport report;
     EXPECT_TRUE(compileLibrary(scores(), out(), report));
-    EXPECT_EQ(report.compiled, 2);
-    EXPECT_EQ(report.changed, 2);
+    EXPECT_EQ(report.compiled, 6);
+    EXPECT_EQ(report.changed, 6);
     EXPECT_EQ(report.removed, 0);
-    EXPECT_EQ(names(leads()), (std::vector<std::string>{"001.mid", "002.mid"}));
+    EXPECT_EQ(names(leads()), (Lines{"001.mid", "002.mid"}));
+    EXPECT_EQ(read(leads() / "001.mid").substr(0, 4), "MThd");
     EXPECT_NE(read(leads() / "001.mid").find("\x92\x48"), std::string::npos); // C4
-    for (const auto* path :
-         {"Phrases/chord patterns", "Phrases2/01 chords", "Phrases2/09 basses", "Phrases2/10 drums"}) {
-        EXPECT_TRUE(fs::is_directory(out() / path)) << path;
+    for (const auto kind : allScoreKinds) {
+        EXPECT_TRUE(fs::exists(out() / phraseFolder(kind) / "001.mid")) << phraseFolder(kind);
     }
 }
 
 TEST_F(ScoreCompiler, ASecondRunChangesNothing)
 {
-    write(scores() / "leads/001-a.score", lead);
-    LibraryReport first;
+    EXPECT_EQ(compiled(), Lines{});
     LibraryReport second;
-    EXPECT_TRUE(compileLibrary(scores(), out(), first));
     EXPECT_TRUE(compileLibrary(scores(), out(), second));
-    EXPECT_EQ(second.compiled, 1);
+    EXPECT_EQ(second.compiled, 5);
     EXPECT_EQ(second.changed, 0);
 }
 
-TEST_F(ScoreCompiler, NumberedPhrasesBeyondTheLastAreRemovedAndNothingElse)
+TEST_F(ScoreCompiler, OnlyWhatDiffersIsWrittenAndNothingElseStays)
 {
     write(scores() / "leads/001-a.score", lead);
-    for (const auto* name :
-         {"002.mid", "1000.mid", "0002.mid", "2.mid", "my own.mid", "002.txt", "99999999.mid"}) {
+    write(scores() / "leads/002-b.score", lead);
+    EXPECT_EQ(compiled(), Lines{});
+    const auto longAgo = fs::file_time_type{} + std::chrono::hours(1);
+    fs::last_write_time(leads() / "001.mid", longAgo);
+    fs::last_write_time(leads() / "002.mid", longAgo);
+    write(scores() / "leads/002-b.score", otherLead);
+    EXPECT_EQ(compiled(), Lines{});
+    EXPECT_EQ(fs::last_write_time(leads() / "001.mid"), longAgo);
+    EXPECT_NE(fs::last_write_time(leads() / "002.mid"), longAgo);
+    EXPECT_EQ(names(out()), (Lines{"Phrases", "Phrases2"}));
+    EXPECT_EQ(names(leads()), (Lines{"001.mid", "002.mid"}));
+}
+
+TEST_F(ScoreCompiler, AThousandScoresStandInTheOrderOfTheirNumbers)
+{
+    for (const auto* name : {"1000-d", "999-c", "002-b", "1-a", "x"}) {
+        write(scores() / ("leads/" + std::string(name) + ".score"),
+              name == std::string("1000-d") ? otherLead : lead);
+    }
+    EXPECT_EQ(compiled(), Lines{});
+    EXPECT_EQ(read(leads() / "004.mid"), read(leads() / "001.mid"));
+    EXPECT_NE(read(leads() / "005.mid"), read(leads() / "001.mid"));
+    EXPECT_EQ(read(leads() / "006.mid"), read(leads() / "001.mid"));
+}
+
+TEST_F(ScoreCompiler, CompiledPhrasesBeyondTheLastAreRemovedAndNothingElse)
+{
+    for (const auto* name : {"001-a", "002-b", "003-c"}) {
+        write(scores() / ("leads/" + std::string(name) + ".score"), lead);
+    }
+    EXPECT_EQ(compiled(), Lines{});
+    for (const auto* name : {"1000.mid", "0002.mid", "2.mid", "99999999.mid"}) {
+        fs::copy_file(leads() / "001.mid", leads() / name);
+    }
+    for (const auto* name : {"004.mid", "my own.mid", "002.txt"}) {
         write(leads() / name, "x");
     }
+    ASSERT_EQ(mkfifo((leads() / "005.mid").c_str(), 0600), 0);
+    fs::remove(scores() / "leads/002-b.score");
+    fs::remove(scores() / "leads/003-c.score");
     LibraryReport report;
     EXPECT_TRUE(compileLibrary(scores(), out(), report));
-    EXPECT_EQ(report.removed, 2);
-    EXPECT_EQ(names(leads()), (std::vector<std::string>{"0002.mid", "001.mid", "002.txt", "2.mid",
-                                                        "99999999.mid", "my own.mid"}));
+    EXPECT_EQ(report.removed, 3);
+    EXPECT_EQ(names(leads()), (Lines{"0002.mid", "001.mid", "002.txt", "004.mid", "005.mid", "2.mid",
+                                     "99999999.mid", "my own.mid"}));
 }
 
-TEST_F(ScoreCompiler, AFaultyScoreIsReportedAndKeepsItsNumber)
+TEST_F(ScoreCompiler, AFaultyScoreIsReportedAndNothingChanges)
 {
-    write(scores() / "leads/001-a.score", "title: T\n");
-    write(scores() / "leads/002-b.score", lead);
+    EXPECT_EQ(compiled(), Lines{});
+    write(scores() / "leads/001-kite.score", "title: T\n");
+    write(scores() / "leads/002-b.score", otherLead);
+    write(scores() / "drums/001-b.score", "");
     write(leads() / "001.mid", "old");
-    LibraryReport report;
-    EXPECT_FALSE(compileLibrary(scores(), out(), report));
-    EXPECT_EQ(report.errors, std::vector<std::string>{
-                                 "leads/001-a.score: the body is missing: there is no line \"notes:\""});
-    EXPECT_EQ(report.compiled, 1);
+    fs::copy_file(out() / "Phrases2/09 basses/001.mid", leads() / "009.mid");
+    EXPECT_EQ(compiled(), (Lines{"leads/001-kite.score: the body is missing: there is no line \"notes:\"",
+                                 "drums/001-b.score: the body is missing: there is no line \"drums:\""}));
     EXPECT_EQ(read(leads() / "001.mid"), "old");
-    EXPECT_EQ(names(leads()), (std::vector<std::string>{"001.mid", "002.mid"}));
+    EXPECT_EQ(names(leads()), (Lines{"001.mid", "009.mid"}));
+    fs::remove_all(out());
+    EXPECT_EQ(compiled().size(), 2U);
+    EXPECT_FALSE(fs::exists(out()));
 }
 
-TEST_F(ScoreCompiler, AMissingFolderIsReportedAndItsPhrasesStay)
+TEST_F(ScoreCompiler, AFolderThatIsMissingOrEmptyIsReportedAndNothingChanges)
 {
     fs::remove_all(scores() / "drums");
+    fs::remove(scores() / "basses/001-a.score");
+    write(scores() / "basses/readme.txt", "no score");
     write(out() / "Phrases2/10 drums/001.mid", "old");
-    LibraryReport report;
-    EXPECT_FALSE(compileLibrary(scores(), out(), report));
-    EXPECT_EQ(report.errors, std::vector<std::string>{"drums: the folder cannot be read"});
-    EXPECT_EQ(read(out() / "Phrases2/10 drums/001.mid"), "old");
+    EXPECT_EQ(compiled(),
+              (Lines{"basses: there are no scores in the folder", "drums: the folder cannot be read"}));
+    EXPECT_EQ(names(out()), Lines{"Phrases2"});
+    EXPECT_EQ(names(out() / "Phrases2/10 drums"), Lines{"001.mid"});
 }
 
-TEST_F(ScoreCompiler, APlaceThatCannotBeMadeIsReported)
+TEST_F(ScoreCompiler, AFolderWithoutFoldersOfScoresIsNamed)
 {
+    for (const auto kind : allScoreKinds) {
+        fs::remove_all(scores() / scoreFolder(kind));
+    }
+    const std::string fault =
+        "/library' holds no folder of scores: chord-patterns, chords, leads, basses, drums";
+    EXPECT_EQ(compiled(), Lines{"'" + folder.string() + fault});
+    fs::remove_all(scores());
+    EXPECT_EQ(compiled(), Lines{"'" + folder.string() + fault});
+    EXPECT_FALSE(fs::exists(out()));
+}
+
+TEST_F(ScoreCompiler, WhatStandsInTheWayOfAFolderOrAPhraseIsNamedAndNothingChanges)
+{
+    write(folder / "out", "a file");
+    EXPECT_EQ(compiled(), Lines{"'" + out().string() + "' is no folder"});
+    fs::remove(out());
     write(out() / "Phrases", "a file");
-    LibraryReport report;
-    EXPECT_FALSE(compileLibrary(scores(), out(), report));
-    EXPECT_EQ(report.errors, std::vector<std::string>{"Phrases/chord patterns: the folder cannot be made"});
+    EXPECT_EQ(compiled(), Lines{"'" + (out() / "Phrases").string() + "' is no folder"});
+    EXPECT_EQ(names(out()), Lines{"Phrases"});
+    fs::remove(out() / "Phrases");
+    fs::create_directories(leads() / "001.mid");
+    EXPECT_EQ(compiled(), Lines{(leads() / "001.mid").string() + " cannot be written"});
+    fs::remove(leads() / "001.mid");
+    ASSERT_EQ(mkfifo((leads() / "001.mid").c_str(), 0600), 0);
+    EXPECT_EQ(compiled(), Lines{(leads() / "001.mid").string() + " cannot be written"});
+    EXPECT_EQ(names(out()), Lines{"Phrases2"});
+}
+
+TEST_F(ScoreCompiler, AScoreThatIsNoFileIsReported)
+{
+    ASSERT_EQ(mkfifo((scores() / "leads/002-pipe.score").c_str(), 0600), 0);
+    fs::create_directories(scores() / "leads/003-folder.score");
+    fs::create_symlink("gone", scores() / "leads/004-link.score");
+    EXPECT_EQ(compiled(), (Lines{"leads/002-pipe.score: the score cannot be read",
+                                 "leads/003-folder.score: the score cannot be read",
+                                 "leads/004-link.score: the score cannot be read"}));
 }
 
 } // namespace

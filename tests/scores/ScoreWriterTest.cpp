@@ -84,6 +84,19 @@ TEST(ScoreWriter, TheSameScoreGivesTheSameBytes)
     EXPECT_EQ(written(score), written(score));
 }
 
+TEST(ScoreWriter, ItsFilesAreKnownAgainByTheirStart)
+{
+    auto bytes = written(parsed(head + "chords:\n| Am7 | E7 | Am7 | FM |\n", ScoreKind::chordPattern));
+    EXPECT_TRUE(isCompiledPhrase(bytes));
+    EXPECT_FALSE(isCompiledPhrase({}));
+    EXPECT_FALSE(isCompiledPhrase({bytes.data(), 20}));
+    for (const std::size_t place : {0U, 9U, 11U, 13U, 17U, 23U, 24U, 31U}) {
+        bytes[place] ^= 1U;
+        EXPECT_FALSE(isCompiledPhrase(bytes)) << place;
+        bytes[place] ^= 1U;
+    }
+}
+
 TEST(ScoreWriter, ANoteThatMIDICannotHoldIsAnErrorAndNoFile)
 {
     Score score;

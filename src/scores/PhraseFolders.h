@@ -1,0 +1,23 @@
+#pragma once
+
+#include "scores/CompiledPhrase.h"
+#include "scores/LibraryReport.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+// The folders of compiled phrases on disk. [any thread]
+namespace volvelle {
+
+// The file name of the phrase of that number, from 1: "001.mid".
+std::string phraseName(int number);
+
+// Makes the five folders of phrases below `out` hold these phrases. What differs is written beside them first
+// and takes its place once all of it is on disk; numbered phrases behind the last one of a folder go, if
+// scoreToMIDI wrote them. Nothing else is removed. On failure nothing has changed, as far as the disk lets
+// it, and a line stands in the report.
+bool installPhrases(const std::filesystem::path& out, const std::vector<CompiledPhrase>& phrases,
+                    LibraryReport& report);
+
+} // namespace volvelle

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "scores/Score.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The files of scores, as the compiler and the rules see them. [any thread]
+namespace volvelle {
+
+// The scores of a folder in the order of their numbers, those of one number and those without one by name.
+// Without a result `error` holds one plain line.
+std::optional<std::vector<std::filesystem::path>> scoresIn(const std::filesystem::path& folder,
+                                                           std::string& error);
+
+// The number of a score that is called NNN-some-name.score as it should be: three digits or, from 1000 on,
+// more; else nothing.
+std::optional<int> scoreNumber(const std::filesystem::path& file);
+
+// Reads one score. Pipes and devices are not opened. Without a result `error` holds one plain line.
+std::optional<Score> readScore(const std::filesystem::path& file, ScoreKind kind, std::string& error);
+
+} // namespace volvelle
