@@ -44,18 +44,6 @@ std::size_t characterLength(std::string_view bytes, std::size_t at)
     return isOverlong || isBeyond ? 0 : length;
 }
 
-bool isUTF8(std::string_view bytes)
-{
-    for (std::size_t at = 0; at < bytes.size();) {
-        const std::size_t length = characterLength(bytes, at);
-        if (length == 0) {
-            return false;
-        }
-        at += length;
-    }
-    return true;
-}
-
 bool isControl(std::string_view text, std::size_t at)
 {
     const std::uint8_t lead = byteAt(text, at);
@@ -65,9 +53,22 @@ bool isControl(std::string_view text, std::size_t at)
 
 } // namespace
 
+std::size_t utf8Length(std::string_view bytes)
+{
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        const std::size_t length = characterLength(bytes, at);
+        if (length == 0) {
+            break;
+        }
+        at += length;
+    }
+    return at;
+}
+
 std::string utf8Text(std::string_view bytes)
 {
-    return isUTF8(bytes) ? std::string(bytes) : latinText({bytes.begin(), bytes.end()});
+    return utf8Length(bytes) == bytes.size() ? std::string(bytes) : latinText({bytes.begin(), bytes.end()});
 }
 
 std::string plainText(std::string_view text)

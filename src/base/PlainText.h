@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 // Text from outside, as it may be shown. [any thread]
 namespace volvelle {
+
+// How many bytes from the start on are whole characters in UTF-8.
+std::size_t utf8Length(std::string_view bytes);
 
 // The bytes of a text as UTF-8: as they are where they are that, else each as the character of its number.
 std::string utf8Text(std::string_view bytes);

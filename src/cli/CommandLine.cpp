@@ -106,7 +106,7 @@ void addLibraryCheck(CLI::App& library, Request& request)
                                  "Example: volvelle library check build/release/resources --ear");
     check
         .add_option("DIR", request.libraryCheck.folder,
-                    "folder that holds Phrases and Phrases2; the one in use without it")
+                    "folder of phrases or of scores, or one score; the one in use without it")
         ->option_text(" ");
     check.add_flag("--ear", request.libraryCheck.ear, "measure 1,000 arrangements, and hold their bounds");
     check.callback([&request] {

@@ -7,7 +7,9 @@
 #include "base/Text.h"
 #include "cli/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
+#include "scores/LibraryLint.h"
 #include "scores/PhraseFolders.h"
+#include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
 
 #include <algorithm>
@@ -214,6 +216,29 @@ void checkEar(const fs::path& root, CommandOutput& output, std::vector<std::stri
     }
 }
 
+int told(const std::vector<std::string>& problems, std::size_t count, const fs::path& root,
+         CommandOutput& output)
+{
+    for (const std::string& problem : problems) {
+        output.result(problem);
+    }
+    if (!problems.empty()) {
+        return output.failure(
+            concat(problems.size(), " problems in ", count, " phrases of '", root.string(), "'."));
+    }
+    output.remark(concat(count, count == 1 ? " phrase is in order." : " phrases are in order."));
+    return exitDone;
+}
+
+int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& output)
+{
+    if (ear) {
+        return output.failure("--ear measures compiled phrases: name the folder of Phrases and Phrases2.");
+    }
+    const LintReport report = isScore ? lintScoreFile(root) : lintLibrary(root);
+    return told(report.faults, static_cast<std::size_t>(report.scores), root, output);
+}
+
 } // namespace
 
 int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
@@ -221,6 +246,10 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
     const auto root = options.folder ? options.folder : resourcesFolder();
     if (!root) {
         return output.failure("There is no phrase library beside this program: name its folder.");
+    }
+    const bool isScore = root->extension() == ".score";
+    if (isScore || holdsScoreFolders(*root)) {
+        return checkScores(*root, isScore, options.ear, output);
     }
     std::vector<std::string> problems;
     std::size_t count = 0;
@@ -234,15 +263,7 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
     if (options.ear && problems.empty()) {
         checkEar(*root, output, problems);
     }
-    for (const std::string& problem : problems) {
-        output.result(problem);
-    }
-    if (!problems.empty()) {
-        return output.failure(
-            concat(problems.size(), " problems in ", count, " phrases of '", root->string(), "'."));
-    }
-    output.remark(concat(count, " phrases are in order."));
-    return exitDone;
+    return told(problems, count, *root, output);
 }
 
 } // namespace volvelle

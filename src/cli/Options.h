@@ -27,8 +27,9 @@ struct InspectOptions {
 };
 
 struct LibraryCheckOptions {
-    std::optional<std::filesystem::path> folder; // the resources in use without a value
-    bool ear = false;                            // measure arrangements, too
+    // Of phrases or of scores, or one score; the resources in use without a value.
+    std::optional<std::filesystem::path> folder;
+    bool ear = false; // measure arrangements, too
 };
 
 struct LibraryCompileOptions {

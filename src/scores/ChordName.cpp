@@ -1,5 +1,6 @@
 #include "scores/ChordName.h"
 
+#include "base/Text.h"
 #include "scores/PitchNames.h"
 #include "theory/EnumMIDIChords.h"
 
@@ -33,6 +34,19 @@ std::optional<ChordName> chordNamed(std::string_view name)
         }
     }
     return std::nullopt;
+}
+
+std::string chordTypes()
+{
+    std::string types;
+    for (int type = 0; type < numberOfTypes; ++type) {
+        const ChordName highest{11, EnumMIDIChords::getRule(type)};
+        const auto& name = EnumMIDIChords::getShortName(type);
+        if (chordDetected(highest.tones()) == concat(pitchClassName(highest.root), name)) {
+            types += concat(types.empty() ? "" : " ", name);
+        }
+    }
+    return types;
 }
 
 std::string chordDetected(unsigned tones)

@@ -19,6 +19,9 @@ struct ChordName {
 // Reads a name as "F#m7", or answers nothing.
 std::optional<ChordName> chordNamed(std::string_view name);
 
+// The types whose names are found again, on some roots at least, as "8 5 M m".
+std::string chordTypes();
+
 // The name under which these pitch classes are found again when the phrase is loaded: of all names with
 // exactly these tones the last one, by type and then by root. Empty if no chord has them.
 std::string chordDetected(unsigned tones);

@@ -13,6 +13,7 @@ namespace volvelle {
 // The notes stand by position; notes of one position stand in the order of the text.
 struct Score {
     static constexpr int bars = 4;
+    static constexpr double beatsInBar = 4;
     static constexpr double beats = 16;       // length of every phrase
     static constexpr double sixteenth = 0.25; // beats
     static constexpr double gap = 0.03125;    // beats that a note ends ahead of its written end
@@ -21,8 +22,13 @@ struct Score {
     std::string style;
     bool machine = false; // deliberately played with fewer than six velocities
     ScoreKind kind = ScoreKind::lead;
+    int titleLine = 0; // in the text, counted from 1; 0 where there is none
+    int bodyLine = 0;  // the line of the opening word
     std::vector<ScoreNote> notes;
     std::vector<ScoreChord> chords; // in chord patterns alone
+
+    // The bar, from 1, in which a position of at least 0 beats lies.
+    static int barAt(double position) { return static_cast<int>(position / beatsInBar) + 1; }
 };
 
 } // namespace volvelle

@@ -7,7 +7,8 @@
 
 namespace volvelle::scores {
 
-std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, std::string& error)
+std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int opened,
+                                              std::string& error)
 {
     std::vector<ScoreBar> bars;
     for (const auto& line : body) {
@@ -28,7 +29,8 @@ std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body
     if (bars.size() == Score::bars) {
         return bars;
     }
-    error = "the body has " + std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4";
+    error = atLine(body.empty() ? opened : body.back().number) + "the body has " +
+            std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4";
     return std::nullopt;
 }
 

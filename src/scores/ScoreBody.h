@@ -24,8 +24,9 @@ bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& setting
                 std::string& error);
 bool readDrums(const std::vector<ScoreLine>& body, Score& score, std::string& error);
 
-// The four bars of a body of bar lines, or nothing and a line in `error`.
-std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, std::string& error);
+// The four bars of a body of bar lines that the line `opened` opens, or nothing and a line in `error`.
+std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int opened,
+                                              std::string& error);
 
 // The velocity of a level word: pp 40, p 52, mp 64, mf 76, f 88, ff 100.
 std::optional<int> dynamicsLevel(std::string_view word);

@@ -18,6 +18,7 @@ struct Sounding {
         numbers;      // in the order of the chord's intervals, so that each note leads on to the chord
     double start = 0; // beats
     int velocity = 76;
+    int line = 0;
 };
 
 // A chord cell taken apart: NAME, "/" and the lowest tone, "=" and the velocity.
@@ -60,8 +61,8 @@ public:
     void finish(double end);
 
 private:
-    std::string readCell(std::string_view cell, int bar, double position);
-    std::string readChord(const ChordCell& cell, int bar, double position);
+    std::string readCell(std::string_view cell, const ScoreBar& bar, double position);
+    std::string readChord(const ChordCell& cell, const ScoreBar& bar, double position);
     int levelAt(int bar, double position) const;
 
     const ScoreSettings& settings;
@@ -80,7 +81,7 @@ bool ChordReader::readBar(const ScoreBar& bar, std::string& error)
     }
     double position = (bar.number - 1) * 4.0;
     for (const auto cell : cells) {
-        const auto fault = readCell(cell, bar.number, position);
+        const auto fault = readCell(cell, bar, position);
         if (!fault.empty()) {
             error = atBar(bar.line, bar.number) + fault;
             return false;
@@ -90,7 +91,7 @@ bool ChordReader::readBar(const ScoreBar& bar, std::string& error)
     return true;
 }
 
-std::string ChordReader::readCell(std::string_view cell, int bar, double position)
+std::string ChordReader::readCell(std::string_view cell, const ScoreBar& bar, double position)
 {
     if (cell == ".") {
         return sounding.numbers.empty() ? "there is no chord that could go on" : "";
@@ -99,11 +100,11 @@ std::string ChordReader::readCell(std::string_view cell, int bar, double positio
     return cell == "-" ? std::string() : readChord(takenApart(cell), bar, position);
 }
 
-std::string ChordReader::readChord(const ChordCell& cell, int bar, double position)
+std::string ChordReader::readChord(const ChordCell& cell, const ScoreBar& bar, double position)
 {
     const auto chord = chordNamed(cell.name);
     if (!chord) {
-        return quoted(cell.name) + " is no chord name";
+        return quoted(cell.name) + " is no chord name: a root, as C or F#, and one of " + chordTypes();
     }
     const auto detected = chordDetected(chord->tones());
     if (detected != cell.name) {
@@ -113,11 +114,11 @@ std::string ChordReader::readChord(const ChordCell& cell, int bar, double positi
     if (!lowest || (chord->tones() & (1u << *lowest)) == 0) {
         return quoted(cell.lowest.value_or("")) + " is no tone of " + std::string(cell.name);
     }
-    const auto velocity = cell.velocity ? wholeNumber(*cell.velocity, 1, 127) : levelAt(bar, position);
+    const auto velocity = cell.velocity ? wholeNumber(*cell.velocity, 1, 127) : levelAt(bar.number, position);
     if (!velocity) {
         return quoted(cell.velocity.value_or("")) + " is no velocity from 1 to 127";
     }
-    sounding = {closePosition(*chord, *lowest, settings.lowest), position, *velocity};
+    sounding = {closePosition(*chord, *lowest, settings.lowest), position, *velocity, bar.line};
     score.chords.push_back({position, std::string(cell.name)});
     return {};
 }
@@ -145,7 +146,8 @@ void ChordReader::finish(double end)
         const int shift = touch[voice + 1 == count && voice > 0 ? 3 : voice];
         const int velocity = std::clamp(sounding.velocity + shift, 1, 127);
         score.notes.push_back({sounding.start, end - sounding.start - Score::gap,
-                               static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(velocity)});
+                               static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(velocity),
+                               sounding.line});
     }
     sounding = {};
 }
@@ -155,7 +157,7 @@ void ChordReader::finish(double end)
 bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score,
                 std::string& error)
 {
-    const auto bars = fourBars(body, error);
+    const auto bars = fourBars(body, score.bodyLine, error);
     if (!bars) {
         return false;
     }

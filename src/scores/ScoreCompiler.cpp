@@ -5,9 +5,6 @@
 #include "scores/ScoreFile.h"
 #include "scores/ScoreWriter.h"
 
-#include <algorithm>
-#include <system_error>
-
 namespace volvelle {
 
 namespace {
@@ -20,8 +17,7 @@ void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledP
     std::string error;
     const auto paths = scoresIn(scores / scoreFolder(kind), error);
     if (!paths || paths->empty()) {
-        report.errors.push_back(
-            concat(scoreFolder(kind), ": ", paths ? "there are no scores in the folder" : error));
+        report.errors.push_back(concat(scoreFolder(kind), ": ", paths ? noScores : error));
         return;
     }
     int number = 0;
@@ -35,14 +31,6 @@ void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledP
             report.errors.push_back(concat(scoreFolder(kind), "/", path.filename().string(), ": ", error));
         }
     }
-}
-
-bool holdsScoreFolders(const fs::path& scores)
-{
-    return std::ranges::any_of(allScoreKinds, [&scores](ScoreKind kind) {
-        std::error_code unknown;
-        return fs::is_directory(scores / scoreFolder(kind), unknown);
-    });
 }
 
 } // namespace

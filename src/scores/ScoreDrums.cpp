@@ -33,7 +33,7 @@ bool readDrumBar(const ScoreBar& bar, int key, Score& score, std::string& error)
         }
         const double position = ((bar.number - 1) * cellsInBar + cell) * Score::sixteenth;
         score.notes.push_back({position, Score::sixteenth - Score::gap, static_cast<std::uint8_t>(key),
-                               static_cast<std::uint8_t>(hitVelocity(hit))});
+                               static_cast<std::uint8_t>(hitVelocity(hit)), bar.line});
     }
     return true;
 }
@@ -75,7 +75,7 @@ bool readDrums(const std::vector<ScoreLine>& body, Score& score, std::string& er
         }
     }
     if (body.empty()) {
-        error = "the body has no row of drums";
+        error = atLine(score.bodyLine) + "the body has no row of drums";
         return false;
     }
     std::ranges::stable_sort(score.notes, {}, &ScoreNote::position);

@@ -67,6 +67,14 @@ std::optional<int> scoreNumber(const fs::path& file)
     return std::stoi(name.substr(0, count));
 }
 
+bool holdsScoreFolders(const fs::path& library)
+{
+    return std::ranges::any_of(allScoreKinds, [&library](ScoreKind kind) {
+        std::error_code unknown;
+        return fs::is_directory(library / scoreFolder(kind), unknown);
+    });
+}
+
 std::optional<Score> readScore(const fs::path& file, ScoreKind kind, std::string& error)
 {
     std::error_code unknown;

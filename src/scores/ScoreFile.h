@@ -19,6 +19,12 @@ std::optional<std::vector<std::filesystem::path>> scoresIn(const std::filesystem
 // more; else nothing.
 std::optional<int> scoreNumber(const std::filesystem::path& file);
 
+// What is said of a folder without any.
+inline constexpr auto noScores = "there are no scores in the folder";
+
+// Whether one of the five folders of scores lies in a folder.
+bool holdsScoreFolders(const std::filesystem::path& library);
+
 // Reads one score. Pipes and devices are not opened. Without a result `error` holds one plain line.
 std::optional<Score> readScore(const std::filesystem::path& file, ScoreKind kind, std::string& error);
 

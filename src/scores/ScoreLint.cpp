@@ -2,8 +2,11 @@
 
 #include "base/Text.h"
 #include "scores/PitchNames.h"
+#include "scores/ScoreOnsets.h"
+#include "scores/ScoreText.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <set>
 
@@ -38,9 +41,28 @@ constexpr Bounds bounds[] = {
 using Faults = std::vector<std::string>;
 using Together = std::map<double, std::vector<const ScoreNote*>>;
 
-std::string inBar(double position)
+std::string inBar(int line, double position)
 {
-    return concat("bar ", static_cast<int>(position / 4) + 1, ": ");
+    const int bar = Score::barAt(position);
+    return line > 0 ? scores::atBar(line, bar) : concat("bar ", bar, ": ");
+}
+
+std::string inBar(const ScoreNote& note)
+{
+    return inBar(note.line, note.position);
+}
+
+// The place of what sounds first from a position on.
+std::string inBarFrom(const Score& score, double position)
+{
+    const auto first =
+        std::ranges::find_if(score.notes, [&](auto& note) { return note.position >= position; });
+    return inBar(first == score.notes.end() ? 0 : first->line, position);
+}
+
+std::string inBody(const Score& score)
+{
+    return score.bodyLine > 0 ? scores::atLine(score.bodyLine) : "";
 }
 
 std::string spelled(const Score& score, int number)
@@ -62,14 +84,14 @@ void lintCount(const Score& score, const Bounds& bound, Faults& faults)
     const bool pattern = score.kind == ScoreKind::chordPattern;
     const int count = static_cast<int>(pattern ? score.chords.size() : score.notes.size());
     if (count < bound.least || count > bound.most) {
-        faults.push_back(concat(bound.what, " has ", bound.least, " to ", bound.most,
+        faults.push_back(concat(inBody(score), bound.what, " has ", bound.least, " to ", bound.most,
                                 pattern ? " chords, not " : " notes, not ", count));
     }
 }
 
 void lintNote(const Score& score, const Bounds& bound, const ScoreNote& note, Faults& faults)
 {
-    const auto bar = inBar(note.position);
+    const auto bar = inBar(note);
     if (note.position < 0 || note.position >= Score::beats) {
         faults.push_back(concat("a note begins at beat ", note.position, ", outside 0 to 16"));
         return;
@@ -97,7 +119,8 @@ void lintVelocities(const Score& score, Faults& faults)
         velocities.insert(note.velocity);
     }
     if (!score.machine && velocities.size() < leastVelocities) {
-        faults.push_back(concat("a played phrase has at least 6 velocities, not ", velocities.size()));
+        faults.push_back(concat(inBody(score), "a played phrase has at least 6 velocities, not ",
+                                velocities.size(), ": vary them, or write \"machine: yes\" above"));
     }
 }
 
@@ -107,8 +130,7 @@ void lintOverlaps(const Score& score, Faults& faults)
     for (const auto& note : score.notes) {
         const auto [entry, first] = soundsTo.try_emplace(note.number, 0);
         if (!first && note.position < entry->second) {
-            faults.push_back(
-                concat(inBar(note.position), spelled(score, note.number), " is struck while it sounds"));
+            faults.push_back(concat(inBar(note), spelled(score, note.number), " is struck while it sounds"));
         }
         entry->second = std::max(entry->second, note.position + note.duration);
     }
@@ -128,12 +150,12 @@ void lintVoices(const Score& score, const Bounds& bound, Faults& faults)
         const bool comping = score.kind == ScoreKind::chords;
         const auto most = comping && !wide ? closeVoices : bound.voices;
         if (numbers.size() > most) {
-            faults.push_back(concat(inBar(position), numbers.size(), " voices at beat ", position,
+            faults.push_back(concat(inBar(*notes.front()), numbers.size(), " voices at beat ", position,
                                     " are more than ", most));
         }
         for (auto voice = numbers.begin(); comping && std::next(voice) != numbers.end(); ++voice) {
             if (*std::next(voice) - *voice < leastStep) {
-                faults.push_back(concat(inBar(position), pitchName(*voice), " and ",
+                faults.push_back(concat(inBar(*notes.front()), pitchName(*voice), " and ",
                                         pitchName(*std::next(voice)), " stand closer than 3 semitones"));
             }
         }
@@ -156,10 +178,11 @@ void lintLimbs(const Score& score, Faults& faults)
         const auto kit = std::ssize(notes) - hands;
         if (kit > kitAtOnce) {
             faults.push_back(
-                concat(inBar(position), kit, " drums of the kit at beat ", position, ", at most 3"));
+                concat(inBar(*notes.front()), kit, " drums of the kit at beat ", position, ", at most 3"));
         }
         if (hands > handsAtOnce) {
-            faults.push_back(concat(inBar(position), hands, " hand drums at beat ", position, ", at most 2"));
+            faults.push_back(
+                concat(inBar(*notes.front()), hands, " hand drums at beat ", position, ", at most 2"));
         }
     }
 }
@@ -180,8 +203,48 @@ void lintBreath(const Score& score, Faults& faults)
         }
         longest = std::max(longest, start + half - silentFrom);
         if (longest < breath) {
+            faults.push_back(concat(inBody(score), start == 0 ? "bars 1 and 2" : "bars 3 and 4",
+                                    " hold no breath of a beat"));
+        }
+    }
+}
+
+void lintHighest(const Score& score, Faults& faults)
+{
+    const auto highest = std::ranges::max_element(score.notes, {}, &ScoreNote::number);
+    if (highest == score.notes.end()) {
+        return;
+    }
+    const auto again = std::ranges::find(highest + 1, score.notes.end(), highest->number, &ScoreNote::number);
+    if (again != score.notes.end()) {
+        faults.push_back(concat(inBar(*again), spelled(score, highest->number),
+                                " is reached again: a lead has one highest point"));
+    }
+}
+
+void lintSteps(const Score& score, Faults& faults)
+{
+    constexpr int widest = 2;
+    constexpr int most = 2;
+    int small = 0;
+    for (std::size_t i = 1; i < score.notes.size(); ++i) {
+        const int step = std::abs(score.notes[i].number - score.notes[i - 1].number);
+        small += step > 0 && step <= widest ? 1 : 0;
+        if (step > 0 && step <= widest && small == most + 1) {
+            faults.push_back(concat(inBar(score.notes[i]), "a third step of one or two semitones, at most ",
+                                    most, ": leap by three or more"));
+        }
+    }
+}
+
+void lintTurn(const Score& score, Faults& faults)
+{
+    const auto last = scores::onsets(score, Score::bars);
+    for (int bar = 1; bar < Score::bars; ++bar) {
+        if (scores::onsets(score, bar) == last) {
             faults.push_back(
-                concat(start == 0 ? "bars 1 and 2" : "bars 3 and 4", " hold no breath of a beat"));
+                concat(inBody(score), "bar 4 is struck as bar ", bar, " is: drums turn in the fourth bar"));
+            return;
         }
     }
 }
@@ -192,12 +255,11 @@ void lintChords(const Score& score, Faults& faults)
         const auto& chord = score.chords[i];
         const auto& next = score.chords[i + 1];
         if (chord.name == next.name) {
-            faults.push_back(concat(inBar(next.position), next.name, " stands twice in a row"));
+            faults.push_back(concat(inBarFrom(score, next.position), next.name, " stands twice in a row"));
         }
         for (const auto& note : score.notes) {
             if (note.position == chord.position && note.position + note.duration >= next.position) {
-                faults.push_back(
-                    concat(inBar(chord.position), chord.name, " does not end before ", next.name));
+                faults.push_back(concat(inBar(note), chord.name, " does not end before ", next.name));
             }
         }
     }
@@ -217,11 +279,16 @@ std::vector<std::string> lintScore(const Score& score)
     lintOverlaps(score, faults);
     if (score.kind == ScoreKind::drums) {
         lintLimbs(score, faults);
+        lintTurn(score, faults);
     } else {
         lintVoices(score, bound, faults);
     }
     if (score.kind == ScoreKind::lead) {
         lintBreath(score, faults);
+        lintHighest(score, faults);
+    }
+    if (score.kind == ScoreKind::lead || score.kind == ScoreKind::bass) {
+        lintSteps(score, faults);
     }
     lintChords(score, faults);
     return faults;

@@ -22,6 +22,7 @@ struct Struck {
     int length = 0;           // sixteenths
     int velocity = 76;
     bool staccato = false;
+    int line = 0;
 };
 
 // What stands behind the length of a cell.
@@ -46,6 +47,7 @@ private:
     Score& score;
     Struck struck;
     int at = 0; // sixteenths
+    int line = 0;
     int level = 76;
 };
 
@@ -83,6 +85,7 @@ int velocityOf(const Touch& touch, int level)
 bool NoteReader::readBar(const ScoreBar& bar, std::string& error)
 {
     const int start = at;
+    line = bar.line;
     bool first = true;
     for (const auto cell : scoreCells(bar.text)) {
         const auto fault = readCell(cell, first);
@@ -145,7 +148,7 @@ std::string NoteReader::readStruck(std::string_view head, int length, std::strin
     if (!touch || (rest && !behind.empty())) {
         return quoted(behind) + " cannot stand behind a length";
     }
-    Struck next{{}, at, length, velocityOf(*touch, level), touch->staccato};
+    Struck next{{}, at, length, velocityOf(*touch, level), touch->staccato, line};
     const bool several = head.size() > 2 && head.front() == '[' && head.back() == ']';
     const auto names = several ? scoreCells(head.substr(1, head.size() - 2)) : std::vector{head};
     if (names.empty()) {
@@ -170,8 +173,8 @@ void NoteReader::finish()
     const double sounding = struck.staccato ? std::max(whole / 2, Score::sixteenth) : whole;
     for (const int number : struck.numbers) {
         score.notes.push_back({struck.start * Score::sixteenth, sounding - Score::gap,
-                               static_cast<std::uint8_t>(number),
-                               static_cast<std::uint8_t>(struck.velocity)});
+                               static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(struck.velocity),
+                               struck.line});
     }
     struck = {};
 }
@@ -180,7 +183,7 @@ void NoteReader::finish()
 
 bool readNotes(const std::vector<ScoreLine>& body, Score& score, std::string& error)
 {
-    const auto bars = fourBars(body, error);
+    const auto bars = fourBars(body, score.bodyLine, error);
     if (!bars) {
         return false;
     }

@@ -1,9 +1,11 @@
 #include "scores/ScoreParser.h"
 
+#include "base/Text.h"
 #include "scores/PitchNames.h"
 #include "scores/ScoreBody.h"
 #include "scores/ScoreText.h"
 
+#include <algorithm>
 #include <set>
 
 namespace volvelle {
@@ -19,7 +21,7 @@ public:
     bool read(const ScoreLine& line, std::string& error);
 
 private:
-    std::string take(std::string_view key, std::string_view value);
+    std::string take(std::string_view key, std::string_view value, int line);
     std::string takeDynamics(std::string_view value);
     std::string takeLowest(std::string_view value);
 
@@ -42,7 +44,7 @@ bool HeaderReader::read(const ScoreLine& line, std::string& error)
     } else if (!seen.emplace(key).second) {
         fault = quoted(key) + " stands twice";
     } else {
-        fault = take(key, value);
+        fault = take(key, value, line.number);
     }
     if (!fault.empty()) {
         error = atLine(line.number) + fault;
@@ -50,11 +52,12 @@ bool HeaderReader::read(const ScoreLine& line, std::string& error)
     return fault.empty();
 }
 
-std::string HeaderReader::take(std::string_view key, std::string_view value)
+std::string HeaderReader::take(std::string_view key, std::string_view value, int line)
 {
     const bool pattern = score.kind == ScoreKind::chordPattern;
     if (key == "title") {
         score.title = value;
+        score.titleLine = line;
     } else if (key == "style") {
         score.style = value;
     } else if (key == "machine" && value == "yes") {
@@ -119,6 +122,31 @@ bool readBody(const std::vector<ScoreLine>& body, const ScoreSettings& settings,
     }
 }
 
+std::string readHeader(const std::vector<ScoreLine>& head, Score& score, ScoreSettings& settings)
+{
+    HeaderReader reader(score, settings);
+    std::string error;
+    for (const ScoreLine& line : head) {
+        if (!reader.read(line, error)) {
+            break;
+        }
+    }
+    return error;
+}
+
+std::string faultOfOpening(const ScoreLine& opening, const Score& score)
+{
+    const auto place = atLine(opening.number);
+    if (opening.text != bodyLine(score.kind)) {
+        return concat(place, "the body opens with ", quoted(bodyLine(score.kind)), ", not ",
+                      quoted(opening.text));
+    }
+    if (score.title.empty()) {
+        return place + "the title is missing: write \"title: ...\" above";
+    }
+    return score.style.empty() ? place + "the style is missing: write \"style: ...\" above" : "";
+}
+
 } // namespace
 
 std::optional<Score> parseScore(std::string_view text, ScoreKind kind, std::string& error)
@@ -126,24 +154,22 @@ std::optional<Score> parseScore(std::string_view text, ScoreKind kind, std::stri
     Score score;
     score.kind = kind;
     ScoreSettings settings;
-    HeaderReader header(score, settings);
     const auto lines = scoreLines(text);
-    auto line = lines.begin();
-    for (; line != lines.end() && !opensBody(line->text); ++line) {
-        if (!header.read(*line, error)) {
-            return std::nullopt;
-        }
+    const auto opening = std::ranges::find_if(lines, opensBody, &ScoreLine::text);
+    auto fault = faultOfBytes(text);
+    if (fault.empty()) {
+        fault = readHeader({lines.begin(), opening}, score, settings);
     }
-    if (line == lines.end()) {
-        error = "the body is missing: there is no line \"" + bodyLine(kind) + "\"";
-    } else if (line->text != bodyLine(kind)) {
-        error = atLine(line->number) + "the body opens with \"" + bodyLine(kind) + "\", not " +
-                quoted(line->text);
-    } else if (score.title.empty()) {
-        error = "the title is missing";
-    } else if (score.style.empty()) {
-        error = "the style is missing";
-    } else if (readBody({line + 1, lines.end()}, settings, score, error)) {
+    if (fault.empty() && opening == lines.end()) {
+        fault =
+            concat(atLine(lineCount(text)), "the body is missing: there is no line ", quoted(bodyLine(kind)));
+    } else if (fault.empty()) {
+        score.bodyLine = opening->number;
+        fault = faultOfOpening(*opening, score);
+    }
+    if (!fault.empty()) {
+        error = fault;
+    } else if (readBody({opening + 1, lines.end()}, settings, score, error)) {
         return score;
     }
     return std::nullopt;

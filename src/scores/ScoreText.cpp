@@ -1,6 +1,11 @@
 #include "scores/ScoreText.h"
 
+#include "base/PlainText.h"
+
+#include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdio>
 
 namespace volvelle::scores {
 
@@ -40,6 +45,24 @@ std::vector<ScoreLine> scoreLines(std::string_view text)
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
+}
+
+std::string faultOfBytes(std::string_view text)
+{
+    const std::size_t good = utf8Length(text);
+    if (good == text.size()) {
+        return {};
+    }
+    std::array<char, 8> hex{};
+    std::snprintf(hex.data(), hex.size(), "%02X", static_cast<unsigned char>(text[good]));
+    return atLine(lineCount(text.substr(0, good + 1))) + "the byte " + hex.data() +
+           " is no UTF-8: save the score as UTF-8";
+}
+
+int lineCount(std::string_view text)
+{
+    const bool isEnded = text.empty() || text.back() == '\n';
+    return std::max(1, static_cast<int>(std::ranges::count(text, '\n')) + (isEnded ? 0 : 1));
 }
 
 std::vector<std::string_view> scoreCells(std::string_view text)

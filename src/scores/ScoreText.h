@@ -14,6 +14,12 @@ namespace volvelle::scores {
 // The lines that say something: comments (";") and blank lines are left out, blanks at both ends cut.
 std::vector<ScoreLine> scoreLines(std::string_view text);
 
+// A line about the first byte that is not UTF-8, empty where all of them are.
+std::string faultOfBytes(std::string_view text);
+
+// The number of lines, 1 at least.
+int lineCount(std::string_view text);
+
 // The text without blanks, tabs and carriage returns at both ends.
 std::string_view trimmed(std::string_view text);
 

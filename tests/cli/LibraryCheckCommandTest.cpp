@@ -144,6 +144,38 @@ TEST_F(LibraryCheck, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
                          "lib/Phrases2/09 basses/a.mid: '1003.mid' was expected here\n");
 }
 
+TEST_F(LibraryCheck, TheProjectsOwnScoresAreInOrder)
+{
+    const auto result = volvelle("library check '" VOLVELLE_SOURCE_DIR "/library'");
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+ phrases are in order\\.\n"));
+}
+
+TEST_F(LibraryCheck, AScoreIsHeldAgainstTheRules)
+{
+    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
+    write("scores/basses/001-a.score",
+          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n");
+    EXPECT_EQ(volvelle("library check scores/basses/001-a.score").output, "1 phrase is in order.\n");
+    write("scores/basses/001-a.score",
+          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F4:16=64 |\n| E1:16=65 |\n");
+    const auto result = volvelle("library check scores/basses/001-a.score");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "scores/basses/001-a.score: line 6, bar 3: F4 lies outside E0 to C2\n");
+    EXPECT_EQ(result.error, "1 problems in 1 phrases of 'scores/basses/001-a.score'.\n");
+}
+
+TEST_F(LibraryCheck, AFolderOfScoresIsHeldAgainstTheRulesAndNotMeasured)
+{
+    std::filesystem::create_directories(folder / "work/scores/drums");
+    const std::string missing = ": the folder cannot be read\n";
+    EXPECT_EQ(volvelle("library check scores").output,
+              "scores/chord-patterns" + missing + "scores/chords" + missing + "scores/leads" + missing +
+                  "scores/basses" + missing + "scores/drums: there are no scores in the folder\n");
+    EXPECT_EQ(volvelle("library check --ear scores").error,
+              "--ear measures compiled phrases: name the folder of Phrases and Phrases2.\n");
+}
+
 TEST_F(LibraryCheck, AMissingFolderIsTold)
 {
     std::filesystem::remove_all(folder / "work/lib/Phrases2/09 basses");

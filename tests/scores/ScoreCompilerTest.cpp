@@ -165,8 +165,9 @@ TEST_F(ScoreCompiler, AFaultyScoreIsReportedAndNothingChanges)
     write(scores() / "drums/001-b.score", "");
     write(leads() / "001.mid", "old");
     fs::copy_file(out() / "Phrases2/09 basses/001.mid", leads() / "009.mid");
-    EXPECT_EQ(compiled(), (Lines{"leads/001-kite.score: the body is missing: there is no line \"notes:\"",
-                                 "drums/001-b.score: the body is missing: there is no line \"drums:\""}));
+    EXPECT_EQ(compiled(),
+              (Lines{"leads/001-kite.score: line 1: the body is missing: there is no line \"notes:\"",
+                     "drums/001-b.score: line 1: the body is missing: there is no line \"drums:\""}));
     EXPECT_EQ(read(leads() / "001.mid"), "old");
     EXPECT_EQ(names(leads()), (Lines{"001.mid", "009.mid"}));
     fs::remove_all(out());

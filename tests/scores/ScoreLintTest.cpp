@@ -1,13 +1,23 @@
 #include "scores/ScoreLint.h"
 
+#include "tests/scores/ScoreTexts.h"
+
 #include <gtest/gtest.h>
 
 namespace volvelle {
 namespace {
 
+using test::head;
+using test::parsed;
 using Lines = std::vector<std::string>;
 
 constexpr double sixteenth = Score::sixteenth - Score::gap;
+
+std::string fewVelocities(int count)
+{
+    return "a played phrase has at least 6 velocities, not " + std::to_string(count) +
+           ": vary them, or write \"machine: yes\" above";
+}
 
 // A score of so many sixteenths, two to the beat, that no rule objects to.
 Score goodScore(ScoreKind kind, std::uint8_t number, int count)
@@ -16,6 +26,9 @@ Score goodScore(ScoreKind kind, std::uint8_t number, int count)
     score.kind = kind;
     for (int i = 0; i < count; ++i) {
         score.notes.push_back({i * 0.5, sixteenth, number, static_cast<std::uint8_t>(60 + i % 8)});
+    }
+    if (kind == ScoreKind::lead) {
+        score.notes.back().number += 3;
     }
     return score;
 }
@@ -103,7 +116,7 @@ TEST(ScoreLint, SixVelocitiesDifferUnlessAMachinePlays)
     for (auto& note : bass.notes) {
         note.velocity = 80;
     }
-    EXPECT_EQ(lintScore(bass), Lines{"a played phrase has at least 6 velocities, not 1"});
+    EXPECT_EQ(lintScore(bass), Lines{fewVelocities(1)});
     bass.machine = true;
     EXPECT_EQ(lintScore(bass), Lines{});
 }
@@ -158,6 +171,52 @@ TEST(ScoreLint, ALeadBreathesInEachPairOfBars)
               (Lines{"bars 1 and 2 hold no breath of a beat", "bars 3 and 4 hold no breath of a beat"}));
     lead.notes.erase(lead.notes.begin() + 4, lead.notes.begin() + 6);
     EXPECT_EQ(lintScore(lead), Lines{"bars 3 and 4 hold no breath of a beat"});
+}
+
+TEST(ScoreLint, ALeadHasOneHighestPoint)
+{
+    auto lead = goodLead();
+    lead.notes[2].number = 73;
+    EXPECT_EQ(lintScore(lead), Lines{"bar 3: C#4 is reached again: a lead has one highest point"});
+    EXPECT_EQ(lintScore(Score{}), (Lines{"a lead has 8 to 64 notes, not 0", fewVelocities(0)}));
+}
+
+TEST(ScoreLint, LeadsAndBassesTakeTwoSmallStepsAtMost)
+{
+    auto bass = goodScore(ScoreKind::bass, 36, 8);
+    bass.notes[1].number = 38;
+    EXPECT_EQ(lintScore(bass), Lines{});
+    bass.notes[7].number = 37;
+    EXPECT_EQ(lintScore(bass),
+              Lines{"bar 1: a third step of one or two semitones, at most 2: leap by three or more"});
+    bass.notes[7].number = 39;
+    EXPECT_EQ(lintScore(bass), Lines{});
+}
+
+TEST(ScoreLint, DrumsTurnInTheFourthBar)
+{
+    auto drums = goodScore(ScoreKind::drums, 36, 32);
+    EXPECT_EQ(lintScore(drums), Lines{"bar 4 is struck as bar 1 is: drums turn in the fourth bar"});
+    drums.notes.back().number = 38;
+    EXPECT_EQ(lintScore(drums), Lines{});
+}
+
+TEST(ScoreLint, FaultsOfATextAreToldWithTheLine)
+{
+    const std::string bar = "| E1:2=60 E1:2=61 E1:2=62 E1:2=63 r:8 |\n";
+    EXPECT_EQ(
+        lintScore(
+            parsed(head + "notes:\n" + bar + "\n| r:16 |\n| r:12 C#2:4=121 |\n" + bar, ScoreKind::bass)),
+        (Lines{"line 7, bar 3: C#2 lies outside E0 to C2",
+               "line 7, bar 3: the velocity 121 lies outside 15 to 120", "line 3: " + fewVelocities(5)}));
+    EXPECT_EQ(lintScore(parsed(head + "chords:\n| CM |\n| FM - FM . | GM | . |\n", ScoreKind::chordPattern)),
+              Lines{"line 5, bar 2: FM stands twice in a row"});
+    const std::string silence = "................|";
+    EXPECT_EQ(
+        lintScore(parsed(head + "drums:\nhat 42 |" + silence + "1234561234561234|1234561234561234|" +
+                             silence + "\nlow 26 |" + silence + silence + silence + "9...............|\n",
+                         ScoreKind::drums)),
+        Lines{"line 5, bar 4: key 26 lies outside key 27 to key 87"});
 }
 
 TEST(ScoreLint, ANoteHeldAcrossTheMiddleIsNoBreath)

@@ -55,6 +55,17 @@ TEST(ScoreHeader, AByteOrderMarkIsPassedOver)
               "T");
 }
 
+TEST(ScoreHeader, AByteThatIsNoUTF8IsNamedWhereverItStands)
+{
+    const std::string form = " is no UTF-8: save the score as UTF-8";
+    EXPECT_EQ(faultOf("title: Caf\xE9\n", ScoreKind::lead), "line 1: the byte E9" + form);
+    EXPECT_EQ(faultOf(head + "; \xC3\xA9 \xC3", ScoreKind::lead), "line 3: the byte C3" + form);
+    EXPECT_EQ(faultOf(head + "notes:\n" + rest + "\n\n\xFF", ScoreKind::lead), "line 7: the byte FF" + form);
+    EXPECT_EQ(
+        parsed("title: Caf\xC3\xA9\nstyle: S\nnotes:\n" + rest + rest + rest + rest, ScoreKind::lead).title,
+        "Caf\xC3\xA9");
+}
+
 TEST(ScoreHeader, EveryFaultIsOnePlainLine)
 {
     const auto lead = ScoreKind::lead;
@@ -66,8 +77,10 @@ TEST(ScoreHeader, EveryFaultIsOnePlainLine)
     EXPECT_EQ(faultOf("from: C2\n", lead), "line 1: the key \"from\" is not known here");
     EXPECT_EQ(faultOf("dynamics: mf\n", lead), "line 1: the key \"dynamics\" is not known here");
     EXPECT_EQ(faultOf("machine: no\n", lead), "line 1: \"machine\" is \"yes\" or left out");
-    EXPECT_EQ(faultOf("style: S\nnotes:\n", lead), "the title is missing");
-    EXPECT_EQ(faultOf("title: T\nnotes:\n", lead), "the style is missing");
+    EXPECT_EQ(faultOf("style: S\nnotes:\n", lead),
+              "line 2: the title is missing: write \"title: ...\" above");
+    EXPECT_EQ(faultOf("title: T\nnotes:\n", lead),
+              "line 2: the style is missing: write \"style: ...\" above");
 }
 
 TEST(ScoreHeader, AWrongPitchOrLevelOfAChordPatternIsAFault)
@@ -82,18 +95,18 @@ TEST(ScoreHeader, AWrongPitchOrLevelOfAChordPatternIsAFault)
 
 TEST(ScoreBody, TheOpeningWordFitsTheKind)
 {
-    EXPECT_EQ(faultOf(head, ScoreKind::lead), "the body is missing: there is no line \"notes:\"");
-    EXPECT_EQ(faultOf("", ScoreKind::drums), "the body is missing: there is no line \"drums:\"");
+    EXPECT_EQ(faultOf(head, ScoreKind::lead), "line 2: the body is missing: there is no line \"notes:\"");
+    EXPECT_EQ(faultOf("", ScoreKind::drums), "line 1: the body is missing: there is no line \"drums:\"");
     EXPECT_EQ(faultOf(head + "drums:\n", ScoreKind::chordPattern),
               "line 3: the body opens with \"chords:\", not \"drums:\"");
 }
 
 TEST(ScoreBody, FourBarsAreAPhraseAndNoOtherNumberIs)
 {
-    EXPECT_EQ(faultOf(head + "notes:\n", ScoreKind::lead), "the body has 0 bars, not 4");
-    EXPECT_EQ(faultOf(head + "notes:\n" + rest, ScoreKind::lead), "the body has 1 bar, not 4");
+    EXPECT_EQ(faultOf(head + "notes:\n", ScoreKind::lead), "line 3: the body has 0 bars, not 4");
+    EXPECT_EQ(faultOf(head + "notes:\n" + rest, ScoreKind::lead), "line 4: the body has 1 bar, not 4");
     EXPECT_EQ(faultOf(head + "notes:\n| r:16 | r:16 | r:16 |\n", ScoreKind::lead),
-              "the body has 3 bars, not 4");
+              "line 4: the body has 3 bars, not 4");
     EXPECT_EQ(faultOf(head + "notes:\n| r:16 | r:16 | r:16 | r:16 |\n" + rest, ScoreKind::lead),
               "line 5: a phrase has 4 bars, and this is one more");
     EXPECT_EQ(leadFault("r:16 |"), "line 4: a line of bars begins and ends with \"|\"");
@@ -141,7 +154,7 @@ TEST(ScoreNotes, ABarThatIsTooShortOrTooLongIsNamed)
     EXPECT_EQ(leadFault("| C3:15 |"), "line 4, bar 1: the cells add up to 15 sixteenths, not 16");
     EXPECT_EQ(leadFault("| C3:15 r:2 |"), "line 4, bar 1: the cells add up to 17 sixteenths, not 16");
     EXPECT_EQ(faultOf(head + "notes:\n" + rest + "\n; comment\n| r:15 |\n", ScoreKind::bass),
-              "the body has 2 bars, not 4");
+              "line 7: the body has 2 bars, not 4");
     EXPECT_EQ(faultOf(head + "notes:\n" + rest + "\n; comment\n| r:15 | r:16 |\n" + rest, ScoreKind::bass),
               "line 7, bar 2: the cells add up to 15 sixteenths, not 16");
 }
@@ -238,7 +251,9 @@ TEST(ScoreChords, EveryOtherFaultOfACellIsNamed)
     EXPECT_EQ(patternFault("| | . | . | . |"), "line 4, bar 1: a bar holds 1, 2, 4, 8 or 16 cells, not 0");
     EXPECT_EQ(patternFault("| . | . | . | . |"), "line 4, bar 1: there is no chord that could go on");
     EXPECT_EQ(patternFault("| Am | - | . | . |"), "line 4, bar 3: there is no chord that could go on");
-    EXPECT_EQ(patternFault("| Cmaj7 | . | . | . |"), "line 4, bar 1: \"Cmaj7\" is no chord name");
+    EXPECT_EQ(patternFault("| Cmaj7 | . | . | . |"),
+              "line 4, bar 1: \"Cmaj7\" is no chord name: a root, as C or F#, and one of 8 5 M m o + sus4 "
+              "-5 m6 7 m7 o7");
     EXPECT_EQ(patternFault("| Am/B | . | . | . |"), "line 4, bar 1: \"B\" is no tone of Am");
     EXPECT_EQ(patternFault("| Am/x | . | . | . |"), "line 4, bar 1: \"x\" is no tone of Am");
     EXPECT_EQ(patternFault("| Am=0 | . | . | . |"), "line 4, bar 1: \"0\" is no velocity from 1 to 127");
@@ -272,7 +287,7 @@ TEST(ScoreDrums, TheNineDigitsAreNineVelocities)
 TEST(ScoreDrums, EveryFaultOfARowIsNamed)
 {
     const std::string form = "line 4: a row of drums reads: NAME KEY |bar|bar|bar|bar|";
-    EXPECT_EQ(drumFault(""), "the body has no row of drums");
+    EXPECT_EQ(drumFault(""), "line 3: the body has no row of drums");
     EXPECT_EQ(drumFault("kick |" + emptyRow), form);
     EXPECT_EQ(drumFault("bass drum 36 |" + emptyRow), form);
     EXPECT_EQ(drumFault("kick 36"), form);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "scores/LintReport.h"
+
+#include <filesystem>
+
+// The rules of library/README.md. [any thread]
+namespace volvelle {
+
+// Holds all rules against a folder of the five folders of scores: those of each score, see lintScore(), the
+// names and numbers of the files, titles that stand once, bars that are nearly empty and basses on the first
+// beat.
+LintReport lintLibrary(const std::filesystem::path& library);
+
+// Holds the rules of one score against a file, which the folder that it lies in tells the kind of.
+LintReport lintScoreFile(const std::filesystem::path& file);
+
+} // namespace volvelle

@@ -1,0 +1,51 @@
+#include "scores/ChordName.h"
+#include "scores/ScoreLint.h"
+#include "tests/scores/ScoreTexts.h"
+
+#include <fstream>
+#include <iterator>
+
+// What library/README.md shows is what the compiler and the rules take.
+namespace volvelle {
+namespace {
+
+std::string readme()
+{
+    std::ifstream stream(VOLVELLE_SOURCE_DIR "/library/README.md", std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// What stands between the lines of three back quotes.
+std::vector<std::string> examples()
+{
+    const std::string words = readme();
+    const std::string fence = "```\n";
+    std::vector<std::string> found;
+    for (auto from = words.find(fence); from != std::string::npos;) {
+        from += fence.size();
+        const auto to = words.find(fence, from);
+        found.push_back(words.substr(from, to - from));
+        from = words.find(fence, to + fence.size());
+    }
+    return found;
+}
+
+TEST(LibraryReadme, ItsExamplesKeepTheRules)
+{
+    const auto shown = examples();
+    constexpr ScoreKind kinds[] = {ScoreKind::chordPattern, ScoreKind::chords, ScoreKind::lead,
+                                   ScoreKind::drums};
+    ASSERT_EQ(shown.size(), std::size(kinds) + 1);
+    for (std::size_t i = 0; i < std::size(kinds); ++i) {
+        EXPECT_EQ(lintScore(test::parsed(shown[0] + shown[i + 1], kinds[i])), std::vector<std::string>{})
+            << shown[i + 1];
+    }
+}
+
+TEST(LibraryReadme, ItNamesTheChordsThatAreFoundAgain)
+{
+    EXPECT_NE(readme().find("`" + scores::chordTypes() + "`"), std::string::npos) << scores::chordTypes();
+}
+
+} // namespace
+} // namespace volvelle
