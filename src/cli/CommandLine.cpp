@@ -6,7 +6,6 @@
 #include "base/Text.h"
 #include "cli/CommandOutput.h"
 #include "cli/GenerateCommand.h"
-#include "cli/IdeaFile.h"
 #include "cli/InspectCommand.h"
 #include "cli/LibraryCheckCommand.h"
 #include "cli/LibraryCompileCommand.h"
@@ -185,7 +184,9 @@ void addRender(CLI::App& app, Request& request, char** argv)
                                    "Example: volvelle render Idea.mid --out Idea.flac");
     RenderOptions& options = request.render;
     command.add_option("FILE", options.file, "the MIDI file")->required()->option_text("F.mid (required)");
-    command.add_option("--out", options.out, "the file to write or replace: .wav, .flac or .ogg")
+    command
+        .add_option("--out", options.out,
+                    "the file to write or replace: .wav, .flac or .ogg; \"-\" for WAV on standard output")
         ->required()
         ->option_text("F (required)");
     command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
@@ -207,7 +208,8 @@ void addRender(CLI::App& app, Request& request, char** argv)
 int run(const Request& request)
 {
     StandardOutputSink sink;
-    const bool isFree = request.generate.out != IdeaFile::standardOutput;
+    const bool isFree =
+        request.generate.out != standardOutputName && request.render.out != standardOutputName;
     if (request.common.verbose && isFree) {
         console().setSink(&sink);
     }

@@ -12,6 +12,9 @@ inline constexpr int exitDone = 0;
 inline constexpr int exitFailed = 1;
 inline constexpr int exitUsage = 2;
 
+// The name of a file to write that is none: its bytes go to standard output, alone.
+inline constexpr const char* standardOutputName = "-";
+
 // What a command says: results and remarks on standard output, failures on standard error. [main thread]
 class CommandOutput {
 public:

@@ -17,7 +17,7 @@ std::string misuseOf(const GenerateOptions& options)
     if (!options.out) {
         return "";
     }
-    if (options.out == IdeaFile::standardOutput) {
+    if (options.out == standardOutputName) {
         return options.count == 1 ? "" : "Standard output takes one idea: leave --count out.";
     }
     return IdeaFile::misuseOf(*options.out);
@@ -64,7 +64,7 @@ int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& 
     if (!file.write(*data, error)) {
         return output.failure(error);
     }
-    if (options.out != IdeaFile::standardOutput) {
+    if (options.out != standardOutputName) {
         report(file.name(), generator, options.count, output);
     }
     return exitDone;

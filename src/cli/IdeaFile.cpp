@@ -1,6 +1,7 @@
 #include "cli/IdeaFile.h"
 
 #include "base/Text.h"
+#include "cli/CommandOutput.h"
 #include "services/files/FileFailure.h"
 #include "services/files/NewFile.h"
 #include "services/files/SafeFile.h"
@@ -42,7 +43,7 @@ fs::path withEnding(const fs::path& file, bool isNumbered)
     const std::string ending = endingOf(file);
     const bool isWhole =
         ending == ".mid" || ending == ".midi" || !file.has_filename() || (!isNumbered && keepsName(file));
-    return isWhole || file == IdeaFile::standardOutput ? file : fs::path(file.string() + ".mid");
+    return isWhole || file == standardOutputName ? file : fs::path(file.string() + ".mid");
 }
 
 // A link counts, whatever it leads to.
@@ -75,7 +76,7 @@ std::string IdeaFile::misuseOf(const fs::path& out)
 
 bool IdeaFile::write(std::span<const std::uint8_t> data, std::string& error)
 {
-    if (base == standardOutput) {
+    if (base == standardOutputName) {
         file = "standard output";
         const int failed = writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
         error = writeFailure(file, failed);

@@ -12,9 +12,7 @@ namespace volvelle {
 // "New MIDI Idea.mid", "New MIDI Idea 2.mid" and so on. Several ideas are numbered from 1.
 class IdeaFile {
 public:
-    static constexpr const char* standardOutput = "-";
-
-    // `out` is a name, standardOutput, or no value for a free name.
+    // `out` is a name, standardOutputName, or no value for a free name.
     IdeaFile(const std::optional<std::filesystem::path>& out, bool isNumbered);
 
     // A plain line where the name is that of another kind of file, else nothing.

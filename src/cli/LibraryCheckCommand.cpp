@@ -2,10 +2,10 @@
 
 #include "base/Checked.h"
 #include "base/Console.h"
-#include "base/FatalStop.h"
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/EarMeasure.h"
+#include "cli/StopContext.h"
 #include "phrases/MIDIPhrases.h"
 #include "scores/LibraryLint.h"
 #include "scores/PhraseFolders.h"
@@ -50,33 +50,6 @@ public:
 
 private:
     ConsoleSink* next;
-};
-
-fs::path phraseThatLoads; // for the final step
-
-FinalStep stepBefore = nullptr;
-
-void tellPhraseAndStop()
-{
-    CommandOutput(false).failure(concat("This stop came while '", phraseThatLoads.string(), "' was loaded."));
-    if (stepBefore != nullptr) {
-        stepBefore();
-    }
-}
-
-// Lets a fatal stop tell the phrase, for its lifetime.
-class StopNames {
-public:
-    explicit StopNames(const fs::path& phrase)
-    {
-        phraseThatLoads = phrase;
-        stepBefore = setFinalStep(tellPhraseAndStop);
-    }
-
-    ~StopNames() { setFinalStep(stepBefore); }
-
-    StopNames(const StopNames&) = delete;
-    StopNames& operator=(const StopNames&) = delete;
 };
 
 // "12.mid" is 12; what is no number stands behind all numbers.
@@ -158,7 +131,7 @@ void checkChords(const MIDIChordPhrase& phrase, const std::string& place, std::v
 
 std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
 {
-    const StopNames stops(file);
+    const StopContext context(file);
     if (kind == ScoreKind::chordPattern) {
         const auto chords = MIDIChordPhrase::make();
         chords->isMasterTrack = true;

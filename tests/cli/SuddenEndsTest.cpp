@@ -1,6 +1,7 @@
 #include "cli/SuddenEnds.h"
 
 #include "base/FatalStop.h"
+#include "cli/StopContext.h"
 #include "services/files/NewFile.h"
 #include "tests/cli/ProgramRun.h"
 
@@ -57,6 +58,27 @@ TEST_F(SuddenEndsDeathTest, AFatalStopLeavesNoFileBehind)
     EXPECT_EXIT(
         {
             beginFile();
+            fatalStop("stopped");
+        },
+        ExitedWithCode(1), "^stopped\n$");
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(SuddenEndsDeathTest, AFatalStopNamesTheFileThatIsLoaded)
+{
+    EXPECT_EXIT(
+        {
+            beginFile();
+            const StopContext context("b.mid");
+            fatalStop("stopped");
+        },
+        ExitedWithCode(1), "^stopped\nThat stopped the loading of 'b.mid'.\n$");
+    EXPECT_EXIT(
+        {
+            beginFile();
+            {
+                const StopContext context("b.mid");
+            }
             fatalStop("stopped");
         },
         ExitedWithCode(1), "^stopped\n$");

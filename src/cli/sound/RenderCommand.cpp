@@ -41,7 +41,8 @@ int runRender(const RenderOptions& options, CommandOutput& output)
     }
     std::string error;
     AudioFileWriter writer;
-    if (!writer.open(options.out, {options.rate}, error)) {
+    const bool isNamed = options.out != standardOutputName;
+    if (!writer.open(isNamed ? options.out : "standard output", {options.rate, !isNamed}, error)) {
         return output.failure(error);
     }
     Mixdown mixdown(std::move(data), renderParts(sequence, coresOf(options)), options.bank, coresOf(options));
@@ -52,6 +53,9 @@ int runRender(const RenderOptions& options, CommandOutput& output)
     const double seconds = static_cast<double>(writer.length()) / AudioSource::sampleRate;
     if (!writer.finish(error)) {
         return output.failure(error);
+    }
+    if (!isNamed) {
+        return exitDone;
     }
     output.remark(
         concat("Wrote '", options.out.string(), "': ", std::round(seconds * 10.0) / 10.0, " seconds."));

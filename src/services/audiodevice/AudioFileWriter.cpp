@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <optional>
 #include <sndfile.h>
+#include <unistd.h>
 #include <vector>
 
 namespace volvelle {
@@ -70,14 +71,16 @@ std::int64_t AudioFileWriter::length() const
 bool AudioFileWriter::open(const std::filesystem::path& path, const Options& options, std::string& error)
 {
     file = nullptr;
-    const auto format = AudioFileFormat::of(path, options.rate, error);
+    const auto format = AudioFileFormat::of(options.isStandardOutput ? "a.wav" : path, options.rate, error);
     if (!format) {
         return fail(error, error);
     }
     file = std::make_unique<File>();
     file->path = path;
     file->format = *format;
-    if (!file->target.create(path)) {
+    const bool isCreated =
+        options.isStandardOutput ? file->target.createFor(STDOUT_FILENO) : file->target.create(path);
+    if (!isCreated) {
         return fail(error, lineOfFailure());
     }
     SF_INFO information = {};

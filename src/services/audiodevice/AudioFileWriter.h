@@ -10,13 +10,15 @@
 namespace volvelle {
 
 // Writes stereo audio of 48,000 Hz into a WAV, FLAC or OGG file at a rate of choice. The file grows beside
-// its target under another name and takes its place in finish(); until then, and on any failure, an existing
-// file is as it was, and nothing is left of a file that was not finished. Each operation gives false with one
-// plain line in `error`, and after a failure all that follow fail with the same line. [one thread]
+// its target under another name and takes its place in finish(), where a device or a pipe gets its bytes;
+// until then, and on any failure, an existing file is as it was, and nothing is left of a file that was not
+// finished. Each operation gives false with one plain line in `error`, and after a failure all that follow
+// fail with the same line. [one thread]
 class AudioFileWriter {
 public:
     struct Options {
-        int rate = 48'000; // Hz
+        int rate = 48'000;             // Hz
+        bool isStandardOutput = false; // a WAV file there; the path is but its name in messages
     };
 
     AudioFileWriter();

@@ -73,6 +73,7 @@ NewFile::~NewFile()
 bool NewFile::create(const std::filesystem::path& path)
 {
     drop();
+    outlet = -1;
     target = path;
     struct stat existing = {};
     const bool exists = stat(target.c_str(), &existing) == 0;
@@ -87,6 +88,16 @@ bool NewFile::create(const std::filesystem::path& path)
         error = EACCES;
     }
     return error == 0 && keep(openFree());
+}
+
+bool NewFile::createFor(int descriptorOfCaller)
+{
+    drop();
+    outlet = descriptorOfCaller;
+    isDirect = true;
+    error = 0;
+    descriptor = openNameless();
+    return keep(descriptor >= 0);
 }
 
 bool NewFile::openFree()
@@ -159,14 +170,20 @@ bool NewFile::takePlace(bool overwrite)
     return error == 0;
 }
 
+int NewFile::openTarget() const
+{
+    return outlet >= 0 ? fcntl(outlet, F_DUPFD_CLOEXEC, 0)
+                       : open(target.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+}
+
 int NewFile::copyIntoTarget()
 {
-    const int opened = open(target.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
-    if (opened < 0 || lseek(descriptor, 0, SEEK_SET) != 0) {
+    const int opened = openTarget();
+    if (opened < 0) {
         return errno;
     }
     std::array<char, 65536> bytes{};
-    int failed = 0;
+    int failed = seek(0, SEEK_SET) == 0 ? 0 : error;
     ssize_t count = 0;
     while (failed == 0 && (count = ::read(descriptor, bytes.data(), bytes.size())) > 0) {
         failed = writeAll(opened, bytes.data(), count);

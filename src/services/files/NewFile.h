@@ -20,6 +20,9 @@ public:
     // folder (EISDIR), a file that may not be written (EACCES) and a circle of links (ELOOP) are refused.
     bool create(const std::filesystem::path& target);
 
+    // Begins anew for an open descriptor of the caller's, which the bytes are copied to.
+    bool createFor(int outlet);
+
     bool write(const void* bytes, std::int64_t count);
 
     // Each -1 where it fails.
@@ -40,6 +43,7 @@ public:
 private:
     bool openFree();
     bool openNew();
+    int openTarget() const;
     int copyIntoTarget();
     bool takeMode();
     bool takeName(bool overwrite);
@@ -50,7 +54,8 @@ private:
     int descriptor = -1;
     int slot = -1; // among the files that are being written
     int error = 0;
-    bool isDirect = false; // a device or a pipe
+    bool isDirect = false; // a device, a pipe or an open descriptor
+    int outlet = -1;       // that descriptor
 };
 
 // Writes everything, 0 or the system's number of the failure.

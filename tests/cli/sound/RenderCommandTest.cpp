@@ -115,7 +115,7 @@ TEST_F(Render, FailuresAreOneLineAndLeaveNothing)
     EXPECT_EQ(bank.error, "The sound bank 'nobank.sf2' could not be loaded.\n");
     const auto folder = volvelle("render small.mid --out nowhere/x.wav");
     EXPECT_EQ(folder.status, 1);
-    EXPECT_EQ(std::ranges::count(folder.error, '\n'), 1);
+    EXPECT_EQ(folder.error, "'nowhere/x.wav' could not be written: its folder does not exist.\n");
     EXPECT_EQ(read("old.wav"), "old");
     EXPECT_THAT(names(), ElementsAre("old.wav", "rubbish.mid", "small.mid"));
 }
@@ -137,6 +137,37 @@ TEST_F(Render, AnInterruptionLeavesWhatStoodThereAndNothingElse)
     EXPECT_EQ(render.waitForEnd(), 128 + SIGINT);
     EXPECT_EQ(read("old.wav"), "old");
     EXPECT_THAT(names(), ElementsAre("long.mid", "old.wav", "small.mid"));
+}
+
+TEST_F(Render, APipeGetsWhatAFileWouldGet)
+{
+    ASSERT_EQ(volvelle("render small.mid --out file.wav").status, 0);
+    const auto named =
+        shell("mkfifo pipe.wav && cat pipe.wav >got.wav & while ! test -p pipe.wav; do :; done; "
+              "\"$VOLVELLE\" render small.mid --out pipe.wav && wait");
+    EXPECT_EQ(named.status, 0) << named.error;
+    EXPECT_TRUE(read("got.wav") == read("file.wav"));
+    const auto piped = shell("\"$VOLVELLE\" render small.mid --out - --verbose | cat");
+    EXPECT_TRUE(piped.output == read("file.wav"));
+    EXPECT_EQ(piped.error, "");
+    write("more.wav", "begin");
+    shell("exec \"$VOLVELLE\" render small.mid --out - >>more.wav");
+    EXPECT_TRUE(read("more.wav") == "begin" + read("file.wav"));
+    const auto full = shell("exec \"$VOLVELLE\" render small.mid --out - >/dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.error, "'standard output' could not be written: the device is full.\n");
+}
+
+TEST_F(Render, AFileWithoutAnyTrackIsOnePlainLine)
+{
+    using namespace std::string_literals;
+    write("none.mid", "MThd\0\0\0\6\0\1\0\0\0\x60"s);
+    for (const char* arguments : {"render none.mid --out none.wav", "play none.mid"}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'none.mid' holds no track.\n");
+    }
+    EXPECT_THAT(names(), ElementsAre("none.mid", "small.mid"));
 }
 
 TEST_F(Render, UsageIsStatusTwo)
