@@ -2,13 +2,10 @@
 
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiograph/AUAudioUnit.h"
-#include "services/soundunits/PortQueue.h"
-#include "services/soundunits/PortSounds.h"
+#include "services/soundunits/PortSender.h"
 
-#include <atomic>
 #include <memory>
 #include <span>
-#include <thread>
 
 namespace volvelle {
 
@@ -18,12 +15,12 @@ namespace volvelle {
 class MIDIPortUnit : public AUAudioUnit {
 public:
     MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> port);
-    // Sends what is on its way at once, then the ends of all notes that sound and pedals that are down.
-    // [main thread]
+    // Sends what is on its way at once, then the ends of all notes that sound and pedals that are down. A
+    // port whose sending does not come back is left after a while. [main thread]
     ~MIDIPortUnit() override;
 
     // True once the port refused a message. [any thread]
-    bool isLost() const { return lost.load(std::memory_order_relaxed); }
+    bool isLost() const { return sender->isLost(); }
 
     void reset() noexcept override;
 
@@ -32,19 +29,7 @@ protected:
                      std::span<const AUMIDIRenderEvent> events) noexcept override;
 
 private:
-    using Moment = PortQueue::Moment;
-
-    void sendAll();
-    void waitUntil(Moment due) const;
-    void send(std::span<const std::uint8_t> message);
-    void endAll();
-
-    const std::unique_ptr<MIDIOutput> port; // sender thread
-    PortSounds sounds;                      // sender thread: what sounds at the port
-    PortQueue queue;                        // render thread to sender thread
-    std::atomic<bool> lost{false};
-    std::atomic<bool> ended{false};
-    std::thread sender;
+    const std::shared_ptr<PortSender> sender;
 };
 
 // The component behind which a MIDI port stands, for an AVAudioUnitMIDIInstrument.

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 
 namespace volvelle {
 namespace {
@@ -158,6 +159,50 @@ struct SlowPort : MIDIOutput {
     std::vector<Bytes>& sent;
     std::atomic<bool>& free;
 };
+
+// A port whose sending does not come back before it may, and that tells its own end.
+struct StuckPort : MIDIOutput {
+    struct Signals {
+        std::atomic<bool> isEntered{false};
+        std::atomic<bool> mayGoOn{false};
+        std::atomic<bool> isClosed{false};
+    };
+
+    explicit StuckPort(Signals& of) : signals(of) {}
+
+    ~StuckPort() override
+    {
+        signals.isClosed = true;
+        signals.isClosed.notify_all();
+    }
+
+    bool send(std::span<const std::uint8_t>, std::string&) override
+    {
+        signals.isEntered = true;
+        signals.isEntered.notify_all();
+        signals.mayGoOn.wait(false);
+        return true;
+    }
+
+    std::string name() const override { return "Stuck"; }
+
+    Signals& signals;
+};
+
+TEST_F(MIDIPort, APortWhoseSendingDoesNotComeBackIsLeft)
+{
+    StuckPort::Signals signals;
+    auto sender = PortSender::make(std::make_unique<StuckPort>(signals));
+    const Bytes note{0x90, 60, 100};
+    EXPECT_TRUE(sender->queue.push({}, note));
+    signals.isEntered.wait(false);
+    sender->end(std::chrono::milliseconds(1));
+    sender = nullptr;
+    EXPECT_FALSE(signals.isClosed); // its thread still needs it
+    signals.mayGoOn = true;
+    signals.mayGoOn.notify_all();
+    signals.isClosed.wait(false);
+}
 
 TEST_F(MIDIPort, EachNoteEndsWhereAPortIsTooSlowForAll)
 {
