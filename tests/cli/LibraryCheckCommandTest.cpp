@@ -1,3 +1,4 @@
+#include "scores/PhraseFolders.h"
 #include "scores/ScoreCompiler.h"
 #include "scores/ScoreKind.h"
 #include "scores/ScoreWriter.h"
