@@ -1,6 +1,7 @@
 #pragma once
 
 #include "wire/DeviceChannels.h"
+#include "wire/ExclusiveMemory.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,13 +26,21 @@ public:
     // What the messages before `seconds` have set. [any thread]
     void find(double seconds, DeviceChannels& channels) const noexcept;
 
-    // Calls visit(number) for the exclusives before `seconds` that still count, in their order. [any thread]
+    // Calls visit(number) for the exclusives before `seconds` that still count, in their order: the last
+    // reset, and the newest settings behind it, as many as an ExclusiveMemory takes. [any thread]
     template <typename Visit>
     void forEachExclusive(double seconds, Visit&& visit) const
     {
         const std::size_t count = exclusivesBefore(seconds);
-        for (std::size_t i = count == 0 ? 0 : exclusives[count - 1].lastReset; i < count; ++i) {
-            if (exclusives[i].replacedBy >= count) {
+        const std::size_t first = count == 0 ? 0 : exclusives[count - 1].lastReset;
+        std::size_t live = 0;
+        for (std::size_t i = first; i < count; ++i) {
+            live += exclusives[i].replacedBy >= count ? 1U : 0U;
+        }
+        std::size_t left = live;
+        for (std::size_t i = first; i < count; ++i) {
+            if (exclusives[i].replacedBy >= count &&
+                (left-- < ExclusiveMemory::maximumMessages || i == first)) {
                 visit(exclusives[i].number);
             }
         }

@@ -273,7 +273,10 @@ void ChannelState::tellControllers(int channel, ChannelMessages& messages) const
 void ChannelState::tellParameters(int channel, ChannelMessages& messages) const noexcept
 {
     ParameterTelling telling(channel, messages);
-    for (const ChannelParameter& told : std::span(parameters).first(parameterCount)) {
+    const auto known = std::span(parameters).first(parameterCount);
+    const auto bank = std::ranges::find(known, tuningBankSelect, &ChannelParameter::number);
+    const std::int8_t tuningBankNow = bank == known.end() ? unset : bank->high;
+    for (const ChannelParameter& told : known) {
         if (told.high == unset && told.low == unset) {
             continue;
         }
@@ -281,6 +284,9 @@ void ChannelState::tellParameters(int channel, ChannelMessages& messages) const 
             telling.tell({tuningBankSelect, tuningBank, 0, unset});
         }
         telling.tell(told);
+        if (told.number == tuningProgram && tuningBankNow != unset) {
+            telling.tell({tuningBankSelect, tuningBankNow, 0, unset});
+        }
     }
     telling.bringLow(controllers[dataLow]);
     telling.select(selected());

@@ -27,7 +27,7 @@ void ExclusiveMemory::apply(std::span<const std::uint8_t> message) noexcept
         remove(static_cast<std::size_t>(same - entries.begin()));
     }
     while (entries.size() == maximumMessages || bytes.size() + message.size() > maximumBytes) {
-        remove(0);
+        remove(!entries.empty() && entries.front().key == 0 && entries.size() > 1 ? 1 : 0);
     }
     entries.push_back({key, bytes.size(), message.size()});
     bytes.insert(bytes.end(), message.begin(), message.end());

@@ -88,9 +88,9 @@ std::size_t addressLength(Bytes message)
     }
 }
 
-std::uint64_t mixed(std::uint64_t key, std::uint8_t byte)
+std::uint64_t mixed(std::uint64_t key, std::size_t value)
 {
-    return (key ^ byte) * 1099511628211U;
+    return (key ^ value) * 1099511628211U;
 }
 
 } // namespace
@@ -113,7 +113,7 @@ std::uint64_t settingKey(Bytes message) noexcept
     if (effectOf(message) != ExclusiveEffect::setting) {
         return 0;
     }
-    std::uint64_t key = mixed(14695981039346656037U, static_cast<std::uint8_t>(message.size()));
+    std::uint64_t key = mixed(14695981039346656037U, message.size());
     for (const std::uint8_t byte : message.first(addressLength(message))) {
         key = mixed(key, byte);
     }

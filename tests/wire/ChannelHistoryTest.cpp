@@ -143,6 +143,30 @@ TEST(ChannelHistory, AResetBringsAllChannelsBack)
     EXPECT_EQ(found[0].controller(7), 35);
 }
 
+TEST(ChannelHistory, OfVeryManySettingsTheNewestAreTold)
+{
+    ChannelHistory history;
+    history.addExclusive(0.0, generalMIDIOn, 0);
+    for (std::uint32_t i = 1; i <= 1000; ++i) {
+        Bytes bytes{0xF0,
+                    0x41,
+                    0x10,
+                    0x42,
+                    0x12,
+                    0x40,
+                    static_cast<std::uint8_t>(i / 128),
+                    static_cast<std::uint8_t>(i % 128)};
+        bytes.resize(12);
+        bytes.push_back(0xF7);
+        history.addExclusive(1.0, bytes, i);
+    }
+    const std::vector<std::uint32_t> found = exclusivesAt(history, 2.0);
+    ASSERT_EQ(found.size(), ExclusiveMemory::maximumMessages + 1);
+    EXPECT_EQ(found[0], 0U);
+    EXPECT_EQ(found[1], 1000 - ExclusiveMemory::maximumMessages + 1);
+    EXPECT_EQ(found.back(), 1000U);
+}
+
 TEST(ChannelHistory, OfExclusivesTheLastResetAndTheLastOfEachSettingBehindItCount)
 {
     const ChannelHistory history = historyOf({{0.0, masterVolume(1)},

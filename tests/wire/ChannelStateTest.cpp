@@ -185,7 +185,8 @@ TEST(ChannelState, ATuningProgramKeepsTheBankThatWasSelectedForIt)
     const auto bank = std::ranges::find(lines, "B2 64 04");
     EXPECT_EQ(*(bank + 1), "B2 06 02");
     const auto own = std::find(bank + 1, lines.end(), "B2 64 04");
-    EXPECT_EQ(Lines(own, own + 5), (Lines{"B2 64 04", "B2 06 01", "B2 65 00", "B2 64 03", "B2 06 07"}));
+    EXPECT_EQ(Lines(own, own + 8), (Lines{"B2 64 04", "B2 06 01", "B2 65 00", "B2 64 03", "B2 06 07",
+                                          "B2 65 00", "B2 64 04", "B2 06 02"}));
 }
 
 TEST(ChannelState, AKeyToGlideFromWaitsForTheNextNote)

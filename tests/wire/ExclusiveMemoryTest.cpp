@@ -62,6 +62,18 @@ TEST(ExclusiveMemory, WhereItIsFullTheOldestGo)
     EXPECT_EQ(held(memory).back(), setting(0, 16));
 }
 
+TEST(ExclusiveMemory, TheResetStaysWhereSettingsGo)
+{
+    ExclusiveMemory memory;
+    memory.apply(reset);
+    for (std::size_t i = 0; i < ExclusiveMemory::maximumMessages; ++i) {
+        memory.apply(setting(static_cast<std::uint8_t>(i % 128), 12 + i / 128));
+    }
+    ASSERT_EQ(memory.size(), ExclusiveMemory::maximumMessages);
+    EXPECT_EQ(held(memory)[0], reset);
+    EXPECT_EQ(held(memory)[1], setting(1));
+}
+
 TEST(ExclusiveMemory, TheOldestMakeRoomForTheBytesOfNewOnes)
 {
     ExclusiveMemory memory;

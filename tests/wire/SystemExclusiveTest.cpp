@@ -88,6 +88,9 @@ TEST(SystemExclusive, SettingsOfOneAddressTakeTheirPlacesAndOthersDoNot)
     Bytes longer = second;
     longer.insert(longer.end() - 1, 0x00);
     EXPECT_NE(settingKey(second), settingKey(longer));
+    Bytes longByPage = second;
+    longByPage.insert(longByPage.end() - 1, 256, 0x00);
+    EXPECT_NE(settingKey(second), settingKey(longByPage));
 }
 
 TEST(SystemExclusive, DeviceControlsAreToldApartByTheirKind)

@@ -13,8 +13,8 @@ namespace {
 
 constexpr float inaudible = 1.0e-6F; // -120 dB
 
-// Frames after which the slow swings of the synthesizer's chorus and reverb repeat: five seconds.
-constexpr std::int64_t effectPeriod = 240'000;
+// Frames after which the slow swings of the synthesizer's chorus and reverb repeat: ten seconds.
+constexpr std::int64_t effectPeriod = 480'000;
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "cli/sound/RenderPart.h"
 
+#include "cli/sound/BoundSpans.h"
+
 #include "services/audiodevice/AudioSink.h"
 #include "services/audiograph/SequencerEvents.h"
 #include "wire/DeviceChannels.h"
@@ -39,56 +41,6 @@ double lengthOf(const SequencerEvents& events)
     }
     return events.tempo.seconds(beats);
 }
-
-// Where a sostenuto pedal is down: which notes it holds is not known to a part that begins there.
-class SostenutoSpans {
-public:
-    explicit SostenutoSpans(const SequencerEvents& events)
-    {
-        DeviceChannels channels;
-        for (const SequencerState& state : events.states) {
-            if (state.isExclusive()) {
-                channels.apply(ExclusiveChange::of(events.longMessages[state.longIndex]));
-            } else {
-                channels.apply(state.bytes);
-            }
-            const bool isDown = isDownIn(channels, state);
-            if (isDown != (!changes.empty() && changes.back().isDown)) {
-                changes.push_back({state.seconds, isDown});
-            }
-        }
-    }
-
-    bool holds(double seconds) const
-    {
-        const auto behind = std::ranges::upper_bound(changes, seconds, {}, &Change::seconds);
-        return behind != changes.begin() && (behind - 1)->isDown;
-    }
-
-private:
-    struct Change {
-        double seconds = 0.0;
-        bool isDown = false;
-    };
-
-    bool isDownIn(const DeviceChannels& channels, const SequencerState& state) const
-    {
-        constexpr int sostenuto = 66;
-        const bool isController = kindOf(state.bytes) == 0xB0;
-        const bool mayChange =
-            state.isExclusive() || (isController && (state.bytes[1] == sostenuto || state.bytes[1] == 121));
-        if (!mayChange) {
-            return !changes.empty() && changes.back().isDown;
-        }
-        bool isDown = false;
-        for (int channel = 0; channel < channelCount; ++channel) {
-            isDown = isDown || channels[channel].controller(sostenuto) >= 64;
-        }
-        return isDown;
-    }
-
-    std::vector<Change> changes;
-};
 
 // The notes of a track by their place, so that they can be put back changed.
 struct PlacedNote {
@@ -192,12 +144,12 @@ OSStatus keepNotesOf(const RenderPart& part, const MusicTrack& track)
     return status;
 }
 
-// The first beat from `beat` on where no sostenuto pedal is down, else that beat.
-double seamFrom(double beat, const SequencerEvents& events, const SostenutoSpans& held)
+// The first beat from `beat` on where no note hangs on others, else that beat.
+double seamFrom(double beat, const SequencerEvents& events, const BoundSpans& bound)
 {
     constexpr double farthest = 32.0; // beats
     for (double seam = beat; seam < beat + farthest; seam += 1.0) {
-        if (!held.holds(events.tempo.seconds(seam))) {
+        if (!bound.holds(events.tempo.seconds(seam))) {
             return seam;
         }
     }
@@ -214,10 +166,10 @@ std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
     }
     const double seconds = lengthOf(events);
     const int count = numberOfParts(seconds, cores);
-    const SostenutoSpans held(events);
+    const BoundSpans bound(events);
     std::vector<RenderPart> parts(1);
     for (int i = 1; i < count; ++i) {
-        const double beat = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, held);
+        const double beat = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, bound);
         const double block = std::floor(events.tempo.seconds(beat) * blocksPerSecond);
         RenderPart part;
         part.beginBlock = static_cast<std::int64_t>(block);

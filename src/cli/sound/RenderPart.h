@@ -24,8 +24,8 @@ struct RenderPart {
 };
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
-// that can be one without a sostenuto pedal down, and lasts some ten seconds to five minutes. Empty where the
-// piece cannot be read. [any thread]
+// that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
+// where the piece cannot be read. [any thread]
 std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,

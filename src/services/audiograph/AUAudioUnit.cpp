@@ -77,6 +77,7 @@ OSStatus AUAudioUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t d
     }
     OutsideMessage message;
     message.offset = std::min<std::uint32_t>(sampleOffset, static_cast<std::uint32_t>(maximumOffset));
+    message.era = era.load(std::memory_order_relaxed);
     message.bytes[0] = static_cast<std::uint8_t>(status);
     message.bytes[1] = static_cast<std::uint8_t>(data1);
     message.bytes[2] = static_cast<std::uint8_t>(data2);
@@ -170,12 +171,22 @@ void AUAudioUnit::takeOutsideMessages() noexcept
 {
     OutsideMessage message;
     while (outside.pop(message)) {
-        scheduleMIDIEvent(message.offset, 0, message.length, message.bytes);
+        if (message.era == heardEra) {
+            scheduleMIDIEvent(message.offset, 0, message.length, message.bytes);
+        }
     }
+}
+
+void AUAudioUnit::beginAnew() noexcept
+{
+    heardEra = era.load(std::memory_order_acquire);
+    line.clear();
+    reset();
 }
 
 void AUAudioUnit::setInPlan(bool isIn) noexcept
 {
+    heardEra = era.load(std::memory_order_acquire);
     line.clear();
     if (!isIn) {
         reset();

@@ -85,6 +85,9 @@ public:
     // and whenever it is edited. [main thread]
     virtual void housekeeping() {}
 
+    // The engine has stopped: what was sent so far and waits is not heard any more. [main thread]
+    virtual void engineStopped() { era.fetch_add(1, std::memory_order_release); }
+
     // What a sequence is going to ask for, before it plays: the moment to load sounds. [main thread]
     virtual void prepareToPlay(std::span<const AUMIDIProgram> programs);
 
@@ -93,9 +96,9 @@ public:
     AUScheduleMIDIEventBlock scheduleMIDIEventBlock();
 
     // Puts a copy of a message in line for the next block; equal offsets keep the order of entry. Where the
-    // unit is in no render plan, or the line is full (16,384 messages, 262,144 bytes of long ones), it answers
-    // kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages other than
-    // note-ons. [render thread]
+    // unit is in no render plan, or the line is full (16,384 messages, 262,144 bytes of long ones), it
+    // answers kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages
+    // other than note-ons. [render thread]
     OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
                                const std::uint8_t* bytes) noexcept;
 
@@ -125,6 +128,9 @@ public:
     // Bit n: a message for channel n was put in line since the unit was made. [render thread]
     std::uint16_t heardChannels() const noexcept { return heard; }
 
+    // Begins anew behind a stop of the engine: nothing waits, and nothing was heard. [render thread]
+    void beginAnew() noexcept;
+
     // Enters or leaves the running render plan: a unit outside of it takes no messages, and starts without
     // any when it comes in. A unit that never met an engine counts as inside. [render thread]
     void setInPlan(bool isIn) noexcept;
@@ -147,6 +153,7 @@ protected:
 private:
     struct OutsideMessage {
         std::uint32_t offset = 0;
+        std::uint32_t era = 0;
         std::uint8_t bytes[3] = {};
         std::uint8_t length = 0;
     };
@@ -155,6 +162,8 @@ private:
     std::int64_t ownOffset(double sampleOffset) const noexcept;
 
     BoundedQueue<OutsideMessage> outside; // main thread to render thread
+    std::atomic<std::uint32_t> era{0};    // counts stops of the engine
+    std::uint32_t heardEra = 0;           // render thread
     MIDIEventBuffer line;                 // render thread
     std::int64_t clock = 0;               // render thread, frames
     std::uint16_t heard = 0;              // render thread, channels

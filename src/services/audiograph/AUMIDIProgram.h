@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace volvelle {
@@ -11,7 +12,7 @@ struct AUMIDIProgram {
     std::uint8_t bankLSB = 0;
     std::uint8_t program = 0;
 
-    bool operator==(const AUMIDIProgram&) const = default;
+    auto operator<=>(const AUMIDIProgram&) const = default;
 };
 
 } // namespace volvelle

@@ -74,6 +74,9 @@ void AVAudioEngine::stop()
         sequencer->stop();
     }
     pause();
+    for (const std::shared_ptr<AVAudioNode>& node : nodes) {
+        node->engineStopped();
+    }
     resetWanted.store(true, std::memory_order_release);
     collectGarbage();
 }

@@ -42,6 +42,9 @@ public:
     // Called some times a second while the engine runs, and at each edit.
     virtual void housekeeping() {}
 
+    // The engine has stopped; a pause is no stop.
+    virtual void engineStopped() {}
+
     // MARK: [render thread: no lock, no allocation]
 
     // Writes one block of 1 to maximumFrames frames at the rate of the output, and pulls from the inputs what

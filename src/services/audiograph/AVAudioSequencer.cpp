@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
+#include <utility>
 
 namespace volvelle {
 
@@ -130,11 +132,12 @@ void AVAudioSequencer::prepareToPlay()
 {
     const std::vector<std::shared_ptr<AVAudioUnit>> units = destinations();
     std::map<AVAudioUnit*, std::vector<AUMIDIProgram>> wanted;
+    std::set<std::pair<AVAudioUnit*, AUMIDIProgram>> known;
     for (const SequencerProgram& program : events->programs) {
-        std::vector<AUMIDIProgram>& list = wanted[units[program.track].get()];
+        AVAudioUnit* unit = units[program.track].get();
         const AUMIDIProgram entry{program.channel, program.bankMSB, program.bankLSB, program.program};
-        if (std::find(list.begin(), list.end(), entry) == list.end()) {
-            list.push_back(entry);
+        if (known.insert({unit, entry}).second) {
+            wanted[unit].push_back(entry);
         }
     }
     for (const auto& [unit, programs] : wanted) {

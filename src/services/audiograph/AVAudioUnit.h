@@ -38,11 +38,13 @@ public:
 
     void housekeeping() override { unit->housekeeping(); }
 
+    void engineStopped() override { unit->engineStopped(); }
+
     void renderNode(std::span<RenderInput> inputs, float* left, float* right, int frames) noexcept override;
 
     void setInPlan(bool isIn) noexcept override { unit->setInPlan(isIn); }
 
-    void resetNode() noexcept override { unit->reset(); }
+    void resetNode() noexcept override { unit->beginAnew(); }
 
     void advanceEngine(int frames) noexcept override { unit->advanceEngine(frames); }
 

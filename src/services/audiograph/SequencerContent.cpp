@@ -9,6 +9,7 @@ namespace volvelle {
 namespace {
 
 constexpr std::array<int, 3> pedals{64, 66, 69}; // sustain, sostenuto, hold
+constexpr int mostEnds = 4; // of one key at once: all keys so often find room in the line
 
 } // namespace
 
@@ -23,7 +24,7 @@ SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEve
         }
         auto unit = std::find_if(units.begin(), units.end(), [&](const Unit& u) { return u.node == node; });
         if (unit == units.end()) {
-            units.push_back({node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), {}, {}});
+            units.push_back({node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), {}, {}, {}});
             unit = units.end() - 1;
         }
         unit->channels = static_cast<std::uint16_t>(unit->channels | events->tracks[track].channels);
@@ -105,9 +106,10 @@ void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
     for (int key = 0; key < 128; ++key) {
         std::uint16_t& count =
             unit.sounding[static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(key)];
-        for (; count > 0; --count) {
+        for (int i = std::min<int>(count, mostEnds); i > 0; --i) {
             sendShort(unit, 0x80 | channel, key, 0);
         }
+        count = 0;
     }
 }
 
@@ -127,15 +129,24 @@ void SequencerContent::chase(double seconds) noexcept
     for (Unit& unit : units) {
         unit.history.find(seconds, unit.states);
         unit.node->auAudioUnit()->forgetSettings();
-        tellExclusives(unit, seconds);
+        findExclusives(unit, seconds);
+        tellExclusives(unit);
         tellChannels(unit);
     }
 }
 
-void SequencerContent::tellExclusives(Unit& unit, double seconds) const noexcept
+void SequencerContent::findExclusives(Unit& unit, double seconds) const noexcept
 {
+    unit.exclusives.clear();
     unit.history.forEachExclusive(
-        seconds, [&](std::uint32_t number) { sendLong(unit, events->longMessages[number], 0.0); });
+        seconds, [&](std::uint32_t number) { unit.exclusives.apply(events->longMessages[number]); });
+}
+
+void SequencerContent::tellExclusives(Unit& unit) noexcept
+{
+    for (std::size_t i = 0; i < unit.exclusives.size(); ++i) {
+        sendLong(unit, unit.exclusives[i], 0.0);
+    }
 }
 
 void SequencerContent::tellChannels(Unit& unit) noexcept
@@ -151,7 +162,7 @@ void SequencerContent::tellChannels(Unit& unit) noexcept
     }
 }
 
-void SequencerContent::sendLong(Unit& unit, const std::vector<std::uint8_t>& bytes, double offset) noexcept
+void SequencerContent::sendLong(Unit& unit, std::span<const std::uint8_t> bytes, double offset) noexcept
 {
     unit.node->auAudioUnit()->scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
 }

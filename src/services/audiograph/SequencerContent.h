@@ -3,9 +3,11 @@
 #include "services/audiograph/AVAudioUnit.h"
 #include "services/audiograph/SequencerEvents.h"
 #include "wire/ChannelHistory.h"
+#include "wire/ExclusiveMemory.h"
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace volvelle {
@@ -42,7 +44,8 @@ private:
         std::uint16_t channels = 0;          // in use
         std::vector<std::uint16_t> sounding; // notes by 128 * channel + key
         ChannelHistory history;
-        DeviceChannels states; // at the last start
+        DeviceChannels states;      // at the last start
+        ExclusiveMemory exclusives; // the same
 
         std::uint16_t heardChannels() const noexcept;
     };
@@ -50,9 +53,10 @@ private:
     void fillHistories();
     static void sendShort(Unit& unit, int status, int data1, int data2) noexcept;
     static void releaseNotes(Unit& unit, int channel) noexcept;
-    void tellExclusives(Unit& unit, double seconds) const noexcept;
+    void findExclusives(Unit& unit, double seconds) const noexcept;
+    static void tellExclusives(Unit& unit) noexcept;
     static void tellChannels(Unit& unit) noexcept;
-    static void sendLong(Unit& unit, const std::vector<std::uint8_t>& bytes, double offset) noexcept;
+    static void sendLong(Unit& unit, std::span<const std::uint8_t> bytes, double offset) noexcept;
     static void note(Unit& unit, const SequencerEvent& event) noexcept;
 
     std::vector<Unit> units;

@@ -42,6 +42,7 @@ void SequencerCore::beginBlock() noexcept
     }
     if (isMove || isRenewed) {
         begin(isMove ? current.beats : hereBeats, isMove);
+        cursor = isMove ? cursor : contents.current()->events->firstFrom(startSeconds - halfFrame());
     } else if (isFaster) {
         anchor(hereSeconds);
     }
@@ -66,6 +67,13 @@ void SequencerCore::begin(double beats, bool isMove) noexcept
         content.silence();
     }
     content.chase(startSeconds);
+}
+
+// An event that lies less than half a frame before the block is one of the block; seconds.
+double SequencerCore::halfFrame() const noexcept
+{
+    constexpr double justBelowHalf = 0.499999;
+    return justBelowHalf * static_cast<double>(current.rate) / framesPerSecond;
 }
 
 void SequencerCore::anchor(double seconds) noexcept

@@ -45,6 +45,7 @@ private:
     void anchor(double seconds) noexcept;
     void playGroup(std::size_t first, std::size_t last) noexcept;
     void endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset, std::size_t last) noexcept;
+    double halfFrame() const noexcept;
     double seconds() const noexcept;
     double beats() const noexcept;
     double distance(const SequencerEvent& event) const noexcept;

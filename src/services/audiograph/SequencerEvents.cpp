@@ -1,5 +1,7 @@
 #include "services/audiograph/SequencerEvents.h"
 
+#include "wire/SystemExclusive.h"
+
 #include <algorithm>
 #include <limits>
 #include <set>
@@ -190,6 +192,12 @@ void SequencerEvents::findPrograms()
     std::set<Key> found;
     std::vector<std::array<SequencerProgram, 16>> currents(tracks.size());
     for (const SequencerEvent& event : events) {
+        if (event.kind == SequencerEvent::longMessage) {
+            if (effectOf(longMessages[event.longIndex]) == ExclusiveEffect::reset) {
+                currents.assign(tracks.size(), {});
+            }
+            continue;
+        }
         const auto channel = static_cast<std::uint8_t>(event.bytes[0] & 0x0F);
         SequencerProgram& current = currents[event.track][channel];
         const int kind = event.bytes[0] & 0xF0;

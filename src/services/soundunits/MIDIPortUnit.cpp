@@ -19,6 +19,12 @@ MIDIPortUnit::~MIDIPortUnit()
     sender->end();
 }
 
+void MIDIPortUnit::engineStopped()
+{
+    AUAudioUnit::engineStopped();
+    sender->endSounds();
+}
+
 void MIDIPortUnit::reset() noexcept
 {
     sender->queue.pushEnd(std::chrono::steady_clock::now());

@@ -22,6 +22,7 @@ public:
     // True once the port refused a message. [any thread]
     bool isLost() const { return sender->isLost(); }
 
+    void engineStopped() override;
     void reset() noexcept override;
 
 protected:

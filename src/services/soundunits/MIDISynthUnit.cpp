@@ -67,11 +67,7 @@ OSStatus MIDISynthUnit::setProperty(std::uint32_t property, std::uint32_t scope,
 
 OSStatus MIDISynthUnit::loadBank(const std::filesystem::path& url)
 {
-    if (!open(url)) {
-        return invalidFile;
-    }
-    kept.clear();
-    return noErr;
+    return open(url) ? noErr : invalidFile;
 }
 
 OSStatus MIDISynthUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
@@ -101,7 +97,7 @@ OSStatus MIDISynthUnit::preloadEvent(std::uint32_t status, std::uint32_t data1, 
 OSStatus MIDISynthUnit::endPreload()
 {
     const bool isNeeded = std::exchange(hasNewSounds, false) && bank != nullptr && bank->isLarge();
-    return !isNeeded || renew(bank, kept) ? noErr : invalidFile;
+    return !isNeeded || renew(bank) ? noErr : invalidFile;
 }
 
 void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
@@ -118,7 +114,7 @@ void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
 void MIDISynthUnit::renewForNewSounds()
 {
     if (bank != nullptr && bank->isLarge()) {
-        renew(bank, kept);
+        renew(bank);
     }
 }
 
@@ -137,11 +133,7 @@ void MIDISynthUnit::housekeeping()
 
 bool MIDISynthUnit::keep(const AUMIDIProgram& program)
 {
-    if (std::ranges::find(kept, program) != kept.end()) {
-        return false;
-    }
-    kept.push_back(program);
-    return true;
+    return kept.insert(program).second;
 }
 
 bool MIDISynthUnit::open(const std::filesystem::path& url)
@@ -152,10 +144,10 @@ bool MIDISynthUnit::open(const std::filesystem::path& url)
         debugprint(error);
         return false;
     }
-    return renew(file, {});
+    return renew(file);
 }
 
-bool MIDISynthUnit::renew(const std::shared_ptr<const BankFile>& from, std::span<const AUMIDIProgram> sounds)
+bool MIDISynthUnit::renew(const std::shared_ptr<const BankFile>& from)
 {
     std::string error;
     auto synthesizer = Synthesizer::make(from, options, error);
@@ -164,7 +156,7 @@ bool MIDISynthUnit::renew(const std::shared_ptr<const BankFile>& from, std::span
         return false;
     }
     if (synthesizer->readsOnDemand()) {
-        for (const AUMIDIProgram& sound : sounds) {
+        for (const AUMIDIProgram& sound : kept) {
             synthesizer->preload({sound.channel, sound.bankMSB, sound.bankLSB, sound.program});
         }
     }

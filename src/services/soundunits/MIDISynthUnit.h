@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace volvelle {
@@ -66,14 +67,14 @@ private:
     OSStatus endPreload();
     bool keep(const AUMIDIProgram& program);
     bool open(const std::filesystem::path& url);
-    bool renew(const std::shared_ptr<const BankFile>& from, std::span<const AUMIDIProgram> sounds);
+    bool renew(const std::shared_ptr<const BankFile>& from);
     void renewForNewSounds();
     void takeOver(Synthesizer& synthesizer) noexcept;
     void takeMessage(const AUMIDIRenderEvent& event, Synthesizer* synthesizer) noexcept;
 
     SynthesizerOptions options;
     std::shared_ptr<const BankFile> bank; // null for none
-    std::vector<AUMIDIProgram> kept;      // sounds that are to stay in memory
+    std::set<AUMIDIProgram> kept;         // sounds that are to stay in memory
     bool isPreloading = false;
     bool hasNewSounds = false; // since preloading began
 

@@ -50,6 +50,9 @@ void PortSender::sendAll()
         if (isEnd) {
             return endAll();
         }
+        if (endWanted.exchange(false, std::memory_order_acq_rel)) {
+            endAll();
+        }
         std::this_thread::sleep_for(look);
     }
 }

@@ -25,6 +25,9 @@ public:
     // message that takes longer than `patience`. Called once, at the end. [main thread]
     void end(std::chrono::milliseconds patience = std::chrono::seconds(2));
 
+    // Ends all that sounds behind what is on its way, soon and without a wait. [any thread]
+    void endSounds() { endWanted.store(true, std::memory_order_release); }
+
     // True once the port refused a message. [any thread]
     bool isLost() const { return lost.load(std::memory_order_relaxed); }
 
@@ -45,6 +48,7 @@ private:
     std::atomic<std::int64_t> sent{0};      // messages
     std::atomic<bool> lost{false};
     std::atomic<bool> ended{false};
+    std::atomic<bool> endWanted{false};
     std::binary_semaphore done{0};
     std::thread thread;
 };

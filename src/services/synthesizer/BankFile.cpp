@@ -24,19 +24,6 @@ namespace fs = std::filesystem;
 constexpr int none = -1;
 constexpr std::size_t copiedAtOnce = std::size_t{64} << 20U; // bytes
 
-// A file without a name, on a disk where there is one.
-int unnamedFile()
-{
-    std::error_code code;
-    for (const fs::path& folder : {fs::path("/var/tmp"), fs::temp_directory_path(code)}) {
-        const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (file != none) {
-            return file;
-        }
-    }
-    return memfd_create("bank", MFD_CLOEXEC);
-}
-
 bool copyAll(int from, int to, std::uintmax_t size)
 {
     if (ioctl(to, FICLONE, from) == 0) {
@@ -52,15 +39,22 @@ bool copyAll(int from, int to, std::uintmax_t size)
     return true;
 }
 
-// Of the whole file, else none.
+// Of the whole file in a file without a name, on a disk where one has room, else in memory, else none.
 int privateCopy(int from, std::uintmax_t size)
 {
-    const int copy = unnamedFile();
-    if (copy != none && !copyAll(from, copy, size)) {
-        close(copy);
-        return none;
+    std::error_code code;
+    for (const fs::path& folder : {fs::path("/var/tmp"), fs::temp_directory_path(code), fs::path()}) {
+        const int copy = folder.empty()
+                             ? memfd_create("bank", MFD_CLOEXEC)
+                             : ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (copy != none && copyAll(from, copy, size)) {
+            return copy;
+        }
+        if (copy != none) {
+            close(copy);
+        }
     }
-    return copy;
+    return none;
 }
 
 fs::path readablePath(const fs::path& path, int descriptor)

@@ -97,6 +97,19 @@ TEST_P(PartSeam, APieceInPartsSoundsLikeThePieceInOne)
     expectAlike(pieceOf(GetParam()).file());
 }
 
+// The swings of chorus and reverb go on across a seam, wherever it lies.
+TEST_F(PartSeams, SeamsAnywhereInTheSwingsOfTheEffectsAreNotHeard)
+{
+    for (const int seconds : {44, 56, 60}) {
+        Song song;
+        song.message(0.0, 0xC0, 48);
+        for (int beat = 0; beat < 2 * seconds; beat += 4) {
+            song.note(beat, 0, 60, 100, 3.0);
+        }
+        expectAlike(song.length(2.0 * seconds).file());
+    }
+}
+
 // An organ that is held from the first part to the end, for longer than any tail.
 TEST_F(PartSeams, AHeldNoteOfTheFirstPartSoundsToItsEnd)
 {

@@ -119,7 +119,7 @@ TEST(RenderPart, DrumsSoonBehindAPartStaySoSoftThatTheyOnlyEndOthers)
                             "4: 42 1", "5: 42 1", "6: 42 1", "7: 42 1", "8: B0", "8: 42 1"));
 }
 
-TEST(RenderPart, APieceIsCutWhereNoSostenutoPedalIsDown)
+TEST(RenderPart, APieceIsCutWhereNoNoteHangsOnOthers)
 {
     const auto cut = [](double from, double to, int end) {
         const MusicSequence sequence = piece(60, 120.0);
@@ -135,6 +135,15 @@ TEST(RenderPart, APieceIsCutWhereNoSostenutoPedalIsDown)
     EXPECT_EQ(cut(10.0, 33.5, 66), 34);
     EXPECT_EQ(cut(10.0, 34.0, 121), 34);
     EXPECT_EQ(cut(10.0, 33.5, 64), 30);
+    for (const int binding : {65, 68}) {
+        const MusicSequence sequence = piece(60, 120.0);
+        MusicTrack track;
+        EXPECT_EQ(MusicSequenceGetIndTrack(sequence, 0, track), noErr);
+        const auto number = static_cast<std::uint8_t>(binding);
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 10.0, {0xB3, number, 64}), noErr);
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 35.0, {0xB3, number, 63}), noErr);
+        EXPECT_EQ(std::lround(renderParts(sequence, 2).at(1).beginBeats), 35);
+    }
     EXPECT_EQ(cut(30.0, 62.0, 66), 62);
     EXPECT_EQ(cut(30.0, 64.0, 66), 32);
 }

@@ -51,6 +51,20 @@ struct RunningEngine {
     AVAudioEngine engine;
 };
 
+TEST(AVAudioEngine, WhatWaitsWhenTheEngineStopsIsNotHeardBehindTheNextStart)
+{
+    Studio studio;
+    const auto& unit = studio.instrument->auAudioUnit();
+    EXPECT_EQ(unit->musicDeviceMIDIEvent(0x90, 60, 100, 2000), noErr);
+    studio.run(512);
+    EXPECT_EQ(unit->musicDeviceMIDIEvent(0x90, 61, 100, 0), noErr);
+    studio.engine->stop();
+    EXPECT_EQ(unit->musicDeviceMIDIEvent(0x90, 62, 100, 0), noErr);
+    std::string error;
+    ASSERT_TRUE(studio.engine->start(error));
+    EXPECT_EQ(studio.run(4096), Lines{"512: 90 3E 64"});
+}
+
 TEST(AVAudioEngine, TheMixerIsConnectedToTheOutputFromTheStart)
 {
     AVAudioEngine engine;

@@ -393,6 +393,57 @@ TEST(AVAudioSequencer, AChannelThatOnlyThePieceBeforeUsedIsResetToo)
     EXPECT_THAT(studio.run(512), ElementsAreArray(resetLines(48512, {0, 5})));
 }
 
+TEST(AVAudioSequencer, PreparingKnowsThatAResetEndsTheBank)
+{
+    Studio studio;
+    studio.load(Song()
+                    .message(0.0, 0xB0, 0, 8)
+                    .exclusive(1.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7})
+                    .message(2.0, 0xC0, 16)
+                    .note(3.0, 0, 60, 100, 0.5));
+    studio.sequencer->prepareToPlay();
+    EXPECT_THAT(studio.recorder->prepared, ElementsAre(AUMIDIProgram{0, 0, 0, 16}));
+}
+
+// A note less than half a frame before the block belongs to it.
+TEST(AVAudioSequencer, NoNoteIsLostWhereADestinationChangesAtItsFrame)
+{
+    for (int tick = 0; tick < 40; ++tick) {
+        Studio studio(64);
+        Song song;
+        song.tempo(0.0, 60.0 / 0.437956).note(2.0 + tick / 480.0, 0, 60, 100, 0.5).note(9.0, 1, 61, 100, 0.5);
+        studio.load(song);
+        studio.start();
+        Lines heard;
+        for (int block = 0; block < 800; ++block) {
+            studio.sequencer->tracks()[1]->setDestinationAudioUnit(block % 2 == 0 ? nullptr
+                                                                                  : studio.instrument);
+            const Lines now = studio.run(64);
+            heard.insert(heard.end(), now.begin(), now.end());
+        }
+        const auto isOn = [](const std::string& line) { return line.ends_with("90 3C 64"); };
+        EXPECT_EQ(std::ranges::count_if(heard, isOn), 1) << tick;
+    }
+}
+
+TEST(AVAudioSequencer, AHostOfOpenNotesIsEndedWithTheChannelsBehindThem)
+{
+    Song song;
+    for (int i = 0; i < 12000; ++i) {
+        song.note(0.0, 0, i % 20, 100, 8.0);
+    }
+    song.message(0.0, 0xBF, 64, 127).note(0.0, 15, 60, 100, 8.0);
+    Studio studio(4096);
+    studio.load(song);
+    studio.start();
+    studio.run(4096);
+    studio.sequencer->stop();
+    const Lines heard = studio.run(4096);
+    EXPECT_THAT(heard, testing::Contains("4096: 8F 3C 00"));
+    EXPECT_THAT(heard, testing::Contains("4096: BF 40 00"));
+    EXPECT_THAT(heard, testing::Contains("4096: BF 7B 00"));
+}
+
 TEST(AVAudioSequencer, StartingOnAnEngineThatDoesNotRunFails)
 {
     Studio studio;

@@ -11,6 +11,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <semaphore>
 
 namespace volvelle {
 namespace {
@@ -84,6 +85,32 @@ protected:
 
     std::vector<Bytes> sent;
 };
+
+// Tells when a note-off comes.
+struct TellingPort : MIDIOutput {
+    explicit TellingPort(std::binary_semaphore& toTell) : ended(toTell) {}
+
+    bool send(std::span<const std::uint8_t> bytes, std::string&) override
+    {
+        if (bytes[0] == 0x80) {
+            ended.release();
+        }
+        return true;
+    }
+
+    std::string name() const override { return "Telling"; }
+
+    std::binary_semaphore& ended;
+};
+
+TEST_F(MIDIPort, WhatSoundsEndsWhenTheEngineStopsThoughNothingIsRenderedAnyMore)
+{
+    std::binary_semaphore ended{0};
+    MIDIPortUnit unit(midiPortComponent, std::make_unique<TellingPort>(ended));
+    render(unit, {{0x90, 60, 100}});
+    unit.engineStopped();
+    EXPECT_TRUE(ended.try_acquire_for(std::chrono::seconds(20)));
+}
 
 TEST_F(MIDIPort, MessagesGoOutWholeAndInOrder)
 {

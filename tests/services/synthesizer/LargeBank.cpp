@@ -11,6 +11,8 @@ namespace volvelle::test {
 
 namespace {
 
+int made = 0; // in this program
+
 constexpr std::size_t silence = std::size_t{34} << 20U; // bytes
 
 void add(std::string& bytes, std::size_t at, std::size_t more)
@@ -37,7 +39,8 @@ std::size_t sizeAt(const std::string& bytes, std::size_t at)
 } // namespace
 
 LargeBank::LargeBank()
-    : path(std::filesystem::temp_directory_path() / ("volvelle-large-" + std::to_string(getpid()) + ".sf2"))
+    : path(std::filesystem::temp_directory_path() /
+           ("volvelle-large-" + std::to_string(getpid()) + "-" + std::to_string(++made) + ".sf2"))
 {
     std::ifstream source("/usr/share/sounds/sf2/TimGM6mb.sf2", std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(source), std::istreambuf_iterator<char>()};
