@@ -154,16 +154,16 @@ TEST(ChannelHistory, OfVeryManySettingsTheNewestAreTold)
                     0x42,
                     0x12,
                     0x40,
-                    static_cast<std::uint8_t>(i / 128),
+                    static_cast<std::uint8_t>(1 + i / 128),
                     static_cast<std::uint8_t>(i % 128)};
         bytes.resize(12);
         bytes.push_back(0xF7);
         history.addExclusive(1.0, bytes, i);
     }
     const std::vector<std::uint32_t> found = exclusivesAt(history, 2.0);
-    ASSERT_EQ(found.size(), ExclusiveMemory::maximumMessages + 1);
+    ASSERT_EQ(found.size(), ExclusiveMemory::maximumMessages);
     EXPECT_EQ(found[0], 0U);
-    EXPECT_EQ(found[1], 1000 - ExclusiveMemory::maximumMessages + 1);
+    EXPECT_EQ(found[1], 1000 - ExclusiveMemory::maximumMessages + 2);
     EXPECT_EQ(found.back(), 1000U);
 }
 
