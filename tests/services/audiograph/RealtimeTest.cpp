@@ -65,8 +65,6 @@ struct Trapped {
     void (*call)();
 };
 
-class TrappedCalls : public testing::TestWithParam<Trapped> {};
-
 // Volatile, so that nothing is left out as useless.
 std::mutex someMutex;
 std::shared_mutex someSharedMutex;
@@ -74,45 +72,44 @@ std::condition_variable someCondition;
 void* volatile somewhere = nullptr;
 char someText[8] = "text\n";
 
-INSTANTIATE_TEST_SUITE_P(
-    Calls, TrappedCalls,
-    testing::Values(Trapped{"aligned_alloc", [] { somewhere = ::operator new(64, std::align_val_t(64)); }},
-                    Trapped{"posix_memalign",
-                            [] {
-                                void* memory = nullptr;
-                                somewhere = posix_memalign(&memory, 64, 64) == 0 ? memory : nullptr;
-                            }},
-                    Trapped{"calloc", [] { somewhere = calloc(100, 3); }},
-                    Trapped{"realloc", [] { somewhere = realloc(somewhere, 300); }},
-                    Trapped{"pthread_mutex_trylock",
-                            [] { somewhere = someMutex.try_lock() ? &someMutex : nullptr; }},
-                    Trapped{"pthread_rwlock_wrlock", [] { someSharedMutex.lock(); }},
-                    Trapped{"pthread_rwlock_rdlock", [] { someSharedMutex.lock_shared(); }},
-                    Trapped{"pthread_rwlock_trywrlock",
-                            [] { somewhere = someSharedMutex.try_lock() ? &someMutex : nullptr; }},
-                    Trapped{"pthread_rwlock_tryrdlock",
-                            [] { somewhere = someSharedMutex.try_lock_shared() ? &someMutex : nullptr; }},
-                    Trapped{"pthread_cond_broadcast", [] { someCondition.notify_all(); }},
-                    Trapped{"pthread_cond_signal", [] { someCondition.notify_one(); }},
-                    Trapped{"fopen", [] { somewhere = std::fopen("/dev/null", "r"); }},
-                    Trapped{"open", [] { somewhere = someText + open("/dev/null", O_RDONLY); }},
-                    Trapped{"read", [] { somewhere = someText + read(0, someText, 0); }},
-                    Trapped{"write", [] { somewhere = someText + write(1, someText, 0); }},
-                    Trapped{"fwrite", [] { std::fwrite(someText, 1, 5, stdout); }},
-                    Trapped{"fputs", [] { std::fputs(someText, stdout); }}),
-    [](const auto& trapped) { return trapped.param.name; });
+const std::vector<Trapped> trappedCalls{
+    Trapped{"aligned_alloc", [] { somewhere = ::operator new(64, std::align_val_t(64)); }},
+    Trapped{"posix_memalign",
+            [] {
+                void* memory = nullptr;
+                somewhere = posix_memalign(&memory, 64, 64) == 0 ? memory : nullptr;
+            }},
+    Trapped{"calloc", [] { somewhere = calloc(100, 3); }},
+    Trapped{"realloc", [] { somewhere = realloc(somewhere, 300); }},
+    Trapped{"pthread_mutex_trylock", [] { somewhere = someMutex.try_lock() ? &someMutex : nullptr; }},
+    Trapped{"pthread_rwlock_wrlock", [] { someSharedMutex.lock(); }},
+    Trapped{"pthread_rwlock_rdlock", [] { someSharedMutex.lock_shared(); }},
+    Trapped{"pthread_rwlock_trywrlock",
+            [] { somewhere = someSharedMutex.try_lock() ? &someMutex : nullptr; }},
+    Trapped{"pthread_rwlock_tryrdlock",
+            [] { somewhere = someSharedMutex.try_lock_shared() ? &someMutex : nullptr; }},
+    Trapped{"pthread_cond_broadcast", [] { someCondition.notify_all(); }},
+    Trapped{"pthread_cond_signal", [] { someCondition.notify_one(); }},
+    Trapped{"fopen", [] { somewhere = std::fopen("/dev/null", "r"); }},
+    Trapped{"open", [] { somewhere = someText + open("/dev/null", O_RDONLY); }},
+    Trapped{"read", [] { somewhere = someText + read(0, someText, 0); }},
+    Trapped{"write", [] { somewhere = someText + write(1, someText, 0); }},
+    Trapped{"fwrite", [] { std::fwrite(someText, 1, 5, stdout); }},
+    Trapped{"fputs", [] { std::fputs(someText, stdout); }}};
 
-TEST_P(TrappedCalls, EndTheProgramOnAGuardedThread)
+TEST(Realtime, TheGuardStopsEachCallThatMayWait)
 {
     if (!RealtimeGuard::isEffective()) {
         GTEST_SKIP() << "the sanitizers have allocators of their own";
     }
-    EXPECT_DEATH(
-        {
-            const RealtimeGuard guard;
-            GetParam().call();
-        },
-        std::string("^") + GetParam().name + "(64)? on a guarded thread");
+    for (const Trapped& trapped : trappedCalls) {
+        EXPECT_DEATH(
+            {
+                const RealtimeGuard guard;
+                trapped.call();
+            },
+            std::string("^") + trapped.name + "(64)? on a guarded thread");
+    }
 }
 
 TEST(Realtime, RenderingAllocatesNothingAndTakesNoLock)
