@@ -17,7 +17,6 @@ constexpr int numberLow = 100;
 constexpr int numberHigh = 101;
 constexpr int firstMode = 120;
 constexpr int resetAll = 121;
-constexpr int localControl = 122;
 constexpr int mono = 126;
 constexpr int poly = 127;
 constexpr std::uint16_t tuningProgram = 3;
