@@ -210,10 +210,10 @@ void Synthesizer::State::resetControllers(int channel)
 void Synthesizer::State::performProgram(int channel, int program)
 {
     if (readsOnDemand) {
-        int bank = 0;
+        int selected = 0;
         int unused = 0;
-        fluid_synth_get_program(synth.get(), channel, &unused, &bank, &unused);
-        const SoundChoice choice{static_cast<std::uint8_t>(channel), static_cast<std::uint8_t>(bank), 0,
+        fluid_synth_get_program(synth.get(), channel, &unused, &selected, &unused);
+        const SoundChoice choice{static_cast<std::uint8_t>(channel), static_cast<std::uint8_t>(selected), 0,
                                  static_cast<std::uint8_t>(program)};
         const std::optional<BankSound> sound = soundFor(choice);
         if (sound && !pinned.holds(*sound)) {
@@ -279,11 +279,11 @@ void Synthesizer::State::forgetSettings()
 
 void Synthesizer::State::forgetTunings()
 {
-    int bank = 0;
-    int program = 0;
+    int tuningBank = 0;
+    int tuningProgram = 0;
     fluid_synth_tuning_iteration_start(synth.get());
-    while (fluid_synth_tuning_iteration_next(synth.get(), &bank, &program) != 0) {
-        fluid_synth_activate_key_tuning(synth.get(), bank, program, "", nullptr, 0);
+    while (fluid_synth_tuning_iteration_next(synth.get(), &tuningBank, &tuningProgram) != 0) {
+        fluid_synth_activate_key_tuning(synth.get(), tuningBank, tuningProgram, "", nullptr, 0);
     }
     hasTunings = false;
 }
