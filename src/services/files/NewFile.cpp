@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace volvelle {
 
@@ -111,12 +112,12 @@ bool NewFile::openFree()
 
 bool NewFile::openNew()
 {
-    const std::string candidate = (folderOf(target) / temporaryFileName(".tmp")).string();
+    std::string candidate = (folderOf(target) / temporaryFileName(".tmp")).string();
     descriptor = open(candidate.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         return false;
     }
-    name = candidate;
+    name = std::move(candidate);
     slot = rememberPendingFile(name);
     return true;
 }
@@ -158,13 +159,14 @@ bool NewFile::takePlace(bool overwrite)
         drop();
         return error == 0;
     }
+    const std::filesystem::path folder = folderOf(target);
     if (error == 0 && keep(takeMode()) && keep(fsync(descriptor) == 0)) {
         keep(close(descriptor) == 0);
         descriptor = -1;
     }
     if (error == 0 && keep(takeName(overwrite))) {
         name.clear();
-        syncFolder(folderOf(target));
+        syncFolder(folder);
     }
     drop();
     return error == 0;

@@ -117,7 +117,7 @@ OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& 
 }
 
 int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
-{
+try {
     if (path.empty()) {
         return ENOENT;
     }
@@ -130,6 +130,8 @@ int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> byt
         return writeDirectly(path, bytes);
     }
     return replaceRegular(path, bytes, overwrite);
+} catch (const std::bad_alloc&) {
+    return ENOMEM;
 }
 
 OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)

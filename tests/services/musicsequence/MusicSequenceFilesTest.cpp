@@ -1,4 +1,5 @@
 #include "services/files/SafeFile.h"
+#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include <filesystem>
@@ -74,6 +75,27 @@ TEST_F(MusicSequenceFiles, ASequenceThatAFileCannotHoldLeavesAnExistingFileAlone
     Bytes bytes;
     EXPECT_EQ(readFile(path, bytes), noErr);
     EXPECT_EQ(bytes, hex("01"));
+}
+
+TEST_F(MusicSequenceFiles, WhateverAllocationFailsTheWritingTellsItAndLeavesAnExistingFileAlone)
+{
+    const Bytes expected = save(sequence);
+    OSStatus status = fileIOErr;
+    std::size_t refused = 0;
+    for (; status != noErr && refused < 1000; ++refused) {
+        EXPECT_EQ(replaceFile(path, hex("01"), true), noErr);
+        {
+            const AllocationCount allocations(refused);
+            status = MusicSequenceFileCreate(sequence, path, midi, erase, 480);
+        }
+        Bytes bytes;
+        EXPECT_EQ(readFile(path, bytes), noErr);
+        EXPECT_EQ(bytes, status == noErr ? expected : hex("01"));
+        EXPECT_EQ(status == noErr ? fileIOErr : status, fileIOErr);
+        EXPECT_EQ(folder.names(), Lines{"Idea.mid"});
+    }
+    EXPECT_GT(refused, 8U);
+    EXPECT_EQ(status, noErr);
 }
 
 TEST_F(MusicSequenceFiles, AnotherTypeIsRefused)

@@ -45,6 +45,21 @@ void SMFByteWriter::putNumber(std::uint32_t value)
     put(static_cast<std::uint8_t>(value & 0x7FU));
 }
 
+bool SMFByteWriter::putDelta(std::uint64_t ticks)
+{
+    const std::uint64_t fillers = ticks == 0 ? 0 : (ticks - 1) / greatestNumber;
+    overfull = overfull || fillers > fillersLeft;
+    for (std::uint64_t i = 0; i < fillers && !overfull; ++i) {
+        putNumber(greatestNumber);
+        put(0xFF);
+        put(0x7F);
+        put(0);
+        --fillersLeft;
+    }
+    putNumber(static_cast<std::uint32_t>(ticks - fillers * greatestNumber));
+    return fillers > 0;
+}
+
 void SMFByteWriter::set32(std::size_t place, std::uint32_t value)
 {
     for (unsigned i = 0; i < 4; ++i) {

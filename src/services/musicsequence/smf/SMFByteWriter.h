@@ -11,6 +11,7 @@ namespace volvelle {
 class SMFByteWriter {
 public:
     static constexpr std::uint32_t greatestNumber = 0x0FFFFFFF;
+    static constexpr std::uint64_t mostFillers = (64U << 20U) / 7; // of a file, of seven bytes each
 
     explicit SMFByteWriter(std::vector<std::uint8_t>& target) : bytes(target) {}
 
@@ -27,6 +28,13 @@ public:
     // In seven bits a byte; `value` is at most greatestNumber.
     void putNumber(std::uint32_t value);
 
+    // A delta time. A gap too long for a number is bridged by fillers, sequencer-specific metas without
+    // bytes; true where there are any.
+    bool putDelta(std::uint64_t ticks);
+
+    // Whether more than mostFillers were asked for: the bytes are then of no use.
+    bool isOverfull() const { return overfull; }
+
     // Writes over four bytes.
     void set32(std::size_t place, std::uint32_t value);
 
@@ -34,6 +42,8 @@ public:
 
 private:
     std::vector<std::uint8_t>& bytes;
+    std::uint64_t fillersLeft = mostFillers;
+    bool overfull = false;
 };
 
 } // namespace volvelle

@@ -10,7 +10,7 @@ namespace volvelle {
 
 namespace {
 
-// A track that reaches beyond it would need 4 GiB of fillers alone.
+// A track that reaches beyond it would need 4 GiB for its delta times alone.
 constexpr double greatestTick = 1.6e17;
 
 const MIDINoteMessage& noteOf(const void* record)
@@ -127,7 +127,7 @@ bool SMFTrackWriter::write()
     writer.put(0x2F);
     writer.put(0);
     const std::size_t length = writer.size() - start;
-    if (length > 0xFFFFFFFFU) {
+    if (length > 0xFFFFFFFFU || writer.isOverfull()) {
         return false;
     }
     writer.set32(start - 4, static_cast<std::uint32_t>(length));
@@ -295,18 +295,11 @@ void SMFTrackWriter::writeSystem(std::uint8_t status, std::uint64_t tick)
     running = 0;
 }
 
-// A gap too long for one delta time is bridged by sequencer-specific metas without bytes.
 void SMFTrackWriter::writeDelta(std::uint64_t tick)
 {
-    while (tick - now > SMFByteWriter::greatestNumber) {
-        writer.putNumber(SMFByteWriter::greatestNumber);
-        writer.put(0xFF);
-        writer.put(0x7F);
-        writer.put(0);
-        now += SMFByteWriter::greatestNumber;
+    if (writer.putDelta(tick - now)) {
         running = 0;
     }
-    writer.putNumber(static_cast<std::uint32_t>(tick - now));
     now = tick;
 }
 

@@ -14,15 +14,13 @@ class MusicTrackObject;
 class SMFTrackWriter {
 public:
     // `resolution` is in ticks a beat.
-    SMFTrackWriter(std::vector<std::uint8_t>& bytes, int resolution) : writer(bytes), ticksABeat(resolution)
-    {
-    }
+    SMFTrackWriter(SMFByteWriter& file, int resolution) : writer(file), ticksABeat(resolution) {}
 
     // Collects the events; to be called in the order in which events of equal ticks stand. False where a time
     // or an event is greater than a file can hold.
     bool add(MusicTrackObject& track);
 
-    // Writes what was collected; false where it is greater than a chunk can be.
+    // Writes what was collected; false where it is greater than a chunk can be, or the file overfull.
     bool write();
 
 private:
@@ -56,7 +54,7 @@ private:
     void writeSystem(std::uint8_t status, std::uint64_t tick);
     void writeDelta(std::uint64_t tick);
 
-    SMFByteWriter writer;
+    SMFByteWriter& writer;
     double ticksABeat;
     std::vector<Item> items;
     std::vector<Off> offs; // of the notes that are longer than nothing

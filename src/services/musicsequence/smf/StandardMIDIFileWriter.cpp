@@ -6,6 +6,7 @@
 #include "services/musicsequence/smf/SMFTrackWriter.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace volvelle {
@@ -23,9 +24,9 @@ void writeHeader(SMFByteWriter& writer, SMFFormat format, std::size_t trackCount
     writer.put16(static_cast<std::uint32_t>(resolution));
 }
 
-bool writeChunk(const std::vector<MusicTrack>& tracks, int resolution, std::vector<std::uint8_t>& bytes)
+bool writeChunk(const std::vector<MusicTrack>& tracks, int resolution, SMFByteWriter& file)
 {
-    SMFTrackWriter writer(bytes, resolution);
+    SMFTrackWriter writer(file, resolution);
     return std::ranges::all_of(tracks, [&writer](const MusicTrack& track) { return writer.add(*track); }) &&
            writer.write();
 }
@@ -34,7 +35,7 @@ bool writeChunk(const std::vector<MusicTrack>& tracks, int resolution, std::vect
 
 OSStatus writeStandardMIDIFile(const MusicSequence& sequence, SMFFormat format, std::int16_t resolution,
                                std::vector<std::uint8_t>& data)
-{
+try {
     if (sequence == nullptr) {
         return kAudioToolboxErr_NoSequence;
     }
@@ -48,12 +49,14 @@ OSStatus writeStandardMIDIFile(const MusicSequence& sequence, SMFFormat format, 
     std::vector<std::uint8_t> bytes;
     SMFByteWriter writer(bytes);
     writeHeader(writer, format, isSingle ? 1 : tracks.size(), ticks);
-    const auto write = [&](const MusicTrack& track) { return writeChunk({track}, ticks, bytes); };
-    if (!(isSingle ? writeChunk(tracks, ticks, bytes) : std::ranges::all_of(tracks, write))) {
+    const auto write = [&](const MusicTrack& track) { return writeChunk({track}, ticks, writer); };
+    if (!(isSingle ? writeChunk(tracks, ticks, writer) : std::ranges::all_of(tracks, write))) {
         return fileIOErr;
     }
     data = std::move(bytes);
     return noErr;
+} catch (const std::exception&) {
+    return fileIOErr;
 }
 
 } // namespace volvelle

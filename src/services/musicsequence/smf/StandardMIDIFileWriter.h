@@ -16,8 +16,9 @@ enum class SMFFormat : std::uint16_t {
 // each by themselves. Note-offs stand before note-ons of one tick, save the off of a note of no length, which
 // stands behind its on. End of track is the later of a track's length and its last event. A second writing of
 // the same events gives the same bytes.
-// `resolution` is in pulses per beat; 0 or less means 480. More than 65,535 tracks, a track of 4 GiB, or an
-// event of 256 MiB answers fileIOErr. [the sequence's thread]
+// `resolution` is in pulses per beat; 0 or less means 480. More than 65,535 tracks, a track of 4 GiB, an
+// event of 256 MiB, gaps that take more than 64 MiB of fillers, or memory that does not suffice answers
+// fileIOErr, with `data` as it was. [the sequence's thread]
 OSStatus writeStandardMIDIFile(const MusicSequence& sequence, SMFFormat format, std::int16_t resolution,
                                std::vector<std::uint8_t>& data);
 

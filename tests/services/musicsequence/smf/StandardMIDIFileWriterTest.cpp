@@ -1,5 +1,6 @@
 #include "services/musicsequence/smf/StandardMIDIFileWriter.h"
 
+#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include <gtest/gtest.h>
@@ -198,6 +199,59 @@ TEST_F(StandardMIDIFileWriters, ATimeBeyondWhatATrackCanHoldIsRefused)
     const MusicSequence long_ = newSequence();
     setLength(tempoTrackOf(long_), std::numeric_limits<double>::max());
     EXPECT_EQ(MusicSequenceFileCreateData(long_, kMusicSequenceFile_MIDIType, 1, 480, bytes), fileIOErr);
+}
+
+TEST_F(StandardMIDIFileWriters, AFileHolds64MiBOfFillersAtMost)
+{
+    constexpr double mostFillers = (64U << 20U) / 7;
+    addMessage(track, (mostFillers + 1.0) * 0x0FFFFFFF / 480.0, 0xC0, 1);
+    Bytes bytes;
+    EXPECT_EQ(writeStandardMIDIFile(sequence, SMFFormat::SingleTrack, 480, bytes), noErr);
+    const MusicTrack other = newTrack(sequence);
+    addMessage(other, 0x0FFFFFFF / 480.0, 0xC0, 1);
+    EXPECT_EQ(writeStandardMIDIFile(sequence, SMFFormat::MultiTrack, 480, bytes), noErr);
+    EXPECT_EQ(bytes.size(), 14 + 12 + 8 + std::size_t{64U << 20U} / 7 * 7 + 10 + 8 + 10);
+    addMessage(other, (0x0FFFFFFF * 2.0 + 1.0) / 480.0, 0xC0, 1);
+    bytes = hex("01");
+    EXPECT_EQ(writeStandardMIDIFile(sequence, SMFFormat::MultiTrack, 480, bytes), fileIOErr);
+    EXPECT_EQ(bytes, hex("01"));
+    EXPECT_EQ(writeStandardMIDIFile(sequence, SMFFormat::SingleTrack, 480, bytes), noErr);
+}
+
+TEST_F(StandardMIDIFileWriters, ASmallFileThatWouldBecomeAGreatOneIsRefusedForLittleMemory)
+{
+    Bytes body = hex("00 903C40");
+    for (int i = 0; i < 80'000; ++i) {
+        body.insert(body.end(), {0xFF, 0xFF, 0xFF, 0x7F, 60, 0, 0, 60, 64});
+    }
+    const MusicSequence greedy = load(fileOf(1, 1, {joined({body, hex("00 FF2F00")})}));
+    Bytes bytes;
+    const AllocationCount allocations;
+    EXPECT_EQ(MusicSequenceFileCreateData(greedy, kMusicSequenceFile_MIDIType, 1, 480, bytes), fileIOErr);
+    EXPECT_LE(allocations.greatest, 128U << 20U);
+}
+
+TEST_F(StandardMIDIFileWriters, WhateverAllocationFailsTheWritingTellsItAndChangesNothing)
+{
+    addNote(track, 1.0, 60, 2.0F);
+    addNote(track, 2.0, 60);
+    addNote(track, 0.0, 62, 0.0F);
+    addTempo(sequence, 0.0, 90.0);
+    addMeta(track, 0.5, 3, hex("41"));
+    const Bytes expected = save(sequence);
+    OSStatus status = fileIOErr;
+    std::size_t refused = 0;
+    for (; status != noErr && refused < 1000; ++refused) {
+        Bytes bytes;
+        {
+            const AllocationCount allocations(refused);
+            status = MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 1, 480, bytes);
+        }
+        EXPECT_EQ(status, bytes.empty() ? fileIOErr : noErr);
+        EXPECT_EQ(bytes, bytes.empty() ? Bytes() : expected);
+    }
+    EXPECT_GT(refused, 8U);
+    EXPECT_EQ(status, noErr);
 }
 
 TEST_F(StandardMIDIFileWriters, MoreTracksThanAHeaderCanCountAreRefused)
