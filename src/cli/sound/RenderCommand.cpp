@@ -19,11 +19,10 @@ int coresOf(const RenderOptions& options)
     return options.cores > 0 ? options.cores : all;
 }
 
-} // namespace
-
-int runRender(const RenderOptions& options, CommandOutput& output)
+// Reads the file and cuts it into parts; what keeps it from being rendered, else empty.
+std::string readParts(const RenderOptions& options, std::vector<std::uint8_t>& data,
+                      std::vector<RenderPart>& parts)
 {
-    std::vector<std::uint8_t> data;
     MusicSequence sequence;
     NewMusicSequence(sequence);
     OSStatus status = readFile(options.file, data);
@@ -32,20 +31,35 @@ int runRender(const RenderOptions& options, CommandOutput& output)
                                            kMusicSequenceLoadSMF_PreserveTracks);
     }
     if (status != noErr) {
-        return output.failure(readFailure(options.file, status));
+        return readFailure(options.file, status);
     }
     std::uint32_t tracks = 0;
     MusicSequenceGetTrackCount(sequence, tracks);
     if (tracks == 0) {
-        return output.failure(trackFailure(options.file));
+        return trackFailure(options.file);
     }
-    std::string error;
+    parts = renderParts(sequence, coresOf(options));
+    const bool isTooLong = !parts.empty() && parts.back().endBlock > RenderPart::longestPiece;
+    return isTooLong ? concat("'", options.file.string(), "' is too long: at most 24 hours are rendered.")
+                     : std::string();
+}
+
+} // namespace
+
+int runRender(const RenderOptions& options, CommandOutput& output)
+{
+    std::vector<std::uint8_t> data;
+    std::vector<RenderPart> parts;
+    std::string error = readParts(options, data, parts);
+    if (!error.empty()) {
+        return output.failure(error);
+    }
     AudioFileWriter writer;
     const bool isNamed = options.out != standardOutputName;
     if (!writer.open(isNamed ? options.out : "standard output", {options.rate, !isNamed}, error)) {
         return output.failure(error);
     }
-    Mixdown mixdown(std::move(data), renderParts(sequence, coresOf(options)), options.bank, coresOf(options));
+    Mixdown mixdown(std::move(data), std::move(parts), options.bank, coresOf(options));
     const auto showProgress = [&](int percent) { output.progress(percent, 100); };
     if (!mixdown.write(writer, showProgress, error)) {
         return output.failure(error);

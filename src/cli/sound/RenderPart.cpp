@@ -17,9 +17,10 @@ namespace volvelle {
 namespace {
 
 constexpr double blocksPerSecond = AudioSource::sampleRate / RenderPart::blockFrames;
-constexpr double shortestPart = 10.0; // seconds
-constexpr double longestPart = 300.0; // seconds
-constexpr double chokingBeats = 8.0;  // in which a struck drum may still end another
+constexpr double shortestPart = 10.0;                                              // seconds
+constexpr double longestPart = 300.0;                                              // seconds
+constexpr double longestLength = RenderPart::longestPiece / blocksPerSecond + 1.0; // seconds
+constexpr double chokingBeats = 8.0; // in which a struck drum may still end another
 constexpr std::uint8_t drumChannel = 9;
 constexpr std::uint8_t inaudible = 1; // velocity
 
@@ -39,7 +40,7 @@ double lengthOf(const SequencerEvents& events)
     for (const SequencerTrackInfo& track : events.tracks) {
         beats = std::max(beats, track.lengthInBeats);
     }
-    return events.tempo.seconds(beats);
+    return std::min(events.tempo.seconds(beats), longestLength);
 }
 
 // The notes of a track by their place, so that they can be put back changed.

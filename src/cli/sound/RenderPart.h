@@ -12,8 +12,9 @@ namespace volvelle {
 // away. The parts of a piece are added up.
 struct RenderPart {
     static constexpr int blockFrames = 512;
-    static constexpr int quietBlocksAtEnd = 24; // a quarter of a second of silence ends a tail
-    static constexpr int longestTail = 2813;    // blocks, thirty seconds
+    static constexpr int quietBlocksAtEnd = 24;    // a quarter of a second of silence ends a tail
+    static constexpr int longestTail = 2813;       // blocks, thirty seconds
+    static constexpr int longestPiece = 8'100'000; // blocks, twenty-four hours
 
     std::int64_t beginBlock = 0; // where it begins in the piece
     std::int64_t endBlock = 0;   // where the next part begins, or the piece ends
@@ -25,7 +26,7 @@ struct RenderPart {
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
 // that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
-// where the piece cannot be read. [any thread]
+// where the piece cannot be read; one longer than the longest piece ends a second behind that. [any thread]
 std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,

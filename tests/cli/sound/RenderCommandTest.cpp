@@ -170,6 +170,17 @@ TEST_F(Render, AFileWithoutAnyTrackIsOnePlainLine)
     EXPECT_THAT(names(), ElementsAre("none.mid", "small.mid"));
 }
 
+TEST_F(Render, AFileThatLastsLongerThanADayIsOnePlainLine)
+{
+    using namespace std::string_literals;
+    write("long.mid",
+          "MThd\0\0\0\6\0\1\0\1\0\1MTrk\0\0\0\x0F\0\x90\x3C\x40\xFF\xFF\xFF\x7F\x3C\0\0\xFF\x2F\0\0"s);
+    const auto result = volvelle("render long.mid --out long.wav");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'long.mid' is too long: at most 24 hours are rendered.\n");
+    EXPECT_THAT(names(), ElementsAre("long.mid", "small.mid"));
+}
+
 TEST_F(Render, UsageIsStatusTwo)
 {
     EXPECT_EQ(volvelle("render small.mid").status, 2);

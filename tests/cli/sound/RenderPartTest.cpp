@@ -183,6 +183,23 @@ TEST(RenderPart, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
     }
 }
 
+TEST(RenderPart, APieceLongerThanADayIsToldByItsEndAndCutThere)
+{
+    MusicSequence sequence = piece(1, 120.0);
+    MusicTrack track;
+    EXPECT_EQ(MusicSequenceGetIndTrack(sequence, 0, track), noErr);
+    constexpr double day = 24.0 * 3600.0 * 2.0; // beats
+    EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, day - 1.0, {0, 60, 100, 0, 1.0F}), noErr);
+    EXPECT_EQ(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
+    EXPECT_THAT(renderParts(sequence, 2), SizeIs(288));
+    for (const double beat : {day, 1.0e13, 1.0e300}) {
+        EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, beat, {0, 60, 100, 0, 1.0F}), noErr);
+        EXPECT_GT(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
+        EXPECT_LT(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece + 100);
+        EXPECT_LE(renderParts(sequence, 2).size(), 290U);
+    }
+}
+
 TEST(RenderPart, ASequenceThatIsNotThereHasNoParts)
 {
     EXPECT_THAT(renderParts(nullptr, 2), IsEmpty());
