@@ -84,7 +84,6 @@ void flushLog()
 {
     if (mainQueue().isMainThread()) {
         mainQueue().writeWaitingLines();
-        writeRealtimeLines();
     }
 }
 

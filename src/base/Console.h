@@ -48,7 +48,7 @@ void debugprint(std::string message);
 // LineRing::longest bytes. [any thread, render threads too: no lock, no allocation]
 void realtimeprint(std::string_view beginning, std::string_view rest = "") noexcept;
 
-// Writes the lines of rendering threads that wait. [main thread]
+// Writes the lines of rendering threads that wait. [main thread; in a fatal stop any]
 void writeRealtimeLines();
 
 // Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written

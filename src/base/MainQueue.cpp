@@ -59,9 +59,6 @@ void MainQueue::writeWaitingLines()
     std::deque<Entry> lines;
     {
         const std::lock_guard lock(mutex);
-        if (entries.empty()) {
-            return;
-        }
         std::deque<Entry> closures;
         for (Entry& entry : entries) {
             (entry.closure ? closures : lines).push_back(std::move(entry));
@@ -71,6 +68,7 @@ void MainQueue::writeWaitingLines()
     for (const Entry& entry : lines) {
         console().write(entry.line);
     }
+    writeRealtimeLines();
 }
 
 void MainQueue::setWakeUp(Closure hook)

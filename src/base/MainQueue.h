@@ -22,12 +22,11 @@ public:
     void postLine(std::string line);
 
     // Runs and writes what waits, and what that posts, until nothing waits, and then the lines of rendering
-    // threads. May be called by a closure that
-    // itself is being drained. [main thread]
+    // threads. May be called by a closure that itself is being drained. [main thread]
     void drain();
 
-    // Takes the waiting log lines out of the queue and writes them in their order; runs no closure.
-    // [main thread; in a fatal stop any]
+    // Takes the waiting log lines out of the queue and writes them in their order, and then the lines of
+    // rendering threads; runs no closure. [main thread; in a fatal stop any]
     void writeWaitingLines();
 
     // Called behind each posting, for instance to wake a sleeping run loop; empty for none. The hook must not

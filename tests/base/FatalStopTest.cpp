@@ -60,6 +60,20 @@ TEST(FatalStopDeathTest, LogLinesThatWaitAreWrittenByAStopOffTheMainThreadToo)
         "^the end\nlog: waiting\nlog: waiting too\n$");
 }
 
+TEST(FatalStopDeathTest, LinesOfRenderingThreadsThatWaitAreWrittenBehindTheLog)
+{
+    const auto stop = [] {
+        realtimeprint("rendering ", "too");
+        safeprint("waiting");
+        fatalStop("the end");
+    };
+    ErrorSink sink;
+    ConsoleSink* const before = console().setSink(&sink);
+    EXPECT_DEATH(stop(), "^the end\nlog: waiting\nlog: rendering too\n$");
+    EXPECT_DEATH(std::thread(stop).join(), "^the end\nlog: waiting\nlog: rendering too\n$");
+    console().setSink(before);
+}
+
 TEST(FatalStop, SettingTheFinalStepGivesTheOneBefore)
 {
     const FinalStep mine = [] {};
