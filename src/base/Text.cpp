@@ -1,5 +1,6 @@
 #include "base/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -19,20 +20,32 @@ std::string integerText(T value)
     return {buffer.data(), end};
 }
 
+// "-1.25e+03" as "-1250.0".
+std::string decimal(std::string_view scientific)
+{
+    const std::size_t mark = scientific.find('e');
+    const bool isSmall = scientific[mark + 1] == '-';
+    std::size_t exponent = 0;
+    std::from_chars(scientific.data() + mark + 2, scientific.data() + scientific.size(), exponent);
+    std::string digits(isSmall ? exponent : 0, '0');
+    digits += scientific.substr(0, mark);
+    std::erase_if(digits, [](char character) { return character == '.' || character == '-'; });
+    const std::size_t point = isSmall ? 1 : exponent + 1;
+    digits.resize(std::max(digits.size(), point + 1), '0');
+    digits.insert(point, 1, '.');
+    return (scientific.front() == '-' ? "-" : "") + digits;
+}
+
 template <class T>
 std::string floatText(T value)
 {
     const T size = std::abs(value);
     const bool isDecimal =
         size == 0 || (size >= static_cast<T>(leastDecimal) && size < static_cast<T>(leastLargeScientific));
-    const auto format = isDecimal ? std::chars_format::fixed : std::chars_format::scientific;
     std::array<char, 40> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format).ptr;
-    std::string result(buffer.data(), end);
-    if (isDecimal && result.find('.') == std::string::npos) {
-        result += ".0";
-    }
-    return result;
+    char* const begin = buffer.data();
+    const auto end = std::to_chars(begin, begin + buffer.size(), value, std::chars_format::scientific).ptr;
+    return isDecimal ? decimal({begin, end}) : std::string(begin, end);
 }
 
 } // namespace

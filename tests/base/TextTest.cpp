@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <random>
 
 namespace volvelle {
 namespace {
@@ -41,6 +45,62 @@ TEST(Text, FloatsAreDecimalFromATenThousandthToBelowTenToTheSixteenth)
     EXPECT_EQ(text(1e17F), "1e+17");
     EXPECT_EQ(text(-std::numeric_limits<double>::infinity()), "-inf");
     EXPECT_EQ(text(std::numeric_limits<double>::denorm_min()), "5e-324");
+}
+
+TEST(Text, LargeFloatsOfSinglePrecisionHaveTheirShortestDigitsFilledUpWithZeros)
+{
+    EXPECT_EQ(text(1e15F), "1000000000000000.0");
+    EXPECT_EQ(text(-1e15F), "-1000000000000000.0");
+    EXPECT_EQ(text(1e11F), "100000000000.0");
+    EXPECT_EQ(text(123456789.0F), "123456790.0");
+    EXPECT_EQ(text(16777216.0F), "16777216.0");
+    EXPECT_EQ(text(8388607.5F), "8388607.5");
+    EXPECT_EQ(text(16777218.0F), "16777218.0");
+    EXPECT_EQ(text(33554436.0F), "33554436.0");
+    EXPECT_EQ(text(1e16F), "1e+16");
+    EXPECT_EQ(text(std::nextafter(1e16F, 0.0F)), "9999999000000000.0");
+    EXPECT_EQ(text(std::nextafter(0.0001F, 0.0F)), "9.999999e-05");
+    EXPECT_EQ(text(std::numeric_limits<float>::max()), "3.4028235e+38");
+    EXPECT_EQ(text(-std::numeric_limits<float>::infinity()), "-inf");
+    EXPECT_EQ(text(std::numeric_limits<float>::quiet_NaN()), "nan");
+}
+
+// The digits of a text without sign, point, exponent and the zeros around them.
+std::string digitsOf(std::string line)
+{
+    line.resize(std::min(line.size(), line.find('e')));
+    std::erase_if(line, [](char character) { return character == '.' || character == '-'; });
+    line.erase(0, line.find_first_not_of('0'));
+    line.resize(line.find_last_not_of('0') + 1);
+    return line;
+}
+
+template <class T>
+void expectShortest(T value)
+{
+    const std::string line = text(value);
+    T again = 0;
+    const auto read = std::from_chars(line.data(), line.data() + line.size(), again);
+    EXPECT_EQ(read.ptr, line.data() + line.size()) << line;
+    EXPECT_EQ(again, value) << line;
+    std::array<char, 40> shortest{};
+    const auto end = std::to_chars(shortest.begin(), shortest.end(), value, std::chars_format::scientific);
+    EXPECT_EQ(digitsOf(line).size(), digitsOf({shortest.data(), end.ptr}).size()) << line;
+    const T size = std::abs(value);
+    const bool isDecimal = size >= T(1e-4) && size < T(1e16);
+    EXPECT_EQ(line.find('e') == std::string::npos, isDecimal) << line;
+    EXPECT_EQ(line.find('.') != std::string::npos, isDecimal || line.find('.') < line.find('e')) << line;
+}
+
+TEST(Text, AnyFloatReadsBackFromNoMoreDigitsThanItNeeds)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> exponent(-8.0, 20.0);
+    for (int i = 0; i < 20'000; ++i) {
+        const double value = std::pow(10.0, exponent(random)) * (i % 2 == 0 ? 1.0 : -1.0);
+        expectShortest(value);
+        expectShortest(static_cast<float>(value));
+    }
 }
 
 TEST(Text, IntegersOfAnyWidthArePlainNumbers)
