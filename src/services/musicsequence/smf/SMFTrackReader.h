@@ -12,7 +12,7 @@
 namespace volvelle {
 
 // Reads the events of one file track, and mends what is wrong with them. It can be asked to go on behind a
-// limit at which it stopped. Where the budget is spent it stops for good.
+// limit at which it stopped. Where its budget is spent it stops for good.
 class SMFTrackReader {
 public:
     // Begins at `from`, and adds to `events`; `notes` holds no open note.

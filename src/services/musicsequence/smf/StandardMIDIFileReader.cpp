@@ -17,7 +17,7 @@ constexpr std::size_t mostJunk = 65536;
 
 class FileReader {
 public:
-    explicit FileReader(std::span<const std::uint8_t> bytes) : chunks(bytes), budget(bytes.size())
+    explicit FileReader(std::span<const std::uint8_t> bytes) : chunks(bytes)
     {
         file.bytes = bytes;
         file.events = SMFEvents(bytes.size() / 2);
@@ -112,7 +112,7 @@ std::size_t FileReader::headerEnd(std::size_t place)
 
 void FileReader::readChunks(std::size_t place)
 {
-    while (place < chunks.size() && !budget.isSpent()) {
+    while (place < chunks.size() && !budget.isOver()) {
         if (chunks.has(place, trackName) && place + SMFChunks::headSize <= chunks.size()) {
             place = readTrack(place);
         } else if (chunks.mayBeginAt(place) && place + SMFChunks::headSize <= chunks.size()) {
@@ -133,10 +133,11 @@ std::size_t FileReader::readTrack(std::size_t place)
     const std::size_t length = chunks.claimedLength(place);
     const bool fits = length <= room;
     std::size_t limit = fits ? start + length : nextTrack(start);
-    budget.takeTrack();
+    budget.beginTrack(limit - place);
     SMFTrackReader reader(file.bytes, start, file.events, openNotes, budget);
     bool isEnded = reader.read(limit);
     if (!isEnded && goesOnBehind(limit)) {
+        budget.grant(nextTrack(limit) - limit);
         limit = nextTrack(limit);
         isEnded = reader.read(limit);
         reader.report.hasWrongLength = isEnded;
@@ -148,6 +149,7 @@ std::size_t FileReader::readTrack(std::size_t place)
         next = placeBehind(reader, limit, reader.report);
         reader.report.hasWrongLength |= !fits;
     }
+    budget.takeBack(limit - std::min(limit, next));
     file.tracks.push_back(reader.finish());
     reader.report.tell(file.tracks.size(), warnings);
     return next;

@@ -14,8 +14,8 @@ namespace volvelle {
 // second becomes 480 ticks a beat at 120 beats a minute, without tempos. The separate sequences of format 2
 // are laid one after another. fileFormatErr, with `file` as it was, where there is neither a header nor a
 // track with an event. Its allocations, and those of a loading of what it gives, are 64 MiB and eight times
-// the size of `bytes` at most, all added up; a file that asks for more ends where they are spent. [any
-// thread]
+// the size of `bytes` at most, all added up; a track that asks for more ends early, and leaves something to
+// those behind it. [any thread]
 OSStatus readStandardMIDIFile(std::span<const std::uint8_t> bytes, SMFFile& file);
 
 } // namespace volvelle

@@ -41,27 +41,38 @@ Bytes header()
     return hex("\"MThd\" 00000006 0001 0001 01E0");
 }
 
-// A file of `size` bytes behind its header: tracks that each end at once and claim all that is left.
-Bytes nestedTracks(std::size_t size)
+// A file of `size` bytes behind its header: tracks of the body that each claim all that is left.
+Bytes nestedTracks(const Bytes& body, std::size_t size)
 {
     Bytes bytes = header();
     const std::size_t end = bytes.size() + size;
-    while (bytes.size() + 12 <= end) {
+    while (bytes.size() + 8 + body.size() <= end) {
         putTrackHead(bytes, end - bytes.size() - 8);
-        bytes.insert(bytes.end(), {0, 0xFF, 0x2F, 0});
+        bytes.insert(bytes.end(), body.begin(), body.end());
     }
     bytes.resize(end);
     return bytes;
 }
 
-// A file of one track that repeats the bytes, behind the first ones.
-Bytes repeatedIn(const Bytes& first, const Bytes& repeated, std::size_t size)
+// A track's bytes that repeat some, behind the first ones, and its end.
+Bytes bodyOf(const Bytes& first, const Bytes& repeated, std::size_t size)
 {
     Bytes body = first;
     while (body.size() < size) {
         body.insert(body.end(), repeated.begin(), repeated.end());
     }
-    return joined({header(), chunkOf(joined({body, hex("00 FF2F00")}))});
+    return joined({body, hex("00 FF2F00")});
+}
+
+// A file of one such track.
+Bytes repeatedIn(const Bytes& first, const Bytes& repeated, std::size_t size)
+{
+    return joined({header(), chunkOf(bodyOf(first, repeated, size))});
+}
+
+Bytes bends(std::size_t size)
+{
+    return bodyOf(hex("00 E00000"), hex("00 0000"), size);
 }
 
 // A file of tracks of the same bytes.
@@ -83,10 +94,16 @@ struct GreedyFile {
 std::vector<GreedyFile> greedyFiles()
 {
     constexpr std::size_t size = 5 * mebibyte;
-    return {{"nested tracks", nestedTracks(960'000)},
-            {"more nested tracks", nestedTracks(3'600'000)},
+    const Bytes end = hex("00 FF2F00");
+    const Bytes programs = bodyOf(hex("00 C000"), hex("00 01"), 100'000);
+    return {{"nested tracks", nestedTracks(end, 960'000)},
+            {"more nested tracks", nestedTracks(end, 3'600'000)},
+            {"nested tracks of programs", nestedTracks(programs, 2 * size)},
+            {"tracks of programs", tracksOf(programs, 2 * size)},
+            {"bends and tracks of a note", joined({header(), chunkOf(bends(2 * size)),
+                                                   tracksOf(hex("00 903C40 00 3C00 00 FF2F00"), size)})},
             {"tracks without a byte", tracksOf({}, size)},
-            {"tracks of nothing but an end", tracksOf(hex("00 FF2F00"), size)},
+            {"tracks of nothing but an end", tracksOf(end, size)},
             {"tracks of a note", tracksOf(hex("00 903C40 00 3C00 00 FF2F00"), size)},
             {"notes", repeatedIn(hex("00 9000 40 00 0000"), hex("00 3C40 00 3C00"), size)},
             {"notes without an end", repeatedIn(hex("00 903C40"), hex("00 3C40"), size)},
@@ -119,7 +136,30 @@ TEST(LoadMemory, AFileThatAsksForMoreEndsEarly)
     EXPECT_EQ(trackCountOf(sequence), 1U);
 }
 
-TEST(LoadMemory, AFileOfNotesIsReadToItsEndHoweverLongItIs)
+TEST(LoadMemory, TracksBehindOneThatAsksForMoreAreReadWithWhatTheirBytesAskFor)
+{
+    const Bytes greedy = bends(9 * mebibyte);
+    const Bytes note = hex("00 903C40 01 3C00 00 FF2F00");
+    const MusicSequence sequence = load(fileOf(1, 1, {greedy, note, greedy, note, note}));
+    EXPECT_EQ(warningsOf(sequence),
+              (Lines{"Track 1 ends early; 0 notes were read.", "Track 3 ends early; 0 notes were read."}));
+    ASSERT_EQ(trackCountOf(sequence), 5U);
+    for (const std::uint32_t index : {1U, 3U, 4U}) {
+        EXPECT_EQ(eventsOf(trackOf(sequence, index)), Lines{"0.0 note 0 60 64 0 1.0"}) << index;
+    }
+}
+
+TEST(LoadMemory, AFileOfMillionsOfNotesThatDoNotEndMayEndEarly)
+{
+    const MusicSequence sequence = load(repeatedIn(hex("00 903C40"), hex("00 3C40"), 10 * mebibyte));
+    const Lines warnings = warningsOf(sequence);
+    ASSERT_EQ(warnings.size(), 2U);
+    EXPECT_TRUE(warnings.front().starts_with("Track 1 ends early; ")) << warnings.front();
+    EXPECT_EQ(trackCountOf(sequence), 1U);
+}
+
+// Of six bytes at least, its beginning and its end.
+TEST(LoadMemory, AFileOfNotesThatEndIsReadToItsEndHoweverLongItIs)
 {
     const Bytes bytes = repeatedIn(hex("00 903C40 00 3C00"), hex("00 3C40 01 3C00"), 10 * mebibyte);
     const MusicSequence sequence = load(bytes);
