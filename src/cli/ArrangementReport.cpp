@@ -1,5 +1,6 @@
 #include "cli/ArrangementReport.h"
 
+#include "base/Checked.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ std::string titleOf(const MIDIPhrase& phrase)
 {
     if (phrase.sequence && phrase.sequence->sequenceNode) {
         for (const auto& track : phrase.sequence->sequenceNode->tracks) {
-            for (const auto& name : track->getElementsOfClass<MetaTrackNameEvent>()) {
+            for (const auto& name : required(track).getElementsOfClass<MetaTrackNameEvent>()) {
                 return {name->data.begin(), name->data.end()};
             }
         }
@@ -49,7 +50,7 @@ std::shared_ptr<MIDISequence16> ReportingGenerator::makeArrangement(bool empty)
         arrangement.phrases.push_back({getName(channel), titleOf(*phrase)});
     }
     for (const auto& chord : mixer.chordTrack->chords) {
-        arrangement.chords.push_back({chord->position, chord->nrule->shortName});
+        arrangement.chords.push_back({chord->position, required(chord->nrule).shortName});
     }
     for (const auto& event : mixer.mixedEvents) {
         if (event->type == PhraseEvent::noteOn) {

@@ -93,8 +93,8 @@ std::vector<NamedChord> chordsNamed(const MIDIPhrase& phrase)
 {
     constexpr std::string_view mark = "chord: ";
     std::vector<NamedChord> chords;
-    for (const auto& track : phrase.sequence->sequenceNode->tracks) {
-        for (const auto& event : track->getElementsOfClass<MetaTextEvent>()) {
+    for (const auto& track : required(phrase.sequence->sequenceNode).tracks) {
+        for (const auto& event : required(track).getElementsOfClass<MetaTextEvent>()) {
             const std::string line(event->data.begin(), event->data.end());
             if (line.starts_with(mark)) {
                 chords.emplace_back(event->position, line.substr(mark.size()));
