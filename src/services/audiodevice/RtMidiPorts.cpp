@@ -4,7 +4,9 @@
 #include "services/audiodevice/SoundServers.h"
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 namespace volvelle {
 
@@ -47,6 +49,15 @@ std::size_t find(const std::vector<std::string>& names, const std::string& wante
     return static_cast<std::size_t>((exact != names.end() ? exact : partial) - names.begin());
 }
 
+// Holds what must never be closed, and is never destroyed itself.
+void keepForGood(std::unique_ptr<RtMidiOut> midi)
+{
+    static auto* const mutex = new std::mutex;
+    static auto* const kept = new std::vector<std::unique_ptr<RtMidiOut>>;
+    const std::lock_guard lock(*mutex);
+    kept->push_back(std::move(midi));
+}
+
 class RtMidiOutput : public MIDIOutput {
 public:
     RtMidiOutput(std::unique_ptr<RtMidiOut> midi, std::string name)
@@ -58,7 +69,7 @@ public:
     ~RtMidiOutput() override
     {
         if (midi->getCurrentApi() == RtMidi::UNIX_JACK && !isJackServerRunning()) {
-            static_cast<void>(midi.release());
+            keepForGood(std::move(midi));
         }
     }
 

@@ -9,11 +9,11 @@ PortQueue::PortQueue(std::size_t capacity) : bytes(capacity) {}
 bool PortQueue::push(Moment due, std::span<const std::uint8_t> message) noexcept
 {
     constexpr std::size_t releaseSize = sizeof(Header) + 3;
-    const auto releases = static_cast<std::size_t>(sounds.releases() + sounds.change(message));
+    const int releases = sounds.releases() + sounds.change(message);
     const std::size_t used = end.load(std::memory_order_relaxed) - begin.load(std::memory_order_acquire);
     const std::size_t free = bytes.size() - used;
     if (message.empty() || message.size() > bytes.size() ||
-        free < sizeof(Header) + message.size() + releases * releaseSize) {
+        free < sizeof(Header) + message.size() + static_cast<std::size_t>(releases) * releaseSize) {
         return false;
     }
     sounds.apply(message);
