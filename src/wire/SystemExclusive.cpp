@@ -124,6 +124,25 @@ std::uint64_t settingKey(Bytes message) noexcept
     return std::max<std::uint64_t>(key, 1);
 }
 
+std::optional<TuningSlot> changedTuning(Bytes message) noexcept
+{
+    if (!isWhole(message) || !isUniversal(message, tuning) || message.size() < 8) {
+        return std::nullopt;
+    }
+    switch (message[4]) {
+    case 0x01: // all keys, or some
+    case 0x02:
+        return TuningSlot{0, message[5] & 0x7F};
+    case 0x04: // the same in a bank, and octaves
+    case 0x05:
+    case 0x06:
+    case 0x07:
+        return TuningSlot{message[5] & 0x7F, message[6] & 0x7F};
+    default:
+        return std::nullopt;
+    }
+}
+
 std::uint16_t octaveTunedChannels(Bytes message) noexcept
 {
     constexpr std::size_t oneByte = 21; // bytes of a message with one for each of twelve notes

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 // What system exclusive messages mean for the state of a device. All take whole messages, F0 to F7, and are
@@ -21,6 +22,17 @@ ExclusiveEffect effectOf(std::span<const std::uint8_t> message) noexcept;
 // Equal for two settings of which the later one takes the place of the earlier; never 0 for a setting, 0 for
 // all else.
 std::uint64_t settingKey(std::span<const std::uint8_t> message) noexcept;
+
+// Where a tuning is kept.
+struct TuningSlot {
+    int bank = 0; // 0 to 127, as the program
+    int program = 0;
+
+    bool operator==(const TuningSlot&) const = default;
+};
+
+// The tuning that the message changes; none for one that changes none that is kept.
+std::optional<TuningSlot> changedTuning(std::span<const std::uint8_t> message) noexcept;
 
 // Bit n: the message tunes the octaves of channel n, which ends the tuning program that was chosen there.
 std::uint16_t octaveTunedChannels(std::span<const std::uint8_t> message) noexcept;

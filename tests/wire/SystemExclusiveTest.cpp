@@ -125,6 +125,29 @@ Bytes octave(std::uint8_t kind, std::size_t size)
     return bytes;
 }
 
+TEST(SystemExclusive, ATuningIsChangedInItsSlot)
+{
+    const auto slotOf = [](std::uint8_t kind, std::size_t size) {
+        Bytes bytes{0xF0, 0x7E, 0x7F, 0x08, kind, 0x05, 0x06};
+        bytes.resize(size - 1);
+        bytes.push_back(0xF7);
+        const auto slot = changedTuning(bytes);
+        return slot ? slot->bank * 128 + slot->program : -1;
+    };
+    for (const int kind : {1, 2}) {
+        EXPECT_EQ(slotOf(static_cast<std::uint8_t>(kind), 12), 5) << kind;
+    }
+    for (const int kind : {4, 5, 6, 7}) {
+        EXPECT_EQ(slotOf(static_cast<std::uint8_t>(kind), 12), 5 * 128 + 6) << kind;
+    }
+    for (const int kind : {0, 3, 8, 9, 10}) {
+        EXPECT_EQ(slotOf(static_cast<std::uint8_t>(kind), 12), -1) << kind;
+    }
+    EXPECT_EQ(slotOf(2, 8), 5);
+    EXPECT_EQ(changedTuning(Bytes{0xF0, 0x7E, 0x7F, 0x08, 0x02, 0x05, 0xF7}), std::nullopt);
+    EXPECT_EQ(changedTuning(Bytes{0xF0, 0x7E, 0x7F, 0x09, 0x02, 0x05, 0x06, 0xF7}), std::nullopt);
+}
+
 TEST(SystemExclusive, AnOctaveIsTunedForTheChannelsOfTheMask)
 {
     EXPECT_EQ(octaveTunedChannels(octave(8, 21)), 0b10'1000001'0000101);

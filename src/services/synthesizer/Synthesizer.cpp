@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <bitset>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -33,6 +34,7 @@ std::uint8_t statusByte(int kind, int channel)
 }
 
 constexpr int firstMode = 124;
+constexpr int tuningPrograms = 128;      // of a bank; there are as many banks
 constexpr int soundFontParameters = 120; // high byte of the numbers of parameters that SoundFonts know
 
 // What may be set from outside without reaching beyond a sample or into the order of sounds.
@@ -60,7 +62,8 @@ struct Synthesizer::State {
     FluidPointer<fluid_synth_t> synth; // dies before its settings
     int font = 0;
     bool readsOnDemand = false;
-    bool hasTunings = false;
+    std::bitset<std::size_t{tuningPrograms} * tuningPrograms>
+        tuned; // tunings that were changed, bank by bank
 
     // Of a parameter that is not registered; without one `isFree` is false.
     struct Selection {
@@ -109,7 +112,9 @@ void Synthesizer::State::performExclusive(std::span<const std::uint8_t> message)
         fluid_synth_all_sounds_off(synth.get(), -1);
         return freshen();
     }
-    hasTunings = hasTunings || effect == ExclusiveEffect::setting;
+    if (const std::optional<TuningSlot> slot = changedTuning(message)) {
+        tuned.set(static_cast<std::size_t>(slot->bank * tuningPrograms + slot->program));
+    }
     const auto body = message.subspan(1, message.size() - 2);
     fluid_synth_sysex(synth.get(), reinterpret_cast<const char*>(body.data()), static_cast<int>(body.size()),
                       nullptr, nullptr, nullptr, 0);
@@ -272,20 +277,22 @@ void Synthesizer::State::forgetSettings()
         }
         fluid_synth_deactivate_tuning(synth.get(), channel, 0);
     }
-    if (hasTunings) {
+    if (tuned.any()) {
         forgetTunings();
     }
 }
 
+// The library's own list of its tunings would take a key of the process from each synthesizer, for good.
 void Synthesizer::State::forgetTunings()
 {
-    int tuningBank = 0;
-    int tuningProgram = 0;
-    fluid_synth_tuning_iteration_start(synth.get());
-    while (fluid_synth_tuning_iteration_next(synth.get(), &tuningBank, &tuningProgram) != 0) {
-        fluid_synth_activate_key_tuning(synth.get(), tuningBank, tuningProgram, "", nullptr, 0);
+    for (std::size_t i = 0; i < tuned.size(); ++i) {
+        if (tuned.test(i)) {
+            const int place = static_cast<int>(i);
+            fluid_synth_activate_key_tuning(synth.get(), place / tuningPrograms, place % tuningPrograms, "",
+                                            nullptr, 0);
+        }
     }
-    hasTunings = false;
+    tuned.reset();
 }
 
 // Brings all channels to where they are at first.
