@@ -129,7 +129,7 @@ void ChannelState::apply(const ShortMessage& message) noexcept
         }
         break;
     case 0xA0:
-        keyPressures[static_cast<std::size_t>(first)] = static_cast<std::uint8_t>(second);
+        keyPressures[message[1] & 0x7FU] = static_cast<std::uint8_t>(message[2] & 0x7FU);
         break;
     case 0xB0:
         applyController(first, second);

@@ -25,7 +25,7 @@ public:
 private:
     static std::size_t place(const BankSound& sound)
     {
-        return static_cast<std::size_t>(sound.bank * programs + sound.program);
+        return static_cast<std::size_t>(sound.bank) * programs + static_cast<std::size_t>(sound.program);
     }
 
     std::bitset<static_cast<std::size_t>(banks) * programs> set;

@@ -113,7 +113,8 @@ void Synthesizer::State::performExclusive(std::span<const std::uint8_t> message)
         return freshen();
     }
     if (const std::optional<TuningSlot> slot = changedTuning(message)) {
-        tuned.set(static_cast<std::size_t>(slot->bank * tuningPrograms + slot->program));
+        tuned.set(static_cast<std::size_t>(slot->bank) * tuningPrograms +
+                  static_cast<std::size_t>(slot->program));
     }
     const auto body = message.subspan(1, message.size() - 2);
     fluid_synth_sysex(synth.get(), reinterpret_cast<const char*>(body.data()), static_cast<int>(body.size()),
