@@ -19,19 +19,28 @@ MusicTrack trackOfNotes(MusicSequence& sequence)
     return track;
 }
 
-// Deletes every note but one by a span for each, from the front.
-void clearOneByOne(benchmark::State& state)
+// Times `edit` on a track of its own each time.
+template <typename Edit>
+void onNotes(benchmark::State& state, Edit edit)
 {
     for (auto _ : state) {
         state.PauseTiming();
         MusicSequence sequence;
         const MusicTrack track = trackOfNotes(sequence);
         state.ResumeTiming();
+        edit(track);
+    }
+    state.SetItemsProcessed(state.iterations() * notes);
+}
+
+// Deletes every note but one by a span for each, from the front.
+void clearOneByOne(benchmark::State& state)
+{
+    onNotes(state, [](const MusicTrack& track) {
         for (int i = 0; i < notes - 1; ++i) {
             MusicTrackClear(track, i, i + 1);
         }
-    }
-    state.SetItemsProcessed(state.iterations() * notes);
+    });
 }
 
 BENCHMARK(clearOneByOne)->Unit(benchmark::kMillisecond);
@@ -39,31 +48,19 @@ BENCHMARK(clearOneByOne)->Unit(benchmark::kMillisecond);
 // The same from the middle on, each time the note in the middle.
 void clearTheMiddle(benchmark::State& state)
 {
-    for (auto _ : state) {
-        state.PauseTiming();
-        MusicSequence sequence;
-        const MusicTrack track = trackOfNotes(sequence);
-        state.ResumeTiming();
+    onNotes(state, [](const MusicTrack& track) {
         for (int i = 1; i < notes - 1; ++i) {
             const int place = notes / 2 + (i % 2 == 0 ? i / 2 : -(i / 2));
             MusicTrackClear(track, place, place + 1);
         }
-    }
-    state.SetItemsProcessed(state.iterations() * notes);
+    });
 }
 
 BENCHMARK(clearTheMiddle)->Unit(benchmark::kMillisecond);
 
 void clearAtOnce(benchmark::State& state)
 {
-    for (auto _ : state) {
-        state.PauseTiming();
-        MusicSequence sequence;
-        const MusicTrack track = trackOfNotes(sequence);
-        state.ResumeTiming();
-        MusicTrackClear(track, 0.0, notes - 1);
-    }
-    state.SetItemsProcessed(state.iterations() * notes);
+    onNotes(state, [](const MusicTrack& track) { MusicTrackClear(track, 0.0, notes - 1); });
 }
 
 BENCHMARK(clearAtOnce)->Unit(benchmark::kMillisecond);
@@ -88,16 +85,11 @@ BENCHMARK(deleteByIterator)->Unit(benchmark::kMillisecond);
 // Cuts the first beat each time: what stands behind it moves.
 void cutOneByOne(benchmark::State& state)
 {
-    for (auto _ : state) {
-        state.PauseTiming();
-        MusicSequence sequence;
-        const MusicTrack track = trackOfNotes(sequence);
-        state.ResumeTiming();
+    onNotes(state, [](const MusicTrack& track) {
         for (int i = 0; i < notes - 1; ++i) {
             MusicTrackCut(track, 0.0, 1.0);
         }
-    }
-    state.SetItemsProcessed(state.iterations() * notes);
+    });
 }
 
 BENCHMARK(cutOneByOne)->Unit(benchmark::kMillisecond);

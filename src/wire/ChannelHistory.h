@@ -33,11 +33,10 @@ public:
     {
         const std::size_t count = exclusivesBefore(seconds);
         const std::size_t first = count == 0 ? 0 : exclusives[count - 1].lastReset;
-        std::size_t live = 0;
+        std::size_t left = 0;
         for (std::size_t i = first; i < count; ++i) {
-            live += exclusives[i].replacedBy >= count ? 1U : 0U;
+            left += exclusives[i].replacedBy >= count ? 1U : 0U;
         }
-        std::size_t left = live;
         for (std::size_t i = first; i < count; ++i) {
             if (exclusives[i].replacedBy >= count &&
                 (left-- < ExclusiveMemory::maximumMessages || i == first)) {

@@ -10,6 +10,9 @@ using ShortMessage = std::array<std::uint8_t, 3>;
 
 constexpr int channelCount = 16;
 
+// The pedals that hold notes: sustain, sostenuto, hold.
+inline constexpr std::array<std::uint8_t, 3> holdPedals{64, 66, 69};
+
 constexpr int channelOf(const ShortMessage& message) noexcept
 {
     return message[0] & 0x0F;

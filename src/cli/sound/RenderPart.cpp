@@ -7,7 +7,6 @@
 #include "wire/DeviceChannels.h"
 
 #include <algorithm>
-#include <array>
 #include <bitset>
 #include <cmath>
 #include <limits>
@@ -85,9 +84,8 @@ private:
 
     bool hasPedal(int channel) const
     {
-        constexpr std::array<int, 3> pedals{64, 66, 69};
         return std::ranges::any_of(
-            pedals, [&](int pedal) { return channels[channel & 0x0F].controller(pedal) >= 64; });
+            holdPedals, [&](int pedal) { return channels[channel & 0x0F].controller(pedal) >= 64; });
     }
 
     const RenderPart& part;

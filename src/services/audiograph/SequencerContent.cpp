@@ -1,14 +1,12 @@
 #include "services/audiograph/SequencerContent.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace volvelle {
 
 namespace {
 
-constexpr std::array<int, 3> pedals{64, 66, 69}; // sustain, sostenuto, hold
 constexpr int mostEnds = 4; // of one key at once: all keys so often find room in the line
 
 } // namespace
@@ -91,7 +89,7 @@ void SequencerContent::release(bool all) noexcept
             if ((unit.channels >> channel & 1) == 0) {
                 continue;
             }
-            for (const int pedal : pedals) {
+            for (const int pedal : holdPedals) {
                 sendShort(unit, 0xB0 | channel, pedal, 0);
             }
             if (all) {

@@ -42,7 +42,6 @@ void SequencerCore::beginBlock() noexcept
     }
     if (isMove || isRenewed) {
         begin(isMove ? current.beats : hereBeats, isMove);
-        cursor = isMove ? cursor : contents.current()->events->firstFrom(startSeconds - halfFrame());
     } else if (isFaster) {
         anchor(hereSeconds);
     }
@@ -62,7 +61,7 @@ void SequencerCore::begin(double beats, bool isMove) noexcept
     SequencerContent& content = *contents.current();
     startSeconds = content.events->tempo.seconds(beats);
     anchor(startSeconds);
-    cursor = content.events->firstFrom(startSeconds);
+    cursor = content.events->firstFrom(isMove ? startSeconds : startSeconds - halfFrame());
     if (isMove && beats <= 0.0) {
         content.silence();
     }

@@ -45,11 +45,11 @@ PortSounds::Step PortSounds::readController(std::size_t channel, std::uint8_t co
     if (controller == resetControllers) {
         return {Effect::liftPedals, channel, 0};
     }
-    const auto* const pedal = std::ranges::find(pedals, controller);
-    if (pedal == pedals.end()) {
+    const auto* const pedal = std::ranges::find(holdPedals, controller);
+    if (pedal == holdPedals.end()) {
         return {};
     }
-    const auto slot = noteCount + static_cast<std::size_t>(pedal - pedals.begin());
+    const auto slot = noteCount + static_cast<std::size_t>(pedal - holdPedals.begin());
     return {value > 0 ? Effect::begin : Effect::end, channel, slot};
 }
 
@@ -101,7 +101,7 @@ std::array<std::uint8_t, 3> PortSounds::release(std::size_t channel, std::size_t
     if (slot < noteCount) {
         return {static_cast<std::uint8_t>(noteOff | low), static_cast<std::uint8_t>(slot), 0};
     }
-    return {static_cast<std::uint8_t>(controllerStatus | low), pedals[slot - noteCount], 0};
+    return {static_cast<std::uint8_t>(controllerStatus | low), holdPedals[slot - noteCount], 0};
 }
 
 } // namespace volvelle

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/ShortMessage.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -40,8 +42,7 @@ private:
     enum class Effect { none, begin, end, endNotes, liftPedals };
 
     static constexpr std::size_t noteCount = 128;
-    static constexpr std::array<std::uint8_t, 3> pedals{64, 66, 69};
-    static constexpr std::size_t slotCount = noteCount + pedals.size();
+    static constexpr std::size_t slotCount = noteCount + holdPedals.size();
 
     using Channel = std::array<std::uint8_t, slotCount>; // how often each note and pedal was begun
 

@@ -357,8 +357,8 @@ std::unique_ptr<Synthesizer> Synthesizer::make(const std::shared_ptr<const BankF
         return nullptr;
     }
     auto state = std::make_unique<State>();
-    state->readsOnDemand = content.isLarge;
-    state->settings = makeSettings(options, content.isLarge);
+    state->readsOnDemand = bank->isLarge();
+    state->settings = makeSettings(options, bank->isLarge());
     state->synth.reset(state->settings ? new_fluid_synth(state->settings.get()) : nullptr);
     if (!state->synth) {
         error = "The synthesizer could not be made.";
@@ -374,7 +374,7 @@ std::unique_ptr<Synthesizer> Synthesizer::make(const std::shared_ptr<const BankF
         return nullptr;
     }
     std::unique_ptr<Synthesizer> made(new Synthesizer(bank, std::move(state)));
-    if (content.isLarge) {
+    if (bank->isLarge()) {
         made->preload({});
         made->preload({drumChannel, 0, 0, 0});
     }

@@ -64,7 +64,6 @@ bool SynthesizerBank::open(const BankFile& file, std::string& error)
     std::array<std::uint8_t, 12> head{};
     const bool hasHead = readBytes(stream, head) && unsigned32(head, 0) == fourCharacters("RIFF");
     if (hasHead && unsigned32(head, 8) == fourCharacters("sfbk")) {
-        isLarge = file.isLarge();
         const bool isWhole = isWholeSoundFont(stream, size);
         error = isWhole ? "" : sentence(path, "is damaged.");
         return isWhole;

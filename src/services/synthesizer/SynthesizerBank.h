@@ -16,7 +16,6 @@ struct SynthesizerBank {
     // it is no bank.
     bool open(const BankFile& file, std::string& error);
 
-    bool isLarge = false; // its samples are read when they are needed
     std::optional<DLSFile> sounds;
 };
 
