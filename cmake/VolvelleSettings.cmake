@@ -10,7 +10,7 @@ find_program(VOLVELLE_CCACHE ccache)
 if(VOLVELLE_CCACHE)
   # What was compiled in one folder serves in any other.
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=true
-    "${VOLVELLE_CCACHE}")
+    CCACHE_SLOPPINESS=pch_defines,time_macros "${VOLVELLE_CCACHE}")
 endif()
 
 set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")

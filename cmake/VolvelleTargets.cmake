@@ -25,15 +25,21 @@ function(volvelle_library)
   target_link_libraries(volvelle_${ARG_NAME} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
+# What every program of tests is built with: precompiled headers, and nothing optimised but what is tested.
+function(volvelle_test_settings target)
+  target_link_libraries(${target} PRIVATE volvelle_testsupport GTest::gmock)
+  target_precompile_headers(${target} REUSE_FROM volvelle_testheaders)
+  target_compile_options(${target} PRIVATE ${VOLVELLE_TEST_OPTIONS})
+endfunction()
+
 # volvelle_test(NAME midi_test SOURCES ATest.cpp ... LINKS midi): one GoogleTest program, its tests found
 # by ctest one by one.
 function(volvelle_test)
   cmake_parse_arguments(ARG "" "NAME" "SOURCES;LINKS" ${ARGN})
   add_executable(${ARG_NAME} ${ARG_SOURCES})
   list(TRANSFORM ARG_LINKS PREPEND volvelle_)
-  target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LINKS} volvelle_testsupport GTest::gmock)
-  target_compile_definitions(${ARG_NAME} PRIVATE
-    VOLVELLE_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VOLVELLE_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LINKS})
+  volvelle_test_settings(${ARG_NAME})
   gtest_discover_tests(${ARG_NAME} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${ARG_NAME}/"
     PROPERTIES TIMEOUT 600)
 endfunction()

@@ -1,6 +1,6 @@
 #include "MIDISequences/AUMIDIEvents.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "audio/PropertyList.h"
-#include "tests/audio/TemporaryFolder.h"
 #include "tests/audio/UnitFixture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <fstream>
 #include <iterator>
@@ -55,7 +55,7 @@ TEST_F(AudioUnitBaseStateTest, TheFileIsAnXMLPropertyList)
 
 TEST_F(AudioUnitBaseStateTest, SavingReplacesTheFileAsAWhole)
 {
-    folder.put("state.plist", "something older");
+    folder.write("state.plist", "something older");
     wrapper->saveFullState(file);
     std::string error;
     const std::string content = contentOf(file);
@@ -66,7 +66,7 @@ TEST_F(AudioUnitBaseStateTest, SavingReplacesTheFileAsAWhole)
 
 TEST_F(AudioUnitBaseStateTest, AStateThatNoFileCanHoldIsToldAndTheOldFileStays)
 {
-    folder.put("state.plist", "old");
+    folder.write("state.plist", "old");
     component.unit->ownState = PropertyDictionary{{"name", {std::string("\x01")}}};
     wrapper->saveFullState(file);
     EXPECT_EQ(console.take(),
@@ -109,9 +109,9 @@ TEST_F(AudioUnitBaseStateTest, AFolderIsNoReadableFile)
 
 TEST_F(AudioUnitBaseStateTest, RubbishIsToldAndLeavesTheUnitAlone)
 {
-    wrapper->loadFullState(folder.put("empty.plist", ""));
-    wrapper->loadFullState(folder.put("rubbish.plist", "MThd\1\2\3"));
-    wrapper->loadFullState(folder.put("list.plist", "<plist><array/></plist>"));
+    wrapper->loadFullState(folder.write("empty.plist", ""));
+    wrapper->loadFullState(folder.write("rubbish.plist", "MThd\1\2\3"));
+    wrapper->loadFullState(folder.write("list.plist", "<plist><array/></plist>"));
     const std::string noDictionary = notRead("The file holds no property list with a dictionary.");
     EXPECT_EQ(console.take(), (Lines{notRead("No document element found (at byte 0)."),
                                      notRead("No document element found (at byte 7)."), noDictionary}));
@@ -120,9 +120,10 @@ TEST_F(AudioUnitBaseStateTest, RubbishIsToldAndLeavesTheUnitAlone)
 
 TEST_F(AudioUnitBaseStateTest, AStateOfAnotherUnitChangesOnlyWhatThisOneKnows)
 {
-    wrapper->loadFullState(folder.put("other.plist", "<plist><dict><key>parameters</key><dict><key>9</key>"
-                                                     "<integer>1</integer><key>77</key><real>3</real></dict>"
-                                                     "</dict></plist>"));
+    wrapper->loadFullState(folder.write("other.plist",
+                                        "<plist><dict><key>parameters</key><dict><key>9</key>"
+                                        "<integer>1</integer><key>77</key><real>3</real></dict>"
+                                        "</dict></plist>"));
     EXPECT_EQ(console.take(), Lines{});
     EXPECT_EQ(wrapper->getParameter(7), 1.0F);
     EXPECT_EQ(wrapper->getParameter(9), 1.0F);

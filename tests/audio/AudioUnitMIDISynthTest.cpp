@@ -1,7 +1,7 @@
 #include "base/Paths.h"
 #include "services/audiograph/AudioComponentRegistry.h"
 #include "tests/audio/SynthFixture.h"
-#include "tests/audio/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace volvelle::test {
 namespace {

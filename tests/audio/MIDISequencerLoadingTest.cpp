@@ -89,7 +89,7 @@ TEST_F(MIDISequencerLoadingTest, LoadingAFileStopsThePlaybackAndForgetsTheLength
     transport->start();
     console.take();
     told();
-    transport->loadMIDIFile(folder.put("rubbish.mid", "rubbish"));
+    transport->loadMIDIFile(folder.write("rubbish.mid", "rubbish"));
     EXPECT_EQ(
         console.take(),
         (Lines{stopped[0],

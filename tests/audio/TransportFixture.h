@@ -6,9 +6,9 @@
 #include "base/Text.h"
 #include "services/musicsequence/FaultPoint.h"
 #include "tests/audio/FakeUnit.h"
-#include "tests/audio/TemporaryFolder.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/HandClock.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

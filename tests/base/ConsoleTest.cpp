@@ -1,8 +1,8 @@
 #include "base/Console.h"
 #include "base/LineRing.h"
 #include "base/MainQueue.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/ScriptedRandomSource.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,20 +22,8 @@ using test::ConsoleCapture;
 
 class Folder : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        std::string name = (fs::temp_directory_path() / "volvelle-extensions-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-    }
-
-    void TearDown() override
-    {
-        std::error_code error;
-        fs::remove_all(folder, error);
-    }
-
-    fs::path folder;
+    test::TemporaryFolder temporary;
+    fs::path folder = temporary.path;
 };
 
 TEST_F(Folder, IsThereAlready)

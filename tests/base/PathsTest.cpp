@@ -1,4 +1,5 @@
 #include "base/Paths.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,18 +17,11 @@ class Paths : public testing::Test {
 protected:
     void SetUp() override
     {
-        std::string name = (fs::temp_directory_path() / "volvelle-paths-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        home = name;
         unsetenv("XDG_CONFIG_HOME");
         setenv("HOME", home.c_str(), 1);
     }
 
-    void TearDown() override
-    {
-        setResourcesFolder(std::nullopt);
-        fs::remove_all(home);
-    }
+    void TearDown() override { setResourcesFolder(std::nullopt); }
 
     void writeUserDirs(const std::string& text)
     {
@@ -35,7 +29,8 @@ protected:
         std::ofstream(home / ".config/user-dirs.dirs") << text;
     }
 
-    fs::path home;
+    test::TemporaryFolder temporary;
+    fs::path home = temporary.path;
 };
 
 TEST_F(Paths, DocumentsAreAFolderOfTheProgramsBelowHome)

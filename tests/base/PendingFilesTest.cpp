@@ -1,4 +1,5 @@
 #include "base/PendingFiles.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <array>
 #include <climits>
@@ -17,9 +18,6 @@ class PendingFiles : public testing::Test {
 protected:
     PendingFiles()
     {
-        std::array<char, 64> name{};
-        (testing::TempDir() + "pending-XXXXXX").copy(name.data(), name.size() - 1);
-        folder = mkdtemp(name.data());
         for (int i = 0; i < 9; ++i) {
             std::ofstream(path(i)) << i;
         }
@@ -30,7 +28,6 @@ protected:
         for (int place = 0; place < 8; ++place) {
             forgetPendingFile(place);
         }
-        std::filesystem::remove_all(folder);
     }
 
     std::string path(int number) const { return (folder / std::to_string(number)).string(); }
@@ -52,7 +49,8 @@ protected:
         }
     }
 
-    std::filesystem::path folder;
+    test::TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.path;
 };
 
 TEST_F(PendingFiles, EightAreNotedAndTheNinthIsNot)

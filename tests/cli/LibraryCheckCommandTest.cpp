@@ -3,6 +3,7 @@
 #include "scores/ScoreKind.h"
 #include "scores/ScoreWriter.h"
 #include "tests/cli/ProgramRun.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -147,7 +148,7 @@ TEST_F(LibraryCheck, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
 
 TEST_F(LibraryCheck, TheProjectsOwnScoresAreInOrder)
 {
-    const auto result = volvelle("library check '" VOLVELLE_SOURCE_DIR "/library'");
+    const auto result = volvelle("library check '" + (sourceFolder() / "library").string() + "'");
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+ phrases are in order\\.\n"));
 }

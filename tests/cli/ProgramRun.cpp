@@ -22,15 +22,12 @@ std::string contents(const fs::path& file)
 
 ProgramRun::ProgramRun()
 {
-    std::string name = (fs::temp_directory_path() / "volvelle-cli-XXXXXX").string();
-    folder = mkdtemp(name.data());
     fs::create_directory(folder / "work");
 }
 
 ProgramRun::~ProgramRun()
 {
     fs::permissions(folder / "work", fs::perms::owner_all);
-    fs::remove_all(folder);
 }
 
 ProgramResult ProgramRun::volvelle(const std::string& arguments) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -29,7 +31,8 @@ protected:
     std::string read(const std::string& name) const;
     std::vector<std::string> names() const; // what stands in the folder, sorted
 
-    std::filesystem::path folder;
+    TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.path;
 };
 
 } // namespace volvelle::test

@@ -14,19 +14,6 @@ namespace volvelle::test {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder()
-{
-    std::string name = (fs::temp_directory_path() / "volvelle-phrases-XXXXXX").string();
-    EXPECT_NE(mkdtemp(name.data()), nullptr);
-    path = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code error;
-    fs::remove_all(path, error);
-}
-
 void writeFile(const fs::path& path, const PhraseFile& file)
 {
     const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };

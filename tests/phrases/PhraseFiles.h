@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sequence/MIDISequence16.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <map>
@@ -9,17 +10,6 @@
 
 // Phrase files and whole small libraries of them, below a temporary folder.
 namespace volvelle::test {
-
-// A folder of its own, for its lifetime.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path path;
-};
 
 struct FileNote {
     double position = 0.0; // beats

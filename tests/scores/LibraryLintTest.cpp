@@ -2,6 +2,8 @@
 
 #include "scores/ScoreFile.h"
 #include "tests/scores/ScoreTexts.h"
+#include "tests/support/ProjectFolders.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <fstream>
 #include <iterator>
@@ -24,18 +26,12 @@ class LibraryLint : public testing::Test {
 protected:
     void SetUp() override
     {
-        std::string name = (fs::path(testing::TempDir()) / "volvelle-lint-XXXXXX").string();
-        folder = mkdtemp(name.data());
-        fs::copy(fs::path(VOLVELLE_SOURCE_DIR) / "library", folder / "lib", fs::copy_options::recursive);
+        fs::copy(test::sourceFolder() / "library", folder / "lib", fs::copy_options::recursive);
         working = fs::current_path();
         fs::current_path(folder);
     }
 
-    void TearDown() override
-    {
-        fs::current_path(working);
-        fs::remove_all(folder);
-    }
+    void TearDown() override { fs::current_path(working); }
 
     static std::vector<fs::path> scores(const std::string& kind)
     {
@@ -62,7 +58,8 @@ protected:
         fs::create_directory(path);
     }
 
-    fs::path folder;
+    test::TemporaryFolder temporary;
+    fs::path folder = temporary.path;
     fs::path working;
 };
 

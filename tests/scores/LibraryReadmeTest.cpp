@@ -1,6 +1,7 @@
 #include "scores/ChordName.h"
 #include "scores/ScoreLint.h"
 #include "tests/scores/ScoreTexts.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <fstream>
 #include <iterator>
@@ -11,7 +12,7 @@ namespace {
 
 std::string readme()
 {
-    std::ifstream stream(VOLVELLE_SOURCE_DIR "/library/README.md", std::ios::binary);
+    std::ifstream stream(test::sourceFolder() / "library/README.md", std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 

@@ -1,6 +1,7 @@
 #include "scores/ChordName.h"
 #include "scores/LibraryLint.h"
 #include "scores/ScoreFile.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path library = fs::path(VOLVELLE_SOURCE_DIR) / "library";
+const fs::path library = test::sourceFolder() / "library";
 
 std::vector<fs::path> scoresOf(ScoreKind kind)
 {

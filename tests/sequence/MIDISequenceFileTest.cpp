@@ -1,4 +1,5 @@
 #include "tests/sequence/SequenceFixture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -9,22 +10,9 @@ namespace {
 
 class MIDISequenceFileTest : public SequenceTest {
 protected:
-    void SetUp() override
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "sequence-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-        file = folder / "a.mid";
-    }
-
-    void TearDown() override
-    {
-        SequenceTest::TearDown();
-        std::filesystem::remove_all(folder);
-    }
-
-    std::filesystem::path folder;
-    std::filesystem::path file;
+    TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.path;
+    std::filesystem::path file = folder / "a.mid";
 };
 
 TEST_F(MIDISequenceFileTest, ASavedSequenceLoadsWithAllItsEvents)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/services/audiodevice/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <chrono>
 

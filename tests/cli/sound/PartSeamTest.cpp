@@ -2,6 +2,7 @@
 
 #include "base/Paths.h"
 #include "tests/services/soundunits/RandomPiece.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -59,7 +60,7 @@ double levelFrom(const std::vector<float>& sound, std::size_t begin)
 
 class PartSeams : public testing::Test {
 protected:
-    PartSeams() { setResourcesFolder(VOLVELLE_BINARY_DIR "/resources"); }
+    PartSeams() { setResourcesFolder(buildFolder() / "resources"); }
 
     ~PartSeams() override { setResourcesFolder(std::nullopt); }
 };

@@ -1,6 +1,7 @@
 #include "tests/cli/sound/MonitorRecorder.h"
 #include "tests/cli/sound/NoteRow.h"
 #include "tests/cli/sound/PlayRun.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <chrono>
 #include <csignal>
@@ -191,8 +192,7 @@ TEST_F(PlayFaults, ASoundFontThatIsOverwrittenIsHeardToTheEndOfTheMusic)
 TEST_F(PlayFaults, ADLSBankThatIsOverwrittenIsHeardToTheEndOfTheMusic)
 {
     START_SERVER("pulse");
-    std::filesystem::copy_file(VOLVELLE_BINARY_DIR "/resources/gs_instruments.dls",
-                               folder / "work" / "bank.dls");
+    std::filesystem::copy_file(buildFolder() / "resources/gs_instruments.dls", folder / "work" / "bank.dls");
     expectToSoundWithout("bank.dls");
 }
 

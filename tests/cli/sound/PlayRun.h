@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/cli/ProgramRun.h"
-#include "tests/services/audiodevice/ChildProcess.h"
 #include "tests/services/audiodevice/SoundServersFolder.h"
+#include "tests/support/ChildProcess.h"
 
 #include <memory>
 #include <string>

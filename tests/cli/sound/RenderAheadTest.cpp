@@ -3,6 +3,7 @@
 #include "base/Paths.h"
 #include "services/musicsequence/MusicSequence.h"
 #include "tests/cli/sound/SmallMusic.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ class RenderAheadTest : public testing::Test {
 protected:
     static std::unique_ptr<PartRendering> rendering()
     {
-        setResourcesFolder(VOLVELLE_BINARY_DIR "/resources");
+        setResourcesFolder(buildFolder() / "resources");
         const std::string file = smallMusic();
         RenderPart part;
         part.endBlock = 24;

@@ -1,7 +1,7 @@
 #include "services/files/SafeFile.h"
 #include "tests/cli/ProgramRun.h"
 #include "tests/cli/sound/SmallMusic.h"
-#include "tests/services/audiodevice/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <gmock/gmock.h>
 

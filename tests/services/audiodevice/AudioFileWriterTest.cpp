@@ -1,6 +1,7 @@
 #include "services/audiodevice/AudioFileWriter.h"
 #include "base/PendingFiles.h"
 #include "services/audiodevice/AudioSink.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -92,14 +93,6 @@ bool pull(AudioFileWriter& writer, AudioSource& source, int frames, std::string&
 
 class AudioFileWriterTest : public testing::Test {
 protected:
-    AudioFileWriterTest()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "volvelle-audio-XXXXXX").string();
-        folder = mkdtemp(pattern.data());
-    }
-
-    ~AudioFileWriterTest() override { std::filesystem::remove_all(folder); }
-
     void writeTone(const std::string& name, int frames, const AudioFileWriter::Options& options)
     {
         ASSERT_TRUE(writer.open(folder / name, options, error)) << error;
@@ -133,7 +126,8 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    std::filesystem::path folder;
+    TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.path;
     Tone tone;
     AudioFileWriter writer;
     std::string error;

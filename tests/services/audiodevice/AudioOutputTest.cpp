@@ -3,7 +3,7 @@
 #include "services/audiodevice/RenderGate.h"
 #include "tests/services/audiodevice/CountingSource.h"
 #include "tests/services/audiodevice/FakeDevices.h"
-#include "tests/services/audiodevice/HandClock.h"
+#include "tests/services/audiodevice/HandWaitableClock.h"
 #include "tests/support/ConsoleCapture.h"
 
 #include <atomic>
@@ -72,7 +72,7 @@ protected:
     }
 
     ConsoleCapture lines;
-    std::shared_ptr<HandClock> clock = std::make_shared<HandClock>();
+    std::shared_ptr<HandWaitableClock> clock = std::make_shared<HandWaitableClock>();
     FakeDevices devices;
     CountingSource source;
     std::string error;

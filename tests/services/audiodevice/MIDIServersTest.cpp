@@ -1,6 +1,6 @@
 #include "services/audiodevice/MIDIPorts.h"
-#include "tests/services/audiodevice/ChildProcess.h"
 #include "tests/services/audiodevice/SoundServersFolder.h"
+#include "tests/support/ChildProcess.h"
 
 #include <array>
 #include <gmock/gmock.h>

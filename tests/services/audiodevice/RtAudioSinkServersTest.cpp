@@ -1,10 +1,10 @@
 #include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/RtAudioSink.h"
 #include "services/audiodevice/SoundServers.h"
-#include "tests/services/audiodevice/ChildProcess.h"
 #include "tests/services/audiodevice/SineSource.h"
 #include "tests/services/audiodevice/SoundServersFolder.h"
 #include "tests/services/audiodevice/ToneMeasure.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/ConsoleCapture.h"
 
 #include <chrono>

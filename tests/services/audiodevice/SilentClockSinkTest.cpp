@@ -1,7 +1,7 @@
 #include "services/audiodevice/SilentClockSink.h"
 
 #include "tests/services/audiodevice/CountingSource.h"
-#include "tests/services/audiodevice/HandClock.h"
+#include "tests/services/audiodevice/HandWaitableClock.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 class SilentClockSinkTest : public testing::Test {
 protected:
-    std::shared_ptr<HandClock> clock = std::make_shared<HandClock>();
+    std::shared_ptr<HandWaitableClock> clock = std::make_shared<HandWaitableClock>();
     CountingSource source;
     std::string error;
     SilentClockSink sink{clock};
@@ -24,7 +24,7 @@ TEST_F(SilentClockSinkTest, PullsABlockWheneverItsTimeHasPassed)
     ASSERT_TRUE(sink.open(source, error));
     clock->settle(1);
     EXPECT_EQ(source.frames, 0);
-    clock->advance(HandClock::block - std::chrono::microseconds(1), 1);
+    clock->advance(HandWaitableClock::block - std::chrono::microseconds(1), 1);
     EXPECT_EQ(source.frames, 0);
     clock->advance(std::chrono::microseconds(1), 1);
     EXPECT_EQ(source.frames, 512);
@@ -38,7 +38,7 @@ TEST_F(SilentClockSinkTest, CatchesUpAfterAShortDelay)
 {
     ASSERT_TRUE(sink.open(source, error));
     clock->settle(1);
-    clock->advance(10 * HandClock::block, 1);
+    clock->advance(10 * HandWaitableClock::block, 1);
     EXPECT_EQ(source.frames, 5120);
 }
 

@@ -1,4 +1,5 @@
 #include "services/audiodevice/SoundServers.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -20,8 +21,6 @@ class SoundServers : public testing::Test {
 protected:
     SoundServers()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "volvelle-sockets-XXXXXX").string();
-        folder = mkdtemp(pattern.data());
         for (const char* name :
              {"PULSE_SERVER", "PULSE_RUNTIME_PATH", "PIPEWIRE_RUNTIME_DIR", "PIPEWIRE_REMOTE"}) {
             set(name, std::nullopt);
@@ -39,7 +38,6 @@ protected:
         for (const int socket : sockets) {
             close(socket);
         }
-        std::filesystem::remove_all(folder);
     }
 
     void set(const std::string& name, const std::optional<std::string>& value)
@@ -63,7 +61,8 @@ protected:
         return path.string();
     }
 
-    std::filesystem::path folder;
+    TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.path;
 
 private:
     std::map<std::string, std::optional<std::string>> before;

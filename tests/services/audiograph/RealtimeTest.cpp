@@ -1,6 +1,6 @@
 #include "services/audiograph/AVAudioUnitEffect.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/services/audiograph/Studio.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <array>
 #include <condition_variable>

@@ -1,5 +1,5 @@
 #include "services/musicsequence/MusicEventList.h"
-#include "tests/services/musicsequence/AllocationCount.h"
+#include "tests/support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "services/files/SafeFile.h"
-#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/AllocationCount.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>

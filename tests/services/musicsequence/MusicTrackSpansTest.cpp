@@ -1,6 +1,6 @@
 #include "base/Text.h"
-#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 #include <limits>

@@ -288,27 +288,4 @@ Bytes save(const MusicSequence& sequence, std::int16_t resolution)
     return bytes;
 }
 
-TemporaryFolder::TemporaryFolder()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "volvelle-test-XXXXXX").string();
-    path = mkdtemp(pattern.data());
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code error;
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all, error);
-    std::filesystem::remove_all(path, error);
-}
-
-Lines TemporaryFolder::names() const
-{
-    Lines result;
-    for (const auto& entry : std::filesystem::directory_iterator(path)) {
-        result.push_back(entry.path().filename().string());
-    }
-    std::ranges::sort(result);
-    return result;
-}
-
 } // namespace volvelle::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/musicsequence/MusicSequence.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <initializer_list>
@@ -52,19 +53,5 @@ MusicSequence load(const Bytes& bytes, MusicSequenceLoadFlags flags = kMusicSequ
 OSStatus tryLoad(const Bytes& bytes, MusicSequenceLoadFlags flags = kMusicSequenceLoadSMF_PreserveTracks);
 Lines warningsOf(const MusicSequence& sequence);
 Bytes save(const MusicSequence& sequence, std::int16_t resolution = 480);
-
-// A folder of its own, removed at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    // The names of what stands in it, sorted.
-    Lines names() const;
-
-    std::filesystem::path path;
-};
 
 } // namespace volvelle::test

@@ -2,9 +2,9 @@
 
 #include "services/audiograph/AudioUnitCalls.h"
 #include "services/soundunits/MIDISynthUnit.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/services/soundunits/SynthStudio.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <array>
 #include <fstream>

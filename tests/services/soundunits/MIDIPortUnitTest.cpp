@@ -3,8 +3,8 @@
 #include "services/audiograph/AVAudioUnitMIDIInstrument.h"
 #include "services/audiograph/AudioComponentRegistry.h"
 #include "services/audiograph/AudioUnitCalls.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <gtest/gtest.h>
 

@@ -7,6 +7,7 @@
 #include "tests/services/synthesizer/LargeBank.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/HandClock.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +28,7 @@ class MIDISynth : public testing::Test {
 protected:
     MIDISynth()
     {
-        setResourcesFolder(VOLVELLE_BINARY_DIR "/resources");
+        setResourcesFolder(test::buildFolder() / "resources");
         registerMIDISynth();
         engine->enableManualRenderingMode(blockFrames);
     }
@@ -192,7 +193,7 @@ TEST_F(MIDISynth, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
                                         "The sound bank '/nowhere/bank.dls' could not be loaded."}));
     send(0xB0, 7, 0);
     level(1);
-    ASSERT_EQ(setBank(VOLVELLE_BINARY_DIR "/resources/gs_instruments.dls"), noErr);
+    ASSERT_EQ(setBank(test::buildFolder() / "resources/gs_instruments.dls"), noErr);
     send(noteOn, 60, 100);
     EXPECT_LT(level(20), 1e-4);
     send(0x91, 60, 100);
@@ -212,7 +213,7 @@ TEST_F(MIDISynth, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
     std::string error;
     const std::weak_ptr<const BankFile> first = BankFile::open(large.path, error);
     ASSERT_FALSE(first.expired());
-    ASSERT_EQ(setBank(VOLVELLE_BINARY_DIR "/resources/gs_instruments.dls"), noErr);
+    ASSERT_EQ(setBank(test::buildFolder() / "resources/gs_instruments.dls"), noErr);
     render();
     EXPECT_FALSE(first.expired());
     clock.advance(0.9);

@@ -6,8 +6,9 @@
 #include "services/audiograph/AVMusicTrack.h"
 #include "services/audiograph/AudioUnitCalls.h"
 #include "services/soundunits/MIDISynthUnit.h"
-#include "tests/services/audiograph/RealtimeGuard.h"
 #include "tests/services/audiograph/Song.h"
+#include "tests/support/ProjectFolders.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ class RealtimeSynth : public testing::Test {
 protected:
     void SetUp() override
     {
-        setResourcesFolder(VOLVELLE_BINARY_DIR "/resources");
+        setResourcesFolder(buildFolder() / "resources");
         registerMIDISynth();
         instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
         limiter = AVAudioUnitEffect::make(limiterComponent);

@@ -1,4 +1,5 @@
 #include "tests/services/soundunits/SynthStudio.h"
+#include "tests/support/ProjectFolders.h"
 
 #include "base/Paths.h"
 #include "services/audiograph/AVMusicTrack.h"
@@ -12,7 +13,7 @@ namespace volvelle::test {
 
 SynthStudio::SynthStudio(const std::optional<std::filesystem::path>& bank)
 {
-    setResourcesFolder(VOLVELLE_BINARY_DIR "/resources");
+    setResourcesFolder(buildFolder() / "resources");
     SynthesizerOptions options;
     options.reverb = false;
     options.chorus = false;

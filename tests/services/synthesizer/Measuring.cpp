@@ -1,4 +1,5 @@
 #include "tests/services/synthesizer/Measuring.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -59,7 +60,7 @@ std::optional<double> topBetween(const std::vector<double>& values, double from,
 
 std::filesystem::path builtInBank()
 {
-    return std::filesystem::path(VOLVELLE_BINARY_DIR) / "resources/gs_instruments.dls";
+    return buildFolder() / "resources/gs_instruments.dls";
 }
 
 std::filesystem::path sourceBank()

@@ -2,6 +2,7 @@
 
 #include "tests/services/synthesizer/TinyBank.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/ProjectFolders.h"
 
 #include <gtest/gtest.h>
 
@@ -138,7 +139,7 @@ TEST(SoundBankMap, NamesOneFileForEachNumberedBank)
          {"soundfont9", "FluidR3Mono_GM.sf3"}}};
     for (const auto& [name, file] : numbered) {
         const TemporaryFolder fonts;
-        const SoundBanks banks(std::filesystem::path(VOLVELLE_SOURCE_DIR) / "resources", {fonts.path});
+        const SoundBanks banks(sourceFolder() / "resources", {fonts.path});
         for (const char* other :
              {"TimGM6mb.sf2", "default-GM.sf2", "default-GM.sf3", "MuseScore_General.sf3"}) {
             fonts.write(other, {1});
@@ -158,7 +159,7 @@ TEST(SoundBankMap, NamesOneFileForEachNumberedBank)
 TEST(SoundBankMap, TheBankOfTheResourcesIsNoOther)
 {
     const TemporaryFolder fonts;
-    const SoundBanks banks(std::filesystem::path(VOLVELLE_SOURCE_DIR) / "resources", {fonts.path});
+    const SoundBanks banks(sourceFolder() / "resources", {fonts.path});
     const auto bank = fonts.write("TimGM6mb.sf2", {1});
     EXPECT_EQ(banks.find("gs_instruments", "dls"), std::nullopt);
     EXPECT_EQ(banks.best(), bank);

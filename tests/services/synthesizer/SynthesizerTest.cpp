@@ -350,7 +350,7 @@ TEST(SynthesizerMaking, SaysWhatIsWrongWithABank)
     const auto noise = folder.write("noise.dls", std::vector<std::uint8_t>(1000, 'R'));
     EXPECT_EQ(says(noise), "The sound bank \"" + noise.string() +
                                "\" is neither a SoundFont nor a bank of downloadable sounds.");
-    const auto empty = folder.write("empty.sf2", {});
+    const auto empty = folder.write("empty.sf2", "");
     EXPECT_NE(says(empty).find("is neither"), std::string::npos);
 }
 

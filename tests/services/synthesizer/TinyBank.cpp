@@ -54,25 +54,4 @@ void put32(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t value
     }
 }
 
-TemporaryFolder::TemporaryFolder()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "volvelle-banks-XXXXXX").string();
-    path = mkdtemp(pattern.data());
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-}
-
-std::filesystem::path TemporaryFolder::write(const std::string& name,
-                                             const std::vector<std::uint8_t>& bytes) const
-{
-    std::filesystem::create_directories((path / name).parent_path());
-    std::ofstream stream(path / name, std::ios::binary);
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    return path / name;
-}
-
 } // namespace volvelle::test

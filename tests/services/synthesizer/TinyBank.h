@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/synthesizer/DLSFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -16,19 +17,5 @@ std::vector<std::uint8_t> tinyBankBytes();
 // Where `id` first stands in the bytes; behind the end where it does not.
 std::size_t placeOf(const std::vector<std::uint8_t>& bytes, const std::string& id, std::size_t from = 0);
 void put32(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t value);
-
-// A folder of its own, removed with all that is in it.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    // Writes a file there and gives its path.
-    std::filesystem::path write(const std::string& name, const std::vector<std::uint8_t>& bytes) const;
-
-    std::filesystem::path path;
-};
 
 } // namespace volvelle::test

@@ -1,5 +1,5 @@
-#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "services/musicsequence/smf/StandardMIDIFileWriter.h"
 
-#include "tests/services/musicsequence/AllocationCount.h"
 #include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 #include <limits>

@@ -10,7 +10,7 @@
 namespace volvelle::test {
 
 // A clock that stands still until a test turns it.
-class HandClock : public WaitableClock {
+class HandWaitableClock : public WaitableClock {
 public:
     static constexpr Time block{10'666'667}; // 512 frames at 48,000 Hz
 

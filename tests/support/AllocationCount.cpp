@@ -1,4 +1,4 @@
-#include "tests/services/musicsequence/AllocationCount.h"
+#include "tests/support/AllocationCount.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "tests/services/audiograph/RealtimeGuard.h"
+#include "tests/support/RealtimeGuard.h"
 
 #include <cstdarg>
 #include <cstddef>

@@ -1,17 +1,17 @@
-#include "tests/services/audiodevice/HandClock.h"
+#include "tests/services/audiodevice/HandWaitableClock.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
 
 namespace volvelle::test {
 
-WaitableClock::Time HandClock::now()
+WaitableClock::Time HandWaitableClock::now()
 {
     const std::lock_guard lock(mutex);
     return current;
 }
 
-bool HandClock::waitUntil(Time time, const std::function<bool()>& done)
+bool HandWaitableClock::waitUntil(Time time, const std::function<bool()>& done)
 {
     std::unique_lock lock(mutex);
     Waiter waiter{time, -1};
@@ -27,7 +27,7 @@ bool HandClock::waitUntil(Time time, const std::function<bool()>& done)
     return isDone;
 }
 
-void HandClock::wake()
+void HandWaitableClock::wake()
 {
     {
         const std::lock_guard lock(mutex);
@@ -36,7 +36,7 @@ void HandClock::wake()
     changed.notify_all();
 }
 
-void HandClock::settle(int waiters)
+void HandWaitableClock::settle(int waiters)
 {
     std::unique_lock lock(mutex);
     const auto areSettled = [&] {
@@ -47,7 +47,7 @@ void HandClock::settle(int waiters)
     EXPECT_TRUE(settled.wait_for(lock, std::chrono::seconds(10), areSettled)) << "threads are missing";
 }
 
-void HandClock::advance(Time length, int waiters)
+void HandWaitableClock::advance(Time length, int waiters)
 {
     {
         const std::lock_guard lock(mutex);
@@ -58,7 +58,7 @@ void HandClock::advance(Time length, int waiters)
     settle(waiters);
 }
 
-void HandClock::advanceBlocks(int count, int waiters)
+void HandWaitableClock::advanceBlocks(int count, int waiters)
 {
     for (int i = 0; i < count; ++i) {
         advance(block, waiters);

@@ -1,4 +1,4 @@
-#include "tests/services/audiodevice/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <csignal>
 #include <fcntl.h>
