@@ -1,6 +1,6 @@
-#include "app/MIDIDocument.h"
+#include "app/document/MIDIDocument.h"
 #include "base/Paths.h"
-#include "cli/ChordAnalysis.h"
+#include "inspection/ChordAnalysis.h"
 #include "phrases/MIDIClipGenerator.h"
 #include "services/musicsequence/MusicSequence.h"
 

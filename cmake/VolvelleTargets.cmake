@@ -1,14 +1,19 @@
-# The layers from the ground up. A library may link only layers that stand before its own in this list.
-set(VOLVELLE_LAYERS
-  base wire files musicsequence audiodevice synthesizer audiograph soundunits midi theory aumidievents sequence phrases scores audio
-  document cli soundcli)
+# The layers from the ground up, and their folders, from the one list of them.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/layers.txt")
+file(STRINGS "${PROJECT_SOURCE_DIR}/src/layers.txt" lines REGEX "^[a-z]")
+foreach(line IN LISTS lines)
+  string(REGEX MATCH "^([a-z]+) +([A-Za-z/]+)" matched "${line}")
+  list(APPEND VOLVELLE_LAYERS "${CMAKE_MATCH_1}")
+  list(APPEND VOLVELLE_LAYER_FOLDERS "${CMAKE_MATCH_2}")
+endforeach()
+list(REMOVE_DUPLICATES VOLVELLE_LAYER_FOLDERS)
 
 # volvelle_library(NAME base SOURCES A.cpp B.cpp [LINKS lower layers] [PRIVATE_LINKS outside libraries])
 function(volvelle_library)
   cmake_parse_arguments(ARG "" "NAME" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   list(FIND VOLVELLE_LAYERS "${ARG_NAME}" own)
   if(own EQUAL -1)
-    message(FATAL_ERROR "'${ARG_NAME}' is no layer of this house: see VOLVELLE_LAYERS")
+    message(FATAL_ERROR "'${ARG_NAME}' is no layer of this house: see src/layers.txt")
   endif()
   foreach(link IN LISTS ARG_LINKS)
     list(FIND VOLVELLE_LAYERS "${link}" lower)

@@ -6,7 +6,7 @@
 #include "base/RunLoop.h"
 #include "base/Text.h"
 #include "midi/MIDIConstants.h"
-#include "services/audiograph/AVAudioUnitEffect.h"
+#include "services/audiograph/graph/AVAudioUnitEffect.h"
 
 #include <utility>
 

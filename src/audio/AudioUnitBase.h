@@ -2,11 +2,11 @@
 
 #include "audio/AudioUnitBaseDelegate.h"
 #include "base/Timer.h"
-#include "services/audiograph/AUAudioUnit.h"
-#include "services/audiograph/AVAudioEngine.h"
-#include "services/audiograph/AVAudioMixerNode.h"
-#include "services/audiograph/AVAudioUnit.h"
-#include "services/audiograph/AudioComponentDescription.h"
+#include "services/audiograph/graph/AUAudioUnit.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/graph/AVAudioMixerNode.h"
+#include "services/audiograph/graph/AVAudioUnit.h"
+#include "services/audiograph/graph/AudioComponentDescription.h"
 
 #include <atomic>
 #include <cstdint>

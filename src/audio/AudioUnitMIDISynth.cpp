@@ -3,7 +3,7 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Text.h"
-#include "services/audiograph/AudioUnitCalls.h"
+#include "services/audiograph/graph/AudioUnitCalls.h"
 
 #include <numeric>
 #include <utility>

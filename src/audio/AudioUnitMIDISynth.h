@@ -2,7 +2,7 @@
 
 #include "audio/AudioUnitBase.h"
 #include "audio/SoundBankFinder.h"
-#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
 
 #include <cstdint>
 #include <filesystem>

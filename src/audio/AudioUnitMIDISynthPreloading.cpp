@@ -3,7 +3,7 @@
 #include "base/Console.h"
 #include "base/Text.h"
 #include "midi/MIDIConstants.h"
-#include "services/audiograph/AudioUnitCalls.h"
+#include "services/audiograph/graph/AudioUnitCalls.h"
 
 namespace volvelle {
 

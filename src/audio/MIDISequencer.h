@@ -4,9 +4,9 @@
 #include "base/Timer.h"
 #include "sequence/MIDISequence16.h"
 #include "sequence/SequenceFoundDelegate.h"
-#include "services/audiograph/AVAudioEngine.h"
-#include "services/audiograph/AVAudioSequencer.h"
-#include "services/audiograph/AVAudioUnit.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/graph/AVAudioUnit.h"
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/audiograph/PropertyDictionary.h"
+#include "services/audiograph/parameters/PropertyDictionary.h"
 
 #include <cstdint>
 #include <optional>

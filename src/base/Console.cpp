@@ -1,9 +1,9 @@
 #include "base/Console.h"
 
-#include "base/LineRing.h"
 #include "base/MainQueue.h"
 #include "base/PlainText.h"
 #include "base/Text.h"
+#include "base/realtime/LineRing.h"
 
 #include <cstdio>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "cli/GenerateCommand.h"
 
-#include "app/MIDIDocument.h"
+#include "app/document/MIDIDocument.h"
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"

@@ -1,8 +1,8 @@
 #include "cli/InspectCommand.h"
 
-#include "cli/FileDescription.h"
 #include "cli/InspectJSON.h"
 #include "cli/InspectText.h"
+#include "inspection/FileDescription.h"
 
 #include <algorithm>
 #include <optional>

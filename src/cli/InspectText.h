@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/CommandOutput.h"
-#include "cli/FileDescription.h"
+#include "inspection/FileDescription.h"
 
 #include <filesystem>
 

@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 #include "services/musicsequence/MusicSequence.h"
-#include "services/musicsequence/smf/StandardMIDIFileWriter.h"
+#include "services/musicsequence/smf/SMFWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -74,7 +74,7 @@ std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::st
         status = fill(track, score);
     }
     if (status == noErr) {
-        status = writeStandardMIDIFile(sequence, SMFFormat::SingleTrack, ticksInBeat, data);
+        status = writeSMF(sequence, SMFFormat::SingleTrack, ticksInBeat, data);
     }
     if (status == noErr) {
         return data;

@@ -2,7 +2,7 @@
 
 #include "base/Console.h"
 #include "base/Text.h"
-#include "sequence/TrackWalk.h"
+#include "services/musicsequence/TrackWalk.h"
 
 namespace volvelle {
 

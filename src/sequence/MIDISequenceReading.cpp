@@ -2,7 +2,7 @@
 #include "sequence/SequenceLog.h"
 #include "sequence/SequenceReading.h"
 #include "sequence/SequenceWalkReport.h"
-#include "sequence/TrackWalk.h"
+#include "services/musicsequence/TrackWalk.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include "sequence/MIDISequence.h"
 #include "sequence/SequenceLog.h"
 #include "sequence/SequenceWalkReport.h"
-#include "sequence/TrackWalk.h"
+#include "services/musicsequence/TrackWalk.h"
 
 #include <cmath>
 

@@ -4,7 +4,7 @@
 
 #include "base/Checked.h"
 #include "sequence/MIDISequence.h"
-#include "sequence/TrackWalk.h"
+#include "services/musicsequence/TrackWalk.h"
 
 namespace volvelle {
 

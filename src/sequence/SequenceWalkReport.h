@@ -3,7 +3,7 @@
 // How MIDISequence reports the failures of a walk. For the sources of this folder.
 
 #include "sequence/MIDISequence.h"
-#include "sequence/TrackWalk.h"
+#include "services/musicsequence/TrackWalk.h"
 
 namespace volvelle {
 

@@ -1,4 +1,4 @@
-#include "services/audiograph/AudioComponentRegistry.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
 #include "tests/audio/UnitFixture.h"
 
 namespace volvelle::test {

@@ -1,5 +1,5 @@
 #include "base/Paths.h"
-#include "services/audiograph/AudioComponentRegistry.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
 #include "tests/audio/SynthFixture.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #include "tests/audio/FakeUnit.h"
 
 #include "base/Text.h"
-#include "services/audiograph/AudioComponentRegistry.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/audiograph/AUAudioUnit.h"
-#include "services/audiograph/AudioComponentDescription.h"
+#include "services/audiograph/graph/AUAudioUnit.h"
+#include "services/audiograph/graph/AudioComponentDescription.h"
 
 #include <cstdint>
 #include <functional>

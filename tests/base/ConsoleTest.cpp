@@ -1,6 +1,6 @@
 #include "base/Console.h"
-#include "base/LineRing.h"
 #include "base/MainQueue.h"
+#include "base/realtime/LineRing.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/RealtimeGuard.h"
 

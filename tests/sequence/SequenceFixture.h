@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/FatalStop.h"
 #include "base/MainQueue.h"
 #include "base/Text.h"
 #include "sequence/MIDISequence.h"
@@ -8,11 +7,10 @@
 #include "tests/sequence/RecordingDelegate.h"
 #include "tests/sequence/SequenceTexts.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/Stops.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <csignal>
 
 namespace volvelle::test {
 

@@ -1,9 +1,6 @@
 #include "tests/sequence/SequenceTexts.h"
 
-#include "base/Console.h"
 #include "base/Text.h"
-
-#include <iostream>
 
 namespace volvelle::test {
 
@@ -94,11 +91,6 @@ std::string fieldsOf(const EventNode& node)
     return {};
 }
 
-class ErrorSink : public ConsoleSink {
-public:
-    void write(std::string_view line) override { std::cerr << line << std::endl; }
-};
-
 } // namespace
 
 Lines join(std::initializer_list<Lines> parts)
@@ -158,21 +150,6 @@ Lines describe(const PatternNode& node)
         result.push_back(describe(*event));
     }
     return result;
-}
-
-std::string stopped(std::string_view message, const Lines& lines)
-{
-    std::string result = concat(message, "\n");
-    for (const std::string& line : lines) {
-        result += line + "\n";
-    }
-    return result;
-}
-
-void showLog()
-{
-    static ErrorSink sink;
-    console().setSink(&sink);
 }
 
 } // namespace volvelle::test

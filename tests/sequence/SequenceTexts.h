@@ -35,19 +35,4 @@ Lines tempoContents(const MusicSequence& sequence);
 std::string describe(const EventNode& node);
 Lines describe(const PatternNode& node);
 
-// What a program that was stopped leaves on standard error, where showLog was called.
-std::string stopped(std::string_view message, const Lines& lines = {});
-
-// Sends the console to standard error; for the child of a death test.
-void showLog();
-
 } // namespace volvelle::test
-
-// The statement ends in a fatal stop with that message, and with those lines that waited in the log.
-#define EXPECT_STOP(statement, ...)                                                                          \
-    EXPECT_EXIT(                                                                                             \
-        {                                                                                                    \
-            volvelle::test::showLog();                                                                       \
-            statement;                                                                                       \
-        },                                                                                                   \
-        testing::KilledBySignal(SIGABRT), testing::Eq(volvelle::test::stopped(__VA_ARGS__)))

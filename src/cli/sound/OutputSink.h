@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/realtime/AudioSink.h"
 #include "services/audiodevice/AudioOutput.h"
-#include "services/audiodevice/AudioSink.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/realtime/AudioSink.h"
 #include "cli/CommandOutput.h"
 #include "cli/SoundOptions.h"
-#include "services/audiodevice/AudioSink.h"
 
 #include <memory>
 

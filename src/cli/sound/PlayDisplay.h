@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/FileDescription.h"
+#include "inspection/FileDescription.h"
 
 #include <string>
 

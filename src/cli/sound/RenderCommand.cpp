@@ -1,7 +1,7 @@
 #include "cli/sound/RenderCommand.h"
 
 #include "base/Text.h"
-#include "cli/sound/Mixdown.h"
+#include "rendering/Mixdown.h"
 #include "services/audiodevice/AudioFileWriter.h"
 #include "services/files/SafeFile.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/audiodevice/AudioSink.h"
+#include "base/realtime/AudioSink.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #include "services/audiodevice/AudioFileWriter.h"
 
 #include "base/Text.h"
-#include "services/audiodevice/AudioSink.h"
+#include "base/realtime/AudioSink.h"
 #include "services/audiodevice/RateConverter.h"
 #include "services/files/FileFailure.h"
 #include "services/files/NewFile.h"

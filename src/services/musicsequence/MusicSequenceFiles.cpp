@@ -1,8 +1,8 @@
 #include "services/files/SafeFile.h"
 #include "services/musicsequence/FaultPoint.h"
 #include "services/musicsequence/MusicSequenceObject.h"
-#include "services/musicsequence/smf/StandardMIDIFileLoader.h"
-#include "services/musicsequence/smf/StandardMIDIFileWriter.h"
+#include "services/musicsequence/smf/SMFLoader.h"
+#include "services/musicsequence/smf/SMFWriter.h"
 
 namespace volvelle {
 
@@ -26,7 +26,7 @@ OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenc
     if (const OSStatus status = readiness(sequence, type); status != noErr) {
         return status;
     }
-    return writeStandardMIDIFile(sequence, SMFFormat::MultiTrack, resolution, data);
+    return writeSMF(sequence, SMFFormat::MultiTrack, resolution, data);
 }
 
 OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::filesystem::path& url,
@@ -38,7 +38,7 @@ OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::files
         return status;
     }
     std::vector<std::uint8_t> bytes;
-    const OSStatus status = writeStandardMIDIFile(sequence, SMFFormat::MultiTrack, resolution, bytes);
+    const OSStatus status = writeSMF(sequence, SMFFormat::MultiTrack, resolution, bytes);
     if (status != noErr) {
         return status;
     }
@@ -56,7 +56,7 @@ OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesys
     if (const OSStatus status = readFile(url, bytes); status != noErr) {
         return status;
     }
-    return loadStandardMIDIFile(*sequence, bytes, flags);
+    return loadSMF(*sequence, bytes, flags);
 }
 
 OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vector<std::uint8_t>& data,
@@ -66,7 +66,7 @@ OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vec
     if (const OSStatus status = readiness(sequence, type); status != noErr) {
         return status;
     }
-    return loadStandardMIDIFile(*sequence, data, flags);
+    return loadSMF(*sequence, data, flags);
 }
 
 } // namespace volvelle

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/audiodevice/MIDIPorts.h"
-#include "services/audiograph/AUAudioUnit.h"
+#include "services/audiograph/graph/AUAudioUnit.h"
 #include "services/soundunits/PortSender.h"
 
 #include <memory>

@@ -2,8 +2,8 @@
 
 #include "base/Console.h"
 #include "base/Text.h"
-#include "services/audiograph/AudioComponentRegistry.h"
-#include "services/audiograph/AudioUnitCalls.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
+#include "services/audiograph/graph/AudioUnitCalls.h"
 #include "services/synthesizer/SoundBanks.h"
 
 #include <algorithm>

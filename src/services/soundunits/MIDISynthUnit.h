@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/audiograph/AUAudioUnit.h"
-#include "services/audiograph/Handoff.h"
+#include "base/realtime/Handoff.h"
+#include "services/audiograph/graph/AUAudioUnit.h"
 #include "services/synthesizer/Synthesizer.h"
 #include "wire/DeviceState.h"
 

@@ -1,5 +1,5 @@
 #include "tests/cli/ProgramRun.h"
-#include "tests/cli/sound/SmallMusic.h"
+#include "tests/rendering/SmallMusic.h"
 
 #include <gmock/gmock.h>
 

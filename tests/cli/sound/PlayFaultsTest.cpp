@@ -1,6 +1,6 @@
 #include "tests/cli/sound/MonitorRecorder.h"
-#include "tests/cli/sound/NoteRow.h"
 #include "tests/cli/sound/PlayRun.h"
+#include "tests/rendering/NoteRow.h"
 #include "tests/support/ProjectFolders.h"
 
 #include <chrono>

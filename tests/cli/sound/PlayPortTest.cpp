@@ -1,5 +1,5 @@
-#include "tests/cli/sound/NoteRow.h"
 #include "tests/cli/sound/PlayRun.h"
+#include "tests/rendering/NoteRow.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "services/files/SafeFile.h"
 #include "tests/cli/ProgramRun.h"
-#include "tests/cli/sound/SmallMusic.h"
+#include "tests/rendering/SmallMusic.h"
 #include "tests/support/ChildProcess.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "services/audiodevice/AudioFileWriter.h"
 #include "base/PendingFiles.h"
-#include "services/audiodevice/AudioSink.h"
+#include "base/realtime/AudioSink.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "services/audiograph/AVAudioUnitEffect.h"
+#include "services/audiograph/graph/AVAudioUnitEffect.h"
 #include "tests/services/audiograph/Studio.h"
 #include "tests/support/RealtimeGuard.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "services/audiograph/AVAudioEngine.h"
-#include "services/audiograph/AVAudioSequencer.h"
-#include "tests/services/audiograph/Song.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
 #include "tests/services/audiograph/TestUnits.h"
+#include "tests/services/audiograph/sequencer/Song.h"
 #include "wire/ShortMessage.h"
 
 #include <gtest/gtest.h>

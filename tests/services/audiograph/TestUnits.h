@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
 
 #include <cstdint>
 #include <string>

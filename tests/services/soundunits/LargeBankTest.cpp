@@ -1,6 +1,6 @@
 #include "tests/services/synthesizer/LargeBank.h"
 
-#include "services/audiograph/AudioUnitCalls.h"
+#include "services/audiograph/graph/AudioUnitCalls.h"
 #include "services/soundunits/MIDISynthUnit.h"
 #include "tests/services/soundunits/SynthStudio.h"
 #include "tests/support/ConsoleCapture.h"

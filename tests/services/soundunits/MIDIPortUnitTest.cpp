@@ -1,8 +1,8 @@
 #include "services/soundunits/MIDIPortUnit.h"
-#include "services/audiograph/AVAudioEngine.h"
-#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
-#include "services/audiograph/AudioComponentRegistry.h"
-#include "services/audiograph/AudioUnitCalls.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
+#include "services/audiograph/graph/AudioUnitCalls.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/RealtimeGuard.h"
 

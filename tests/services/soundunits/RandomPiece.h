@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/services/audiograph/Song.h"
+#include "tests/services/audiograph/sequencer/Song.h"
 
 #include <cstdint>
 #include <random>

@@ -2,7 +2,7 @@
 #include "tests/support/ProjectFolders.h"
 
 #include "base/Paths.h"
-#include "services/audiograph/AVMusicTrack.h"
+#include "services/audiograph/sequencer/AVMusicTrack.h"
 #include "services/soundunits/MIDISynthUnit.h"
 
 #include <algorithm>

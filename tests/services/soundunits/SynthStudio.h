@@ -1,9 +1,9 @@
 #pragma once
 
-#include "services/audiograph/AVAudioEngine.h"
-#include "services/audiograph/AVAudioSequencer.h"
-#include "services/audiograph/AVAudioUnitMIDIInstrument.h"
-#include "tests/services/audiograph/Song.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
+#include "tests/services/audiograph/sequencer/Song.h"
 
 #include <filesystem>
 #include <memory>

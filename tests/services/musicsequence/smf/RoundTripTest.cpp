@@ -1,4 +1,4 @@
-#include "services/musicsequence/smf/StandardMIDIFileWriter.h"
+#include "services/musicsequence/smf/SMFWriter.h"
 
 #include "base/Text.h"
 #include "tests/services/musicsequence/SequenceTools.h"
@@ -113,7 +113,7 @@ TEST(RoundTrip, ASecondWriteIntoASingleTrackGivesTheSameBytes)
 {
     for (unsigned seed = 0; seed < 400; ++seed) {
         Bytes first;
-        EXPECT_EQ(writeStandardMIDIFile(anySequence(seed), SMFFormat::SingleTrack, 480, first), noErr);
+        EXPECT_EQ(writeSMF(anySequence(seed), SMFFormat::SingleTrack, 480, first), noErr);
         const Bytes multi = save(load(first));
         ASSERT_EQ(save(load(multi)), multi) << "seed " << seed;
     }

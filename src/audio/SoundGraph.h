@@ -1,0 +1,48 @@
+#pragma once
+
+#include "audio/AudioUnitMIDISynth.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
+#include "services/audiograph/graph/AVAudioUnitEffect.h"
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
+#include "services/soundunits/MIDISynthUnit.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace volvelle {
+
+// The engine of a command: instrument, limiter, main mixer, output. The instrument is the internal
+// synthesizer, or a MIDI port that stands in its place. [main thread]
+class SoundGraph {
+public:
+    // Without the limiter for a part of a mix that is limited as a whole.
+    explicit SoundGraph(bool isLimited = true);
+    ~SoundGraph();
+    SoundGraph(const SoundGraph&) = delete;
+    SoundGraph& operator=(const SoundGraph&) = delete;
+
+    // Makes the synthesizer with its built-in sounds or those of `bank`. False with one plain line in
+    // `error`.
+    bool connectSynthesizer(const std::optional<std::filesystem::path>& bank, std::string& error);
+
+    // Makes the instrument that sends to the port of that name. False with one plain line in `error`.
+    bool connectPort(const std::string& name, std::string& error);
+
+    // Voices of the synthesizer at the end of the last block, 0 for a port. [any thread]
+    int activeVoices() const { return synthUnit == nullptr ? 0 : synthUnit->activeVoices(); }
+
+    const std::shared_ptr<AVAudioEngine> engine;
+    std::shared_ptr<AVAudioUnitMIDIInstrument> instrument; // null before a connection
+
+private:
+    bool connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error);
+
+    const bool isLimited;
+    std::shared_ptr<AudioUnitMIDISynth> synthesizer;
+    std::shared_ptr<MIDISynthUnit> synthUnit;   // null for a port
+    std::shared_ptr<AVAudioUnitEffect> limiter; // null without
+};
+
+} // namespace volvelle

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/realtime/AudioSource.h"
+
+#include <string>
+
+namespace volvelle {
+
+// Takes audio from a source and brings it somewhere, with a thread and a pace of its own. Converts rate and
+// channels where its device wants others.
+class AudioSink {
+public:
+    virtual ~AudioSink() = default;
+
+    // Begins to pull from `source`, which must live until close(). False with one plain line in `error` where
+    // that is not possible; nothing is pulled then. [main thread, or the worker that opens devices]
+    virtual bool open(AudioSource& source, std::string& error) = 0;
+
+    // Ends pulling: no call into the source is under way once it returns. May be called more than once.
+    // [the thread that opened]
+    virtual void close() = 0;
+
+    // "PulseAudio: Speakers at 44100 Hz". Valid while open. [the thread that opened]
+    virtual std::string description() const = 0;
+
+    // True once a device was lost and no longer pulls. [any thread]
+    virtual bool isLost() const = 0;
+};
+
+} // namespace volvelle

@@ -1,0 +1,156 @@
+#include "inspection/EarMeasure.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace volvelle {
+
+namespace {
+
+constexpr int bassChannel = 8;
+constexpr int drumChannel = 9;
+constexpr double grid = 0.25; // beats
+
+bool soundsAt(const PhraseEvent& note, double position)
+{
+    return note.position <= position && position < note.position + note.duration;
+}
+
+double share(long part, long whole)
+{
+    return whole == 0 ? 0.0 : static_cast<double>(part) / static_cast<double>(whole);
+}
+
+const ChordEvent* chordAt(const std::vector<std::shared_ptr<ChordEvent>>& chords, double position)
+{
+    const ChordEvent* sounding = nullptr;
+    for (const auto& chord : chords) {
+        if (chord->position <= position) {
+            sounding = chord.get();
+        }
+    }
+    return sounding;
+}
+
+} // namespace
+
+void EarMeasure::add(MIDIClipGenerator& generator)
+{
+    const auto mix = generator.getPhrase(-1);
+    ++arrangements;
+    withoutChord += generator.getChords().empty() ? 1 : 0;
+    for (const auto& note : mix) {
+        ++notes.at(note->channel);
+    }
+    addGrid(mix);
+    addBass(generator, mix);
+    addLead(generator.getPhrase(2));
+    addSilence(mix);
+}
+
+void EarMeasure::addGrid(const Notes& mix)
+{
+    for (int step = 0; step < sixteenths; ++step) {
+        const double position = step * grid;
+        int sounding = 0;
+        int onsets = 0;
+        for (const auto& note : mix) {
+            sounding += note->channel != drumChannel && soundsAt(*note, position) ? 1 : 0;
+            onsets += note->position == position ? 1 : 0;
+        }
+        voices.push_back(sounding);
+        crowded += onsets >= crowdedOnsets ? 1 : 0;
+    }
+}
+
+void EarMeasure::addBass(MIDIClipGenerator& generator, const Notes& mix)
+{
+    const auto chords = generator.getChords();
+    std::array<bool, beats / 4> hasBass{};
+    for (const auto& bass : generator.getPhrase(bassChannel)) {
+        ++bassNotes;
+        const ChordEvent* chord = chordAt(chords, bass->position);
+        bassOnRoot += chord != nullptr && bass->number % 12 == chord->nrule->rule.front() ? 1 : 0;
+        const double bar = bass->position / 4.0;
+        if (bar == std::floor(bar) && bass->position < beats) {
+            hasBass.at(static_cast<std::size_t>(bar)) = true;
+        }
+        int lowest = 128;
+        for (const auto& note : mix) {
+            if (note->channel != bassChannel && note->channel != drumChannel &&
+                soundsAt(*note, bass->position)) {
+                lowest = std::min(lowest, int{note->number});
+            }
+        }
+        if (lowest < 128) {
+            ++bassDistances;
+            bassDistanceSum += lowest - bass->number;
+        }
+    }
+    barsWithBass += std::ranges::count(hasBass, true);
+}
+
+void EarMeasure::addLead(const Notes& lead)
+{
+    for (std::size_t i = 1; i < lead.size(); ++i) {
+        if (lead[i]->position > lead[i - 1]->position) {
+            ++leadSteps;
+            leadRepeats += lead[i]->number == lead[i - 1]->number ? 1 : 0;
+        }
+    }
+}
+
+void EarMeasure::addSilence(const Notes& mix)
+{
+    double longest = 0.0;
+    double heardUntil = 0.0;
+    for (const auto& note : mix) {
+        longest = std::max(longest, note->position - heardUntil);
+        heardUntil = std::max(heardUntil, note->position + note->duration);
+    }
+    longest = std::max(longest, beats - heardUntil);
+    shortestSilence = std::min(shortestSilence, longest);
+    longestSilence = std::max(longestSilence, longest);
+}
+
+std::vector<EarMeasure::Row> EarMeasure::table() const
+{
+    const double wholeBeats = static_cast<double>(arrangements) * beats;
+    const auto perBeat = [&](int channel) {
+        return static_cast<double>(notes.at(static_cast<std::size_t>(channel))) / wholeBeats;
+    };
+    auto sorted = voices;
+    std::ranges::sort(sorted);
+    const double voiceSum = std::accumulate(sorted.begin(), sorted.end(), 0.0);
+    const auto counted = static_cast<long>(sorted.size());
+    const long allNotes = std::accumulate(notes.begin(), notes.end(), 0L);
+    std::vector<Row> rows;
+    rows.reserve(channels.size() + 11);
+    static constexpr std::array<std::pair<double, double>, channels.size()> bounds{
+        {{0.3, 2.5}, {1.0, 6.0}, {0.5, 4.0}, {0.5, 4.0}, {1.5, 10.0}, {1.0, 4.0}}};
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+        rows.push_back({concat("notes per beat, channel ", channels[i] + 1), perBeat(channels[i]),
+                        bounds[i].first, bounds[i].second});
+    }
+    rows.push_back({"notes per beat, all", static_cast<double>(allNotes) / wholeBeats, 6.0, 22.0});
+    rows.push_back({"voices at once without drums, mean", voiceSum / static_cast<double>(counted), 3.0, 9.0});
+    rows.push_back({"voices at once without drums, 95th percentile",
+                    static_cast<double>(sorted[static_cast<std::size_t>(counted * 95 / 100)]), 4.0, 13.0});
+    rows.push_back({"share of sixteenths with 8 or more onsets", share(crowded, counted), 0.0, 0.15});
+    rows.push_back({"semitones from bass to the lowest other voice, mean",
+                    bassDistances == 0 ? 0.0 : bassDistanceSum / static_cast<double>(bassDistances), 7.0,
+                    40.0});
+    rows.push_back({"share of bass notes on a root", share(bassOnRoot, bassNotes), 0.25, 0.8});
+    rows.push_back(
+        {"share of first beats with a bass note", share(barsWithBass, arrangements * 4L), 0.55, 1.0});
+    rows.push_back({"share of lead steps that repeat the key", share(leadRepeats, leadSteps), 0.0, 0.25});
+    rows.push_back({"share of arrangements without a chord", share(withoutChord, arrangements), 0.0, 0.0});
+    rows.push_back({"longest silence in an arrangement in beats, least", shortestSilence, 0.0, 1.0});
+    rows.push_back({"longest silence in an arrangement in beats, most", longestSilence, 0.0, 8.0});
+    return rows;
+}
+
+} // namespace volvelle

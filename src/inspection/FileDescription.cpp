@@ -1,0 +1,246 @@
+#include "inspection/FileDescription.h"
+
+#include "base/PlainText.h"
+#include "base/Text.h"
+#include "midi/MIDIConstants.h"
+#include "services/files/SafeFile.h"
+#include "services/musicsequence/TrackWalk.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+using Name = std::pair<std::uint8_t, std::string_view>;
+
+constexpr std::array<Name, 18> metaNames{{
+    {META_SEQUENCENUMBER, "sequence number"},
+    {META_TEXT, "text"},
+    {META_COPYRIGHT, "copyright"},
+    {META_TRACKNAME, "track name"},
+    {META_INSTRUMENTNAME, "instrument name"},
+    {META_LYRICS, "lyrics"},
+    {META_MARKER, "marker"},
+    {META_CUEPOINT, "cue point"},
+    {META_PROGRAMNAME, "program name"},
+    {META_DEVICENAME, "device name"},
+    {META_CHANNELPREFIX, "channel prefix"},
+    {META_MIDIPORT, "port"},
+    {META_EOT, "end of track"},
+    {META_SETTEMPO, "tempo"},
+    {META_SMTPOFFSET, "SMPTE offset"},
+    {META_TIMESIGNATURE, "time signature"},
+    {META_KEYSIGNATURE, "key signature"},
+    {META_SPECIFIC, "sequencer specific"},
+}};
+
+constexpr std::array<Name, 5> channelNames{{
+    {STATUS_PPRESSURE, "polyphonic pressure"},
+    {STATUS_CONTROLLER, "controller"},
+    {STATUS_PROGRAM, "program"},
+    {STATUS_CPRESSURE, "pressure"},
+    {STATUS_PITCHBEND, "pitch bend"},
+}};
+
+template <std::size_t size>
+std::string nameOf(const std::array<Name, size>& names, std::uint8_t code, std::string_view other)
+{
+    const auto name = std::ranges::find(names, code, &Name::first);
+    return std::string(name == names.end() ? other : name->second);
+}
+
+bool isTextType(std::uint8_t type)
+{
+    return type >= META_TEXT && type <= 0x0F;
+}
+
+class TrackReader {
+public:
+    explicit TrackReader(FoundTrack& target) : track(target) {}
+
+    void read(const TrackEvent& event)
+    {
+        switch (event.type) {
+        case kMusicEventType_MIDINoteMessage:
+            return readNote(event);
+        case kMusicEventType_MIDIChannelMessage:
+            return readChannelMessage(event);
+        case kMusicEventType_Meta:
+            return readMeta(event);
+        case kMusicEventType_MIDIRawData: {
+            const auto& record = event.record<MIDIRawData>();
+            return add(event, "system exclusive", std::nullopt, {record.data, record.data + record.length});
+        }
+        default:
+            return add(event, concat("type ", event.type), std::nullopt, {});
+        }
+    }
+
+    void finish()
+    {
+        const bool isOne = !channels.empty() && std::ranges::all_of(channels, [this](int channel) {
+            return channel == channels.front();
+        });
+        if (isOne) {
+            track.channel = channels.front();
+        }
+    }
+
+private:
+    void readNote(const TrackEvent& event)
+    {
+        const auto& note = event.record<MIDINoteMessage>();
+        track.notes.push_back({event.time, static_cast<double>(note.duration), note.note, note.velocity,
+                               note.releaseVelocity, note.channel});
+        noteChannel(note.channel);
+    }
+
+    void readChannelMessage(const TrackEvent& event)
+    {
+        const auto& message = event.record<MIDIChannelMessage>();
+        if (message.status >= STATUS_SYSEX) {
+            return add(event, "system message", std::nullopt, {message.status, message.data1, message.data2});
+        }
+        const std::uint8_t status = message.status & 0xF0U;
+        std::vector<std::uint8_t> data{message.data1};
+        if (status != STATUS_PROGRAM && status != STATUS_CPRESSURE) {
+            data.push_back(message.data2);
+        }
+        const int channel = message.status & 0x0FU;
+        noteChannel(channel);
+        add(event, nameOf(channelNames, status, "channel message"), channel, std::move(data));
+    }
+
+    void readMeta(const TrackEvent& event)
+    {
+        const auto& record = event.record<MIDIMetaEvent>();
+        add(event, nameOf(metaNames, record.metaEventType, concat("meta ", record.metaEventType)),
+            std::nullopt, {record.data, record.data + record.dataLength});
+        if (!isTextType(record.metaEventType)) {
+            return;
+        }
+        const auto& data = track.events.back().data;
+        const std::string text = utf8Text(std::string(data.begin(), data.end()));
+        track.events.back().text = text;
+        if (record.metaEventType == META_TRACKNAME && track.name.empty()) {
+            track.name = text;
+        }
+    }
+
+    void add(const TrackEvent& event, std::string type, std::optional<int> channel,
+             std::vector<std::uint8_t> data)
+    {
+        track.events.push_back({event.time, std::move(type), channel, std::move(data), std::nullopt});
+    }
+
+    void noteChannel(int channel)
+    {
+        if (channels.empty() || channels.back() != channel) {
+            channels.push_back(channel);
+        }
+    }
+
+    FoundTrack& track;
+    std::vector<int> channels; // as they change
+};
+
+void walk(const MusicTrack& track, const std::function<void(const TrackEvent&)>& visit)
+{
+    walkTrack(
+        track, [](WalkFailure, OSStatus) {},
+        [&visit](const TrackEvent& event, const MusicEventIterator&) {
+            visit(event);
+            return WalkStep::stepOn;
+        });
+}
+
+double lengthOf(const MusicTrack& track)
+{
+    double length = 0.0;
+    std::uint32_t size = sizeof length;
+    MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
+    return length;
+}
+
+void describeTempo(const MusicSequence& sequence, FileDescription& description)
+{
+    MusicTrack track;
+    MusicSequenceGetTempoTrack(sequence, track);
+    description.length = lengthOf(track);
+    walk(track, [&description](const TrackEvent& event) {
+        if (event.type == kMusicEventType_ExtendedTempo) {
+            description.tempo.push_back({event.time, event.record<ExtendedTempoEvent>().bpm});
+        }
+    });
+}
+
+FoundTrack describeTrack(const MusicTrack& track, int index)
+{
+    FoundTrack found;
+    found.index = index;
+    found.length = lengthOf(track);
+    TrackReader reader(found);
+    walk(track, [&reader](const TrackEvent& event) { reader.read(event); });
+    reader.finish();
+    return found;
+}
+
+} // namespace
+
+std::string warningLine(const FileDescription& description)
+{
+    if (description.warnings.empty()) {
+        return "";
+    }
+    std::size_t notes = 0;
+    for (const FoundTrack& track : description.tracks) {
+        notes += track.notes.size();
+    }
+    return concat("Warning: ", description.warnings.front(), " Tracks kept: ", description.tracks.size(),
+                  ", notes: ", notes, ".",
+                  description.warnings.size() > 1 ? " There is more: 'inspect --json' lists it." : "");
+}
+
+OSStatus describeFile(const std::filesystem::path& file, FileDescription& description)
+{
+    std::vector<std::uint8_t> data;
+    const OSStatus status = readFile(file, data);
+    return status == noErr ? describeData(data, description) : status;
+}
+
+OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description)
+{
+    MusicSequence sequence;
+    if (const OSStatus status = NewMusicSequence(sequence); status != noErr) {
+        return status;
+    }
+    const OSStatus status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                                      kMusicSequenceLoadSMF_PreserveTracks);
+    if (status != noErr) {
+        return status;
+    }
+    std::int16_t division = 480;
+    MusicSequenceGetLoadDivision(sequence, division);
+    description.division = division;
+    MusicSequenceGetLoadWarnings(sequence, description.warnings);
+    describeTempo(sequence, description);
+    std::uint32_t count = 0;
+    MusicSequenceGetTrackCount(sequence, count);
+    std::vector<FoundNote> notes;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        MusicTrack track;
+        MusicSequenceGetIndTrack(sequence, i, track);
+        description.tracks.push_back(describeTrack(track, static_cast<int>(i)));
+        const FoundTrack& found = description.tracks.back();
+        description.length = std::max(description.length, found.length);
+        notes.insert(notes.end(), found.notes.begin(), found.notes.end());
+    }
+    std::ranges::stable_sort(notes, {}, &FoundNote::position);
+    description.chords = findChords(notes, description.length);
+    return noErr;
+}
+
+} // namespace volvelle

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "rendering/RenderAhead.h"
+#include "rendering/RenderPart.h"
+#include "services/audiodevice/AudioFileWriter.h"
+#include "services/audiograph/graph/PeakLimiter.h"
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// Renders the parts of a piece, some of them at a time, adds them up, limits the sum and writes it, up to the
+// end of the last sound. [main thread]
+class Mixdown {
+public:
+    // `data` is the MIDI file, `parts` come from renderParts().
+    Mixdown(std::vector<std::uint8_t> data, std::vector<RenderPart> parts,
+            std::optional<std::filesystem::path> bank, int cores);
+
+    // Tells `progress` each percent of the music. False with one plain line in `error`.
+    bool write(AudioFileWriter& writer, const std::function<void(int)>& progress, std::string& error);
+
+private:
+    static constexpr std::size_t blockFrames = RenderPart::blockFrames;
+
+    bool beginParts(std::string& error);
+    void mixBlock();
+    void limitBlock();
+
+    const std::vector<std::uint8_t> data;
+    const std::vector<RenderPart> parts;
+    const std::optional<std::filesystem::path> bank;
+    const std::size_t cores;
+
+    std::int64_t block = 0; // the next one
+    std::size_t begun = 0;  // parts that were begun
+    std::deque<std::unique_ptr<RenderAhead>>
+        renderings; // of the parts that were begun; null once at their end
+    PeakLimiter limiter;
+    std::array<float, blockFrames> mixLeft{};
+    std::array<float, blockFrames> mixRight{};
+    std::array<float, blockFrames> left{}; // behind the limiter
+    std::array<float, blockFrames> right{};
+};
+
+} // namespace volvelle

@@ -1,0 +1,93 @@
+#include "rendering/PartRendering.h"
+
+#include "services/audiograph/sequencer/AVMusicTrack.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace volvelle {
+
+namespace {
+
+constexpr float inaudible = 1.0e-6F; // -120 dB
+
+// Frames after which the slow swings of the synthesizer's chorus and reverb repeat: ten seconds.
+constexpr std::int64_t effectPeriod = 480'000;
+
+} // namespace
+
+PartRendering::PartRendering(const RenderPart& rendered) : part(rendered), block(rendered.beginBlock) {}
+
+std::unique_ptr<PartRendering> PartRendering::make(const std::vector<std::uint8_t>& data,
+                                                   const RenderPart& part,
+                                                   const std::optional<std::filesystem::path>& bank,
+                                                   std::string& error)
+{
+    std::unique_ptr<PartRendering> rendering(new PartRendering(part));
+    const bool isReady = rendering->graph.connectSynthesizer(bank, error) && rendering->load(data, error);
+    return isReady ? std::move(rendering) : nullptr;
+}
+
+bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& error)
+{
+    MusicSequence sequence;
+    NewMusicSequence(sequence);
+    OSStatus status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                                AVAudioSequencer::channelsToTracks);
+    status = status == noErr ? keepNotesOf(part, sequence) : status;
+    if (status != noErr) {
+        error = "The music could not be read.";
+        return false;
+    }
+    if (!sequencer.loadFromSequence(sequence, error)) {
+        return false;
+    }
+    for (const auto& track : sequencer.tracks()) {
+        track->setDestinationAudioUnit(graph.instrument);
+    }
+    graph.engine->enableManualRenderingMode(blockFrames);
+    sequencer.prepareToPlay();
+    sequencer.setCurrentPositionInBeats(part.beginBeats);
+    if (!graph.engine->start(error)) {
+        return false;
+    }
+    swingEffects();
+    return sequencer.start(error);
+}
+
+// Brings chorus and reverb to where they would be had they run from the start of the piece.
+void PartRendering::swingEffects()
+{
+    std::array<float, blockFrames> left{};
+    std::array<float, blockFrames> right{};
+    for (std::int64_t frames = part.beginBlock * blockFrames % effectPeriod; frames > 0;
+         frames -= blockFrames) {
+        const auto now = static_cast<int>(std::min<std::int64_t>(frames, blockFrames));
+        graph.engine->renderOffline(now, left.data(), right.data());
+    }
+}
+
+bool PartRendering::renderBlock(float* left, float* right)
+{
+    const bool hasDiedAway = quietBlocks >= RenderPart::quietBlocksAtEnd && graph.activeVoices() == 0;
+    if (hasDiedAway || block >= part.lastBlock ||
+        graph.engine->renderOffline(blockFrames, left, right) != noErr) {
+        return false;
+    }
+    const bool isBehind = block >= part.endBlock;
+    quietBlocks = isBehind && isQuieter(inaudible, left, right, blockFrames) ? quietBlocks + 1 : 0;
+    ++block;
+    return true;
+}
+
+bool isQuieter(float level, const float* left, const float* right, int frames)
+{
+    const auto isQuiet = [level](float sample) { return std::fabs(sample) < level; };
+    const auto count = static_cast<std::size_t>(frames);
+    return std::ranges::all_of(std::span(left, count), isQuiet) &&
+           std::ranges::all_of(std::span(right, count), isQuiet);
+}
+
+} // namespace volvelle

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "audio/SoundGraph.h"
+#include "rendering/RenderPart.h"
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// Renders a part of a piece, with an engine and a synthesizer of its own and without a limiter. Made on the
+// main thread and then used by one thread at a time.
+class PartRendering {
+public:
+    static constexpr int blockFrames = RenderPart::blockFrames;
+
+    // `data` is the whole MIDI file. Null with one plain line in `error`.
+    static std::unique_ptr<PartRendering> make(const std::vector<std::uint8_t>& data, const RenderPart& part,
+                                               const std::optional<std::filesystem::path>& bank,
+                                               std::string& error);
+
+    // Writes the next block to both channels. False once the part has died away, and nothing is written:
+    // where it is silent and no voice is left that could come back.
+    bool renderBlock(float* left, float* right);
+
+private:
+    explicit PartRendering(const RenderPart& part);
+    bool load(const std::vector<std::uint8_t>& data, std::string& error);
+    void swingEffects();
+
+    const RenderPart part;
+    SoundGraph graph{false};
+    AVAudioSequencer sequencer{graph.engine};
+    std::int64_t block = 0; // the next one, counted from the start of the piece
+    int quietBlocks = 0;    // of silence without a break behind the part
+};
+
+// True for a block in which nothing is above `level`, a factor of full scale.
+bool isQuieter(float level, const float* left, const float* right, int frames);
+
+} // namespace volvelle

@@ -1,0 +1,192 @@
+#include "services/audiograph/graph/AVAudioEngine.h"
+
+#include "base/RunLoop.h"
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace volvelle {
+
+AVAudioEngine::AVAudioEngine() : nodes{output, mixer}
+{
+    output->engine = this;
+    mixer->engine = this;
+    connect(mixer, output, 0, 0);
+}
+
+AVAudioEngine::~AVAudioEngine()
+{
+    stop();
+    for (const auto& node : nodes) {
+        node->engine = nullptr;
+    }
+}
+
+// MARK: Running
+
+bool AVAudioEngine::setSink(std::shared_ptr<AudioSink> newSink, std::string& error)
+{
+    closeSink();
+    sink = std::move(newSink);
+    return !isRunning() || openSink(error);
+}
+
+void AVAudioEngine::prepare()
+{
+    publish();
+}
+
+bool AVAudioEngine::start(std::string& error)
+{
+    if (isRunning()) {
+        return true;
+    }
+    running.store(true, std::memory_order_release);
+    if (!openSink(error)) {
+        running.store(false, std::memory_order_release);
+        return false;
+    }
+    keepHouse();
+    return true;
+}
+
+void AVAudioEngine::keepHouse()
+{
+    constexpr double interval = 0.25; // seconds
+    if (!isInManualRenderingMode() && !weak_from_this().expired()) {
+        houseTimer = mainRunLoop().schedule(interval, weak_from_this(), [this] { collectGarbage(); });
+    }
+}
+
+void AVAudioEngine::pause()
+{
+    if (houseTimer != nullptr) {
+        std::exchange(houseTimer, nullptr)->invalidate();
+    }
+    closeSink();
+    running.store(false, std::memory_order_release);
+}
+
+void AVAudioEngine::stop()
+{
+    for (AVAudioSequencer* sequencer : sequencers) {
+        sequencer->stop();
+    }
+    pause();
+    for (const std::shared_ptr<AVAudioNode>& node : nodes) {
+        node->engineStopped();
+    }
+    resetWanted.store(true, std::memory_order_release);
+    collectGarbage();
+}
+
+bool AVAudioEngine::openSink(std::string& error)
+{
+    if (sink == nullptr || isInManualRenderingMode()) {
+        return true;
+    }
+    isSinkOpen = sink->open(*this, error);
+    return isSinkOpen;
+}
+
+void AVAudioEngine::closeSink()
+{
+    if (isSinkOpen) {
+        sink->close();
+        isSinkOpen = false;
+    }
+}
+
+OSStatus AVAudioEngine::enableManualRenderingMode(int maximumFramesWanted)
+{
+    if (isRunning()) {
+        return kAudioEngineErr_Initialized;
+    }
+    if (maximumFramesWanted < 1) {
+        return kAudio_ParamError;
+    }
+    manualFrames = maximumFramesWanted;
+    return noErr;
+}
+
+OSStatus AVAudioEngine::disableManualRenderingMode()
+{
+    if (isRunning()) {
+        return kAudioEngineErr_Initialized;
+    }
+    manualFrames = 0;
+    return noErr;
+}
+
+OSStatus AVAudioEngine::renderOffline(int frames, float* left, float* right)
+{
+    if (!isInManualRenderingMode()) {
+        return kAudioEngineErr_InvalidMode;
+    }
+    if (!isRunning()) {
+        return kAudioEngineErr_NotRunning;
+    }
+    if (frames < 1 || frames > manualFrames) {
+        return kAudio_ParamError;
+    }
+    render(left, right, frames);
+    return noErr;
+}
+
+void AVAudioEngine::collectGarbage()
+{
+    plans.collect();
+    for (const std::shared_ptr<AVAudioNode>& node : nodes) {
+        node->housekeeping();
+    }
+    for (AVAudioSequencer* sequencer : sequencers) {
+        sequencer->collectGarbage();
+    }
+}
+
+void AVAudioEngine::addSequencer(AVAudioSequencer& sequencer)
+{
+    sequencers.push_back(&sequencer);
+    publish();
+}
+
+void AVAudioEngine::removeSequencer(AVAudioSequencer& sequencer)
+{
+    std::erase(sequencers, &sequencer);
+    publish();
+}
+
+void AVAudioEngine::publish()
+{
+    std::vector<std::shared_ptr<SequencerCore>> cores;
+    cores.reserve(sequencers.size());
+    for (const AVAudioSequencer* sequencer : sequencers) {
+        cores.push_back(sequencer->renderCore());
+    }
+    plans.publish(std::make_unique<RenderPlan>(wires, output, std::move(cores)));
+    collectGarbage();
+}
+
+// MARK: Rendering
+
+void AVAudioEngine::render(float* left, float* right, int frames) noexcept
+{
+    if (!isRunning()) {
+        std::fill_n(left, frames, 0.0F);
+        std::fill_n(right, frames, 0.0F);
+        return;
+    }
+    plans.take([this](RenderPlan* before) { plans.current()->follow(before); });
+    RenderPlan& plan = *plans.current();
+    if (resetWanted.exchange(false, std::memory_order_acq_rel)) {
+        plan.resetNodes();
+    }
+    plan.beginBlock();
+    for (int done = 0; done < frames; done += AVAudioNode::maximumFrames) {
+        plan.render(left + done, right + done, std::min(AVAudioNode::maximumFrames, frames - done));
+    }
+    plan.endBlock();
+}
+
+} // namespace volvelle

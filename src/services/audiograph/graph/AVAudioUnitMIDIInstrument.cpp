@@ -1,0 +1,14 @@
+#include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
+
+#include "services/audiograph/graph/AudioComponentRegistry.h"
+
+namespace volvelle {
+
+std::shared_ptr<AVAudioUnitMIDIInstrument>
+AVAudioUnitMIDIInstrument::make(const AudioComponentDescription& description)
+{
+    std::shared_ptr<AUAudioUnit> unit = makeAudioComponent(description);
+    return unit == nullptr ? nullptr : std::make_shared<AVAudioUnitMIDIInstrument>(std::move(unit));
+}
+
+} // namespace volvelle

@@ -1,0 +1,219 @@
+#include "services/audiograph/sequencer/AVAudioSequencer.h"
+
+#include "services/audiograph/graph/AVAudioEngine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+constexpr float highestRate = 1000.0F;
+
+}
+
+AVAudioSequencer::AVAudioSequencer(const std::shared_ptr<AVAudioEngine>& newEngine)
+    : engine(newEngine), core(std::make_shared<SequencerCore>())
+{
+    setEvents(std::make_shared<const SequencerEvents>());
+    if (newEngine != nullptr) {
+        newEngine->addSequencer(*this);
+    }
+}
+
+AVAudioSequencer::~AVAudioSequencer()
+{
+    letTracksGo();
+    if (const std::shared_ptr<AVAudioEngine> running = engine.lock()) {
+        running->removeSequencer(*this);
+    }
+}
+
+bool AVAudioSequencer::loadFromURL(const std::filesystem::path& url, std::uint32_t options,
+                                   std::string& error)
+{
+    MusicSequence sequence;
+    OSStatus status = NewMusicSequence(sequence);
+    if (status == noErr) {
+        status = MusicSequenceFileLoad(sequence, url, kMusicSequenceFile_MIDIType, options);
+    }
+    return take(sequence, status, error);
+}
+
+bool AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options,
+                                    std::string& error)
+{
+    MusicSequence sequence;
+    OSStatus status = NewMusicSequence(sequence);
+    if (status == noErr) {
+        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, options);
+    }
+    return take(sequence, status, error);
+}
+
+bool AVAudioSequencer::loadFromSequence(const MusicSequence& sequence, std::string& error)
+{
+    return take(sequence, sequence == nullptr ? kAudio_ParamError : noErr, error);
+}
+
+bool AVAudioSequencer::take(const MusicSequence& sequence, OSStatus status, std::string& error)
+{
+    const auto loaded = std::make_shared<SequencerEvents>();
+    status = status == noErr ? loaded->read(sequence) : status;
+    if (status != noErr) {
+        error = "The MIDI file could not be read (" + std::to_string(status) + ").";
+        return false;
+    }
+    setEvents(loaded);
+    return true;
+}
+
+void AVAudioSequencer::setEvents(std::shared_ptr<const SequencerEvents> newEvents)
+{
+    letTracksGo();
+    events = std::move(newEvents);
+    trackList.clear();
+    double longest = 0.0;
+    for (const SequencerTrackInfo& track : events->tracks) {
+        const double seconds = events->tempo.seconds(track.lengthInBeats);
+        longest = std::max(longest, seconds);
+        trackList.push_back(std::make_shared<AVMusicTrack>(this, track.lengthInBeats, seconds));
+    }
+    tempo = trackList.front();
+    trackList.erase(trackList.begin());
+    info = {{"tempo", {events->tempo.firstTempo()}}, {"approximate duration in seconds", {longest}}};
+    if (!events->title.empty()) {
+        info["title"] = {events->title};
+    }
+    if (!events->copyright.empty()) {
+        info["copyright"] = {events->copyright};
+    }
+    destinationChanged();
+}
+
+void AVAudioSequencer::letTracksGo()
+{
+    for (const auto& track : trackList) {
+        track->sequencer = nullptr;
+    }
+    if (tempo != nullptr) {
+        tempo->sequencer = nullptr;
+    }
+}
+
+void AVAudioSequencer::destinationChanged()
+{
+    isContentOld = true;
+    if (playing) {
+        publishContent();
+    }
+}
+
+void AVAudioSequencer::publishContent()
+{
+    isContentOld = false;
+    core->setContent(std::make_unique<SequencerContent>(events, destinations()));
+}
+
+std::vector<std::shared_ptr<AVAudioUnit>> AVAudioSequencer::destinations() const
+{
+    std::vector<std::shared_ptr<AVAudioUnit>> result{tempo->destination};
+    for (const auto& track : trackList) {
+        result.push_back(track->destination);
+    }
+    return result;
+}
+
+void AVAudioSequencer::prepareToPlay()
+{
+    const std::vector<std::shared_ptr<AVAudioUnit>> units = destinations();
+    std::map<AVAudioUnit*, std::vector<AUMIDIProgram>> wanted;
+    std::set<std::pair<AVAudioUnit*, AUMIDIProgram>> known;
+    for (const SequencerProgram& program : events->programs) {
+        AVAudioUnit* unit = units[program.track].get();
+        const AUMIDIProgram entry{program.channel, program.bankMSB, program.bankLSB, program.program};
+        if (known.insert({unit, entry}).second) {
+            wanted[unit].push_back(entry);
+        }
+    }
+    for (const auto& [unit, programs] : wanted) {
+        if (unit != nullptr) {
+            unit->auAudioUnit()->prepareToPlay(programs);
+        }
+    }
+}
+
+bool AVAudioSequencer::start(std::string& error)
+{
+    const std::shared_ptr<AVAudioEngine> running = engine.lock();
+    if (running == nullptr || !running->isRunning()) {
+        error = "The audio engine is not running.";
+        return false;
+    }
+    if (!playing) {
+        if (isContentOld) {
+            publishContent();
+        }
+        playing = true;
+        command.isPlaying = true;
+        ++command.startSerial;
+        move(command.beats);
+    }
+    return true;
+}
+
+void AVAudioSequencer::stop()
+{
+    if (!playing) {
+        return;
+    }
+    command.beats = currentPositionInBeats();
+    command.isPlaying = false;
+    playing = false;
+    send();
+}
+
+double AVAudioSequencer::currentPositionInBeats()
+{
+    const SequencerPosition position = core->position();
+    return playing && position.serial >= command.moveSerial ? position.beats : command.beats;
+}
+
+double AVAudioSequencer::currentPositionInSeconds()
+{
+    const SequencerPosition position = core->position();
+    return playing && position.serial >= command.moveSerial ? position.seconds
+                                                            : events->tempo.seconds(command.beats);
+}
+
+void AVAudioSequencer::setCurrentPositionInBeats(double beats)
+{
+    move(beats > 0.0 && std::isfinite(beats) ? beats : 0.0);
+}
+
+void AVAudioSequencer::move(double beats)
+{
+    command.beats = beats;
+    command.moveSerial = command.serial + 1;
+    send();
+}
+
+void AVAudioSequencer::setRate(float rate)
+{
+    if (rate > 0.0F && rate <= highestRate) {
+        command.rate = rate;
+        send();
+    }
+}
+
+void AVAudioSequencer::send()
+{
+    ++command.serial;
+    core->send(command);
+}
+
+} // namespace volvelle

@@ -1,0 +1,173 @@
+#include "services/audiograph/sequencer/SequencerContent.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace volvelle {
+
+namespace {
+
+constexpr int mostEnds = 4; // of one key at once: all keys so often find room in the line
+
+} // namespace
+
+SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEvents,
+                                   const std::vector<std::shared_ptr<AVAudioUnit>>& destinations)
+    : events(std::move(newEvents)), unitOfTrack(events->tracks.size(), -1)
+{
+    for (std::size_t track = 0; track < destinations.size() && track < unitOfTrack.size(); ++track) {
+        const std::shared_ptr<AVAudioUnit>& node = destinations[track];
+        if (node == nullptr) {
+            continue;
+        }
+        auto unit = std::find_if(units.begin(), units.end(), [&](const Unit& u) { return u.node == node; });
+        if (unit == units.end()) {
+            units.push_back({node, 0, std::vector<std::uint16_t>(std::size_t{16} * 128), {}, {}, {}});
+            unit = units.end() - 1;
+        }
+        unit->channels = static_cast<std::uint16_t>(unit->channels | events->tracks[track].channels);
+        unitOfTrack[track] = static_cast<int>(unit - units.begin());
+    }
+    fillHistories();
+}
+
+void SequencerContent::fillHistories()
+{
+    for (const SequencerState& state : events->states) {
+        const int place = unitOfTrack[state.track];
+        if (place >= 0) {
+            ChannelHistory& history = units[static_cast<std::size_t>(place)].history;
+            if (state.isExclusive()) {
+                history.addExclusive(state.seconds, events->longMessages[state.longIndex], state.longIndex);
+            } else {
+                history.add(state.seconds, state.bytes);
+            }
+        }
+    }
+}
+
+void SequencerContent::send(const SequencerEvent& event, double offset) noexcept
+{
+    const int index = unitOfTrack[event.track];
+    if (index < 0) {
+        return;
+    }
+    Unit& unit = units[static_cast<std::size_t>(index)];
+    AUAudioUnit& target = *unit.node->auAudioUnit();
+    if (event.kind == SequencerEvent::longMessage) {
+        return sendLong(unit, events->longMessages[event.longIndex], offset);
+    }
+    if (target.scheduleMIDIEventAt(offset, 0, event.length(), event.bytes.data()) == noErr) {
+        note(unit, event);
+    }
+}
+
+void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
+{
+    const auto place = static_cast<std::size_t>(event.bytes[0] & 0x0F) * 128 + event.bytes[1];
+    std::uint16_t& count = unit.sounding[place];
+    if (event.kind == SequencerEvent::noteOn && count < std::numeric_limits<std::uint16_t>::max()) {
+        ++count;
+    }
+    if (event.kind == SequencerEvent::noteOff && count > 0) {
+        --count;
+    }
+}
+
+void SequencerContent::sendShort(Unit& unit, int status, int data1, int data2) noexcept
+{
+    const std::uint8_t bytes[3] = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
+                                   static_cast<std::uint8_t>(data2)};
+    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(status), bytes);
+}
+
+void SequencerContent::release(bool all) noexcept
+{
+    for (Unit& unit : units) {
+        for (int channel = 0; channel < 16; ++channel) {
+            releaseNotes(unit, channel);
+            if ((unit.channels >> channel & 1) == 0) {
+                continue;
+            }
+            for (const int pedal : holdPedals) {
+                sendShort(unit, 0xB0 | channel, pedal, 0);
+            }
+            if (all) {
+                sendShort(unit, 0xB0 | channel, 123, 0);
+            }
+        }
+    }
+}
+
+void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
+{
+    for (int key = 0; key < 128; ++key) {
+        std::uint16_t& count =
+            unit.sounding[static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(key)];
+        for (int i = std::min<int>(count, mostEnds); i > 0; --i) {
+            sendShort(unit, 0x80 | channel, key, 0);
+        }
+        count = 0;
+    }
+}
+
+void SequencerContent::silence() noexcept
+{
+    for (Unit& unit : units) {
+        for (int channel = 0; channel < channelCount; ++channel) {
+            if ((unit.heardChannels() >> channel & 1) != 0) {
+                sendShort(unit, 0xB0 | channel, 120, 0);
+            }
+        }
+    }
+}
+
+void SequencerContent::chase(double seconds) noexcept
+{
+    for (Unit& unit : units) {
+        unit.history.find(seconds, unit.states);
+        unit.node->auAudioUnit()->forgetSettings();
+        findExclusives(unit, seconds);
+        tellExclusives(unit);
+        tellChannels(unit);
+    }
+}
+
+void SequencerContent::findExclusives(Unit& unit, double seconds) const noexcept
+{
+    unit.exclusives.clear();
+    unit.history.forEachExclusive(
+        seconds, [&](std::uint32_t number) { unit.exclusives.apply(events->longMessages[number]); });
+}
+
+void SequencerContent::tellExclusives(Unit& unit) noexcept
+{
+    for (std::size_t i = 0; i < unit.exclusives.size(); ++i) {
+        sendLong(unit, unit.exclusives[i], 0.0);
+    }
+}
+
+void SequencerContent::tellChannels(Unit& unit) noexcept
+{
+    for (int channel = 0; channel < channelCount; ++channel) {
+        ChannelMessages messages;
+        if ((unit.heardChannels() >> channel & 1) != 0) {
+            unit.states[channel].tell(channel, messages);
+        }
+        for (const ShortMessage& message : messages.all()) {
+            sendShort(unit, message[0], message[1], message[2]);
+        }
+    }
+}
+
+void SequencerContent::sendLong(Unit& unit, std::span<const std::uint8_t> bytes, double offset) noexcept
+{
+    unit.node->auAudioUnit()->scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
+}
+
+std::uint16_t SequencerContent::Unit::heardChannels() const noexcept
+{
+    return static_cast<std::uint16_t>(channels | node->auAudioUnit()->heardChannels());
+}
+
+} // namespace volvelle

@@ -1,0 +1,226 @@
+#include "services/audiograph/sequencer/SequencerEvents.h"
+
+#include "wire/SystemExclusive.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+template <typename Visit>
+OSStatus forEachEvent(const MusicTrack& track, Visit&& visit)
+{
+    MusicEventIterator iterator;
+    OSStatus status = NewMusicEventIterator(track, iterator);
+    bool hasEvent = false;
+    while (status == noErr && (status = MusicEventIteratorHasCurrentEvent(iterator, hasEvent)) == noErr &&
+           hasEvent) {
+        double beat = 0.0;
+        MusicEventType type = kMusicEventType_NULL;
+        const void* payload = nullptr;
+        std::uint32_t size = 0;
+        status = MusicEventIteratorGetEventInfo(iterator, beat, type, payload, size);
+        if (status == noErr) {
+            visit(beat, type, payload);
+            status = MusicEventIteratorNextEvent(iterator);
+        }
+    }
+    return status == kAudioToolboxErr_EndOfTrack ? noErr : status;
+}
+
+OSStatus readLength(const MusicTrack& track, double& length)
+{
+    std::uint32_t size = sizeof(length);
+    return MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
+}
+
+template <typename T>
+const T& as(const void* payload)
+{
+    return *static_cast<const T*>(payload);
+}
+
+} // namespace
+
+OSStatus SequencerEvents::read(const MusicSequence& sequence)
+{
+    MusicTrack track;
+    std::uint32_t count = 0;
+    OSStatus status = MusicSequenceGetTempoTrack(sequence, track);
+    status = status == noErr ? readTempo(track) : status;
+    status = status == noErr ? readTrack(track, 0) : status;
+    status = status == noErr ? MusicSequenceGetTrackCount(sequence, count) : status;
+    count = std::min<std::uint32_t>(count, std::numeric_limits<std::uint16_t>::max());
+    tracks.resize(count + 1U);
+    for (std::uint32_t i = 0; i < count && status == noErr; ++i) {
+        status = MusicSequenceGetIndTrack(sequence, i, track);
+        status = status == noErr ? readTrack(track, static_cast<std::uint16_t>(i + 1)) : status;
+    }
+    order();
+    findStates();
+    findPrograms();
+    return status;
+}
+
+OSStatus SequencerEvents::readTempo(const MusicTrack& track)
+{
+    return forEachEvent(track, [this](double beat, MusicEventType type, const void* payload) {
+        if (type == kMusicEventType_ExtendedTempo) {
+            tempo.add(beat, as<ExtendedTempoEvent>(payload).bpm);
+        }
+    });
+}
+
+OSStatus SequencerEvents::readTrack(const MusicTrack& track, std::uint16_t index)
+{
+    const OSStatus status =
+        forEachEvent(track, [this, index](double beat, MusicEventType type, const void* payload) {
+            readEvent(beat, type, payload, index);
+        });
+    return status == noErr ? readLength(track, tracks[index].lengthInBeats) : status;
+}
+
+void SequencerEvents::readEvent(double beat, MusicEventType type, const void* payload, std::uint16_t index)
+{
+    switch (type) {
+    case kMusicEventType_MIDINoteMessage:
+        return readNote(beat, as<MIDINoteMessage>(payload), index);
+    case kMusicEventType_MIDIChannelMessage:
+        return readMessage(beat, as<MIDIChannelMessage>(payload), index);
+    case kMusicEventType_MIDIRawData:
+        return readLong(beat, as<MIDIRawData>(payload), index);
+    case kMusicEventType_Meta:
+        return readMeta(as<MIDIMetaEvent>(payload));
+    default:
+        return;
+    }
+}
+
+void SequencerEvents::readNote(double beat, const MIDINoteMessage& note, std::uint16_t index)
+{
+    const auto channel = static_cast<std::uint8_t>(note.channel & 0x0F);
+    SequencerEvent event;
+    event.seconds = tempo.seconds(beat);
+    event.partner = std::max(event.seconds, tempo.seconds(beat + static_cast<double>(note.duration)));
+    event.track = index;
+    event.kind = SequencerEvent::noteOn;
+    event.releaseVelocity = note.releaseVelocity;
+    event.bytes = {static_cast<std::uint8_t>(0x90 | channel), note.note,
+                   std::max<std::uint8_t>(note.velocity, 1)};
+    events.push_back(event);
+    std::swap(event.seconds, event.partner);
+    event.kind = SequencerEvent::noteOff;
+    event.bytes = {static_cast<std::uint8_t>(0x80 | channel), note.note, note.releaseVelocity};
+    events.push_back(event);
+    tracks[index].channels = static_cast<std::uint16_t>(tracks[index].channels | 1U << channel);
+}
+
+void SequencerEvents::readMessage(double beat, const MIDIChannelMessage& message, std::uint16_t index)
+{
+    const int kind = message.status & 0xF0;
+    if (kind < 0x80 || kind == 0xF0) {
+        return;
+    }
+    const bool isEnd = kind == 0xB0 && (message.data1 == 120 || message.data1 == 123);
+    SequencerEvent event;
+    event.seconds = tempo.seconds(beat);
+    event.track = index;
+    event.kind = kind >= 0xA0 && !isEnd ? SequencerEvent::state : SequencerEvent::other;
+    event.bytes = {message.status, message.data1, message.data2};
+    events.push_back(event);
+    tracks[index].channels =
+        static_cast<std::uint16_t>(tracks[index].channels | 1U << (message.status & 0x0F));
+}
+
+void SequencerEvents::readLong(double beat, const MIDIRawData& data, std::uint16_t index)
+{
+    if (data.length < 2 || data.data[0] != 0xF0 || data.data[data.length - 1] != 0xF7) {
+        return;
+    }
+    SequencerEvent event;
+    event.seconds = tempo.seconds(beat);
+    event.track = index;
+    event.kind = SequencerEvent::longMessage;
+    event.longIndex = static_cast<std::uint32_t>(longMessages.size());
+    longMessages.emplace_back(data.data, data.data + data.length);
+    events.push_back(event);
+}
+
+void SequencerEvents::readMeta(const MIDIMetaEvent& meta)
+{
+    std::string* text = meta.metaEventType == 3 ? &title : meta.metaEventType == 2 ? &copyright : nullptr;
+    if (text != nullptr && text->empty()) {
+        text->assign(meta.data, meta.data + meta.dataLength);
+    }
+}
+
+void SequencerEvents::order()
+{
+    std::stable_sort(events.begin(), events.end(),
+                     [](const SequencerEvent& a, const SequencerEvent& b) { return a.seconds < b.seconds; });
+}
+
+// Note-ons count where a key to glide from waits for them.
+void SequencerEvents::findStates()
+{
+    constexpr int portamentoKey = 84;
+    std::uint16_t waiting = 0; // channels
+    for (const SequencerEvent& event : events) {
+        const bool isExclusive = event.kind == SequencerEvent::longMessage;
+        const auto channel = static_cast<std::uint16_t>(isExclusive ? 0 : 1U << channelOf(event.bytes));
+        if (kindOf(event.bytes) == 0xB0 && event.bytes[1] == portamentoKey) {
+            waiting = static_cast<std::uint16_t>(waiting | channel);
+        }
+        const bool isGlide = event.kind == SequencerEvent::noteOn && (waiting & channel) != 0;
+        if (isGlide) {
+            waiting = static_cast<std::uint16_t>(waiting & ~channel);
+        }
+        if (event.kind == SequencerEvent::state || isExclusive || isGlide) {
+            states.push_back({event.seconds, event.longIndex, event.track, event.bytes});
+        }
+    }
+}
+
+void SequencerEvents::findPrograms()
+{
+    using Key = std::tuple<std::uint16_t, int, int, int, int>;
+    std::set<Key> found;
+    std::vector<std::array<SequencerProgram, 16>> currents(tracks.size());
+    for (const SequencerEvent& event : events) {
+        if (event.kind == SequencerEvent::longMessage) {
+            if (effectOf(longMessages[event.longIndex]) == ExclusiveEffect::reset) {
+                currents.assign(tracks.size(), {});
+            }
+            continue;
+        }
+        const auto channel = static_cast<std::uint8_t>(event.bytes[0] & 0x0F);
+        SequencerProgram& current = currents[event.track][channel];
+        const int kind = event.bytes[0] & 0xF0;
+        if (kind == 0xB0 && (event.bytes[1] == 0 || event.bytes[1] == 32)) {
+            (event.bytes[1] == 0 ? current.bankMSB : current.bankLSB) = event.bytes[2];
+        } else if (kind == 0xC0) {
+            current.program = event.bytes[1];
+        }
+        current.track = event.track;
+        current.channel = channel;
+        const bool isUse = kind == 0xC0 || event.kind == SequencerEvent::noteOn;
+        if (isUse && found.insert({current.track, channel, current.bankMSB, current.bankLSB, current.program})
+                         .second) {
+            programs.push_back(current);
+        }
+    }
+}
+
+std::size_t SequencerEvents::firstFrom(double seconds) const noexcept
+{
+    const auto first = std::lower_bound(events.begin(), events.end(), seconds,
+                                        [](const SequencerEvent& e, double s) { return e.seconds < s; });
+    return static_cast<std::size_t>(first - events.begin());
+}
+
+} // namespace volvelle

@@ -1,0 +1,65 @@
+#include "services/musicsequence/TrackWalk.h"
+
+namespace volvelle {
+
+namespace {
+
+bool hasCurrentEvent(const MusicEventIterator& iterator, const WalkReport& report, OSStatus& status)
+{
+    bool current = false;
+    status = MusicEventIteratorHasCurrentEvent(iterator, current);
+    if (status != noErr) {
+        report(WalkFailure::askCurrent, status);
+        return false;
+    }
+    return current;
+}
+
+bool stepOn(const MusicEventIterator& iterator, const WalkReport& report)
+{
+    bool next = false;
+    if (const OSStatus status = MusicEventIteratorHasNextEvent(iterator, next); status != noErr) {
+        report(WalkFailure::askNext, status);
+        return false;
+    }
+    if (const OSStatus status = MusicEventIteratorNextEvent(iterator); status != noErr) {
+        report(WalkFailure::step, status);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const WalkVisitor& visit)
+{
+    MusicEventIterator iterator;
+    if (const OSStatus status = NewMusicEventIterator(track, iterator); status != noErr) {
+        report(WalkFailure::makeIterator, status);
+    }
+    OSStatus asked = noErr;
+    if (!hasCurrentEvent(iterator, report, asked)) {
+        DisposeMusicEventIterator(iterator);
+        return asked == noErr ? WalkResult::empty : WalkResult::failed;
+    }
+    TrackEvent event;
+    do {
+        event.payload = nullptr;
+        event.size = 0;
+        auto step = WalkStep::stepOn;
+        const OSStatus status =
+            MusicEventIteratorGetEventInfo(iterator, event.time, event.type, event.payload, event.size);
+        if (status == noErr) {
+            step = visit(event, iterator);
+        } else {
+            report(WalkFailure::readEvent, status);
+        }
+        if (step == WalkStep::stepOn && !stepOn(iterator, report)) {
+            break;
+        }
+    } while (hasCurrentEvent(iterator, report, asked));
+    DisposeMusicEventIterator(iterator);
+    return WalkResult::walked;
+}
+
+} // namespace volvelle

@@ -1,0 +1,108 @@
+#include "inspection/EarMeasure.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace volvelle {
+namespace {
+
+std::shared_ptr<PhraseEvent> note(int channel, int number, double position, double duration)
+{
+    const auto event = std::make_shared<PhraseEvent>();
+    event->type = PhraseEvent::noteOn;
+    event->channel = static_cast<std::uint8_t>(channel);
+    event->number = static_cast<std::uint8_t>(number);
+    event->position = position;
+    event->duration = duration;
+    return event;
+}
+
+std::shared_ptr<ChordEvent> chordOfC(double position)
+{
+    const auto chord = std::make_shared<ChordEvent>();
+    chord->position = position;
+    chord->nrule = std::make_shared<ChordRule>();
+    chord->nrule->rule = {0, 4, 7};
+    return chord;
+}
+
+class Ear : public testing::Test {
+protected:
+    Ear() { generator.makeArrangement(true); }
+
+    std::map<std::string, double> measured()
+    {
+        generator.phraseMixer->mixChannels();
+        EarMeasure measure;
+        measure.add(generator);
+        std::map<std::string, double> values;
+        for (const auto& row : measure.table()) {
+            values[row.name] = row.value;
+        }
+        return values;
+    }
+
+    MIDIClipGenerator generator;
+};
+
+TEST_F(Ear, NotesAreCountedByChannelAndBeat)
+{
+    generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 0, 1), note(2, 64, 4, 1)};
+    generator.phraseMixer->drumTrack0->loadedEvents = {note(9, 36, 0, 0.25)};
+    const auto values = measured();
+    EXPECT_EQ(values.at("notes per beat, channel 3"), 2.0 / 16.0);
+    EXPECT_EQ(values.at("notes per beat, channel 10"), 1.0 / 16.0);
+    EXPECT_EQ(values.at("notes per beat, all"), 3.0 / 16.0);
+}
+
+TEST_F(Ear, VoicesAreCountedOnTheGridWithoutDrums)
+{
+    generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 0, 8), note(2, 64, 0, 4)};
+    generator.phraseMixer->drumTrack0->loadedEvents = {note(9, 36, 0, 16)};
+    const auto values = measured();
+    EXPECT_EQ(values.at("voices at once without drums, mean"), (32.0 + 16.0) / 64.0);
+    EXPECT_EQ(values.at("voices at once without drums, 95th percentile"), 2.0);
+}
+
+TEST_F(Ear, EightOnsetsOnOneSixteenthAreACrowd)
+{
+    for (int i = 0; i < 8; ++i) {
+        generator.phraseMixer->leadTrack0->generatedEvents.push_back(note(2, 60 + i, 1.0, 0.25));
+    }
+    generator.phraseMixer->bassTrack0->generatedEvents = {note(8, 30, 2.0, 1)};
+    EXPECT_EQ(measured().at("share of sixteenths with 8 or more onsets"), 1.0 / 64.0);
+}
+
+TEST_F(Ear, TheBassIsHeldAgainstChordsBarsAndVoices)
+{
+    generator.phraseMixer->chordTrack->chords = {chordOfC(0.0)};
+    generator.phraseMixer->bassTrack0->generatedEvents = {note(8, 36, 0, 1), note(8, 40, 1.5, 1),
+                                                          note(8, 43, 8, 1)};
+    generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 0, 1), note(2, 72, 0, 1)};
+    const auto values = measured();
+    EXPECT_DOUBLE_EQ(values.at("share of bass notes on a root"), 1.0 / 3.0);
+    EXPECT_EQ(values.at("share of first beats with a bass note"), 0.5);
+    EXPECT_EQ(values.at("semitones from bass to the lowest other voice, mean"), 24.0);
+    EXPECT_EQ(values.at("share of arrangements without a chord"), 0.0);
+}
+
+TEST_F(Ear, RepeatsOfALeadAreCountedByStepAndNotWithinAChord)
+{
+    generator.phraseMixer->leadTrack0->generatedEvents = {
+        note(2, 60, 0, 1), note(2, 60, 1, 1), note(2, 64, 2, 1), note(2, 67, 2, 1), note(2, 64, 3, 1)};
+    EXPECT_DOUBLE_EQ(measured().at("share of lead steps that repeat the key"), 1.0 / 3.0);
+}
+
+TEST_F(Ear, SilenceIsMeasuredBeforeBetweenAndBehindAllTracks)
+{
+    generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 1, 5), note(2, 60, 3, 1),
+                                                          note(2, 60, 9, 6)};
+    const auto values = measured();
+    EXPECT_EQ(values.at("longest silence in an arrangement in beats, least"), 3.0);
+    EXPECT_EQ(values.at("longest silence in an arrangement in beats, most"), 3.0);
+    EXPECT_EQ(values.at("share of arrangements without a chord"), 1.0);
+}
+
+} // namespace
+} // namespace volvelle

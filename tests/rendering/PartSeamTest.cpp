@@ -1,0 +1,127 @@
+#include "rendering/PartRendering.h"
+
+#include "base/Paths.h"
+#include "tests/services/soundunits/RandomPiece.h"
+#include "tests/support/ProjectFolders.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+constexpr std::size_t quarterSecond = 12000;
+constexpr double audible = 1.0e-3; // -60 dBFS
+
+// Twenty-two seconds, so that it is cut in the middle; messages of all kinds and notes throughout, pedals
+// that are down where it is cut.
+Song pieceOf(unsigned seed)
+{
+    RandomPiece piece(seed);
+    Song song;
+    for (double beat = 0.0; beat < 44.0; beat += 2.0) {
+        piece.addStates(song, beat, beat + 0.5, 4);
+        piece.addNotes(song, beat + 0.5, beat + 1.5);
+    }
+    song.message(20.0, 0xB0, 64, 127).message(20.0, 0xB1, 66, 127);
+    return song.message(24.25, 0xB0, 64, 0).message(24.25, 0xB1, 66, 0);
+}
+
+std::vector<float> rendered(const std::vector<std::uint8_t>& data, const std::vector<RenderPart>& parts)
+{
+    std::vector<float> mix;
+    std::array<float, RenderPart::blockFrames> left{};
+    std::array<float, RenderPart::blockFrames> right{};
+    for (const RenderPart& part : parts) {
+        std::string error;
+        const auto rendering = PartRendering::make(data, part, std::nullopt, error);
+        EXPECT_TRUE(rendering) << error;
+        auto at = static_cast<std::size_t>(part.beginBlock) * RenderPart::blockFrames;
+        while (rendering != nullptr && rendering->renderBlock(left.data(), right.data())) {
+            mix.resize(std::max(mix.size(), at + left.size()));
+            for (std::size_t i = 0; i < left.size(); ++i) {
+                mix[at + i] += left[i] + right[i];
+            }
+            at += left.size();
+        }
+    }
+    return mix;
+}
+
+double levelFrom(const std::vector<float>& sound, std::size_t begin)
+{
+    double sum = 0.0;
+    for (std::size_t i = begin; i < begin + quarterSecond && i < sound.size(); ++i) {
+        sum += static_cast<double>(sound[i]) * static_cast<double>(sound[i]);
+    }
+    return std::sqrt(sum / quarterSecond);
+}
+
+class PartSeams : public testing::Test {
+protected:
+    PartSeams() { setResourcesFolder(buildFolder() / "resources"); }
+
+    ~PartSeams() override { setResourcesFolder(std::nullopt); }
+};
+
+void expectAlike(const std::vector<std::uint8_t>& data)
+{
+    MusicSequence sequence;
+    ASSERT_EQ(NewMusicSequence(sequence), noErr);
+    ASSERT_EQ(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, 0), noErr);
+    const std::vector<RenderPart> parts = renderParts(sequence, 2);
+    ASSERT_EQ(parts.size(), 2U);
+    const std::vector<float> one = rendered(data, renderParts(sequence, 1));
+    const std::vector<float> two = rendered(data, parts);
+    int sounding = 0;
+    for (std::size_t begin = 0; begin < one.size(); begin += quarterSecond) {
+        const double expected = levelFrom(one, begin);
+        const double level = levelFrom(two, begin);
+        if (expected > audible || level > audible) {
+            ++sounding;
+            EXPECT_NEAR(20.0 * std::log10(level / expected), 0.0, 1.0)
+                << begin / quarterSecond << " quarters of a second";
+        }
+    }
+    EXPECT_GT(sounding, 20);
+}
+
+class PartSeam : public PartSeams, public testing::WithParamInterface<unsigned> {};
+
+INSTANTIATE_TEST_SUITE_P(Seeds, PartSeam, testing::Range(1U, 13U));
+
+} // namespace
+
+TEST_P(PartSeam, APieceInPartsSoundsLikeThePieceInOne)
+{
+    expectAlike(pieceOf(GetParam()).file());
+}
+
+// The swings of chorus and reverb go on across a seam, wherever it lies.
+TEST_F(PartSeams, SeamsAnywhereInTheSwingsOfTheEffectsAreNotHeard)
+{
+    for (const int seconds : {44, 56, 60}) {
+        Song song;
+        song.message(0.0, 0xC0, 48);
+        for (int beat = 0; beat < 2 * seconds; beat += 4) {
+            song.note(beat, 0, 60, 100, 3.0);
+        }
+        expectAlike(song.length(2.0 * seconds).file());
+    }
+}
+
+// An organ that is held from the first part to the end, for longer than any tail.
+TEST_F(PartSeams, AHeldNoteOfTheFirstPartSoundsToItsEnd)
+{
+    expectAlike(Song().message(0.0, 0xC0, 19).note(1.0, 0, 60, 100, 199.0).file());
+}
+
+TEST_F(PartSeams, ANoteThatIsSilentForAWhileComesBack)
+{
+    Song song;
+    song.message(0.0, 0xC0, 19).note(1.0, 0, 60, 100, 99.0);
+    expectAlike(song.message(40.0, 0xB0, 11, 0).message(60.0, 0xB0, 11, 100).file());
+}
+
+} // namespace volvelle::test

@@ -1,0 +1,105 @@
+#include "rendering/RenderAhead.h"
+
+#include "base/Paths.h"
+#include "services/musicsequence/MusicSequence.h"
+#include "tests/rendering/SmallMusic.h"
+#include "tests/support/ProjectFolders.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace volvelle::test {
+
+namespace {
+
+using Block = std::array<float, PartRendering::blockFrames>;
+
+class RenderAheadTest : public testing::Test {
+protected:
+    static std::unique_ptr<PartRendering> rendering()
+    {
+        setResourcesFolder(buildFolder() / "resources");
+        const std::string file = smallMusic();
+        RenderPart part;
+        part.endBlock = 24;
+        part.endBeats = std::numeric_limits<double>::infinity();
+        std::string error;
+        auto made = PartRendering::make({file.begin(), file.end()}, part, std::nullopt, error);
+        EXPECT_TRUE(made) << error;
+        return made;
+    }
+
+    static std::vector<float> all(RenderAhead& ahead)
+    {
+        std::vector<float> sound;
+        Block left{};
+        Block right{};
+        while (ahead.addBlock(left.data(), right.data())) {
+            sound.insert(sound.end(), left.begin(), left.end());
+            sound.insert(sound.end(), right.begin(), right.end());
+            left = {};
+            right = {};
+        }
+        return sound;
+    }
+};
+
+} // namespace
+
+TEST_F(RenderAheadTest, GivesTheSameBlocksOnAThreadAndWithout)
+{
+    RenderAhead withThread(rendering(), true);
+    RenderAhead without(rendering(), false);
+    const std::vector<float> sound = all(withThread);
+    EXPECT_GT(sound.size(), std::size_t{2} * 24 * PartRendering::blockFrames);
+    EXPECT_GT(*std::ranges::max_element(sound), 0.01F);
+    EXPECT_EQ(all(without), sound);
+}
+
+TEST_F(RenderAheadTest, AddsToWhatStandsThereAndNothingBehindTheEnd)
+{
+    RenderAhead one(rendering(), true);
+    RenderAhead other(rendering(), true);
+    Block once{};
+    Block twice{};
+    Block right{};
+    ASSERT_TRUE(one.addBlock(once.data(), right.data()));
+    twice = once;
+    ASSERT_TRUE(other.addBlock(twice.data(), right.data()));
+    for (std::size_t i = 0; i < once.size(); ++i) {
+        EXPECT_EQ(twice[i], 2.0F * once[i]);
+    }
+    all(one);
+    EXPECT_FALSE(one.addBlock(once.data(), once.data()));
+    const Block before = once;
+    EXPECT_FALSE(one.addBlock(once.data(), once.data()));
+    EXPECT_EQ(once, before);
+}
+
+TEST_F(RenderAheadTest, WhatIsNoMusicAndABankThatIsNoneAreOneLine)
+{
+    const std::string file = smallMusic();
+    std::string error;
+    EXPECT_FALSE(PartRendering::make({1, 2, 3}, {}, std::nullopt, error));
+    EXPECT_EQ(error, "The music could not be read.");
+    EXPECT_FALSE(PartRendering::make({file.begin(), file.end()}, {}, "nobank.sf2", error));
+    EXPECT_EQ(error, "The sound bank 'nobank.sf2' could not be loaded.");
+}
+
+TEST_F(RenderAheadTest, EndsEarlyWhereTheRestIsNotWanted)
+{
+    Block left{};
+    Block right{};
+    {
+        RenderAhead ahead(rendering(), true);
+        EXPECT_TRUE(ahead.addBlock(left.data(), right.data()));
+    }
+    {
+        const RenderAhead never(rendering(), true);
+    }
+}
+
+} // namespace volvelle::test
