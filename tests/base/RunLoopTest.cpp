@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <memory>
+#include <string>
 #include <thread>
 
 namespace volvelle {
@@ -71,6 +74,41 @@ TEST(RunLoop, ATurnRunsWhatItsTimersPost)
     mainRunLoop().schedule(1.0, target, [&ran] { mainQueue().post([&ran] { ran = true; }); });
     clock.advance(1.0);
     EXPECT_TRUE(ran);
+}
+
+TEST(RunLoop, ATurnRunsWhatWasPostedBeforeTheTimersThatAreDue)
+{
+    HandClock clock;
+    std::string order;
+    const auto target = std::make_shared<int>(0);
+    mainRunLoop().schedule(1.0, target, [&order] { order += "timer "; });
+    mainQueue().post([&order] { order += "post "; });
+    clock.advance(1.0);
+    EXPECT_EQ(order, "post timer ");
+}
+
+// A clock that counts how often it is asked.
+class AskedClock : public Clock {
+public:
+    double now() const override
+    {
+        ++asked;
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+
+    mutable int asked = 0;
+};
+
+TEST(RunLoop, RunningRestsBetweenTimersOnceItWasWoken)
+{
+    const AskedClock clock;
+    RunLoop loop(clock);
+    const auto target = std::make_shared<int>(0);
+    const auto timer = loop.schedule(0.02, target, [&loop] { loop.stop(); });
+    mainQueue().post([] { mainQueue().post([] {}); });
+    loop.run();
+    EXPECT_LT(clock.asked, 50);
+    timer->invalidate();
 }
 
 TEST(RunLoop, RunningEndsWithAStopThatWasPosted)

@@ -157,6 +157,22 @@ TEST(ChannelState, FineDataOfAnotherParameterIsBroughtWithoutChangingAny)
                      "B2 26 00", "B2 65 7F", "B2 64 7F", "B2 26 05", "B2 65 00", "B2 64 02"}));
 }
 
+TEST(ChannelState, CoarseDataFindsTheFineThatStoodThereWhenItCame)
+{
+    const Lines lines = told(after({{0xB2, 101, 0},
+                                    {0xB2, 100, 1},
+                                    {0xB2, 6, 70},
+                                    {0xB2, 38, 5},
+                                    {0xB2, 100, 0},
+                                    {0xB2, 6, 12},
+                                    {0xB2, 38, 3}}),
+                             2);
+    const auto coarse = std::ranges::find(lines, "B2 06 0C");
+    ASSERT_GE(coarse - lines.begin(), 5);
+    EXPECT_EQ(Lines(coarse - 5, coarse + 2),
+              (Lines{"B2 65 7F", "B2 64 7F", "B2 26 05", "B2 65 00", "B2 64 00", "B2 06 0C", "B2 26 03"}));
+}
+
 TEST(ChannelState, OfTooManyParametersTheOneNamedFirstGoes)
 {
     ChannelState state;

@@ -88,6 +88,25 @@ TEST(ExclusiveMemory, TheOldestMakeRoomForTheBytesOfNewOnes)
     EXPECT_EQ(held(memory), (std::vector<Bytes>{setting(4, ExclusiveMemory::maximumBytes)}));
 }
 
+TEST(ExclusiveMemory, AResetGivesAllRoomBack)
+{
+    ExclusiveMemory memory;
+    memory.apply(setting(1, ExclusiveMemory::maximumBytes));
+    memory.apply(reset);
+    const Bytes large = setting(2, ExclusiveMemory::maximumBytes - reset.size());
+    memory.apply(large);
+    EXPECT_EQ(held(memory), (std::vector<Bytes>{reset, large}));
+}
+
+TEST(ExclusiveMemory, ASettingThatLeavesNoRoomForTheResetTakesItsPlace)
+{
+    ExclusiveMemory memory;
+    memory.apply(reset);
+    const Bytes large = setting(2, ExclusiveMemory::maximumBytes);
+    memory.apply(large);
+    EXPECT_EQ(held(memory), (std::vector<Bytes>{large}));
+}
+
 } // namespace
 
 } // namespace volvelle::test
