@@ -2,9 +2,9 @@
 
 #include "base/PlainText.h"
 #include "base/Text.h"
-#include "midi/MIDIConstants.h"
 #include "services/files/SafeFile.h"
 #include "services/musicsequence/TrackWalk.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <array>
@@ -104,14 +104,13 @@ private:
         if (message.status >= STATUS_SYSEX) {
             return add(event, "system message", std::nullopt, {message.status, message.data1, message.data2});
         }
-        const std::uint8_t status = message.status & 0xF0U;
         std::vector<std::uint8_t> data{message.data1};
-        if (status != STATUS_PROGRAM && status != STATUS_CPRESSURE) {
+        if (dataLength(message.status) == 2) {
             data.push_back(message.data2);
         }
-        const int channel = message.status & 0x0FU;
+        const int channel = channelOf(message.status);
         noteChannel(channel);
-        add(event, nameOf(channelNames, status, "channel message"), channel, std::move(data));
+        add(event, nameOf(channelNames, kindOf(message.status), "channel message"), channel, std::move(data));
     }
 
     void readMeta(const TrackEvent& event)

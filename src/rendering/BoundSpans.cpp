@@ -7,8 +7,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr std::array<int, 3> binding{65, 66, 68}; // portamento, sostenuto, legato
-constexpr int resetAll = 121;
+constexpr std::array<int, 3> binding{CONTROLLER_PORTA, CONTROLLER_SOSTENUTO, CONTROLLER_LEGATO};
 constexpr int down = 64;
 
 } // namespace
@@ -38,7 +37,8 @@ bool BoundSpans::mayChange(const SequencerState& state)
 {
     const int number = state.bytes[1];
     const bool isBinding = std::ranges::find(binding, number) != binding.end();
-    return state.isExclusive() || (kindOf(state.bytes) == 0xB0 && (isBinding || number == resetAll));
+    return state.isExclusive() || (kindOf(state.bytes) == STATUS_CONTROLLER &&
+                                   (isBinding || number == CONTROLLER_RESET_CONTROLLERS));
 }
 
 bool BoundSpans::isBoundIn(const DeviceChannels& channels)

@@ -55,7 +55,7 @@ public:
 
     void take(double position, const MIDIChannelMessage& message)
     {
-        if (position < part.endBeats && message.status >= 0x80 && message.status < 0xF0) {
+        if (position < part.endBeats && isChannelStatus(message.status)) {
             channels.apply({message.status, message.data1, message.data2});
         }
     }

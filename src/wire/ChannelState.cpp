@@ -6,35 +6,23 @@ namespace volvelle {
 
 namespace {
 
-constexpr int bankHigh = 0;
-constexpr int bankLow = 32;
-constexpr int dataHigh = 6;
-constexpr int dataLow = 38;
-constexpr int portamentoKey = 84;
-constexpr int freeNumberLow = 98; // of a parameter that is not registered
-constexpr int freeNumberHigh = 99;
-constexpr int numberLow = 100;
-constexpr int numberHigh = 101;
-constexpr int firstMode = 120;
-constexpr int resetAll = 121;
-constexpr int mono = 126;
-constexpr int poly = 127;
 constexpr std::uint16_t tuningProgram = 3;
 constexpr std::uint16_t tuningBankSelect = 4;
 
 bool isBank(int number)
 {
-    return number == bankHigh || number == bankLow;
+    return number == CONTROLLER_BANKSELECT_MSB || number == CONTROLLER_BANKSELECT_LSB;
 }
 
 bool isParameter(int number)
 {
-    return number == dataHigh || number == dataLow || (number >= 96 && number <= numberHigh);
+    return number == CONTROLLER_DATA_MSB || number == CONTROLLER_DATA_LSB ||
+           (number >= 96 && number <= CONTROLLER_RPN_MSB);
 }
 
 bool isSelection(int number)
 {
-    return number >= freeNumberLow && number <= numberHigh;
+    return number >= CONTROLLER_NRPN_LSB && number <= CONTROLLER_RPN_MSB;
 }
 
 // What controller 121 leaves as it is.
@@ -42,25 +30,29 @@ bool survivesReset(int number)
 {
     constexpr std::array<int, 6> placed{7, 8, 10, 39, 40, 42}; // volume, balance and pan
     return isBank(number) || std::ranges::find(placed, number) != placed.end() ||
-           (number >= 70 && number <= 79) || (number >= 91 && number <= 95) || number >= firstMode;
+           (number >= 70 && number <= 79) || (number >= 91 && number <= 95) ||
+           number >= CONTROLLER_ALL_SOUND_OFF;
 }
 
 std::int8_t afterReset(int number)
 {
     const bool isExpression = number == 11 || number == 43;
-    return isExpression || isSelection(number) ? 127 : number == portamentoKey ? -1 : 0;
+    return isExpression || isSelection(number) ? 127 : number == CONTROLLER_PORTAMENTO_KEY ? -1 : 0;
 }
 
 // Tells a device its parameters, and keeps track of what controller 38 stands at there.
 class ParameterTelling {
 public:
-    ParameterTelling(int channel, ChannelMessages& told) : control(0xB0 | channel), messages(told) {}
+    ParameterTelling(int channel, ChannelMessages& told)
+        : control(statusOf(STATUS_CONTROLLER, channel)), messages(told)
+    {
+    }
 
     void select(std::uint16_t number)
     {
         const bool isFree = (number & ChannelParameter::notRegistered) != 0;
-        messages.add(control, isFree ? freeNumberHigh : numberHigh, number >> 7 & 0x7F);
-        messages.add(control, isFree ? freeNumberLow : numberLow, number & 0x7F);
+        messages.add(control, isFree ? CONTROLLER_NRPN_MSB : CONTROLLER_RPN_MSB, number >> 7 & 0x7F);
+        messages.add(control, isFree ? CONTROLLER_NRPN_LSB : CONTROLLER_RPN_LSB, number & 0x7F);
     }
 
     // Without a change of any parameter.
@@ -68,7 +60,7 @@ public:
     {
         if (value != low) {
             select(ChannelParameter::none);
-            data(dataLow, value);
+            data(CONTROLLER_DATA_LSB, value);
         }
     }
 
@@ -80,11 +72,11 @@ public:
         }
         select(parameter.number);
         if (isLowFirst) {
-            data(dataLow, parameter.low);
+            data(CONTROLLER_DATA_LSB, parameter.low);
         }
-        data(dataHigh, parameter.high);
+        data(CONTROLLER_DATA_MSB, parameter.high);
         if (!isLowFirst) {
-            data(dataLow, parameter.low);
+            data(CONTROLLER_DATA_LSB, parameter.low);
         }
     }
 
@@ -93,7 +85,7 @@ private:
     {
         if (value != ChannelParameter::unset) {
             messages.add(control, number, value);
-            low = number == dataLow ? value : low;
+            low = number == CONTROLLER_DATA_LSB ? value : low;
         }
     }
 
@@ -107,14 +99,14 @@ private:
 std::array<std::int8_t, 128> ChannelState::usualControllers() noexcept
 {
     std::array<std::int8_t, 128> result{};
-    for (int number = 0; number < firstMode; ++number) {
+    for (int number = 0; number < CONTROLLER_ALL_SOUND_OFF; ++number) {
         result[static_cast<std::size_t>(number)] = survivesReset(number) ? 0 : afterReset(number);
     }
     result[7] = 100;
     result[8] = 64;
     result[10] = 64;
     std::fill(result.begin() + 70, result.begin() + 80, std::int8_t{64});
-    std::fill(result.begin() + firstMode, result.end(), unset);
+    std::fill(result.begin() + CONTROLLER_ALL_SOUND_OFF, result.end(), unset);
     return result;
 }
 
@@ -123,26 +115,26 @@ void ChannelState::apply(const ShortMessage& message) noexcept
     const auto first = static_cast<std::int8_t>(message[1] & 0x7F);
     const auto second = static_cast<std::int8_t>(message[2] & 0x7F);
     switch (kindOf(message)) {
-    case 0x90:
+    case STATUS_NOTEON:
         if (isNoteOn(message)) {
-            controllers[portamentoKey] = unset;
+            controllers[CONTROLLER_PORTAMENTO_KEY] = unset;
         }
         break;
-    case 0xA0:
+    case STATUS_PPRESSURE:
         keyPressures[message[1] & 0x7FU] = static_cast<std::uint8_t>(message[2] & 0x7FU);
         break;
-    case 0xB0:
+    case STATUS_CONTROLLER:
         applyController(first, second);
         break;
-    case 0xC0:
+    case STATUS_PROGRAM:
         program = first;
-        programBankHigh = controllers[bankHigh];
-        programBankLow = controllers[bankLow];
+        programBankHigh = controllers[CONTROLLER_BANKSELECT_MSB];
+        programBankLow = controllers[CONTROLLER_BANKSELECT_LSB];
         break;
-    case 0xD0:
+    case STATUS_CPRESSURE:
         pressure = first;
         break;
-    case 0xE0:
+    case STATUS_PITCHBEND:
         bend = static_cast<std::int16_t>(second << 7 | first);
         break;
     default:
@@ -152,26 +144,26 @@ void ChannelState::apply(const ShortMessage& message) noexcept
 
 void ChannelState::applyController(int number, std::int8_t value) noexcept
 {
-    if (number == resetAll) {
+    if (number == CONTROLLER_RESET_CONTROLLERS) {
         return resetControllers();
     }
-    if (number == mono || number == poly) {
+    if (number == CONTROLLER_MONO || number == CONTROLLER_POLY) {
         mode = static_cast<std::int8_t>(number);
     }
     if (isSelection(number)) {
-        selectsRegistered = number >= numberLow;
+        selectsRegistered = number >= CONTROLLER_RPN_LSB;
     }
-    if (number == dataHigh || number == dataLow) {
+    if (number == CONTROLLER_DATA_MSB || number == CONTROLLER_DATA_LSB) {
         applyData(number, value);
     }
-    if (number < firstMode || number >= mono) {
+    if (number < CONTROLLER_ALL_SOUND_OFF || number >= CONTROLLER_MONO) {
         controllers[static_cast<std::size_t>(number)] = value;
     }
 }
 
 std::uint16_t ChannelState::selected() const noexcept
 {
-    const int high = selectsRegistered ? numberHigh : freeNumberHigh;
+    const int high = selectsRegistered ? CONTROLLER_RPN_MSB : CONTROLLER_NRPN_MSB;
     const int number = controller(high) << 7 | controller(high - 1);
     const bool isNone = number == ChannelParameter::none;
     return static_cast<std::uint16_t>(isNone || selectsRegistered ? number
@@ -184,16 +176,16 @@ void ChannelState::applyData(int number, std::int8_t value) noexcept
     if (chosen == ChannelParameter::none) {
         return;
     }
-    if (number == dataHigh && chosen == tuningProgram) {
+    if (number == CONTROLLER_DATA_MSB && chosen == tuningProgram) {
         tuningBank = std::max<std::int8_t>(parameter(tuningBankSelect).high, 0);
     }
     ChannelParameter& changed = parameter(chosen);
-    if (number == dataLow) {
+    if (number == CONTROLLER_DATA_LSB) {
         changed.low = value;
         return;
     }
     changed.high = value;
-    changed.lowBefore = controllers[dataLow];
+    changed.lowBefore = controllers[CONTROLLER_DATA_LSB];
 }
 
 ChannelParameter& ChannelState::parameter(std::uint16_t number) noexcept
@@ -222,7 +214,7 @@ void ChannelState::endTuningProgram() noexcept
 
 void ChannelState::resetControllers() noexcept
 {
-    for (int number = 0; number < firstMode; ++number) {
+    for (int number = 0; number < CONTROLLER_ALL_SOUND_OFF; ++number) {
         if (!survivesReset(number)) {
             controllers[static_cast<std::size_t>(number)] = afterReset(number);
         }
@@ -235,7 +227,7 @@ void ChannelState::resetControllers() noexcept
 
 void ChannelState::tell(int channel, ChannelMessages& messages) const noexcept
 {
-    messages.add(0xB0 | channel, resetAll, 0);
+    messages.add(statusOf(STATUS_CONTROLLER, channel), CONTROLLER_RESET_CONTROLLERS, 0);
     tellProgram(channel, messages);
     tellControllers(channel, messages);
     tellParameters(channel, messages);
@@ -244,28 +236,28 @@ void ChannelState::tell(int channel, ChannelMessages& messages) const noexcept
 
 void ChannelState::tellProgram(int channel, ChannelMessages& messages) const noexcept
 {
-    const int control = 0xB0 | channel;
-    messages.add(control, bankHigh, programBankHigh);
-    messages.add(control, bankLow, programBankLow);
-    messages.add(0xC0 | channel, program, 0);
-    if (controllers[bankHigh] != programBankHigh) {
-        messages.add(control, bankHigh, controllers[bankHigh]);
+    const int control = statusOf(STATUS_CONTROLLER, channel);
+    messages.add(control, CONTROLLER_BANKSELECT_MSB, programBankHigh);
+    messages.add(control, CONTROLLER_BANKSELECT_LSB, programBankLow);
+    messages.add(statusOf(STATUS_PROGRAM, channel), program, 0);
+    if (controllers[CONTROLLER_BANKSELECT_MSB] != programBankHigh) {
+        messages.add(control, CONTROLLER_BANKSELECT_MSB, controllers[CONTROLLER_BANKSELECT_MSB]);
     }
-    if (controllers[bankLow] != programBankLow) {
-        messages.add(control, bankLow, controllers[bankLow]);
+    if (controllers[CONTROLLER_BANKSELECT_LSB] != programBankLow) {
+        messages.add(control, CONTROLLER_BANKSELECT_LSB, controllers[CONTROLLER_BANKSELECT_LSB]);
     }
 }
 
 void ChannelState::tellControllers(int channel, ChannelMessages& messages) const noexcept
 {
-    for (int number = 1; number < firstMode; ++number) {
+    for (int number = 1; number < CONTROLLER_ALL_SOUND_OFF; ++number) {
         const bool isSure = !survivesReset(number) && controller(number) == afterReset(number);
         if (!isSure && !isBank(number) && !isParameter(number)) {
-            messages.add(0xB0 | channel, number, controller(number));
+            messages.add(statusOf(STATUS_CONTROLLER, channel), number, controller(number));
         }
     }
     if (mode != unset) {
-        messages.add(0xB0 | channel, mode, controller(mode));
+        messages.add(statusOf(STATUS_CONTROLLER, channel), mode, controller(mode));
     }
 }
 
@@ -287,21 +279,22 @@ void ChannelState::tellParameters(int channel, ChannelMessages& messages) const 
             telling.tell({tuningBankSelect, tuningBankNow, 0, unset});
         }
     }
-    telling.bringLow(controllers[dataLow]);
+    telling.bringLow(controllers[CONTROLLER_DATA_LSB]);
     telling.select(selected());
 }
 
 void ChannelState::tellPressures(int channel, ChannelMessages& messages) const noexcept
 {
     if (bend != 0x2000) {
-        messages.add(0xE0 | channel, bend & 0x7F, bend >> 7);
+        messages.add(statusOf(STATUS_PITCHBEND, channel), bend & 0x7F, bend >> 7);
     }
     if (pressure != 0) {
-        messages.add(0xD0 | channel, pressure, 0);
+        messages.add(statusOf(STATUS_CPRESSURE, channel), pressure, 0);
     }
     for (int key = 0; key < 128; ++key) {
         if (keyPressures[static_cast<std::size_t>(key)] != 0) {
-            messages.add(0xA0 | channel, key, keyPressures[static_cast<std::size_t>(key)]);
+            messages.add(statusOf(STATUS_PPRESSURE, channel), key,
+                         keyPressures[static_cast<std::size_t>(key)]);
         }
     }
 }

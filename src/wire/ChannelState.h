@@ -33,6 +33,17 @@ public:
     // remembered here. Controllers are reset first; sounds and notes go on.
     void tell(int channel, ChannelMessages& messages) const noexcept;
 
+    // The same, message by message.
+    template <typename Send>
+    void forEachMessage(int channel, Send&& send) const noexcept
+    {
+        ChannelMessages messages;
+        tell(channel, messages);
+        for (const ShortMessage& message : messages.all()) {
+            send(message);
+        }
+    }
+
     // -1: nobody set it, and it has no usual value either.
     int controller(int number) const noexcept { return controllers[static_cast<std::size_t>(number)]; }
 

@@ -1,5 +1,7 @@
 #include "wire/SystemExclusive.h"
 
+#include "wire/MIDIConstants.h"
+
 #include <algorithm>
 #include <initializer_list>
 
@@ -19,7 +21,7 @@ constexpr std::size_t addressedShort = 7;   // the same without a command
 
 bool isWhole(Bytes message)
 {
-    return message.size() >= 6 && message.front() == 0xF0 && message.back() == 0xF7;
+    return message.size() >= 6 && message.front() == STATUS_SYSEX && message.back() == STATUS_EOX;
 }
 
 bool isUniversal(Bytes message, std::uint8_t group)

@@ -86,12 +86,12 @@ Lines FakeUnit::takeHeard()
 }
 
 void FakeUnit::renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right,
-                           int frames, std::span<const AUMIDIRenderEvent> events) noexcept
+                           int frames, std::span<const TimedMessage> events) noexcept
 {
-    for (const AUMIDIRenderEvent& event : events) {
+    for (const TimedMessage& event : events) {
         std::string line;
-        for (int i = 0; i < event.length; ++i) {
-            line += concat(event.bytes()[i], " ");
+        for (const std::uint8_t byte : event.bytes()) {
+            line += concat(byte, " ");
         }
         heard.push_back(concat(line, "at ", renderedFrames() + event.offset));
     }

@@ -1,5 +1,6 @@
 #include "services/musicsequence/FaultPoint.h"
 #include "services/musicsequence/MusicTrackObject.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <cmath>
@@ -59,7 +60,7 @@ OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time,
                                        const MIDIChannelMessage& message)
 {
     VOLVELLE_FAULT_POINT(MusicTrackNewMIDIChannelEvent);
-    const bool isValid = message.status >= highBit && message.status != 0xF0 &&
+    const bool isValid = isStatus(message.status) && message.status != STATUS_SYSEX &&
                          ((message.data1 | message.data2) & highBit) == 0;
     return addFixed(track, time, kMusicEventType_MIDIChannelMessage, message, isValid);
 }

@@ -31,16 +31,16 @@ void MIDIPortUnit::reset() noexcept
 }
 
 void MIDIPortUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
-                               std::span<const AUMIDIRenderEvent> events) noexcept
+                               std::span<const TimedMessage> events) noexcept
 {
     std::fill_n(left, frames, 0.0F);
     std::fill_n(right, frames, 0.0F);
     const PortQueue::Moment now = std::chrono::steady_clock::now();
     const double rate = outputBusses.front().format.sampleRate;
-    for (const AUMIDIRenderEvent& event : events) {
+    for (const TimedMessage& event : events) {
         const std::chrono::duration<double> wait(event.offset / rate);
         sender->queue.push(now + std::chrono::duration_cast<PortQueue::Moment::duration>(wait),
-                           {event.bytes(), static_cast<std::size_t>(event.length)});
+                           event.bytes());
     }
 }
 

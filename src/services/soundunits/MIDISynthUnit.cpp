@@ -12,15 +12,6 @@
 
 namespace volvelle {
 
-namespace {
-
-constexpr std::uint8_t controllerStatus = 0xB0;
-constexpr std::uint8_t programStatus = 0xC0;
-constexpr std::uint8_t bankSelectMSB = 0;
-constexpr std::uint8_t bankSelectLSB = 32;
-
-} // namespace
-
 MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen,
                              const std::optional<std::filesystem::path>& builtIn)
     : AUAudioUnit(description), options(chosen), missing(maximumMissing)
@@ -84,11 +75,13 @@ OSStatus MIDISynthUnit::preloadEvent(std::uint32_t status, std::uint32_t data1, 
     }
     const auto channel = static_cast<std::uint8_t>(status & 0x0FU);
     BankSelect& select = preloadBanks.at(channel);
-    if ((status & 0xF0U) == controllerStatus && data1 == bankSelectMSB) {
-        select.msb = static_cast<std::uint8_t>(data2);
-    } else if ((status & 0xF0U) == controllerStatus && data1 == bankSelectLSB) {
-        select.lsb = static_cast<std::uint8_t>(data2);
-    } else if ((status & 0xF0U) == programStatus) {
+    const ShortMessage message{static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
+                               static_cast<std::uint8_t>(data2)};
+    if (isController(message, CONTROLLER_BANKSELECT_MSB)) {
+        select.msb = message[2];
+    } else if (isController(message, CONTROLLER_BANKSELECT_LSB)) {
+        select.lsb = message[2];
+    } else if (kindOf(message) == STATUS_PROGRAM) {
         hasNewSounds |= keep({channel, select.msb, select.lsb, static_cast<std::uint8_t>(data1)});
     }
     return noErr;
@@ -171,11 +164,9 @@ void MIDISynthUnit::takeOver(Synthesizer& synthesizer) noexcept
         synthesizer.systemExclusive(device.exclusives[i]);
     }
     for (int channel = 0; channel < channelCount; ++channel) {
-        ChannelMessages messages;
-        device.channels[channel].tell(channel, messages);
-        for (const ShortMessage& message : messages.all()) {
+        device.channels[channel].forEachMessage(channel, [&](const ShortMessage& message) {
             synthesizer.message(message[0], message[1], message[2]);
-        }
+        });
     }
 }
 
@@ -195,18 +186,16 @@ void MIDISynthUnit::forgetSettings() noexcept
     }
 }
 
-void MIDISynthUnit::takeMessage(const AUMIDIRenderEvent& event, Synthesizer* synthesizer) noexcept
+void MIDISynthUnit::takeMessage(const TimedMessage& event, Synthesizer* synthesizer) noexcept
 {
-    const std::span bytes(event.bytes(), static_cast<std::size_t>(event.length));
-    if (bytes.size() > 3) {
-        device.applyExclusive(bytes);
+    if (event.isLong()) {
+        device.applyExclusive(event.bytes());
         if (synthesizer != nullptr) {
-            synthesizer->systemExclusive(bytes, event.offset);
+            synthesizer->systemExclusive(event.bytes(), event.offset);
         }
         return;
     }
-    const ShortMessage message{bytes[0], bytes.size() > 1 ? bytes[1] : std::uint8_t{0},
-                               bytes.size() > 2 ? bytes[2] : std::uint8_t{0}};
+    const ShortMessage& message = event.shortBytes;
     device.apply(message);
     if (synthesizer != nullptr) {
         synthesizer->message(message[0], message[1], message[2], event.offset);
@@ -214,11 +203,11 @@ void MIDISynthUnit::takeMessage(const AUMIDIRenderEvent& event, Synthesizer* syn
 }
 
 void MIDISynthUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
-                                std::span<const AUMIDIRenderEvent> events) noexcept
+                                std::span<const TimedMessage> events) noexcept
 {
     synthesizers.take([this](Synthesizer*) { takeOver(*synthesizers.current()); });
     Synthesizer* synthesizer = synthesizers.current();
-    for (const AUMIDIRenderEvent& event : events) {
+    for (const TimedMessage& event : events) {
         takeMessage(event, synthesizer);
     }
     if (synthesizer == nullptr) {

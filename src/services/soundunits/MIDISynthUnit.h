@@ -57,7 +57,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 
 private:
     static constexpr std::size_t maximumMissing = 256;
@@ -70,7 +70,7 @@ private:
     bool renew(const std::shared_ptr<const BankFile>& from);
     void renewForNewSounds();
     void takeOver(Synthesizer& synthesizer) noexcept;
-    void takeMessage(const AUMIDIRenderEvent& event, Synthesizer* synthesizer) noexcept;
+    void takeMessage(const TimedMessage& event, Synthesizer* synthesizer) noexcept;
 
     SynthesizerOptions options;
     std::shared_ptr<const BankFile> bank; // null for none

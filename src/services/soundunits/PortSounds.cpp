@@ -7,12 +7,6 @@ namespace volvelle {
 
 namespace {
 
-constexpr std::uint8_t noteOff = 0x80;
-constexpr std::uint8_t noteOn = 0x90;
-constexpr std::uint8_t controllerStatus = 0xB0;
-constexpr std::uint8_t allSoundOff = 120;
-constexpr std::uint8_t resetControllers = 121;
-constexpr std::uint8_t allNotesOff = 123;
 constexpr std::uint8_t mostOfOneKey = 255;
 
 } // namespace
@@ -22,14 +16,14 @@ PortSounds::Step PortSounds::read(std::span<const std::uint8_t> message) noexcep
     if (message.size() != 3) {
         return {};
     }
-    const std::size_t channel = message[0] & 0x0FU;
+    const std::size_t channel = static_cast<std::size_t>(channelOf(message[0]));
     const std::size_t key = message[1] & 0x7FU;
-    switch (message[0] & 0xF0U) {
-    case noteOff:
+    switch (kindOf(message[0])) {
+    case STATUS_NOTEOFF:
         return {Effect::end, channel, key};
-    case noteOn:
+    case STATUS_NOTEON:
         return {message[2] > 0 ? Effect::begin : Effect::end, channel, key};
-    case controllerStatus:
+    case STATUS_CONTROLLER:
         return readController(channel, message[1], message[2]);
     default:
         return {};
@@ -39,10 +33,10 @@ PortSounds::Step PortSounds::read(std::span<const std::uint8_t> message) noexcep
 PortSounds::Step PortSounds::readController(std::size_t channel, std::uint8_t controller,
                                             std::uint8_t value) noexcept
 {
-    if (controller == allSoundOff || controller == allNotesOff) {
+    if (controller == CONTROLLER_ALL_SOUND_OFF || controller == CONTROLLER_NOTES_OFF) {
         return {Effect::endNotes, channel, 0};
     }
-    if (controller == resetControllers) {
+    if (controller == CONTROLLER_RESET_CONTROLLERS) {
         return {Effect::liftPedals, channel, 0};
     }
     const auto* const pedal = std::ranges::find(holdPedals, controller);
@@ -95,13 +89,13 @@ void PortSounds::clear() noexcept
     owed = 0;
 }
 
-std::array<std::uint8_t, 3> PortSounds::release(std::size_t channel, std::size_t slot) noexcept
+ShortMessage PortSounds::release(std::size_t channel, std::size_t slot) noexcept
 {
-    const auto low = static_cast<std::uint8_t>(channel);
+    const int number = static_cast<int>(channel);
     if (slot < noteCount) {
-        return {static_cast<std::uint8_t>(noteOff | low), static_cast<std::uint8_t>(slot), 0};
+        return {statusOf(STATUS_NOTEOFF, number), static_cast<std::uint8_t>(slot), 0};
     }
-    return {static_cast<std::uint8_t>(controllerStatus | low), holdPedals[slot - noteCount], 0};
+    return {statusOf(STATUS_CONTROLLER, number), holdPedals[slot - noteCount], 0};
 }
 
 } // namespace volvelle

@@ -54,9 +54,9 @@ private:
 
     static Step read(std::span<const std::uint8_t> message) noexcept;
     static Step readController(std::size_t channel, std::uint8_t controller, std::uint8_t value) noexcept;
-    static std::array<std::uint8_t, 3> release(std::size_t channel, std::size_t slot) noexcept;
+    static ShortMessage release(std::size_t channel, std::size_t slot) noexcept;
 
-    std::array<Channel, 16> channels{};
+    std::array<Channel, channelCount> channels{};
     int owed = 0; // the sum of all
 };
 

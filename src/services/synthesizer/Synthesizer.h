@@ -3,8 +3,8 @@
 #include "services/synthesizer/BankFile.h"
 #include "services/synthesizer/SoundChoice.h"
 #include "services/synthesizer/SynthesizerOptions.h"
+#include "wire/ShortMessage.h"
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -12,6 +12,8 @@
 #include <string>
 
 namespace volvelle {
+
+struct SynthesizerState;
 
 // Plays MIDI messages with the sounds of one bank: SoundFonts and banks of downloadable sounds (level 1 and
 // 2). Sixteen channels, the tenth (channel 9) with drums.
@@ -30,7 +32,6 @@ namespace volvelle {
 // since the synthesizer was made; blocks of any size give the same sound. A message behind the block waits.
 class Synthesizer {
 public:
-    static constexpr int channelCount = 16;
     static constexpr int drumChannel = 9;
     static constexpr int notesAtOnce = 48;
 
@@ -49,10 +50,9 @@ public:
     void render(float* left, float* right, int frames) noexcept;
 
     // Messages; `offset` in frames, below 0 counts as 0. Data beyond seven bits are cut to them, channels to
-    // four bits. Where 8,192 messages wait already a note-on is dropped; the others have as much room again,
-    // so that notes still end. Of more than notesAtOnce note-ons for one place, or of very many others
-    // while much sounds, the rest acts 64 frames later.
-    // [render thread]
+    // four bits. Where 12,288 messages wait already a note-on is dropped; the others have a third as much
+    // room again, so that notes still end. Of more than notesAtOnce note-ons for one place, or of very many
+    // others while much sounds, the rest acts 64 frames later. [render thread]
     void noteOn(int channel, int key, int velocity, int offset = 0) noexcept;
     void noteOff(int channel, int key, int offset = 0) noexcept;
     void keyPressure(int channel, int key, int pressure, int offset = 0) noexcept;
@@ -91,12 +91,10 @@ public:
     bool readsOnDemand() const { return bank->isLarge(); }
 
 private:
-    struct State;
+    Synthesizer(std::shared_ptr<const BankFile> bank, std::unique_ptr<SynthesizerState> state);
+    void post(const ShortMessage& message, int offset) noexcept;
 
-    Synthesizer(std::shared_ptr<const BankFile> bank, std::unique_ptr<State> state);
-    void post(std::array<std::uint8_t, 3> bytes, int offset) noexcept;
-
-    std::unique_ptr<State> state;
+    std::unique_ptr<SynthesizerState> state;
 };
 
 } // namespace volvelle

@@ -44,21 +44,20 @@ void RecordingUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)
 }
 
 void RecordingUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
-                                std::span<const AUMIDIRenderEvent> events) noexcept
+                                std::span<const TimedMessage> events) noexcept
 {
     std::fill_n(left, frames, 0.0F);
     std::fill_n(right, frames, 0.0F);
-    for (const AUMIDIRenderEvent& event : events) {
-        const std::uint8_t* message = event.bytes();
-        const auto length = static_cast<std::size_t>(event.length);
-        const int kind = message[0] & 0xF0;
-        if (kind == 0x80 || kind == 0x90) {
-            int& count = notes[static_cast<std::size_t>((message[0] & 0x0F) * 128 + message[1])];
-            count = std::max(0, count + (kind == 0x90 ? 1 : -1));
+    for (const TimedMessage& event : events) {
+        const std::span<const std::uint8_t> message = event.bytes();
+        const int kind = kindOf(message[0]);
+        if (kind == STATUS_NOTEOFF || kind == STATUS_NOTEON) {
+            int& count = notes[static_cast<std::size_t>(channelOf(message[0]) * 128 + message[1])];
+            count = std::max(0, count + (kind == STATUS_NOTEON ? 1 : -1));
         }
-        if (heard.size() < heard.capacity() && bytes.size() + length <= bytes.capacity()) {
-            heard.push_back({renderedFrames() + event.offset, bytes.size(), length});
-            bytes.insert(bytes.end(), message, message + length);
+        if (heard.size() < heard.capacity() && bytes.size() + message.size() <= bytes.capacity()) {
+            heard.push_back({renderedFrames() + event.offset, bytes.size(), message.size()});
+            bytes.insert(bytes.end(), message.begin(), message.end());
         }
     }
 }
@@ -72,7 +71,7 @@ SineUnit::SineUnit(double frequency, double newAmplitude, double rate)
 }
 
 void SineUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
-                           std::span<const AUMIDIRenderEvent>) noexcept
+                           std::span<const TimedMessage>) noexcept
 {
     for (int i = 0; i < frames; ++i) {
         const double phase = step * static_cast<double>(renderedFrames() + i);
@@ -87,7 +86,7 @@ CountingUnit::CountingUnit(float newConstant) : AUAudioUnit(synthesizerComponent
 }
 
 void CountingUnit::renderBlock(const float*, const float*, float* left, float* right, int frames,
-                               std::span<const AUMIDIRenderEvent>) noexcept
+                               std::span<const TimedMessage>) noexcept
 {
     for (int i = 0; i < frames; ++i) {
         left[i] = static_cast<float>((renderedFrames() + i) % (1 << 24));
@@ -102,7 +101,7 @@ DoublingUnit::DoublingUnit(double rate) : AUAudioUnit(limiterComponent)
 }
 
 void DoublingUnit::renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right,
-                               int frames, std::span<const AUMIDIRenderEvent>) noexcept
+                               int frames, std::span<const TimedMessage>) noexcept
 {
     for (int i = 0; i < frames; ++i) {
         left[i] = 2.0F * inputLeft[i];

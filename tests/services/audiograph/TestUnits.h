@@ -31,7 +31,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 
 private:
     struct Heard {
@@ -52,7 +52,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 
 private:
     double step;
@@ -68,7 +68,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 
 private:
     float constant;
@@ -81,7 +81,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 };
 
 // A node of a new unit.

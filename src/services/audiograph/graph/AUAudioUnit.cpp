@@ -2,7 +2,6 @@
 
 #include "base/realtime/AudioSource.h"
 #include "services/audiograph/graph/AudioUnitCalls.h"
-#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <charconv>
@@ -72,16 +71,14 @@ OSStatus AUAudioUnit::setProperty(std::uint32_t, std::uint32_t, std::uint32_t, c
 OSStatus AUAudioUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
                                            std::uint32_t sampleOffset)
 {
-    if (!takesMIDI || status < 0x80 || status >= 0xF0 || data1 > 127 || data2 > 127) {
+    if (!takesMIDI || !isChannelStatus(status) || data1 > 127 || data2 > 127) {
         return kAudio_ParamError;
     }
     OutsideMessage message;
     message.offset = std::min<std::uint32_t>(sampleOffset, static_cast<std::uint32_t>(maximumOffset));
     message.era = era.load(std::memory_order_relaxed);
-    message.bytes[0] = static_cast<std::uint8_t>(status);
-    message.bytes[1] = static_cast<std::uint8_t>(data1);
-    message.bytes[2] = static_cast<std::uint8_t>(data2);
-    message.length = static_cast<std::uint8_t>(shortMessageLength(static_cast<int>(status)));
+    message.bytes = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
+                     static_cast<std::uint8_t>(data2)};
     return outside.push(message) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
 }
 
@@ -110,20 +107,20 @@ OSStatus AUAudioUnit::scheduleMIDIEventAt(double sampleOffset, std::uint8_t cabl
     if (!takesMIDI || length < 1 || sampleOffset <= -1.0) {
         return kAudio_ParamError;
     }
-    AUMIDIRenderEvent event;
+    TimedMessage event;
     event.offset = static_cast<int>(std::clamp<std::int64_t>(ownOffset(sampleOffset), 0, maximumOffset));
     event.cable = cable;
     event.length = length;
     if (length <= 3) {
-        std::copy_n(bytes, length, event.shortBytes);
+        std::copy_n(bytes, length, event.shortBytes.begin());
     } else {
         event.longBytes = bytes;
     }
     if (!isInPlan || !line.insert(event)) {
         return kAudioToolboxErr_CannotDoInCurrentContext;
     }
-    if (bytes[0] < 0xF0) {
-        heard = static_cast<std::uint16_t>(heard | 1U << (bytes[0] & 0x0FU));
+    if (bytes[0] < STATUS_SYSEX) {
+        heard = static_cast<std::uint16_t>(heard | 1U << channelOf(bytes[0]));
     }
     return noErr;
 }
@@ -161,9 +158,10 @@ void AUAudioUnit::render(const float* inputLeft, const float* inputRight, float*
                          int frames) noexcept
 {
     takeOutsideMessages();
-    const std::span<const AUMIDIRenderEvent> events = line.upTo(frames);
+    const std::span<const TimedMessage> events = line.upTo(frames);
     renderBlock(inputLeft, inputRight, left, right, frames, events);
-    line.consume(events.size(), frames);
+    line.removeFront(events.size());
+    line.advance(frames);
     clock += frames;
 }
 
@@ -172,7 +170,7 @@ void AUAudioUnit::takeOutsideMessages() noexcept
     OutsideMessage message;
     while (outside.pop(message)) {
         if (message.era == heardEra) {
-            scheduleMIDIEvent(message.offset, 0, message.length, message.bytes);
+            scheduleMIDIEvent(message.offset, 0, shortMessageLength(message.bytes[0]), message.bytes.data());
         }
     }
 }

@@ -4,10 +4,10 @@
 #include "services/audiograph/graph/AUAudioUnitBus.h"
 #include "services/audiograph/graph/AUMIDIProgram.h"
 #include "services/audiograph/graph/AudioComponentDescription.h"
-#include "services/audiograph/graph/MIDIEventBuffer.h"
 #include "services/audiograph/parameters/AUParameterTree.h"
 #include "services/audiograph/parameters/PropertyDictionary.h"
 #include "services/musicsequence/MusicSequence.h"
+#include "wire/TimedMessageLine.h"
 
 #include <atomic>
 #include <cstdint>
@@ -141,7 +141,7 @@ public:
 protected:
     // `events` stand by offset, all of them below `frames`. No lock, no allocation. [render thread]
     virtual void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right,
-                             int frames, std::span<const AUMIDIRenderEvent> events) noexcept = 0;
+                             int frames, std::span<const TimedMessage> events) noexcept = 0;
 
     // Hands a message to the output block. [render thread]
     OSStatus sendMIDIOutput(std::int64_t sampleTime, std::uint8_t cable, int length,
@@ -154,8 +154,7 @@ private:
     struct OutsideMessage {
         std::uint32_t offset = 0;
         std::uint32_t era = 0;
-        std::uint8_t bytes[3] = {};
-        std::uint8_t length = 0;
+        ShortMessage bytes{};
     };
 
     void takeOutsideMessages() noexcept;
@@ -164,7 +163,7 @@ private:
     BoundedQueue<OutsideMessage> outside; // main thread to render thread
     std::atomic<std::uint32_t> era{0};    // counts stops of the engine
     std::uint32_t heardEra = 0;           // render thread
-    MIDIEventBuffer line;                 // render thread
+    TimedMessageLine line;                // render thread
     std::int64_t clock = 0;               // render thread, frames
     std::uint16_t heard = 0;              // render thread, channels
     bool isInPlan = true;                 // render thread

@@ -71,7 +71,7 @@ void PeakLimiter::takeParameters() noexcept
 }
 
 void PeakLimiter::renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right,
-                              int frames, std::span<const AUMIDIRenderEvent>) noexcept
+                              int frames, std::span<const TimedMessage>) noexcept
 {
     takeParameters();
     const float peak = prepare(inputLeft, inputRight, left, right, frames);

@@ -27,7 +27,7 @@ public:
 
 protected:
     void renderBlock(const float* inputLeft, const float* inputRight, float* left, float* right, int frames,
-                     std::span<const AUMIDIRenderEvent> events) noexcept override;
+                     std::span<const TimedMessage> events) noexcept override;
 
 private:
     void takeParameters() noexcept;

@@ -64,7 +64,7 @@ void SequencerContent::send(const SequencerEvent& event, double offset) noexcept
 
 void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
 {
-    const auto place = static_cast<std::size_t>(event.bytes[0] & 0x0F) * 128 + event.bytes[1];
+    const auto place = static_cast<std::size_t>(channelOf(event.bytes)) * 128 + event.bytes[1];
     std::uint16_t& count = unit.sounding[place];
     if (event.kind == SequencerEvent::noteOn && count < std::numeric_limits<std::uint16_t>::max()) {
         ++count;
@@ -74,26 +74,24 @@ void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
     }
 }
 
-void SequencerContent::sendShort(Unit& unit, int status, int data1, int data2) noexcept
+void SequencerContent::sendShort(Unit& unit, const ShortMessage& message) noexcept
 {
-    const std::uint8_t bytes[3] = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
-                                   static_cast<std::uint8_t>(data2)};
-    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(status), bytes);
+    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(message[0]), message.data());
 }
 
 void SequencerContent::release(bool all) noexcept
 {
     for (Unit& unit : units) {
-        for (int channel = 0; channel < 16; ++channel) {
+        for (int channel = 0; channel < channelCount; ++channel) {
             releaseNotes(unit, channel);
             if ((unit.channels >> channel & 1) == 0) {
                 continue;
             }
-            for (const int pedal : holdPedals) {
-                sendShort(unit, 0xB0 | channel, pedal, 0);
+            for (const std::uint8_t pedal : holdPedals) {
+                sendShort(unit, {statusOf(STATUS_CONTROLLER, channel), pedal, 0});
             }
             if (all) {
-                sendShort(unit, 0xB0 | channel, 123, 0);
+                sendShort(unit, {statusOf(STATUS_CONTROLLER, channel), CONTROLLER_NOTES_OFF, 0});
             }
         }
     }
@@ -105,7 +103,7 @@ void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
         std::uint16_t& count =
             unit.sounding[static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(key)];
         for (int i = std::min<int>(count, mostEnds); i > 0; --i) {
-            sendShort(unit, 0x80 | channel, key, 0);
+            sendShort(unit, {statusOf(STATUS_NOTEOFF, channel), static_cast<std::uint8_t>(key), 0});
         }
         count = 0;
     }
@@ -116,7 +114,7 @@ void SequencerContent::silence() noexcept
     for (Unit& unit : units) {
         for (int channel = 0; channel < channelCount; ++channel) {
             if ((unit.heardChannels() >> channel & 1) != 0) {
-                sendShort(unit, 0xB0 | channel, 120, 0);
+                sendShort(unit, {statusOf(STATUS_CONTROLLER, channel), CONTROLLER_ALL_SOUND_OFF, 0});
             }
         }
     }
@@ -150,12 +148,9 @@ void SequencerContent::tellExclusives(Unit& unit) noexcept
 void SequencerContent::tellChannels(Unit& unit) noexcept
 {
     for (int channel = 0; channel < channelCount; ++channel) {
-        ChannelMessages messages;
         if ((unit.heardChannels() >> channel & 1) != 0) {
-            unit.states[channel].tell(channel, messages);
-        }
-        for (const ShortMessage& message : messages.all()) {
-            sendShort(unit, message[0], message[1], message[2]);
+            unit.states[channel].forEachMessage(
+                channel, [&unit](const ShortMessage& message) { sendShort(unit, message); });
         }
     }
 }

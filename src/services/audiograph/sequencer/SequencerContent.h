@@ -51,7 +51,7 @@ private:
     };
 
     void fillHistories();
-    static void sendShort(Unit& unit, int status, int data1, int data2) noexcept;
+    static void sendShort(Unit& unit, const ShortMessage& message) noexcept;
     static void releaseNotes(Unit& unit, int channel) noexcept;
     void findExclusives(Unit& unit, double seconds) const noexcept;
     static void tellExclusives(Unit& unit) noexcept;

@@ -110,36 +110,35 @@ void SequencerEvents::readNote(double beat, const MIDINoteMessage& note, std::ui
     event.track = index;
     event.kind = SequencerEvent::noteOn;
     event.releaseVelocity = note.releaseVelocity;
-    event.bytes = {static_cast<std::uint8_t>(0x90 | channel), note.note,
-                   std::max<std::uint8_t>(note.velocity, 1)};
+    event.bytes = {statusOf(STATUS_NOTEON, channel), note.note, std::max<std::uint8_t>(note.velocity, 1)};
     events.push_back(event);
     std::swap(event.seconds, event.partner);
     event.kind = SequencerEvent::noteOff;
-    event.bytes = {static_cast<std::uint8_t>(0x80 | channel), note.note, note.releaseVelocity};
+    event.bytes = {statusOf(STATUS_NOTEOFF, channel), note.note, note.releaseVelocity};
     events.push_back(event);
     tracks[index].channels = static_cast<std::uint16_t>(tracks[index].channels | 1U << channel);
 }
 
 void SequencerEvents::readMessage(double beat, const MIDIChannelMessage& message, std::uint16_t index)
 {
-    const int kind = message.status & 0xF0;
-    if (kind < 0x80 || kind == 0xF0) {
+    if (!isChannelStatus(message.status)) {
         return;
     }
-    const bool isEnd = kind == 0xB0 && (message.data1 == 120 || message.data1 == 123);
+    const ShortMessage bytes{message.status, message.data1, message.data2};
+    const bool isEnd =
+        isController(bytes, CONTROLLER_ALL_SOUND_OFF) || isController(bytes, CONTROLLER_NOTES_OFF);
     SequencerEvent event;
     event.seconds = tempo.seconds(beat);
     event.track = index;
-    event.kind = kind >= 0xA0 && !isEnd ? SequencerEvent::state : SequencerEvent::other;
-    event.bytes = {message.status, message.data1, message.data2};
+    event.kind = kindOf(bytes) >= STATUS_PPRESSURE && !isEnd ? SequencerEvent::state : SequencerEvent::other;
+    event.bytes = bytes;
     events.push_back(event);
-    tracks[index].channels =
-        static_cast<std::uint16_t>(tracks[index].channels | 1U << (message.status & 0x0F));
+    tracks[index].channels = static_cast<std::uint16_t>(tracks[index].channels | 1U << channelOf(bytes));
 }
 
 void SequencerEvents::readLong(double beat, const MIDIRawData& data, std::uint16_t index)
 {
-    if (data.length < 2 || data.data[0] != 0xF0 || data.data[data.length - 1] != 0xF7) {
+    if (data.length < 2 || data.data[0] != STATUS_SYSEX || data.data[data.length - 1] != STATUS_EOX) {
         return;
     }
     SequencerEvent event;
@@ -153,7 +152,9 @@ void SequencerEvents::readLong(double beat, const MIDIRawData& data, std::uint16
 
 void SequencerEvents::readMeta(const MIDIMetaEvent& meta)
 {
-    std::string* text = meta.metaEventType == 3 ? &title : meta.metaEventType == 2 ? &copyright : nullptr;
+    std::string* text = meta.metaEventType == META_TRACKNAME   ? &title
+                        : meta.metaEventType == META_COPYRIGHT ? &copyright
+                                                               : nullptr;
     if (text != nullptr && text->empty()) {
         text->assign(meta.data, meta.data + meta.dataLength);
     }
@@ -168,12 +169,11 @@ void SequencerEvents::order()
 // Note-ons count where a key to glide from waits for them.
 void SequencerEvents::findStates()
 {
-    constexpr int portamentoKey = 84;
     std::uint16_t waiting = 0; // channels
     for (const SequencerEvent& event : events) {
         const bool isExclusive = event.kind == SequencerEvent::longMessage;
         const auto channel = static_cast<std::uint16_t>(isExclusive ? 0 : 1U << channelOf(event.bytes));
-        if (kindOf(event.bytes) == 0xB0 && event.bytes[1] == portamentoKey) {
+        if (isController(event.bytes, CONTROLLER_PORTAMENTO_KEY)) {
             waiting = static_cast<std::uint16_t>(waiting | channel);
         }
         const bool isGlide = event.kind == SequencerEvent::noteOn && (waiting & channel) != 0;
@@ -190,7 +190,7 @@ void SequencerEvents::findPrograms()
 {
     using Key = std::tuple<std::uint16_t, int, int, int, int>;
     std::set<Key> found;
-    std::vector<std::array<SequencerProgram, 16>> currents(tracks.size());
+    std::vector<std::array<SequencerProgram, channelCount>> currents(tracks.size());
     for (const SequencerEvent& event : events) {
         if (event.kind == SequencerEvent::longMessage) {
             if (effectOf(longMessages[event.longIndex]) == ExclusiveEffect::reset) {
@@ -198,17 +198,19 @@ void SequencerEvents::findPrograms()
             }
             continue;
         }
-        const auto channel = static_cast<std::uint8_t>(event.bytes[0] & 0x0F);
+        const auto channel = static_cast<std::uint8_t>(channelOf(event.bytes));
         SequencerProgram& current = currents[event.track][channel];
-        const int kind = event.bytes[0] & 0xF0;
-        if (kind == 0xB0 && (event.bytes[1] == 0 || event.bytes[1] == 32)) {
-            (event.bytes[1] == 0 ? current.bankMSB : current.bankLSB) = event.bytes[2];
-        } else if (kind == 0xC0) {
+        const bool isProgram = kindOf(event.bytes) == STATUS_PROGRAM;
+        if (isController(event.bytes, CONTROLLER_BANKSELECT_MSB)) {
+            current.bankMSB = event.bytes[2];
+        } else if (isController(event.bytes, CONTROLLER_BANKSELECT_LSB)) {
+            current.bankLSB = event.bytes[2];
+        } else if (isProgram) {
             current.program = event.bytes[1];
         }
         current.track = event.track;
         current.channel = channel;
-        const bool isUse = kind == 0xC0 || event.kind == SequencerEvent::noteOn;
+        const bool isUse = isProgram || event.kind == SequencerEvent::noteOn;
         if (isUse && found.insert({current.track, channel, current.bankMSB, current.bankLSB, current.program})
                          .second) {
             programs.push_back(current);

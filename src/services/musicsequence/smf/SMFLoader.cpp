@@ -3,6 +3,7 @@
 #include "services/musicsequence/MusicSequenceObject.h"
 #include "services/musicsequence/MusicTrackObject.h"
 #include "services/musicsequence/smf/SMFReader.h"
+#include "wire/MIDIConstants.h"
 
 #include <algorithm>
 #include <array>
@@ -226,7 +227,7 @@ void Loader::addRawData(const SMFEvent& event, MusicTrackObject& track)
     constexpr std::size_t head = offsetof(MIDIRawData, data);
     const std::uint32_t lead = event.lead();
     auto* const record = blank(event, kMusicEventType_MIDIRawData, track);
-    const MIDIRawData start{event.length + lead, {0xF0}};
+    const MIDIRawData start{event.length + lead, {STATUS_SYSEX}};
     std::memcpy(record, &start, head + lead);
     std::memcpy(record + head + lead, file.bytes.data() + event.end, event.length);
 }

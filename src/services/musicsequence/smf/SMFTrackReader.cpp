@@ -1,5 +1,7 @@
 #include "services/musicsequence/smf/SMFTrackReader.h"
 
+#include "wire/ShortMessage.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -7,19 +9,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr std::uint8_t highBit = 0x80;
 constexpr std::uint32_t greatestNumber = 0x0FFFFFFF;
-
-constexpr bool isStatus(std::uint8_t byte)
-{
-    return byte >= highBit;
-}
-
-// How many data bytes a message of a channel has.
-constexpr std::ptrdiff_t dataCount(std::uint8_t status)
-{
-    return (status & 0xE0U) == 0xC0U ? 1 : 2;
-}
 
 } // namespace
 
@@ -71,14 +61,14 @@ SMFTrackReader::Outcome SMFTrackReader::readEvent()
         return running == 0 ? skipOrphans(from, at) : readMessage(from, running, at);
     }
     const std::uint8_t status = *from++;
-    return status < 0xF0 ? readMessage(from, status, at) : readSystem(from, status, at);
+    return status < STATUS_SYSEX ? readMessage(from, status, at) : readSystem(from, status, at);
 }
 
 SMFTrackReader::Outcome SMFTrackReader::readMessage(const std::uint8_t* from, std::uint8_t status,
                                                     std::uint64_t at)
 {
     running = status;
-    const std::ptrdiff_t count = dataCount(status);
+    const std::ptrdiff_t count = dataLength(status);
     if (end - from < count) {
         return Outcome::notWhole;
     }
@@ -107,13 +97,13 @@ bool SMFTrackReader::keep(const SMFEvent& event)
 void SMFTrackReader::keepMessage(std::uint8_t status, std::uint8_t data1, std::uint8_t data2)
 {
     lastTick = tick;
-    const unsigned high = status & 0xF0U;
-    if (high == 0x90U && data2 > 0) {
+    const std::uint8_t kind = kindOf(status);
+    if (kind == STATUS_NOTEON && data2 > 0) {
         if (keep({tick, 0, 0, SMFEventKind::note, status, data1, data2})) {
             openNotes.begin(events);
             ++report.notes;
         }
-    } else if (high == 0x80U || high == 0x90U) {
+    } else if (kind == STATUS_NOTEOFF || kind == STATUS_NOTEON) {
         report.orphanOffs += openNotes.end(events, status, data1, tick, data2) ? 0U : 1U;
     } else {
         keep({tick, 0, 0, SMFEventKind::message, status, data1, data2});
@@ -124,11 +114,11 @@ SMFTrackReader::Outcome SMFTrackReader::readSystem(const std::uint8_t* from, std
                                                    std::uint64_t at)
 {
     switch (status) {
-    case 0xFF:
+    case STATUS_FILE_META:
         return readMeta(from, at);
-    case 0xF0:
+    case STATUS_SYSEX:
         return readExclusive(from, SMFEventKind::exclusive, at);
-    case 0xF7:
+    case STATUS_EOX:
         return readExclusive(from, SMFEventKind::packet, at);
     default:
         return skipSystem(from, status, at);
@@ -147,7 +137,7 @@ SMFTrackReader::Outcome SMFTrackReader::readMeta(const std::uint8_t* from, std::
     }
     const bool isFiller = length == 0 && at - tick == greatestNumber;
     advance(from + length, at);
-    if (type == 0x2F) {
+    if (type == META_EOT) {
         track.end = tick;
         return Outcome::atEnd;
     }
@@ -158,16 +148,16 @@ SMFTrackReader::Outcome SMFTrackReader::readMeta(const std::uint8_t* from, std::
 void SMFTrackReader::keepMeta(std::uint8_t type, const std::uint8_t* from, std::uint32_t length,
                               bool isFiller)
 {
-    if (type == 0x7F && isFiller) {
+    if (type == META_SPECIFIC && isFiller) {
         return;
     }
     lastTick = tick;
-    if (type == 0x51) {
+    if (type == META_SETTEMPO) {
         keepTempo(from, length);
         return;
     }
     const auto place = static_cast<std::uint64_t>(from - file.data());
-    keep({tick, place, length, SMFEventKind::meta, 0xFF, type, 0});
+    keep({tick, place, length, SMFEventKind::meta, STATUS_FILE_META, type, 0});
 }
 
 void SMFTrackReader::keepTempo(const std::uint8_t* from, std::uint32_t length)
@@ -180,7 +170,7 @@ void SMFTrackReader::keepTempo(const std::uint8_t* from, std::uint32_t length)
         ++report.badTempos;
         return;
     }
-    keep({tick, microseconds, 0, SMFEventKind::tempo, 0xFF, 0x51, 0});
+    keep({tick, microseconds, 0, SMFEventKind::tempo, STATUS_FILE_META, META_SETTEMPO, 0});
 }
 
 SMFTrackReader::Outcome SMFTrackReader::readExclusive(const std::uint8_t* from, SMFEventKind kind,
@@ -191,7 +181,7 @@ SMFTrackReader::Outcome SMFTrackReader::readExclusive(const std::uint8_t* from, 
         return Outcome::notWhole;
     }
     if (static_cast<std::size_t>(end - from) < length) {
-        const auto* const last = kind == SMFEventKind::exclusive ? std::find(from, end, 0xF7) : end;
+        const auto* const last = kind == SMFEventKind::exclusive ? std::find(from, end, STATUS_EOX) : end;
         if (last == end) {
             return Outcome::notWhole;
         }
@@ -201,7 +191,7 @@ SMFTrackReader::Outcome SMFTrackReader::readExclusive(const std::uint8_t* from, 
     advance(from + length, at);
     lastTick = tick;
     const auto place = static_cast<std::uint64_t>(from - file.data());
-    keep({tick, place, length, kind, 0xF0, 0, 0});
+    keep({tick, place, length, kind, STATUS_SYSEX, 0, 0});
     return Outcome::done;
 }
 
@@ -216,12 +206,8 @@ SMFTrackReader::Outcome SMFTrackReader::skipOrphans(const std::uint8_t* from, st
 SMFTrackReader::Outcome SMFTrackReader::skipSystem(const std::uint8_t* from, std::uint8_t status,
                                                    std::uint64_t at)
 {
-    std::ptrdiff_t count = status == 0xF2 ? 2 : 0;
-    if (status == 0xF1 || status == 0xF3) {
-        count = 1;
-    }
     ++report.damaged;
-    return advance(std::min(end, from + std::min(count, end - from)), at);
+    return advance(from + std::min<std::ptrdiff_t>(dataLength(status), end - from), at);
 }
 
 SMFTrackReader::Outcome SMFTrackReader::resume(const std::uint8_t* from, std::uint64_t at)

@@ -1,6 +1,7 @@
 #include "services/musicsequence/smf/SMFTrackWriter.h"
 
 #include "services/musicsequence/MusicTrackObject.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <array>
@@ -23,19 +24,6 @@ std::size_t keyOf(const void* record)
     return noteOf(record).channel * std::size_t{128} + noteOf(record).note;
 }
 
-std::uint32_t systemDataCount(std::uint8_t status)
-{
-    switch (status) {
-    case 0xF1:
-    case 0xF3:
-        return 1;
-    case 0xF2:
-        return 2;
-    default:
-        return 0;
-    }
-}
-
 bool fits(MusicEventType type, const void* record)
 {
     switch (type) {
@@ -52,7 +40,7 @@ bool isWritten(MusicEventType type, const void* record)
 {
     switch (type) {
     case kMusicEventType_Meta:
-        return static_cast<const MIDIMetaEvent*>(record)->metaEventType != 0x2F;
+        return static_cast<const MIDIMetaEvent*>(record)->metaEventType != META_EOT;
     case kMusicEventType_ExtendedTempo:
     case kMusicEventType_MIDINoteMessage:
     case kMusicEventType_MIDIChannelMessage:
@@ -123,8 +111,8 @@ bool SMFTrackWriter::write()
         writeItem(item);
     }
     std::for_each(off, offs.end(), [this](const Off& left) { writeOff(left); });
-    writeSystem(0xFF, endTick);
-    writer.put(0x2F);
+    writeSystem(STATUS_FILE_META, endTick);
+    writer.put(META_EOT);
     writer.put(0);
     const std::size_t length = writer.size() - start;
     if (length > 0xFFFFFFFFU || writer.isOverfull()) {
@@ -213,7 +201,7 @@ void SMFTrackWriter::writeItem(const Item& item)
 void SMFTrackWriter::writeNote(const Item& item)
 {
     const MIDINoteMessage& note = noteOf(item.record);
-    writeStatus(static_cast<std::uint8_t>(0x90U | note.channel), item.tick);
+    writeStatus(statusOf(STATUS_NOTEON, note.channel), item.tick);
     writer.put(note.note);
     writer.put(std::max<std::uint8_t>(note.velocity, 1));
     if (item.end == item.tick) {
@@ -224,7 +212,7 @@ void SMFTrackWriter::writeNote(const Item& item)
 void SMFTrackWriter::writeOff(const Off& off)
 {
     const MIDINoteMessage& note = noteOf(items[off.item].record);
-    writeStatus(static_cast<std::uint8_t>((off.release == 0 ? 0x90U : 0x80U) | note.channel), off.tick);
+    writeStatus(statusOf(off.release == 0 ? STATUS_NOTEON : STATUS_NOTEOFF, note.channel), off.tick);
     writer.put(note.note);
     writer.put(off.release);
 }
@@ -232,25 +220,23 @@ void SMFTrackWriter::writeOff(const Off& off)
 void SMFTrackWriter::writeMessage(const Item& item)
 {
     const auto& message = *static_cast<const MIDIChannelMessage*>(item.record);
-    const std::array<std::uint8_t, 3> bytes{message.status, message.data1, message.data2};
-    if (message.status >= 0xF0) {
-        const std::uint32_t count = 1 + systemDataCount(message.status);
-        writeSystem(0xF7, item.tick);
-        writer.putNumber(count);
-        writer.put(std::span(bytes).first(count));
-        return;
-    }
-    writeStatus(message.status, item.tick);
-    writer.put(message.data1);
-    if ((message.status & 0xE0U) != 0xC0U) {
-        writer.put(message.data2);
+    const ShortMessage bytes{message.status, message.data1, message.data2};
+    const std::span all =
+        std::span(bytes).first(static_cast<std::size_t>(shortMessageLength(message.status)));
+    if (message.status >= STATUS_SYSEX) {
+        writeSystem(STATUS_EOX, item.tick);
+        writer.putNumber(static_cast<std::uint32_t>(all.size()));
+        writer.put(all);
+    } else {
+        writeStatus(message.status, item.tick);
+        writer.put(all.subspan(1));
     }
 }
 
 void SMFTrackWriter::writeMeta(const Item& item)
 {
     const auto& meta = *static_cast<const MIDIMetaEvent*>(item.record);
-    writeSystem(0xFF, item.tick);
+    writeSystem(STATUS_FILE_META, item.tick);
     writer.put(meta.metaEventType);
     writer.putNumber(meta.dataLength);
     writer.put({&meta.data[0], meta.dataLength});
@@ -261,8 +247,8 @@ void SMFTrackWriter::writeTempo(const Item& item)
     const double bpm = static_cast<const ExtendedTempoEvent*>(item.record)->bpm;
     const auto microseconds =
         static_cast<std::uint32_t>(std::lround(std::clamp(60.0e6 / bpm, 1.0, 16777215.0)));
-    writeSystem(0xFF, item.tick);
-    writer.put(0x51);
+    writeSystem(STATUS_FILE_META, item.tick);
+    writer.put(META_SETTEMPO);
     writer.put(3);
     writer.put(static_cast<std::uint8_t>(microseconds >> 16U));
     writer.put16(microseconds);
@@ -272,9 +258,9 @@ void SMFTrackWriter::writeRawData(const Item& item)
 {
     const auto& raw = *static_cast<const MIDIRawData*>(item.record);
     std::span<const std::uint8_t> bytes(&raw.data[0], raw.length);
-    const bool isExclusive = !bytes.empty() && bytes.front() == 0xF0;
+    const bool isExclusive = !bytes.empty() && bytes.front() == STATUS_SYSEX;
     bytes = bytes.subspan(isExclusive ? 1 : 0);
-    writeSystem(isExclusive ? 0xF0 : 0xF7, item.tick);
+    writeSystem(isExclusive ? STATUS_SYSEX : STATUS_EOX, item.tick);
     writer.putNumber(static_cast<std::uint32_t>(bytes.size()));
     writer.put(bytes);
 }

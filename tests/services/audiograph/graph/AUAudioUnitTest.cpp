@@ -20,7 +20,7 @@ public:
 
 protected:
     void renderBlock(const float*, const float*, float*, float*, int,
-                     std::span<const AUMIDIRenderEvent>) noexcept override
+                     std::span<const TimedMessage>) noexcept override
     {
         const std::array<std::uint8_t, 3> bytes{0x90, 60, 100};
         sendMIDIOutput(renderedFrames() + 1, 2, 3, bytes.data());
@@ -103,8 +103,8 @@ TEST(AUAudioUnit, AFullLineRefusesNoteOnsBeforeNoteOffs)
     while (unit.scheduleMIDIEvent(0, 0, 3, off.data()) == noErr) {
         ++offs;
     }
-    EXPECT_EQ(ons, MIDIEventBuffer::noteOnCapacity);
-    EXPECT_EQ(ons + offs, MIDIEventBuffer::capacity);
+    EXPECT_EQ(ons, TimedMessageLine::noteOnCapacity);
+    EXPECT_EQ(ons + offs, TimedMessageLine::capacity);
 }
 
 TEST(AUAudioUnit, UnknownPropertiesAreAStatus)
