@@ -3,9 +3,9 @@
 // clock, or into the sound device where VOLVELLE_BENCH_SINK is "device".
 #include "cli/CommandLine.h"
 #include "cli/sound/MusicPlay.h"
-#include "cli/sound/OutputSink.h"
 #include "cli/sound/PlayCommand.h"
 #include "cli/sound/RenderCommand.h"
+#include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/SilentClockSink.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ public:
 
     std::string description() const override { return sink->description(); }
 
-    bool isLost() const override { return sink->isLost(); }
+    bool isAudible() const override { return sink->isAudible(); }
 
     std::atomic<std::int64_t> firstSound{0}; // microseconds of the system's clock
 
@@ -65,7 +65,7 @@ int watchedPlay(const PlayOptions& options, CommandOutput& output)
     const char* kind = std::getenv("VOLVELLE_BENCH_SINK");
     std::unique_ptr<AudioSink> inner = std::make_unique<SilentClockSink>();
     if (kind != nullptr && std::string_view(kind) == "device") {
-        inner = std::make_unique<OutputSink>();
+        inner = std::make_unique<AudioOutput>(AudioOutput::forMusic());
     }
     const auto sink = std::make_shared<WatchedSink>(std::move(inner));
     const int status = runPlay(options, output, sink);

@@ -41,13 +41,18 @@ BankName bankName(int number)
 } // namespace
 
 std::shared_ptr<AudioUnitMIDISynth> AudioUnitMIDISynth::make(std::shared_ptr<AVAudioEngine> engine,
-                                                             SoundBankFinder finder)
+                                                             SoundBankFinder finder,
+                                                             AudioComponentFactory makeUnit)
 {
-    return std::shared_ptr<AudioUnitMIDISynth>(new AudioUnitMIDISynth(std::move(engine), std::move(finder)));
+    return std::shared_ptr<AudioUnitMIDISynth>(
+        new AudioUnitMIDISynth(std::move(engine), std::move(finder), std::move(makeUnit)));
 }
 
-AudioUnitMIDISynth::AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> ofUnit, SoundBankFinder finder)
-    : AudioUnitBase(std::move(ofUnit)), findSoundBank(std::move(finder))
+AudioUnitMIDISynth::AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> ofUnit, SoundBankFinder finder,
+                                       AudioComponentFactory factory)
+    : AudioUnitBase(std::move(ofUnit)),
+      findSoundBank(std::move(finder)),
+      makeUnit(factory ? std::move(factory) : AudioComponentFactory(makeAudioComponent))
 {
 }
 
@@ -58,7 +63,7 @@ void AudioUnitMIDISynth::create(const std::string& name)
         return;
     }
     componentDescription = cd;
-    midiSynth = AVAudioUnitMIDIInstrument::make(cd);
+    midiSynth = AVAudioUnitMIDIInstrument::of(makeUnit(cd));
     if (!midiSynth) {
         tellCreated(nullptr);
         return;

@@ -3,6 +3,7 @@
 #include "audio/AudioUnitBase.h"
 #include "audio/SoundBankFinder.h"
 #include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
+#include "services/audiograph/graph/AudioComponentRegistry.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -24,8 +25,9 @@ public:
     static constexpr AudioComponentDescription cd{fourCharacterCode("aumu"), fourCharacterCode("msyn"),
                                                   fourCharacterCode("appl"), 0, 0};
 
-    static std::shared_ptr<AudioUnitMIDISynth> make(std::shared_ptr<AVAudioEngine> engine,
-                                                    SoundBankFinder finder);
+    // `makeUnit` makes the synthesizer unit, or gives null; an empty one asks the registered components.
+    static std::shared_ptr<AudioUnitMIDISynth>
+    make(std::shared_ptr<AVAudioEngine> engine, SoundBankFinder finder, AudioComponentFactory makeUnit = {});
 
     std::shared_ptr<AVAudioUnitMIDIInstrument> midiSynth;
     std::optional<std::filesystem::path> currentSoundfont; // nothing sets it
@@ -58,7 +60,8 @@ public:
     void setRate(float value);
 
 protected:
-    AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> engine, SoundBankFinder finder);
+    AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> engine, SoundBankFinder finder,
+                       AudioComponentFactory makeUnit);
 
 private:
     OSStatus enablePreload(bool isOn);
@@ -66,6 +69,7 @@ private:
     OSStatus sendProgram(std::uint8_t channel, std::uint32_t patch);
 
     SoundBankFinder findSoundBank;
+    AudioComponentFactory makeUnit;
 };
 
 } // namespace volvelle

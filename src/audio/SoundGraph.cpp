@@ -3,7 +3,6 @@
 #include "base/Text.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiograph/graph/AVAudioMixerNode.h"
-#include "services/audiograph/graph/AudioComponentRegistry.h"
 #include "services/soundunits/MIDIPortUnit.h"
 #include "services/synthesizer/SoundBanks.h"
 
@@ -22,15 +21,16 @@ bool SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& 
 {
     SynthesizerOptions options;
     options.gain = 0.5; // the limiter holds what a dense arrangement brings above full scale
-    registerMIDISynth(options, bank);
-    synthesizer = AudioUnitMIDISynth::make(engine, findSoundBank);
+    synthesizer =
+        AudioUnitMIDISynth::make(engine, findSoundBank, [&](const AudioComponentDescription& description) {
+            return synthUnit = std::make_shared<MIDISynthUnit>(description, options, bank);
+        });
     synthesizer->create("Internal MIDI Synth (MT)");
     if (!synthesizer->midiSynth) {
         error = "The synthesizer could not be made.";
         return false;
     }
-    synthUnit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
-    if (synthUnit && synthUnit->soundBank().empty()) {
+    if (synthUnit->soundBank().empty()) {
         error = bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
                      : "There is no sound bank on this machine: install a SoundFont.";
         return false;
@@ -44,11 +44,8 @@ bool SoundGraph::connectPort(const std::string& name, std::string& error)
     if (!port) {
         return false;
     }
-    const auto held = std::make_shared<std::unique_ptr<MIDIOutput>>(std::move(port));
-    registerAudioComponent(midiPortComponent, [held](const AudioComponentDescription& description) {
-        return *held ? std::make_shared<MIDIPortUnit>(description, std::move(*held)) : nullptr;
-    });
-    return connect(AVAudioUnitMIDIInstrument::make(midiPortComponent), error);
+    const auto unit = std::make_shared<MIDIPortUnit>(midiPortComponent, std::move(port));
+    return connect(AVAudioUnitMIDIInstrument::of(unit), error);
 }
 
 bool SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error)

@@ -20,11 +20,11 @@ public:
     // [the thread that opened]
     virtual void close() = 0;
 
-    // "PulseAudio: Speakers at 44100 Hz". Valid while open. [the thread that opened]
+    // "PulseAudio: Speakers at 44100 Hz"; empty until it is known. Valid while open. [the thread that opened]
     virtual std::string description() const = 0;
 
-    // True once a device was lost and no longer pulls. [any thread]
-    virtual bool isLost() const = 0;
+    // True while what it pulls is heard: not of a device that was lost, nor of the silent clock. [any thread]
+    virtual bool isAudible() const = 0;
 };
 
 } // namespace volvelle

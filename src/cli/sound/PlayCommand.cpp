@@ -5,9 +5,9 @@
 #include "base/RunLoop.h"
 #include "base/Text.h"
 #include "cli/sound/MusicPlay.h"
-#include "cli/sound/OutputSink.h"
 #include "cli/sound/SinkNews.h"
 #include "inspection/FileDescription.h"
+#include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiodevice/SoundServers.h"
 #include "services/files/SafeFile.h"
@@ -94,7 +94,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (options.port == "list") {
         return listPorts(output);
     }
-    return runPlay(options, output, std::make_shared<OutputSink>());
+    return runPlay(options, output, std::make_shared<AudioOutput>(AudioOutput::forMusic()));
 }
 
 int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared_ptr<AudioSink>& sink)

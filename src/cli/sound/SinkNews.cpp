@@ -18,12 +18,12 @@ std::string SinkNews::next()
         return "";
     }
     const bool isFirst = std::exchange(told, now).empty();
-    const bool isLost = sink->isLost();
-    const bool isAgain = std::exchange(wasHeard, wasHeard || !isLost);
+    const bool isAudible = sink->isAudible();
+    const bool isAgain = std::exchange(wasHeard, wasHeard || isAudible);
     if (isFirst) {
         return concat("Playing '", music, "' through ", now, ".");
     }
-    if (isLost) {
+    if (!isAudible) {
         return "The audio device was lost: the music plays on silently.";
     }
     return concat("Playing through ", now, isAgain ? " again." : ".");

@@ -11,6 +11,14 @@
 
 namespace volvelle {
 
+AudioOutput::Options AudioOutput::forMusic()
+{
+    Options result;
+    result.firstWait = std::chrono::milliseconds(1500);
+    result.logs = false;
+    return result;
+}
+
 AudioOutput::AudioOutput() : AudioOutput(Options()) {}
 
 AudioOutput::AudioOutput(Options given) : options(std::move(given))
@@ -26,12 +34,12 @@ AudioOutput::AudioOutput(Options given) : options(std::move(given))
 
 AudioOutput::~AudioOutput()
 {
-    stop();
+    close();
 }
 
-bool AudioOutput::start(AudioSource& source, std::string& error)
+bool AudioOutput::open(AudioSource& source, std::string& error)
 {
-    stop();
+    close();
     auto newGate = std::make_shared<RenderGate>(source);
     if (options.firstWait.count() > 0) {
         const double seconds = std::chrono::duration<double>(options.firstWait).count();
@@ -48,7 +56,7 @@ bool AudioOutput::start(AudioSource& source, std::string& error)
     return true;
 }
 
-void AudioOutput::stop()
+void AudioOutput::close()
 {
     if (!worker) {
         return;
@@ -77,11 +85,6 @@ bool AudioOutput::waitForDevice(WaitableClock::Time longest)
     return gate->isDevicePlaying();
 }
 
-bool AudioOutput::isSettled() const
-{
-    return worker && !gate->isAwaitingDevice() && !description().empty();
-}
-
 bool AudioOutput::isAudible() const
 {
     return gate && gate->isDevicePlaying();
@@ -89,6 +92,9 @@ bool AudioOutput::isAudible() const
 
 std::string AudioOutput::description() const
 {
+    if (!gate || gate->isAwaitingDevice()) {
+        return "";
+    }
     return isAudible() ? worker->description() : "Silent clock";
 }
 

@@ -18,32 +18,37 @@ class SilentClockSink;
 // is looked for again every few seconds. All talk with devices is held on a thread of its own, which may hang
 // without holding up anybody. One sink renders at any time, and no frame twice. One owner, one thread uses
 // it.
-class AudioOutput {
+class AudioOutput : public AudioSink {
 public:
     struct Options {
         std::function<std::unique_ptr<AudioSink>()> makeDevice; // empty: the system's devices. [worker]
         std::shared_ptr<WaitableClock> clock;                   // null: the system's
         WaitableClock::Time lookAgain = std::chrono::seconds(3);
         WaitableClock::Time watch = std::chrono::milliseconds(50); // between two looks whether it was lost
-        WaitableClock::Time patience = std::chrono::seconds(2);    // of stop() with a device that hangs
+        WaitableClock::Time patience = std::chrono::seconds(2);    // of close() with a device that hangs
         WaitableClock::Time firstWait{0}; // for a device to pull first, the source standing still meanwhile
         bool logs = true;                 // a device that is missing or lost; false where the owner tells
     };
 
+    // For music: the first pull comes from the device, so that the first note is heard whole, or from the
+    // clock once it is known that there is no device, or none came in a second and a half; the owner tells
+    // the news.
+    static Options forMusic();
+
     AudioOutput();
     explicit AudioOutput(Options options);
-    ~AudioOutput();
+    ~AudioOutput() override;
     AudioOutput(const AudioOutput&) = delete;
     AudioOutput& operator=(const AudioOutput&) = delete;
 
-    // Begins to pull from `source`, which must live until stop(), and never waits for a device. Where it runs
-    // already it stops first. False with one line in `error` where not even the clock could be started.
+    // Begins to pull from `source`, which must live until close(), and never waits for a device. Where it
+    // runs already it stops first. False with one line in `error` where not even the clock could be started.
     // [main thread]
-    bool start(AudioSource& source, std::string& error);
+    bool open(AudioSource& source, std::string& error) override;
 
     // Ends pulling: no call into the source is under way once it returns, nor comes later. Waits for a device
     // to close, but no longer than `patience`; one that hangs is left to itself. [main thread]
-    void stop();
+    void close() override;
 
     bool isRunning() const { return worker != nullptr; }
 
@@ -51,14 +56,12 @@ public:
     // from the first frame on. [main thread]
     bool waitForDevice(WaitableClock::Time longest);
 
-    // True once it is known who renders: the device with its description, or the clock. [main thread]
-    bool isSettled() const;
+    // True while the device renders, and not the clock. [main thread]
+    bool isAudible() const override;
 
-    // True while the device renders. [main thread]
-    bool isAudible() const;
-
-    // "PulseAudio: Speakers at 44100 Hz", or "Silent clock". [main thread]
-    std::string description() const;
+    // "PulseAudio: Speakers at 44100 Hz", or "Silent clock"; empty until it is known which renders. [main
+    // thread]
+    std::string description() const override;
 
     // Why the last attempt to open a device failed; empty after one that succeeded. [main thread]
     std::string problem() const;

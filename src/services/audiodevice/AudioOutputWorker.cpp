@@ -88,7 +88,7 @@ bool AudioOutputWorker::openDevice(AudioSink* device)
 void AudioOutputWorker::watch(const AudioSink& device)
 {
     gate->admitDevice();
-    while (!ending && !device.isLost()) {
+    while (!ending && device.isAudible()) {
         pause(options.watch);
     }
     const bool played = gate->isDevicePlaying();

@@ -68,10 +68,10 @@ std::string RtAudioSink::description() const
     return stream ? stream->description() : "";
 }
 
-bool RtAudioSink::isLost() const
+bool RtAudioSink::isAudible() const
 {
     const std::lock_guard lock(mutex);
-    return stream && stream->isLost();
+    return stream && !stream->isLost();
 }
 
 } // namespace volvelle

@@ -28,7 +28,7 @@ public:
     bool open(AudioSource& source, std::string& error) override;
     void close() override;
     std::string description() const override;
-    bool isLost() const override;
+    bool isAudible() const override;
 
 private:
     mutable std::mutex mutex;

@@ -29,7 +29,7 @@ public:
 
     std::string description() const override { return "Silent clock"; }
 
-    bool isLost() const override { return false; }
+    bool isAudible() const override { return false; }
 
 private:
     void run(AudioSource& source);

@@ -13,7 +13,7 @@ public:
 
     std::string description() const override { return name; }
 
-    bool isLost() const override { return name == "Silent clock"; }
+    bool isAudible() const override { return name != "Silent clock"; }
 
     std::string name;
 };

@@ -63,10 +63,10 @@ public:
 
     std::string description() const override { return "Fake: Speakers at 44100 Hz"; }
 
-    bool isLost() const override
+    bool isAudible() const override
     {
         const std::lock_guard lock(state->mutex);
-        return state->lost;
+        return !state->lost;
     }
 
 private:

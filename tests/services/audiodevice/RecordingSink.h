@@ -20,7 +20,7 @@ public:
 
     std::string description() const override { return "Recording"; }
 
-    bool isLost() const override { return false; }
+    bool isAudible() const override { return true; }
 
     // Pulls `frames` frames in blocks of at most `block`.
     void pull(int frames, int block = 512)

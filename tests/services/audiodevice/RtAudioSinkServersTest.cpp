@@ -59,7 +59,7 @@ protected:
     // Plays to a server of its own, kills that, and expects the silent clock to take over quietly.
     void expectFallback(SoundServersFolder& servers, const std::string& server, AudioOutput& output)
     {
-        ASSERT_TRUE(output.start(source, error)) << error;
+        ASSERT_TRUE(output.open(source, error)) << error;
         ASSERT_TRUE(output.waitForDevice(seconds(10))) << output.problem();
         ASSERT_TRUE(source.waitFor(24'000));
         servers.signal(server, SIGKILL);
@@ -94,7 +94,7 @@ TEST_F(RtAudioSinkServersTest, PlaysATruthfulSineThroughPulseAudio)
         ASSERT_TRUE(source.waitFor(48'000));
         measure = ToneMeasure::of(recording);
     }
-    EXPECT_FALSE(sink.isLost());
+    EXPECT_TRUE(sink.isAudible());
     sink.close();
     recorder.terminate();
     EXPECT_EQ(measure.frames, 48'000);
@@ -111,12 +111,12 @@ TEST_F(RtAudioSinkServersTest, IsPulledByJACKAtItsPace)
     ASSERT_TRUE(sink.open(source, error)) << error;
     EXPECT_THAT(sink.description(), StartsWith("JACK: "));
     EXPECT_NEAR(paceOf(source), 2.0, 0.1);
-    EXPECT_FALSE(sink.isLost());
+    EXPECT_TRUE(sink.isAudible());
     sink.close();
     const std::int64_t before = source.frames();
     sink.close();
     EXPECT_EQ(source.frames(), before);
-    EXPECT_FALSE(sink.isLost());
+    EXPECT_FALSE(sink.isAudible());
 }
 
 TEST_F(RtAudioSinkServersTest, ASoundCardIsNotFreeWhereJACKRuns)
@@ -152,7 +152,7 @@ TEST_F(RtAudioSinkServersTest, PlaysOnWherePulseAudioDiesAndFindsItAgain)
     servers.start("pulse");
     waitUntilAudible(output, true);
     EXPECT_THAT(output.description(), StartsWith("PulseAudio: ")) << output.problem();
-    output.stop();
+    output.close();
     EXPECT_THAT(lines.take(), IsEmpty());
 }
 
@@ -172,13 +172,13 @@ TEST_F(RtAudioSinkServersTest, StopsInBoundedTimeWherePulseAudioHangs)
     servers.start("pulse");
     USE_SERVER(servers, "pulse");
     AudioOutput output;
-    ASSERT_TRUE(output.start(source, error)) << error;
+    ASSERT_TRUE(output.open(source, error)) << error;
     ASSERT_TRUE(output.waitForDevice(seconds(10))) << output.problem();
     servers.signal("pulse", SIGSTOP);
     waitUntilAudible(output, false);
     EXPECT_TRUE(source.waitFor(4800));
     const auto start = steady_clock::now();
-    output.stop();
+    output.close();
     EXPECT_LT(secondsSince(start), 3.0);
     servers.signal("pulse", SIGKILL);
 }
@@ -193,7 +193,7 @@ TEST_F(RtAudioSinkServersTest, FindsNoDeviceWhereThereIsNone)
     EXPECT_FALSE(sink.open(source, error));
     EXPECT_EQ(error, "No sound server and no sound card was found.");
     EXPECT_EQ(source.frames(), 0);
-    EXPECT_FALSE(sink.isLost());
+    EXPECT_FALSE(sink.isAudible());
 }
 
 } // namespace volvelle::test

@@ -30,7 +30,7 @@ TEST_F(SilentClockSinkTest, PullsABlockWheneverItsTimeHasPassed)
     EXPECT_EQ(source.frames, 512);
     clock->advanceBlocks(99, 1);
     EXPECT_EQ(source.frames, 51'200);
-    EXPECT_FALSE(sink.isLost());
+    EXPECT_FALSE(sink.isAudible());
     EXPECT_EQ(sink.description(), "Silent clock");
 }
 

@@ -27,7 +27,7 @@ public:
 
     std::string description() const override { return "pulling"; }
 
-    bool isLost() const override { return false; }
+    bool isAudible() const override { return true; }
 
     // Returns once `count` more blocks were pulled.
     void wait(int count) const

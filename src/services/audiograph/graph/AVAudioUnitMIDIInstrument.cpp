@@ -7,7 +7,11 @@ namespace volvelle {
 std::shared_ptr<AVAudioUnitMIDIInstrument>
 AVAudioUnitMIDIInstrument::make(const AudioComponentDescription& description)
 {
-    std::shared_ptr<AUAudioUnit> unit = makeAudioComponent(description);
+    return of(makeAudioComponent(description));
+}
+
+std::shared_ptr<AVAudioUnitMIDIInstrument> AVAudioUnitMIDIInstrument::of(std::shared_ptr<AUAudioUnit> unit)
+{
     return unit == nullptr ? nullptr : std::make_shared<AVAudioUnitMIDIInstrument>(std::move(unit));
 }
 

@@ -10,6 +10,9 @@ public:
     // Null where no such component is registered. [main thread]
     static std::shared_ptr<AVAudioUnitMIDIInstrument> make(const AudioComponentDescription& description);
 
+    // Null without a unit. [main thread]
+    static std::shared_ptr<AVAudioUnitMIDIInstrument> of(std::shared_ptr<AUAudioUnit> unit);
+
     using AVAudioUnit::AVAudioUnit;
 
     // A factor on what the instrument sounds, 1.0 at first; a change is spread over one block. [any thread]

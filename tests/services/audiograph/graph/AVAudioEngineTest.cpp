@@ -23,7 +23,7 @@ public:
 
     std::string description() const override { return "scripted"; }
 
-    bool isLost() const override { return false; }
+    bool isAudible() const override { return true; }
 
     bool opens = true;
     int opened = 0;
