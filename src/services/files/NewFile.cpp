@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -53,15 +54,34 @@ std::filesystem::path folderOf(const std::filesystem::path& file)
 }
 
 // A file without a name, which goes with its descriptor. -1 where it fails.
+int openNamelessIn(const std::filesystem::path& folder)
+{
+    int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor < 0 && errno == EOPNOTSUPP) {
+        const std::string name = (folder / temporaryFileName(".tmp")).string();
+        const int slot = rememberPendingFile(name);
+        descriptor = open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (descriptor >= 0) {
+            unlink(name.c_str());
+        }
+        forgetPendingFile(slot);
+    }
+    return descriptor;
+}
+
+// In the first folder for temporary files that may be used, else in memory.
 int openNameless()
 {
     std::error_code none;
-    std::string name = (std::filesystem::temp_directory_path(none) / ".volvelle-XXXXXX").string();
-    const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor >= 0) {
-        unlink(name.c_str());
+    for (const std::filesystem::path& folder :
+         {std::filesystem::temp_directory_path(none), std::filesystem::path("/tmp"),
+          std::filesystem::path("/dev/shm")}) {
+        const int descriptor = folder.empty() ? -1 : openNamelessIn(folder);
+        if (descriptor >= 0) {
+            return descriptor;
+        }
     }
-    return descriptor;
+    return memfd_create("volvelle", MFD_CLOEXEC);
 }
 
 } // namespace
@@ -75,6 +95,7 @@ bool NewFile::create(const std::filesystem::path& path)
 {
     drop();
     outlet = -1;
+    isComplete = false;
     target = path;
     struct stat existing = {};
     const bool exists = stat(target.c_str(), &existing) == 0;
@@ -96,6 +117,7 @@ bool NewFile::createFor(int descriptorOfCaller)
     drop();
     outlet = descriptorOfCaller;
     isDirect = true;
+    isComplete = false;
     error = 0;
     descriptor = openNameless();
     return keep(descriptor >= 0);
@@ -113,12 +135,13 @@ bool NewFile::openFree()
 bool NewFile::openNew()
 {
     std::string candidate = (folderOf(target) / temporaryFileName(".tmp")).string();
+    slot = rememberPendingFile(candidate);
     descriptor = open(candidate.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
+        forgetPendingFile(std::exchange(slot, -1));
         return false;
     }
     name = std::move(candidate);
-    slot = rememberPendingFile(name);
     return true;
 }
 
@@ -154,6 +177,7 @@ bool NewFile::takePlace(bool overwrite)
 {
     if (isDirect) {
         if (error == 0) {
+            isComplete = true;
             error = overwrite ? copyIntoTarget() : EEXIST;
         }
         drop();

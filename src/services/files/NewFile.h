@@ -7,8 +7,8 @@
 namespace volvelle {
 
 // A file that is being written, under a name of its own in the folder of the file that it will be. Removed at
-// the end of its life, unless it took its place. For a device or a pipe it has no name, and its bytes are
-// copied there once they are complete. The first failure is kept, and all that follows fails. [one thread]
+// the end of its life, unless it took its place. For a device or a pipe it has no name, stands where
+// temporary files do, and its bytes are copied there once they are complete. The first failure is kept, and all that follows fails. [one thread]
 class NewFile {
 public:
     NewFile() = default;
@@ -40,6 +40,9 @@ public:
     // The system's number of the first failure, 0 for none.
     int failure() const { return error; }
 
+    // True where that befell the file without a name, and not the device or the pipe.
+    bool failedAside() const { return isDirect && error != 0 && !isComplete; }
+
 private:
     bool openFree();
     bool openNew();
@@ -54,8 +57,9 @@ private:
     int descriptor = -1;
     int slot = -1; // among the files that are being written
     int error = 0;
-    bool isDirect = false; // a device, a pipe or an open descriptor
-    int outlet = -1;       // that descriptor
+    bool isDirect = false;   // a device, a pipe or an open descriptor
+    bool isComplete = false; // its bytes are on their way there
+    int outlet = -1;         // that descriptor
 };
 
 // Writes everything, 0 or the system's number of the failure.

@@ -9,9 +9,11 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -350,6 +352,77 @@ TEST_F(SafeFiles, ANewFileCanBeRemovedBeforeASuddenEnd)
     EXPECT_EQ(folder.names().size(), 1U);
     removePendingFiles();
     EXPECT_EQ(folder.names(), Lines{});
+}
+
+using SafeFilesDeathTest = SafeFiles;
+
+// The signal comes from the kernel within the call that makes the file.
+TEST_F(SafeFilesDeathTest, ASignalAsSoonAsANewFileIsThereLeavesNothingBehind)
+{
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, [](int) {
+                removePendingFiles();
+                _exit(7);
+            });
+            const int watch = inotify_init1(0);
+            const bool isWatched =
+                watch >= 0 && inotify_add_watch(watch, folder.path.c_str(), IN_CREATE) >= 0 &&
+                fcntl(watch, F_SETSIG, SIGTERM) == 0 && fcntl(watch, F_SETOWN, getpid()) == 0 &&
+                fcntl(watch, F_SETFL, O_ASYNC) == 0;
+            NewFile file;
+            file.create(path);
+            _exit(isWatched ? 8 : 9);
+        },
+        testing::ExitedWithCode(7), "");
+    EXPECT_EQ(folder.names(), Lines{});
+}
+
+TEST_F(SafeFiles, ANewFileThatCannotBeMadeIsNoPendingFile)
+{
+    for (int i = 0; i < 20; ++i) {
+        NewFile file;
+        EXPECT_FALSE(file.create(folder.path / "none" / "a.mid"));
+    }
+    const int place = rememberPendingFile((folder.path / "a").string());
+    EXPECT_EQ(place, 0);
+    forgetPendingFile(place);
+}
+
+TEST_F(SafeFiles, ATemporaryFolderThatIsNotThereIsDoneWithout)
+{
+    const char* const before = std::getenv("TMPDIR");
+    const std::string kept = before != nullptr ? before : "";
+    setenv("TMPDIR", (folder.path / "none").c_str(), 1);
+    NewFile file;
+    EXPECT_TRUE(file.create("/dev/null"));
+    EXPECT_TRUE(file.write("a", 1));
+    EXPECT_TRUE(file.takePlace());
+    setenv("TMPDIR", folder.path.c_str(), 1);
+    EXPECT_TRUE(file.create("/dev/null"));
+    EXPECT_EQ(folder.names(), Lines{});
+    if (before != nullptr) {
+        setenv("TMPDIR", kept.c_str(), 1);
+    } else {
+        unsetenv("TMPDIR");
+    }
+}
+
+TEST_F(SafeFiles, AFailureBesideADeviceIsToldFromOneOfTheDevice)
+{
+    NewFile file;
+    ASSERT_TRUE(file.create("/dev/full"));
+    {
+        const FileSizeLimit limit(3);
+        EXPECT_FALSE(file.write("four", 4));
+    }
+    EXPECT_EQ(file.failure(), EFBIG);
+    EXPECT_TRUE(file.failedAside());
+    ASSERT_TRUE(file.create("/dev/full"));
+    EXPECT_FALSE(file.failedAside());
+    EXPECT_TRUE(file.write("a", 1));
+    EXPECT_FALSE(file.takePlace());
+    EXPECT_FALSE(file.failedAside());
 }
 
 TEST_F(SafeFiles, ANewFileThatTookItsPlaceIsNotRemoved)
