@@ -12,7 +12,8 @@ int main(int argc, char** argv)
     volvelle::LibraryReport report;
     const bool done = volvelle::compileLibrary(argv[1], argv[2], report);
     for (const auto& error : report.errors) {
-        std::fprintf(stderr, "%s/%s\n", argv[1], error.c_str());
+        const bool isOfScores = !error.starts_with('\'');
+        std::fprintf(stderr, "%s%s%s\n", isOfScores ? argv[1] : "", isOfScores ? "/" : "", error.c_str());
     }
     return done ? 0 : 1;
 }

@@ -1,16 +1,18 @@
 #include "scores/PhraseFolders.h"
 
-#include "base/PendingFiles.h"
 #include "base/Text.h"
 #include "scores/ScoreKind.h"
 #include "scores/ScoreWriter.h"
+#include "services/files/FileExchange.h"
+#include "services/files/FileFailure.h"
+#include "services/files/NewFile.h"
 #include "services/files/SafeFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <set>
 #include <system_error>
-#include <unistd.h>
 
 namespace volvelle {
 
@@ -18,30 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
-
-// A folder of its own below a folder, gone with all that is left in it at the end of its life.
-class SideFolder {
-public:
-    explicit SideFolder(const fs::path& folder) : path(folder / temporaryFileName(".new"))
-    {
-        std::error_code failed;
-        isMade = fs::create_directory(path, failed);
-    }
-
-    ~SideFolder()
-    {
-        std::error_code ignored;
-        if (isMade) {
-            fs::remove_all(path, ignored);
-        }
-    }
-
-    SideFolder(const SideFolder&) = delete;
-    SideFolder& operator=(const SideFolder&) = delete;
-
-    const fs::path path;
-    bool isMade = false;
-};
 
 std::optional<Bytes> standing(const fs::path& file)
 {
@@ -51,28 +29,28 @@ std::optional<Bytes> standing(const fs::path& file)
                                                                                 : std::nullopt;
 }
 
-std::string unwritable(const fs::path& place)
-{
-    return concat(place.string(), " cannot be written");
-}
-
 // A line about the first thing in the way of folders and phrases, empty where there is none.
 std::string obstacle(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
 {
     std::error_code unknown;
+    if (out.empty()) {
+        return writeFailure(out, ENOENT);
+    }
     for (const ScoreKind kind : allScoreKinds) {
         const fs::path folder = phraseFolder(kind);
         for (const fs::path& step : {out, out / folder.parent_path(), out / folder}) {
-            if (fs::exists(step, unknown) && !fs::is_directory(step, unknown)) {
+            if (fs::exists(fs::symlink_status(step, unknown)) && !fs::is_directory(step, unknown)) {
                 return concat("'", step.string(), "' is no folder");
             }
         }
     }
     for (const CompiledPhrase& phrase : phrases) {
         const fs::path file = out / phrase.place;
-        const bool isFree = access(file.c_str(), F_OK) != 0;
-        if (!isFree && (!fs::is_regular_file(file, unknown) || access(file.c_str(), W_OK) != 0)) {
-            return unwritable(file);
+        if (fs::exists(file, unknown) && !fs::is_regular_file(file, unknown)) {
+            return concat("'", file.string(), "' is no file");
+        }
+        if (fs::exists(file, unknown) && !isWritable(file)) {
+            return writeFailure(file, EACCES);
         }
     }
     return {};
@@ -89,42 +67,6 @@ std::vector<const CompiledPhrase*> thatDiffer(const fs::path& out, const std::ve
     return changed;
 }
 
-std::string sideName(std::size_t index)
-{
-    return phraseName(static_cast<int>(index) + 1);
-}
-
-std::string makeFolders(const fs::path& out)
-{
-    std::error_code failed;
-    for (const ScoreKind kind : allScoreKinds) {
-        fs::create_directories(out / phraseFolder(kind), failed);
-        if (failed) {
-            return concat("'", (out / phraseFolder(kind)).string(), "' cannot be made");
-        }
-    }
-    return {};
-}
-
-// Answers a line about what failed, empty where nothing did.
-std::string replaceAll(const fs::path& out, const std::vector<const CompiledPhrase*>& changed)
-{
-    const SideFolder side(out);
-    for (std::size_t i = 0; i < changed.size(); ++i) {
-        if (!side.isMade || replaceFile(side.path / sideName(i), changed[i]->bytes, false) != noErr) {
-            return unwritable(out / changed[i]->place);
-        }
-    }
-    for (std::size_t i = 0; i < changed.size(); ++i) {
-        std::error_code failed;
-        fs::rename(side.path / sideName(i), out / changed[i]->place, failed);
-        if (failed) {
-            return unwritable(out / changed[i]->place);
-        }
-    }
-    return {};
-}
-
 bool isPhraseName(const std::string& name)
 {
     constexpr std::size_t mostDigits = 6;
@@ -132,7 +74,8 @@ bool isPhraseName(const std::string& name)
     return digits > 0 && digits <= mostDigits && name == phraseName(std::stoi(name.substr(0, digits)));
 }
 
-int removeBeyond(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
+// The compiled phrases behind the last one of each folder.
+std::vector<fs::path> thatAreBeyond(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
 {
     std::set<fs::path> kept;
     for (const CompiledPhrase& phrase : phrases) {
@@ -148,11 +91,29 @@ int removeBeyond(const fs::path& out, const std::vector<CompiledPhrase>& phrases
             }
         }
     }
-    return static_cast<int>(std::ranges::count_if(beyond, [](const fs::path& path) {
-        std::error_code ignored;
+    std::erase_if(beyond, [](const fs::path& path) {
         const auto bytes = standing(path);
-        return bytes && isCompiledPhrase(*bytes) && fs::remove(path, ignored);
-    }));
+        return !bytes || !isCompiledPhrase(*bytes);
+    });
+    return beyond;
+}
+
+// Answers a line about what failed, empty where nothing did.
+std::string exchange(const fs::path& out, const std::vector<const CompiledPhrase*>& changed,
+                     const std::vector<fs::path>& beyond)
+{
+    FileExchange files;
+    std::string error;
+    for (const ScoreKind kind : allScoreKinds) {
+        error = error.empty() ? files.makeFolder(out / phraseFolder(kind)) : error;
+    }
+    for (const CompiledPhrase* phrase : changed) {
+        error = error.empty() ? files.put(out / phrase->place, phrase->bytes) : error;
+    }
+    for (const fs::path& file : beyond) {
+        error = error.empty() ? files.remove(file) : error;
+    }
+    return error.empty() ? files.carryOut() : error;
 }
 
 } // namespace
@@ -166,20 +127,18 @@ std::string phraseName(int number)
 bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phrases, LibraryReport& report)
 {
     std::string error = obstacle(out, phrases);
-    const auto changed = error.empty() ? thatDiffer(out, phrases) : std::vector<const CompiledPhrase*>();
     if (error.empty()) {
-        error = makeFolders(out);
-    }
-    if (error.empty() && !changed.empty()) {
-        error = replaceAll(out, changed);
+        const auto changed = thatDiffer(out, phrases);
+        const auto beyond = thatAreBeyond(out, phrases);
+        error = exchange(out, changed, beyond);
+        report.changed = static_cast<int>(changed.size());
+        report.removed = static_cast<int>(beyond.size());
     }
     if (!error.empty()) {
+        report = {};
         report.errors.push_back(error);
-        return false;
     }
-    report.changed = static_cast<int>(changed.size());
-    report.removed = removeBeyond(out, phrases);
-    return true;
+    return error.empty();
 }
 
 } // namespace volvelle

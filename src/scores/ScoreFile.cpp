@@ -41,7 +41,8 @@ std::optional<std::vector<fs::path>> scoresIn(const fs::path& folder, std::strin
     std::error_code status;
     for (fs::directory_iterator entry(folder, status), end; !status && entry != end;
          entry.increment(status)) {
-        if (entry->path().extension() == ".score") {
+        const std::string name = entry->path().filename().string();
+        if (!name.starts_with(".") && entry->path().extension() == ".score") {
             paths.push_back(entry->path());
         }
     }
@@ -69,7 +70,7 @@ std::optional<int> scoreNumber(const fs::path& file)
 
 bool holdsScoreFolders(const fs::path& library)
 {
-    return std::ranges::any_of(allScoreKinds, [&library](ScoreKind kind) {
+    return !library.empty() && std::ranges::any_of(allScoreKinds, [&library](ScoreKind kind) {
         std::error_code unknown;
         return fs::is_directory(library / scoreFolder(kind), unknown);
     });

@@ -11,7 +11,8 @@
 namespace volvelle {
 
 // The scores of a folder in the order of their numbers, those of one number and those without one by name.
-// Without a result `error` holds one plain line.
+// A name that begins with a dot is that of no score: an editor's, or the system's. Without a result `error`
+// holds one plain line.
 std::optional<std::vector<std::filesystem::path>> scoresIn(const std::filesystem::path& folder,
                                                            std::string& error);
 

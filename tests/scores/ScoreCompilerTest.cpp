@@ -1,5 +1,6 @@
 #include "scores/ScoreCompiler.h"
 
+#include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
 #include "tests/scores/ScoreTexts.h"
 
@@ -210,11 +211,78 @@ TEST_F(ScoreCompiler, WhatStandsInTheWayOfAFolderOrAPhraseIsNamedAndNothingChang
     EXPECT_EQ(names(out()), Lines{"Phrases"});
     fs::remove(out() / "Phrases");
     fs::create_directories(leads() / "001.mid");
-    EXPECT_EQ(compiled(), Lines{(leads() / "001.mid").string() + " cannot be written"});
+    EXPECT_EQ(compiled(), Lines{"'" + (leads() / "001.mid").string() + "' is no file"});
     fs::remove(leads() / "001.mid");
     ASSERT_EQ(mkfifo((leads() / "001.mid").c_str(), 0600), 0);
-    EXPECT_EQ(compiled(), Lines{(leads() / "001.mid").string() + " cannot be written"});
+    EXPECT_EQ(compiled(), Lines{"'" + (leads() / "001.mid").string() + "' is no file"});
     EXPECT_EQ(names(out()), Lines{"Phrases2"});
+}
+
+TEST_F(ScoreCompiler, ALinkThatLeadsNowhereStandsInTheWayOfAFolder)
+{
+    fs::create_directories(out());
+    fs::create_symlink("gone", out() / "Phrases2");
+    EXPECT_EQ(compiled(), Lines{"'" + (out() / "Phrases2").string() + "' is no folder"});
+    EXPECT_EQ(names(out()), Lines{"Phrases2"});
+}
+
+TEST_F(ScoreCompiler, AWriteProtectedPhraseStaysAndSoDoTheOthers)
+{
+    EXPECT_EQ(compiled(), Lines{});
+    const std::string before = read(leads() / "001.mid");
+    fs::permissions(out() / "Phrases2/10 drums/001.mid", fs::perms::owner_read);
+    write(scores() / "leads/001-a.score", otherLead);
+    EXPECT_EQ(compiled(), Lines{"'" + (out() / "Phrases2/10 drums/001.mid").string() +
+                                "' could not be written: it is write-protected."});
+    EXPECT_EQ(read(leads() / "001.mid"), before);
+}
+
+TEST_F(ScoreCompiler, AFolderThatMayNotBeWrittenLeavesAllOthersAsTheyWere)
+{
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may write everywhere";
+    }
+    EXPECT_EQ(compiled(), Lines{});
+    const std::string before = read(leads() / "001.mid");
+    write(scores() / "leads/001-a.score", otherLead);
+    write(scores() / "basses/001-a.score", otherLead);
+    const fs::path basses = out() / "Phrases2/09 basses";
+    fs::permissions(basses, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(compiled(), Lines{"'" + basses.string() + "' could not be written: it is write-protected."});
+    EXPECT_EQ(read(leads() / "001.mid"), before);
+    EXPECT_EQ(names(leads()), Lines{"001.mid"});
+    fs::permissions(basses, fs::perms::owner_all);
+}
+
+TEST_F(ScoreCompiler, AFolderOnAnotherDeviceIsALinkLikeAnyOther)
+{
+    const fs::path there = fs::path("/dev/shm") / folder.filename();
+    fs::create_directories(there);
+    fs::create_directories(out());
+    fs::create_symlink(there, out() / "Phrases2");
+    EXPECT_EQ(compiled(), Lines{});
+    write(scores() / "leads/001-a.score", otherLead);
+    EXPECT_EQ(compiled(), Lines{});
+    EXPECT_NE(read(leads() / "001.mid").find("\x92\x4A"), std::string::npos); // D4
+    EXPECT_EQ(names(leads()), Lines{"001.mid"});
+    fs::remove_all(there);
+}
+
+TEST_F(ScoreCompiler, AnEmptyNameIsNoFolder)
+{
+    LibraryReport report;
+    EXPECT_FALSE(compileLibrary(scores(), "", report));
+    EXPECT_EQ(report.errors, Lines{"'' could not be written: its folder does not exist."});
+    EXPECT_FALSE(holdsScoreFolders(""));
+}
+
+TEST_F(ScoreCompiler, ANameThatBeginsWithADotIsNoScore)
+{
+    fs::create_symlink("someone@somewhere.1", scores() / "leads/.#001-a.score");
+    write(scores() / "leads/._001-a.score", "no score");
+    LibraryReport report;
+    EXPECT_TRUE(compileLibrary(scores(), out(), report));
+    EXPECT_EQ(report.compiled, 5);
 }
 
 TEST_F(ScoreCompiler, AScoreThatIsNoFileIsReported)

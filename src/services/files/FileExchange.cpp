@@ -1,0 +1,153 @@
+#include "services/files/FileExchange.h"
+
+#include "base/PendingFiles.h"
+#include "services/files/FileFailure.h"
+#include "services/files/SafeFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isThere(const fs::path& file)
+{
+    struct stat found = {};
+    return lstat(file.c_str(), &found) == 0;
+}
+
+bool moveFile(const fs::path& from, const fs::path& to)
+{
+    return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+// Where the file system knows no exchange the first steps aside.
+bool swapNames(const fs::path& one, const fs::path& other)
+{
+    if (renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0) {
+        return true;
+    }
+    const bool isUnknown = errno == EINVAL || errno == ENOSYS;
+    const fs::path spare = one.parent_path() / temporaryFileName(".old");
+    if (!isUnknown || !moveFile(one, spare)) {
+        return false;
+    }
+    const bool isOtherMoved = moveFile(other, one);
+    if (isOtherMoved && moveFile(spare, other)) {
+        return true;
+    }
+    const int failed = errno;
+    if (isOtherMoved) {
+        moveFile(one, other);
+    }
+    moveFile(spare, one);
+    errno = failed;
+    return false;
+}
+
+// What stands under one name stands under the other, and the reverse; one of them may be free. A second call
+// undoes the first.
+bool trade(const fs::path& one, const fs::path& other)
+{
+    if (isThere(one) && isThere(other)) {
+        return swapNames(one, other);
+    }
+    return isThere(one) ? moveFile(one, other) : moveFile(other, one);
+}
+
+std::string lineOf(const fs::path& file, int error)
+{
+    return error == 0 ? "" : writeFailure(file, error);
+}
+
+} // namespace
+
+FileExchange::~FileExchange()
+{
+    for (const auto& [folder, side] : sides) {
+        std::error_code ignored;
+        fs::remove_all(side, ignored);
+    }
+    while (!isDone && !made.empty()) {
+        rmdir(made.back().c_str());
+        made.pop_back();
+    }
+}
+
+std::string FileExchange::makeFolder(const fs::path& folder)
+{
+    fs::path step;
+    for (const fs::path& part : folder) {
+        step /= part;
+        std::error_code unknown;
+        if (fs::is_directory(step, unknown)) {
+            continue;
+        }
+        if (mkdir(step.c_str(), 0777) != 0) {
+            return writeFailure(step, errno);
+        }
+        made.push_back(step);
+    }
+    return "";
+}
+
+std::string FileExchange::put(const fs::path& file, std::span<const std::uint8_t> bytes)
+{
+    int error = signals.isOneWaiting() ? EINTR : note(file);
+    if (error == 0) {
+        error = putFile(changes.back().aside, bytes, false);
+    }
+    return lineOf(file, error);
+}
+
+std::string FileExchange::remove(const fs::path& file)
+{
+    return lineOf(file, note(file));
+}
+
+std::string FileExchange::carryOut()
+{
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        if (!trade(changes[i].aside, changes[i].file)) {
+            const int error = errno;
+            goBack(i);
+            return writeFailure(changes[i].file, error);
+        }
+    }
+    isDone = true;
+    return "";
+}
+
+int FileExchange::note(const fs::path& file)
+{
+    const fs::path folder = file.parent_path();
+    fs::path& side = sides[folder];
+    if (side.empty()) {
+        side = folder / temporaryFileName(".new");
+        if (mkdir(side.c_str(), 0777) != 0) {
+            sides.erase(folder);
+            return errno;
+        }
+    }
+    changes.push_back({file, side / file.filename()});
+    return 0;
+}
+
+// What does not find its way back stays beside its place.
+void FileExchange::goBack(std::size_t done)
+{
+    while (done-- > 0) {
+        if (!trade(changes[done].aside, changes[done].file)) {
+            sides.erase(changes[done].file.parent_path());
+        }
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,154 @@
+#include "services/files/FileExchange.h"
+
+#include "services/files/SafeFile.h"
+#include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace volvelle::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileExchanges : public testing::Test {
+protected:
+    FileExchanges()
+    {
+        temporary.write("one/a", "old");
+        temporary.write("two/b", "old");
+        temporary.write("two/c", "old");
+    }
+
+    fs::path at(const char* name) const { return temporary.path / name; }
+
+    static std::string content(const fs::path& path)
+    {
+        Bytes bytes;
+        EXPECT_EQ(readFile(path, bytes), noErr) << path;
+        return {bytes.begin(), bytes.end()};
+    }
+
+    static Lines namesIn(const fs::path& folder)
+    {
+        Lines names;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::ranges::sort(names);
+        return names;
+    }
+
+    void expectThatNothingChanged() const
+    {
+        EXPECT_EQ(temporary.names(), (Lines{"one", "two"}));
+        EXPECT_EQ(namesIn(at("one")), Lines{"a"});
+        EXPECT_EQ(namesIn(at("two")), (Lines{"b", "c"}));
+        for (const char* const name : {"one/a", "two/b", "two/c"}) {
+            EXPECT_EQ(content(at(name)), "old") << name;
+        }
+    }
+
+    TemporaryFolder temporary;
+    const Bytes bytes = hex("6E 65 77"); // "new"
+};
+
+TEST_F(FileExchanges, FilesAreReplacedAddedAndRemoved)
+{
+    {
+        FileExchange files;
+        EXPECT_EQ(files.makeFolder(at("three/four")), "");
+        EXPECT_EQ(files.put(at("three/four/e"), bytes), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes), "");
+        EXPECT_EQ(files.put(at("two/d"), bytes), "");
+        EXPECT_EQ(files.remove(at("two/b")), "");
+        EXPECT_EQ(content(at("one/a")), "old");
+        EXPECT_EQ(files.carryOut(), "");
+    }
+    EXPECT_EQ(content(at("three/four/e")), "new");
+    EXPECT_EQ(content(at("one/a")), "new");
+    EXPECT_EQ(content(at("two/c")), "old");
+    EXPECT_EQ(namesIn(at("three/four")), Lines{"e"});
+    EXPECT_EQ(namesIn(at("one")), Lines{"a"});
+    EXPECT_EQ(namesIn(at("two")), (Lines{"c", "d"}));
+}
+
+TEST_F(FileExchanges, WhatIsNotCarriedOutLeavesNothingBehind)
+{
+    {
+        FileExchange files;
+        EXPECT_EQ(files.makeFolder(at("three/four")), "");
+        EXPECT_EQ(files.put(at("three/four/e"), bytes), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes), "");
+        EXPECT_EQ(files.remove(at("two/b")), "");
+    }
+    expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, WhereOneFailsAllGoBack)
+{
+    {
+        FileExchange files;
+        EXPECT_EQ(files.makeFolder(at("three")), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes), "");
+        EXPECT_EQ(files.put(at("two/d"), bytes), "");
+        EXPECT_EQ(files.remove(at("two/b")), "");
+        EXPECT_EQ(files.put(at("three/e"), bytes), "");
+        EXPECT_EQ(files.put(at("two/c"), bytes), "");
+        fs::remove_all(at("three"));
+        EXPECT_EQ(files.carryOut(),
+                  "'" + at("three/e").string() + "' could not be written: its folder does not exist.");
+    }
+    expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, WhatCannotBeMadeOrWrittenIsNamed)
+{
+    FileExchange files;
+    EXPECT_EQ(files.makeFolder(at("one/a/b")),
+              "'" + at("one/a").string() + "' could not be written: it is there already.");
+    EXPECT_EQ(files.put(at("none/a"), bytes),
+              "'" + at("none/a").string() + "' could not be written: its folder does not exist.");
+    EXPECT_EQ(files.remove(at("none/a")),
+              "'" + at("none/a").string() + "' could not be written: its folder does not exist.");
+}
+
+TEST_F(FileExchanges, ASignalWaitsForTheEndAndStopsWhatIsNotWrittenYet)
+{
+    const auto end = [](int /*signal*/) { _exit(7); };
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, end);
+            FileExchange files;
+            const std::string before = files.put(at("one/a"), bytes);
+            std::raise(SIGTERM);
+            const std::string after = files.put(at("two/b"), bytes);
+            if (!before.empty() || after.empty()) {
+                _exit(8);
+            }
+        },
+        testing::ExitedWithCode(7), "");
+    expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, ASignalThatIsIgnoredStopsNothing)
+{
+    const auto before = std::signal(SIGHUP, SIG_IGN);
+    {
+        FileExchange files;
+        std::raise(SIGHUP);
+        EXPECT_EQ(files.put(at("one/a"), bytes), "");
+        EXPECT_EQ(files.carryOut(), "");
+    }
+    std::signal(SIGHUP, before);
+    EXPECT_EQ(content(at("one/a")), "new");
+}
+
+} // namespace
+
+} // namespace volvelle::test
