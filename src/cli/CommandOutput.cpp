@@ -3,7 +3,9 @@
 #include "base/Console.h"
 #include "base/PlainText.h"
 #include "base/Text.h"
+#include "cli/TerminalWidth.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <unistd.h>
@@ -14,6 +16,7 @@ namespace volvelle {
 void CommandOutput::result(std::string_view line)
 {
     flushLog();
+    endBar();
     StandardOutputSink().write(plainLine(line));
 }
 
@@ -57,7 +60,7 @@ void CommandOutput::progress(int done, int of)
     }
     endBar();
     if (done < of) {
-        const std::string bar = progressBar(done, of);
+        const std::string bar = progressBar(done, of, terminalColumns(STDERR_FILENO) - 1);
         std::fwrite(bar.data(), 1, bar.size(), stderr);
         hasBar = true;
     }
@@ -70,12 +73,18 @@ void CommandOutput::endBar()
     }
 }
 
-std::string progressBar(int done, int of)
+std::string progressBar(int done, int of, std::size_t columns)
 {
-    constexpr std::int64_t width = 30; // characters
+    constexpr std::size_t longest = 30;
+    const std::string count = concat(done, " of ", of);
+    const std::size_t around = count.size() + std::string_view("[] ").size();
+    if (columns <= around) {
+        return count.substr(0, columns);
+    }
+    const auto width = static_cast<std::int64_t>(std::min(longest, columns - around));
     const auto filled = static_cast<std::size_t>(width * done / of);
     const auto empty = static_cast<std::size_t>(width) - filled;
-    return concat("[", std::string(filled, '#'), std::string(empty, ' '), "] ", done, " of ", of);
+    return concat("[", std::string(filled, '#'), std::string(empty, ' '), "] ", count);
 }
 
 std::string readFailure(const std::filesystem::path& file, OSStatus status)

@@ -2,6 +2,7 @@
 
 #include "services/musicsequence/MusicSequence.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -33,8 +34,8 @@ public:
     // The status of a command at its end: a failure, too, where its output could not be written.
     int finish(int status);
 
-    // A bar on a terminal's standard error, overwritten by the next and gone once all is done; nothing
-    // elsewhere.
+    // A bar on a terminal's standard error, overwritten by the next line or bar and gone once all is done;
+    // nothing elsewhere.
     void progress(int done, int of);
 
 private:
@@ -45,8 +46,8 @@ private:
     bool hasBar = false; // on the terminal
 };
 
-// "[#########                     ] 3 of 10".
-std::string progressBar(int done, int of);
+// "[#########                     ] 3 of 10", shorter where there are fewer columns.
+std::string progressBar(int done, int of, std::size_t columns);
 
 // Why a file could not be read, as a sentence.
 std::string readFailure(const std::filesystem::path& file, OSStatus status);

@@ -1,16 +1,95 @@
 #include "cli/CommandOutput.h"
 
-#include <gtest/gtest.h>
+#include "tests/cli/ProgramRun.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace volvelle::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// The program with standard output and standard error on a terminal.
+class OnTerminal : public ProgramRun {
+protected:
+    OnTerminal()
+    {
+        grantpt(screen);
+        unlockpt(screen);
+        terminal = open(ptsname(screen), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    }
+
+    ~OnTerminal() override
+    {
+        close(terminal);
+        close(screen);
+    }
+
+    void setColumns(unsigned short columns) const
+    {
+        const winsize size{24, columns, 0, 0};
+        ASSERT_EQ(ioctl(terminal, TIOCSWINSZ, &size), 0);
+    }
+
+    // What the terminal got of a program.
+    std::string shown(const std::string& arguments) const
+    {
+        const std::string name = ptsname(screen);
+        EXPECT_EQ(volvelle(arguments + " >" + name + " 2>" + name).status, 0);
+        std::string text;
+        char bytes[4096];
+        pollfd waiting = {screen, POLLIN, 0};
+        while (poll(&waiting, 1, 0) == 1) {
+            const ssize_t count = ::read(screen, bytes, sizeof(bytes));
+            text.append(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        }
+        return text;
+    }
+
+    const int screen = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    int terminal = -1;
+};
 
 TEST(CommandOutput, ABarShowsHowMuchIsDone)
 {
-    EXPECT_EQ(progressBar(0, 10), "[                              ] 0 of 10");
-    EXPECT_EQ(progressBar(3, 10), "[#########                     ] 3 of 10");
-    EXPECT_EQ(progressBar(10, 10), "[##############################] 10 of 10");
-    EXPECT_EQ(progressBar(2'000'000'000, 2'000'000'001),
+    EXPECT_EQ(progressBar(0, 10, 79), "[                              ] 0 of 10");
+    EXPECT_EQ(progressBar(3, 10, 79), "[#########                     ] 3 of 10");
+    EXPECT_EQ(progressBar(10, 10, 79), "[##############################] 10 of 10");
+    EXPECT_EQ(progressBar(2'000'000'000, 2'000'000'001, 79),
               "[############################# ] 2000000000 of 2000000001");
 }
 
+TEST(CommandOutput, ABarFitsIntoANarrowTerminal)
+{
+    EXPECT_EQ(progressBar(1, 2, 40), "[###############               ] 1 of 2");
+    EXPECT_EQ(progressBar(1, 2, 19), "[#####     ] 1 of 2");
+    EXPECT_EQ(progressBar(1, 2, 10), "[ ] 1 of 2");
+    EXPECT_EQ(progressBar(1, 2, 9), "1 of 2");
+    EXPECT_EQ(progressBar(1, 2, 3), "1 o");
+    EXPECT_EQ(progressBar(1, 2, 0), "");
+}
+
+TEST_F(OnTerminal, ABarIsGoneBeforeALineIsShown)
+{
+    setColumns(80);
+    const std::string text = shown("generate --count 3 --out a");
+    EXPECT_THAT(text, HasSubstr("] 1 of 3\r\x1B[K'a 2.mid': "));
+    EXPECT_THAT(text, HasSubstr("] 2 of 3\r\x1B[K'a 3.mid': "));
+    EXPECT_THAT(text, Not(HasSubstr("3 of 3")));
+}
+
+TEST_F(OnTerminal, ABarHasTheWidthOfTheTerminal)
+{
+    setColumns(20);
+    EXPECT_THAT(shown("generate --count 2 --out a"), HasSubstr("[#####     ] 1 of 2\r"));
+}
+
+} // namespace
 } // namespace volvelle::test

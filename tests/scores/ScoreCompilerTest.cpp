@@ -248,7 +248,8 @@ TEST_F(ScoreCompiler, AFolderThatMayNotBeWrittenLeavesAllOthersAsTheyWere)
     write(scores() / "basses/001-a.score", otherLead);
     const fs::path basses = out() / "Phrases2/09 basses";
     fs::permissions(basses, fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(compiled(), Lines{"'" + basses.string() + "' could not be written: it is write-protected."});
+    EXPECT_EQ(compiled(), Lines{"'" + (basses / "001.mid").string() +
+                                "' could not be written: its folder is not writable."});
     EXPECT_EQ(read(leads() / "001.mid"), before);
     EXPECT_EQ(names(leads()), Lines{"001.mid"});
     fs::permissions(basses, fs::perms::owner_all);

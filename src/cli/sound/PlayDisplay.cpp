@@ -1,14 +1,13 @@
 #include "cli/sound/PlayDisplay.h"
 
 #include "base/Text.h"
+#include "cli/TerminalWidth.h"
 #include "cli/sound/TerminalKeys.h"
 
 #include <algorithm>
 #include <bitset>
 #include <cmath>
 #include <cstdio>
-#include <limits>
-#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -53,14 +52,6 @@ std::string soundingChannels(const FileDescription& description, double position
     return line.empty() ? " -" : line;
 }
 
-// Of the terminal, at least one.
-std::size_t columns()
-{
-    winsize size{};
-    const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return isKnown ? size.ws_col : std::numeric_limits<std::size_t>::max();
-}
-
 } // namespace
 
 PlayDisplay::PlayDisplay(FileDescription file) : description(std::move(file)) {}
@@ -79,7 +70,7 @@ void PlayDisplay::show(double position, bool isPaused)
         return;
     }
     std::string next = line(position, isPaused);
-    next.resize(std::min(next.size(), columns() - 1));
+    next.resize(std::min(next.size(), terminalColumns(STDOUT_FILENO) - 1));
     if (next != shown) {
         const std::string whole = concat("\r", next, "\x1B[K");
         std::fwrite(whole.data(), 1, whole.size(), stdout);

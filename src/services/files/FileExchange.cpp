@@ -132,8 +132,9 @@ int FileExchange::note(const fs::path& file)
     if (side.empty()) {
         side = folder / temporaryFileName(".new");
         if (mkdir(side.c_str(), 0777) != 0) {
+            const int error = errno;
             sides.erase(folder);
-            return errno;
+            return error;
         }
     }
     changes.push_back({file, side / file.filename()});
