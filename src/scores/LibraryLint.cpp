@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <system_error>
 
 namespace volvelle {
@@ -162,6 +163,11 @@ void LibraryLinter::lintShares(const fs::path& folder, ScoreKind kind)
     }
 }
 
+std::optional<ScoreKind> kindByFolder(const fs::path& file)
+{
+    return scoreKindOf(file.parent_path().filename().string());
+}
+
 } // namespace
 
 LintReport lintLibrary(const fs::path& library)
@@ -177,14 +183,15 @@ LintReport lintScoreFile(const fs::path& file)
 {
     LibraryLinter linter(file.parent_path());
     std::error_code unknown;
-    const auto kind =
-        scoreKindOf(fs::absolute(file, unknown).lexically_normal().parent_path().filename().string());
+    const fs::path own = fs::absolute(file, unknown).lexically_normal();
+    const fs::path place = kindByFolder(own) ? own : fs::canonical(file, unknown);
+    const auto kind = kindByFolder(place);
     if (!kind) {
         linter.report.faults.push_back(
             concat(file.string(), ": a score lies in one of the folders ", scoreFolders()));
         return linter.report;
     }
-    if (!scoreNumber(file)) {
+    if (!scoreNumber(place)) {
         linter.report.faults.push_back(concat(file.string(), ": ", nameForm));
     }
     linter.lintFile(file, *kind);

@@ -12,7 +12,7 @@ namespace volvelle {
 // beat.
 LintReport lintLibrary(const std::filesystem::path& library);
 
-// Holds the rules of one score against a file, which the folder that it lies in tells the kind of.
+// Holds the rules of one score against a file, whose folder tells its kind; a link elsewhere is followed.
 LintReport lintScoreFile(const std::filesystem::path& file);
 
 } // namespace volvelle

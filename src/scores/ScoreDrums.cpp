@@ -17,18 +17,20 @@ int hitVelocity(char digit)
 
 bool readDrumBar(const ScoreBar& bar, int key, Score& score, std::string& error)
 {
-    if (bar.text.size() != cellsInBar) {
-        error = atBar(bar.line, bar.number) + "a bar of drums has 16 cells, not " +
-                std::to_string(bar.text.size());
+    const auto cells = characters(bar.text);
+    if (cells.size() != cellsInBar) {
+        error =
+            atBar(bar.line, bar.number) + "a bar of drums has 16 cells, not " + std::to_string(cells.size());
         return false;
     }
     for (int cell = 0; cell < cellsInBar; ++cell) {
-        const char hit = bar.text[static_cast<std::size_t>(cell)];
+        const std::string_view shown = cells[static_cast<std::size_t>(cell)];
+        const char hit = shown.front();
         if (hit == '.') {
             continue;
         }
         if (hit < '1' || hit > '9') {
-            error = atBar(bar.line, bar.number) + "a drum cell is \".\" or 1 to 9, not " + quoted({&hit, 1});
+            error = atBar(bar.line, bar.number) + "a drum cell is \".\" or 1 to 9, not " + quoted(shown);
             return false;
         }
         const double position = ((bar.number - 1) * cellsInBar + cell) * Score::sixteenth;

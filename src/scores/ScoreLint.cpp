@@ -118,6 +118,10 @@ void lintVelocities(const Score& score, Faults& faults)
     for (const auto& note : score.notes) {
         velocities.insert(note.velocity);
     }
+    if (score.machine && velocities.size() >= leastVelocities) {
+        faults.push_back(concat(inBody(score), "the phrase has ", velocities.size(),
+                                " velocities: leave \"machine: yes\" out, it stands for fewer than 6"));
+    }
     if (!score.machine && velocities.size() < leastVelocities) {
         faults.push_back(concat(inBody(score), "a played phrase has at least 6 velocities, not ",
                                 velocities.size(), ": vary them, or write \"machine: yes\" above"));
@@ -266,6 +270,12 @@ void lintChords(const Score& score, Faults& faults)
 }
 
 } // namespace
+
+int mostNotes(ScoreKind kind)
+{
+    constexpr int inPatterns = 2000;
+    return kind == ScoreKind::chordPattern ? inPatterns : bounds[static_cast<std::size_t>(kind)].most;
+}
 
 std::vector<std::string> lintScore(const Score& score)
 {

@@ -32,6 +32,18 @@ struct Touch {
     std::optional<int> velocity;
 };
 
+// The number behind "=" that is none from 1 to 127.
+std::optional<std::string_view> wrongVelocity(std::string_view marks)
+{
+    const auto at = marks.find('=');
+    if (at == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto number = marks.substr(at + 1);
+    const bool isNumber = number.find_first_not_of("0123456789") == std::string_view::npos;
+    return isNumber && !wholeNumber(number, 1, 127) ? std::optional(number) : std::nullopt;
+}
+
 class NoteReader {
 public:
     explicit NoteReader(Score& score) : score(score) {}
@@ -145,6 +157,9 @@ std::string NoteReader::readStruck(std::string_view head, int length, std::strin
 {
     const bool rest = head == "r";
     const auto touch = touchOf(behind);
+    if (const auto velocity = wrongVelocity(behind); velocity && !rest) {
+        return quoted(*velocity) + " is no velocity from 1 to 127";
+    }
     if (!touch || (rest && !behind.empty())) {
         return quoted(behind) + " cannot stand behind a length";
     }

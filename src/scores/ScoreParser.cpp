@@ -6,6 +6,7 @@
 #include "scores/ScoreText.h"
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 
 namespace volvelle {
@@ -13,6 +14,20 @@ namespace volvelle {
 namespace {
 
 using namespace scores;
+
+std::string bodyLine(ScoreKind kind)
+{
+    return std::string(scoreBodyWord(kind)) + ":";
+}
+
+// In any case of its letters.
+bool isBodyWord(std::string_view key)
+{
+    std::string word(key);
+    std::ranges::transform(word, word.begin(),
+                           [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return word == "chords" || word == "notes" || word == "drums";
+}
 
 class HeaderReader {
 public:
@@ -39,6 +54,8 @@ bool HeaderReader::read(const ScoreLine& line, std::string& error)
     std::string fault;
     if (colon == std::string_view::npos || key.empty()) {
         fault = "a header line reads \"key: value\"";
+    } else if (value.empty() && isBodyWord(key)) {
+        fault = concat("the body opens with ", quoted(bodyLine(score.kind)), ", not ", quoted(line.text));
     } else if (value.empty()) {
         fault = quoted(key) + " has no value";
     } else if (!seen.emplace(key).second) {
@@ -97,11 +114,6 @@ std::string HeaderReader::takeLowest(std::string_view value)
     }
     settings.lowest = *number;
     return {};
-}
-
-std::string bodyLine(ScoreKind kind)
-{
-    return std::string(scoreBodyWord(kind)) + ":";
 }
 
 bool opensBody(std::string_view line)

@@ -104,6 +104,23 @@ std::optional<std::vector<std::string_view>> scoreBars(std::string_view line)
     return bars;
 }
 
+std::vector<std::string_view> characters(std::string_view text)
+{
+    const auto continues = [&text](std::size_t at) {
+        return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+    };
+    std::vector<std::string_view> result;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        while (continues(end)) {
+            ++end;
+        }
+        result.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return result;
+}
+
 std::optional<int> wholeNumber(std::string_view text, int least, int most)
 {
     int value = 0;

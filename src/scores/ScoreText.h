@@ -29,6 +29,9 @@ std::vector<std::string_view> scoreCells(std::string_view text);
 // The bars of a line "| ... | ... |", or nothing if it does not begin and end with "|".
 std::optional<std::vector<std::string_view>> scoreBars(std::string_view line);
 
+// The characters of a text in UTF-8.
+std::vector<std::string_view> characters(std::string_view text);
+
 // A whole number in plain digits that lies within the closed range.
 std::optional<int> wholeNumber(std::string_view text, int least, int most);
 

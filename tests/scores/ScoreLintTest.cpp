@@ -119,6 +119,10 @@ TEST(ScoreLint, SixVelocitiesDifferUnlessAMachinePlays)
     EXPECT_EQ(lintScore(bass), Lines{fewVelocities(1)});
     bass.machine = true;
     EXPECT_EQ(lintScore(bass), Lines{});
+    auto played = goodScore(ScoreKind::bass, 36, 8);
+    played.machine = true;
+    EXPECT_EQ(lintScore(played),
+              Lines{"the phrase has 8 velocities: leave \"machine: yes\" out, it stands for fewer than 6"});
 }
 
 TEST(ScoreLint, AKeyIsNotStruckWhileItSounds)

@@ -99,6 +99,8 @@ TEST(ScoreBody, TheOpeningWordFitsTheKind)
     EXPECT_EQ(faultOf("", ScoreKind::drums), "line 1: the body is missing: there is no line \"drums:\"");
     EXPECT_EQ(faultOf(head + "drums:\n", ScoreKind::chordPattern),
               "line 3: the body opens with \"chords:\", not \"drums:\"");
+    EXPECT_EQ(faultOf(head + "Notes:\n", ScoreKind::lead),
+              "line 3: the body opens with \"notes:\", not \"Notes:\"");
 }
 
 TEST(ScoreBody, FourBarsAreAPhraseAndNoOtherNumberIs)
@@ -178,11 +180,19 @@ TEST(ScoreNotes, ACellThatIsNoneIsShown)
 
 TEST(ScoreNotes, MarksThatMakeNoSenseBehindALengthAreShown)
 {
-    for (const std::string marks : {"x", "''", ">>", "_>", "=", "=0", "=128", "=9'", ">=x"}) {
+    for (const std::string marks : {"x", "''", ">>", "_>", "=9'", ">=x"}) {
         EXPECT_EQ(leadFault("| C3:16" + marks + " |"),
                   "line 4, bar 1: \"" + marks + "\" cannot stand behind a length");
     }
     EXPECT_EQ(leadFault("| r:16> |"), "line 4, bar 1: \">\" cannot stand behind a length");
+}
+
+TEST(ScoreNotes, AVelocityOutsideItsBoundsIsShown)
+{
+    for (const std::string velocity : {"", "0", "128", "99999999999"}) {
+        EXPECT_EQ(leadFault("| C3:16'=" + velocity + " |"),
+                  "line 4, bar 1: \"" + velocity + "\" is no velocity from 1 to 127");
+    }
 }
 
 TEST(ScoreNotes, ATieWithoutANoteOrInsideABarIsAFault)
@@ -299,6 +309,10 @@ TEST(ScoreDrums, EveryFaultOfARowIsNamed)
               "line 4, bar 2: a bar of drums has 16 cells, not 3");
     EXPECT_EQ(drumFault("kick 36 |...............x|................|................|................|"),
               "line 4, bar 1: a drum cell is \".\" or 1 to 9, not \"x\"");
+    EXPECT_EQ(drumFault("kick 36 |é..............|................|................|................|"),
+              "line 4, bar 1: a bar of drums has 16 cells, not 15");
+    EXPECT_EQ(drumFault("kick 36 |...............é|................|................|................|"),
+              "line 4, bar 1: a drum cell is \".\" or 1 to 9, not \"é\"");
     EXPECT_EQ(drumFault("kick 36 |...............0|................|................|................|"),
               "line 4, bar 1: a drum cell is \".\" or 1 to 9, not \"0\"");
 }
