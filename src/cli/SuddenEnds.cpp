@@ -3,6 +3,7 @@
 #include "base/FatalStop.h"
 #include "base/PendingFiles.h"
 #include "cli/CommandOutput.h"
+#include "services/files/HeldSignals.h"
 #include "services/files/NewFile.h"
 
 #include <csignal>
@@ -58,7 +59,7 @@ void prepareSuddenEnds()
 {
     setFinalStep(endAfterFatalStop);
     std::set_terminate(endAfterException);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    for (const int signal : endingSignals) {
         if (std::signal(signal, SIG_IGN) != SIG_IGN) {
             std::signal(signal, endAfterSignal);
         }

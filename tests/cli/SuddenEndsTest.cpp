@@ -42,7 +42,7 @@ protected:
 
 TEST_F(SuddenEndsDeathTest, ASignalLeavesNoFileBehind)
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU}) {
         EXPECT_EXIT(
             {
                 beginFile();
@@ -109,7 +109,7 @@ TEST_F(SuddenEndsDeathTest, AnotherExceptionIsADefect)
 
 TEST_F(SuddenEndsDeathTest, ASignalThatTheCallerWantsIgnoredStaysIgnored)
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU}) {
         EXPECT_EXIT(
             {
                 std::signal(signal, SIG_IGN);

@@ -10,6 +10,7 @@
 #include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiodevice/SoundServers.h"
+#include "services/files/HeldSignals.h"
 #include "services/files/SafeFile.h"
 
 #include <csignal>
@@ -54,9 +55,8 @@ void onSignal(int /*signal*/)
 // background the terminal is left alone, and does not stop the program.
 void handleSignals()
 {
-    std::signal(SIGPIPE, onSignal);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        if (std::signal(signal, onSignal) == SIG_IGN) {
+    for (const int signal : endingSignals) {
+        if (std::signal(signal, onSignal) == SIG_IGN && signal != SIGPIPE) {
             std::signal(signal, SIG_IGN);
         }
     }

@@ -1,15 +1,8 @@
 #include "services/files/HeldSignals.h"
 
 #include <algorithm>
-#include <array>
 
 namespace volvelle {
-
-namespace {
-
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU};
-
-} // namespace
 
 HeldSignals::HeldSignals()
 {

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <array>
 #include <csignal>
 
 namespace volvelle {
 
-// Holds back, for its lifetime, the signals that ask the process to end, and that it does not ignore; one
-// that came meanwhile comes at the end. [one thread, the only one of the process]
+// What asks a process to end and can be answered.
+inline constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU};
+
+// Holds those back for its lifetime, unless they are ignored; one that came meanwhile comes at the end. [one
+// thread, the only one of the process]
 class HeldSignals {
 public:
     HeldSignals();
