@@ -11,6 +11,7 @@
 #include "scores/PhraseFolders.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
+#include "scores/ScoreLint.h"
 
 #include <algorithm>
 #include <charconv>
@@ -144,6 +145,21 @@ std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
     return phrase;
 }
 
+void checkFile(const MIDIPhrase& phrase, ScoreKind kind, const std::string& place,
+               std::vector<std::string>& problems)
+{
+    std::vector<std::string> mended;
+    if (MusicSequenceGetLoadWarnings(phrase.sequence->getMusicSequence(), mended) == noErr &&
+        !mended.empty()) {
+        problems.push_back(concat(place, ": ", mended.front()));
+    }
+    const auto most = static_cast<std::size_t>(mostNotes(kind));
+    if (phrase.loadedEvents.size() > most) {
+        problems.push_back(
+            concat(place, ": the phrase has ", phrase.loadedEvents.size(), " notes, at most ", most));
+    }
+}
+
 void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
 {
     const std::string place = file.string();
@@ -164,6 +180,7 @@ void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>&
     if (phrase->loadedEvents.empty()) {
         problems.push_back(concat(place, ": the phrase is silent"));
     }
+    checkFile(*phrase, kind, place, problems);
     flushLog();
     for (const std::string& warning : sink.warnings) {
         problems.push_back(concat(place, ": ", warning));
@@ -196,8 +213,9 @@ int told(const std::vector<std::string>& problems, std::size_t count, const fs::
         output.result(problem);
     }
     if (!problems.empty()) {
-        return output.failure(
-            concat(problems.size(), " problems in ", count, " phrases of '", root.string(), "'."));
+        return output.failure(concat(problems.size(), problems.size() == 1 ? " problem in " : " problems in ",
+                                     count, count == 1 ? " phrase of '" : " phrases of '", root.string(),
+                                     "'."));
     }
     output.remark(concat(count, count == 1 ? " phrase is in order." : " phrases are in order."));
     return exitDone;
@@ -212,6 +230,24 @@ int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& out
     return told(report.faults, static_cast<std::size_t>(report.scores), root, output);
 }
 
+// The line for what is neither phrases nor scores, else empty.
+std::string misnomer(const fs::path& root, bool isScore)
+{
+    std::error_code unknown;
+    if (isScore && fs::exists(root, unknown)) {
+        return "";
+    }
+    if (isScore || !fs::is_directory(root, unknown)) {
+        return concat("There is no folder or score '", root.string(), "'.");
+    }
+    const bool isLibrary =
+        holdsScoreFolders(root) || std::ranges::any_of(allScoreKinds, [&root](ScoreKind kind) {
+            std::error_code missing;
+            return fs::is_directory(root / phraseFolder(kind), missing);
+        });
+    return isLibrary ? "" : concat("'", root.string(), "' holds no phrases and no scores.");
+}
+
 } // namespace
 
 int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
@@ -221,6 +257,9 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
         return output.failure("There is no phrase library beside this program: name its folder.");
     }
     const bool isScore = root->extension() == ".score";
+    if (const std::string line = misnomer(*root, isScore); !line.empty()) {
+        return output.failure(line);
+    }
     if (isScore || holdsScoreFolders(*root)) {
         return checkScores(*root, isScore, options.ear, output);
     }

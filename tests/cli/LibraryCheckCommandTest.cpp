@@ -42,7 +42,7 @@ protected:
     {
         const auto result = volvelle("library check lib");
         EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.error, EndsWith("phrases of 'lib'.\n"));
+        EXPECT_THAT(result.error, EndsWith(" of 'lib'.\n"));
         return result.output;
     }
 };
@@ -164,7 +164,7 @@ TEST_F(LibraryCheck, AScoreIsHeldAgainstTheRules)
     const auto result = volvelle("library check scores/basses/001-a.score");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "scores/basses/001-a.score: line 6, bar 3: F4 lies outside E0 to C2\n");
-    EXPECT_EQ(result.error, "1 problems in 1 phrases of 'scores/basses/001-a.score'.\n");
+    EXPECT_EQ(result.error, "1 problem in 1 phrase of 'scores/basses/001-a.score'.\n");
 }
 
 TEST_F(LibraryCheck, AFolderOfScoresIsHeldAgainstTheRulesAndNotMeasured)
@@ -176,6 +176,53 @@ TEST_F(LibraryCheck, AFolderOfScoresIsHeldAgainstTheRulesAndNotMeasured)
                   "scores/basses" + missing + "scores/drums: there are no scores in the folder\n");
     EXPECT_EQ(volvelle("library check --ear scores").error,
               "--ear measures compiled phrases: name the folder of Phrases and Phrases2.\n");
+}
+
+TEST_F(LibraryCheck, AScoreIsFoundThroughALink)
+{
+    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
+    write("scores/basses/001-a.score",
+          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n");
+    std::filesystem::create_symlink("scores/basses/001-a.score", folder / "work/mine.score");
+    EXPECT_EQ(volvelle("library check mine.score").output, "1 phrase is in order.\n");
+}
+
+TEST_F(LibraryCheck, WhatIsNoLibraryAndNoScoreIsOneLine)
+{
+    write("a.txt", "x");
+    write("empty/a.txt", "x");
+    const std::pair<std::string, std::string> cases[] = {
+        {"gone", "There is no folder or score 'gone'.\n"},
+        {"''", "There is no folder or score ''.\n"},
+        {"a.txt", "There is no folder or score 'a.txt'.\n"},
+        {"gone/leads/001-a.score", "There is no folder or score 'gone/leads/001-a.score'.\n"},
+        {"empty", "'empty' holds no phrases and no scores.\n"}};
+    for (const auto& [name, line] : cases) {
+        const auto result = volvelle("library check " + name);
+        EXPECT_EQ(result.status, 1) << name;
+        EXPECT_EQ(result.error, line);
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+TEST_F(LibraryCheck, ADamagedPhraseIsTold)
+{
+    const std::string whole = read("lib/Phrases2/02 leads/001.mid");
+    write("lib/Phrases2/02 leads/001.mid", whole.substr(0, whole.size() - 4));
+    EXPECT_THAT(problem(), testing::MatchesRegex("lib/Phrases2/02 leads/001\\.mid: .*\\.\n"));
+}
+
+TEST_F(LibraryCheck, APhraseHasNoMoreNotesThanItsKindMayHave)
+{
+    std::vector<ScoreNote> notes;
+    for (int i = 0; i < 65; ++i) {
+        notes.push_back({i % 8 * 2.0, 1.0, static_cast<std::uint8_t>(40 + i), 90});
+    }
+    put(ScoreKind::lead, notes, {});
+    EXPECT_EQ(problem(), "lib/Phrases2/02 leads/001.mid: the phrase has 65 notes, at most 64\n");
+    notes.pop_back();
+    put(ScoreKind::lead, notes, {});
+    EXPECT_EQ(volvelle("library check lib").status, 0);
 }
 
 TEST_F(LibraryCheck, AMissingFolderIsTold)
