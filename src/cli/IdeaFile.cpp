@@ -38,11 +38,17 @@ bool keepsName(const fs::path& file)
     return isOther(fs::symlink_status(file, error));
 }
 
+// A number fits behind it.
+bool isNameOfFile(const fs::path& file)
+{
+    return file.has_filename() && file.filename() != "." && file.filename() != "..";
+}
+
 fs::path withEnding(const fs::path& file, bool isNumbered)
 {
     const std::string ending = endingOf(file);
     const bool isWhole =
-        ending == ".mid" || ending == ".midi" || !file.has_filename() || (!isNumbered && keepsName(file));
+        ending == ".mid" || ending == ".midi" || !isNameOfFile(file) || (!isNumbered && keepsName(file));
     return isWhole || file == standardOutputName ? file : fs::path(file.string() + ".mid");
 }
 
@@ -96,7 +102,7 @@ bool IdeaFile::write(std::span<const std::uint8_t> data, std::string& error)
 fs::path IdeaFile::next()
 {
     ++number;
-    if (number == 1 && !isNumbered) {
+    if ((number == 1 && !isNumbered) || !isNameOfFile(base)) {
         return base;
     }
     return base.parent_path() / concat(base.stem().string(), " ", number, base.extension().string());

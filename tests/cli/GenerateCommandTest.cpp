@@ -127,6 +127,24 @@ TEST_F(Generate, WithANameManyFilesAreReplaced)
     EXPECT_THAT(read("a 2.mid"), StartsWith("MThd"));
 }
 
+TEST_F(Generate, ManyFilesNeedANameToNumber)
+{
+    std::filesystem::create_directory(folder / "work/folder");
+    const std::pair<std::string, std::string> cases[] = {{"folder/", "it is a folder"},
+                                                         {"..", "it is a folder"},
+                                                         {".", "it is a folder"},
+                                                         {"", "its folder does not exist"}};
+    for (const auto& [name, reason] : cases) {
+        for (const char* count : {"", " --count 2"}) {
+            const auto result = volvelle("generate --out '" + name + "'" + count);
+            EXPECT_EQ(result.status, 1) << name << count;
+            EXPECT_EQ(result.error, "'" + name + "' could not be written: " + reason + ".\n");
+        }
+    }
+    EXPECT_THAT(names(), ElementsAre("folder"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "work/folder"));
+}
+
 TEST_F(Generate, ANameWithoutItsEndingGetsIt)
 {
     for (const char* name : {"a", "b.MID", "c.midi", "d.v2"}) {
