@@ -186,7 +186,8 @@ void addRender(CLI::App& app, Request& request, char** argv)
     command.add_option("FILE", options.file, "the MIDI file")->required()->option_text("F.mid (required)");
     command
         .add_option("--out", options.out,
-                    "the file to write or replace: .wav, .flac or .ogg; \"-\" for WAV on standard output")
+                    "the file to write or replace: .wav, .flac or .ogg; \"-\" for WAV on standard output; "
+                    "a pipe or a device takes WAV, too")
         ->required()
         ->option_text("F (required)");
     command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")

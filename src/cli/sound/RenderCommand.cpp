@@ -50,12 +50,16 @@ int runRender(const RenderOptions& options, CommandOutput& output)
 {
     std::vector<std::uint8_t> data;
     std::vector<RenderPart> parts;
-    std::string error = readParts(options, data, parts);
+    std::string error;
+    const bool isNamed = options.out != standardOutputName;
+    if (isNamed && !AudioFileFormat::of(options.out, options.rate, error)) {
+        return output.misuse(error);
+    }
+    error = readParts(options, data, parts);
     if (!error.empty()) {
         return output.failure(error);
     }
     AudioFileWriter writer;
-    const bool isNamed = options.out != standardOutputName;
     if (!writer.open(isNamed ? options.out : "standard output", {options.rate, !isNamed}, error)) {
         return output.failure(error);
     }

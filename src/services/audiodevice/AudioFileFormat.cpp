@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <sndfile.h>
+#include <system_error>
 
 namespace volvelle {
 
@@ -16,6 +17,16 @@ std::string endingOf(const std::filesystem::path& path)
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
     });
     return ending;
+}
+
+// A pipe, a device, or a name of an open descriptor.
+bool isStream(const std::filesystem::path& path)
+{
+    std::error_code unknown;
+    const auto status = std::filesystem::status(path, unknown);
+    const bool isOther = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+                         !std::filesystem::is_directory(status);
+    return isOther || path.parent_path() == "/dev" || path.parent_path() == "/dev/fd";
 }
 
 int codeOf(const std::string& ending)
@@ -35,7 +46,8 @@ std::optional<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& 
                                                    std::string& error)
 {
     const std::string ending = endingOf(path);
-    const AudioFileFormat format{codeOf(ending), rate};
+    const int code = codeOf(ending);
+    const AudioFileFormat format{code == 0 && isStream(path) ? codeOf(".wav") : code, rate};
     if (format.code == 0) {
         error = ending.empty() ? "An audio file's name must end in .wav, .flac or .ogg."
                                : concat("Audio files cannot be written as ", ending,

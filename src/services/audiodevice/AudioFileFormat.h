@@ -14,8 +14,9 @@ struct AudioFileFormat {
     int code = 0; // of the library that writes
     int rate = 0; // Hz
 
-    // The format for "x.wav", "x.flac" or "x.ogg", whatever the case, the first two of 24 bits. Nothing, with
-    // one plain line in `error`, for another ending or a rate that no such file has. [any thread]
+    // The format for "x.wav", "x.flac" or "x.ogg", whatever the case, the first two of 24 bits; a pipe
+    // or a device of another name takes WAV. Nothing, with one plain line in `error`, for a file with another
+    // ending or a rate that no such file has. [any thread]
     static std::optional<AudioFileFormat> of(const std::filesystem::path& path, int rate, std::string& error);
 };
 

@@ -238,6 +238,24 @@ TEST_F(AudioFileWriterTest, RefusesAnUnknownEnding)
     EXPECT_EQ(filesInFolder(), 0U);
 }
 
+TEST_F(AudioFileWriterTest, GivesAPipeOrADeviceWithoutAnEndingAWAVFile)
+{
+    const std::filesystem::path pipe = folder / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const auto wave = AudioFileFormat::of("a.wav", 48'000, error);
+    const auto free = AudioFileFormat::of("a.flac", 48'000, error);
+    ASSERT_TRUE(wave && free);
+    for (const std::filesystem::path& path :
+         {pipe, std::filesystem::path("/dev/null"), std::filesystem::path("/dev/stdout")}) {
+        const auto format = AudioFileFormat::of(path, 48'000, error);
+        ASSERT_TRUE(format) << path;
+        EXPECT_EQ(format->code, wave->code) << path;
+    }
+    ASSERT_EQ(mkfifo((folder / "pipe.flac").c_str(), 0600), 0);
+    EXPECT_EQ(AudioFileFormat::of(folder / "pipe.flac", 48'000, error)->code, free->code);
+    EXPECT_FALSE(AudioFileFormat::of(folder, 48'000, error));
+}
+
 TEST_F(AudioFileWriterTest, RefusesARateBeyondTheBounds)
 {
     EXPECT_FALSE(writer.open(folder / "a.wav", {7999}, error));
