@@ -53,6 +53,7 @@ public:
 
     void lintFolder(ScoreKind kind);
     void lintFile(const fs::path& file, ScoreKind kind);
+    void readTitlesBeside(const fs::path& file); // below the library
 
     LintReport report;
 
@@ -100,6 +101,22 @@ void LibraryLinter::lintFile(const fs::path& file, ScoreKind kind)
     }
     lintTitle(file, *score);
     read.push_back(*score);
+}
+
+void LibraryLinter::readTitlesBeside(const fs::path& file)
+{
+    for (const ScoreKind kind : allScoreKinds) {
+        std::string error;
+        std::error_code unknown;
+        const auto others = scoresIn(library / scoreFolder(kind), error);
+        for (const fs::path& other : others.value_or(std::vector<fs::path>())) {
+            const auto score =
+                fs::equivalent(other, file, unknown) ? std::nullopt : readScore(other, kind, error);
+            if (score) {
+                titles.emplace(score->title, other);
+            }
+        }
+    }
 }
 
 void LibraryLinter::add(const fs::path& place, const std::string& fault)
@@ -181,11 +198,12 @@ LintReport lintLibrary(const fs::path& library)
 
 LintReport lintScoreFile(const fs::path& file)
 {
-    LibraryLinter linter(file.parent_path());
     std::error_code unknown;
     const fs::path own = fs::absolute(file, unknown).lexically_normal();
     const fs::path place = kindByFolder(own) ? own : fs::canonical(file, unknown);
     const auto kind = kindByFolder(place);
+    const fs::path around = kindByFolder(file) ? file.parent_path().parent_path() : "";
+    LibraryLinter linter(around.empty() ? place.parent_path().parent_path() : around);
     if (!kind) {
         linter.report.faults.push_back(
             concat(file.string(), ": a score lies in one of the folders ", scoreFolders()));
@@ -194,6 +212,7 @@ LintReport lintScoreFile(const fs::path& file)
     if (!scoreNumber(place)) {
         linter.report.faults.push_back(concat(file.string(), ": ", nameForm));
     }
+    linter.readTitlesBeside(file);
     linter.lintFile(file, *kind);
     return linter.report;
 }

@@ -12,7 +12,8 @@ namespace volvelle {
 // beat.
 LintReport lintLibrary(const std::filesystem::path& library);
 
-// Holds the rules of one score against a file, whose folder tells its kind; a link elsewhere is followed.
+// Holds the rules of one score against a file, and its title against those of the library around it. Its
+// folder tells its kind; a link elsewhere is followed.
 LintReport lintScoreFile(const std::filesystem::path& file);
 
 } // namespace volvelle

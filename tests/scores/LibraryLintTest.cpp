@@ -124,10 +124,10 @@ TEST_F(LibraryLint, ATitleThatStandsTwiceIsTold)
     const std::string title = readScore(first, ScoreKind::chords, error)->title;
     const std::string own = readScore(other, ScoreKind::bass, error)->title;
     replace(other, "title: " + own, "; here\ntitle: " + title);
-    EXPECT_EQ(lintLibrary("lib").faults,
-              Lines{other.string() + ": line 2: the title \"" + title + "\" stands in " + first.string() +
-                    ", too: each is used once"});
-    EXPECT_EQ(lintScoreFile(other).faults, Lines{});
+    const Lines fault{other.string() + ": line 2: the title \"" + title + "\" stands in " + first.string() +
+                      ", too: each is used once"};
+    EXPECT_EQ(lintLibrary("lib").faults, fault);
+    EXPECT_EQ(lintScoreFile(other).faults, fault);
 }
 
 TEST_F(LibraryLint, FoldersThatAreMissingOrEmptyAreTold)
