@@ -110,6 +110,9 @@ void addLibraryCheck(CLI::App& library, Request& request)
     check.add_flag("--ear", request.libraryCheck.ear, "measure 1,000 arrangements, and hold their bounds");
     check.callback([&request] {
         request.action = [&request](CommandOutput& output) {
+            if (request.common.resources && request.libraryCheck.folder) {
+                return output.misuse("DIR and --resources name one thing each: leave one of them out.");
+            }
             return runLibraryCheck(request.libraryCheck, output);
         };
     });
@@ -127,6 +130,9 @@ void addLibraryCompile(CLI::App& library, Request& request)
         ->option_text("(required)");
     compile.callback([&request] {
         request.action = [&request](CommandOutput& output) {
+            if (request.common.resources) {
+                return output.misuse("'library compile' takes no --resources: DIR is the folder of phrases.");
+            }
             return runLibraryCompile(request.libraryCompile, output);
         };
     });

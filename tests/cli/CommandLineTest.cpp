@@ -28,6 +28,36 @@ TEST_F(CommandLine, HelpNamesEveryCommand)
     EXPECT_THAT(volvelle("generate --help").output, HasSubstr("--count"));
 }
 
+TEST_F(CommandLine, TheHelpOfEachCommandHasAnExampleAndItsDefaults)
+{
+    const std::pair<const char*, std::vector<const char*>> commands[] = {
+        {"generate", {"New MIDI Idea.mid", "1 without it"}},
+        {"inspect", {"--json"}},
+        {"play",
+         {"Keys: the space bar pauses and goes on, q and Ctrl-C end.", "the sound device without it"}},
+        {"render", {"48000 without it", "all without it", "takes WAV, too"}},
+        {"library check", {"the one in use without it", "--ear"}},
+        {"library compile", {"SCORES", "DIR"}}};
+    for (const auto& [command, parts] : commands) {
+        const auto result = volvelle(std::string(command) + " --help | tr -s ' \\n' ' '");
+        EXPECT_THAT(result.output, HasSubstr(std::string("Example: volvelle ") + command));
+        for (const char* const part : parts) {
+            EXPECT_THAT(result.output, HasSubstr(part)) << command;
+        }
+    }
+}
+
+TEST_F(CommandLine, AnOptionThatCannotActIsAQuestionOfUsage)
+{
+    const auto compile = volvelle("library compile scores lib --resources elsewhere");
+    EXPECT_EQ(compile.status, 2);
+    EXPECT_EQ(compile.error, "'library compile' takes no --resources: DIR is the folder of phrases.\n");
+    const auto check = volvelle("library check lib --resources elsewhere");
+    EXPECT_EQ(check.status, 2);
+    EXPECT_EQ(check.error, "DIR and --resources name one thing each: leave one of them out.\n");
+    EXPECT_THAT(names(), IsEmpty());
+}
+
 TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
 {
     for (const char* arguments :

@@ -187,6 +187,19 @@ TEST_F(LibraryCheck, AScoreIsFoundThroughALink)
     EXPECT_EQ(volvelle("library check mine.score").output, "1 phrase is in order.\n");
 }
 
+TEST_F(LibraryCheck, TheTitleOfAScoreIsHeldAgainstTheLibrary)
+{
+    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
+    const std::string score = "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n";
+    write("scores/basses/001-a.score", score);
+    write("scores/leads/004-b.score", score);
+    write("scores/leads/005-c.score", "broken");
+    EXPECT_EQ(
+        volvelle("library check scores/basses/001-a.score").output,
+        "scores/basses/001-a.score: line 1: the title \"T\" stands in scores/leads/004-b.score, too: each is "
+        "used once\n");
+}
+
 TEST_F(LibraryCheck, WhatIsNoLibraryAndNoScoreIsOneLine)
 {
     write("a.txt", "x");

@@ -7,8 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -253,6 +255,21 @@ TEST_F(ScoreCompiler, AFolderThatMayNotBeWrittenLeavesAllOthersAsTheyWere)
     EXPECT_EQ(read(leads() / "001.mid"), before);
     EXPECT_EQ(names(leads()), Lines{"001.mid"});
     fs::permissions(basses, fs::perms::owner_all);
+}
+
+TEST_F(ScoreCompiler, WhatDoesNotFitIsNamedWithItsReasonAndLeavesNoFolder)
+{
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{3, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const Lines errors = compiled();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(errors, Lines{"'" + (out() / "Phrases/chord patterns/001.mid").string() +
+                            "' could not be written: it would be larger than allowed."});
+    EXPECT_FALSE(fs::exists(out()));
 }
 
 TEST_F(ScoreCompiler, AFolderOnAnotherDeviceIsALinkLikeAnyOther)
