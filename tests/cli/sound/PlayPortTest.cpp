@@ -109,7 +109,7 @@ TEST_F(PlayPort, NoNoteHangsWhateverEndsThePlay)
     START_SERVER("jack");
     listen();
     write("row.mid", NoteRow{1, 60 * NoteRow::ticksPerSecond}.file());
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU}) {
         const auto play = begin("play row.mid --port listener:notes");
         ASSERT_EQ(waitForNote(), NoteRow::key(0)) << errors();
         const auto start = std::chrono::steady_clock::now();

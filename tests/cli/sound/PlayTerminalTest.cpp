@@ -99,6 +99,17 @@ TEST_F(PlayTerminal, ControlCEndsSoonAndLeavesTheTerminalAsItWas)
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(PlayTerminal, ControlBackslashLeavesTheTerminalAsItWas)
+{
+    const termios before = settings();
+    const auto play = beginOnTerminal("play row.mid");
+    ASSERT_TRUE(waitFor("Bar 1.2")) << errors();
+    press('\x1C');
+    EXPECT_EQ(play->waitForEnd(), 0);
+    EXPECT_TRUE(isSame(settings(), before));
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(PlayTerminal, QEndsAndTheLastLineIsEnded)
 {
     const termios before = settings();
