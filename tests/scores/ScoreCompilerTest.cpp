@@ -3,14 +3,13 @@
 #include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
 #include "tests/scores/ScoreTexts.h"
+#include "tests/services/files/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <fstream>
 #include <sstream>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -259,14 +258,11 @@ TEST_F(ScoreCompiler, AFolderThatMayNotBeWrittenLeavesAllOthersAsTheyWere)
 
 TEST_F(ScoreCompiler, WhatDoesNotFitIsNamedWithItsReasonAndLeavesNoFolder)
 {
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{3, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const Lines errors = compiled();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
+    Lines errors;
+    {
+        const test::FileSizeLimit limit(3);
+        errors = compiled();
+    }
     EXPECT_EQ(errors, Lines{"'" + (out() / "Phrases/chord patterns/001.mid").string() +
                             "' could not be written: it would be larger than allowed."});
     EXPECT_FALSE(fs::exists(out()));

@@ -1,20 +1,15 @@
 #include "services/files/SafeFile.h"
 
-#include "base/PendingFiles.h"
 #include "services/files/FileFailure.h"
-#include "services/files/NewFile.h"
+#include "tests/services/files/FileSizeLimit.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/inotify.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,31 +23,6 @@ Bytes contentOf(const std::filesystem::path& path)
     EXPECT_EQ(readFile(path, bytes), noErr);
     return bytes;
 }
-
-// Lets no file grow beyond a size for its lifetime.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size)
-    {
-        handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{size, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit before{};
-    void (*handler)(int) = nullptr;
-};
 
 class SafeFiles : public testing::Test {
 protected:
@@ -174,77 +144,6 @@ TEST_F(SafeFiles, APipeIsReadToItsEndWhateverItHolds)
     }
 }
 
-TEST_F(SafeFiles, ANewFileReadsWhatItWroteAndTellsItsLength)
-{
-    const Bytes bytes = hex("01 02 03 04 05");
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    EXPECT_EQ(file.length(), 0);
-    EXPECT_TRUE(file.write(bytes.data(), 5));
-    EXPECT_EQ(file.length(), 5);
-    EXPECT_EQ(file.seek(-2, SEEK_END), 3);
-    Bytes read(9);
-    EXPECT_EQ(file.read(read.data(), 9), 2);
-    EXPECT_EQ(Bytes(read.begin(), read.begin() + 2), hex("04 05"));
-    EXPECT_EQ(file.failure(), 0);
-}
-
-TEST_F(SafeFiles, ANewFileKeepsItsFirstFailureUntilItBeginsAnew)
-{
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    EXPECT_EQ(file.seek(-1, SEEK_SET), -1);
-    EXPECT_EQ(file.failure(), EINVAL);
-    EXPECT_FALSE(file.write("a", 1));
-    EXPECT_EQ(file.length(), 0);
-    EXPECT_FALSE(file.takePlace());
-    EXPECT_EQ(file.failure(), EINVAL);
-    EXPECT_EQ(file.read(nullptr, 1), -1);
-    EXPECT_EQ(file.length(), -1);
-    EXPECT_EQ(folder.names(), Lines{});
-    ASSERT_TRUE(file.create(path));
-    EXPECT_EQ(file.failure(), 0);
-    EXPECT_TRUE(file.takePlace());
-    EXPECT_EQ(folder.names(), Lines{"a.mid"});
-}
-
-TEST_F(SafeFiles, ANewFileForAFolderIsRefused)
-{
-    NewFile file;
-    EXPECT_FALSE(file.create(folder.path));
-    EXPECT_EQ(file.failure(), EISDIR);
-}
-
-TEST_F(SafeFiles, ANewFileForAPipeIsCopiedThereOnceItIsComplete)
-{
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
-    NewFile file;
-    ASSERT_TRUE(file.create("/dev/fd/" + std::to_string(ends[1])));
-    EXPECT_TRUE(file.write("axc", 3));
-    EXPECT_EQ(file.seek(1, SEEK_SET), 1);
-    EXPECT_TRUE(file.write("b", 1));
-    std::array<char, 8> read{};
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), -1);
-    EXPECT_TRUE(file.takePlace());
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 3);
-    EXPECT_STREQ(read.data(), "abc");
-    close(ends[0]);
-    close(ends[1]);
-}
-
-TEST_F(SafeFiles, ANewFileForADeviceTakesItsPlaceOnlyWhereItMayBeReplaced)
-{
-    NewFile file;
-    ASSERT_TRUE(file.create("/dev/null"));
-    EXPECT_FALSE(file.takePlace(false));
-    EXPECT_EQ(file.failure(), EEXIST);
-    ASSERT_TRUE(file.create("/dev/full"));
-    EXPECT_TRUE(file.write("a", 1));
-    EXPECT_FALSE(file.takePlace());
-    EXPECT_EQ(file.failure(), ENOSPC);
-}
-
 TEST_F(SafeFiles, ALinkToAFileThatIsNotThereGetsIt)
 {
     std::filesystem::create_directory(folder.path / "below");
@@ -304,20 +203,6 @@ TEST_F(SafeFiles, EachFailureHasAReasonOfItsOwn)
     EXPECT_EQ(reason(EIO), "Input/output error.");
 }
 
-TEST_F(SafeFiles, ANewFileGivesItsPlaceAmongThePendingFilesBack)
-{
-    for (int i = 0; i < 20; ++i) {
-        NewFile file;
-        ASSERT_TRUE(file.create(path));
-        ASSERT_TRUE(file.create(path));
-        EXPECT_EQ(folder.names().size(), 1U);
-    }
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    removePendingFiles();
-    EXPECT_EQ(folder.names(), Lines{});
-}
-
 TEST_F(SafeFiles, WhatIsNotThereIsNotFound)
 {
     Bytes bytes;
@@ -343,108 +228,6 @@ TEST_F(SafeFiles, AFileBeyondTheGreatestSizeIsNotRead)
     EXPECT_EQ(truncate(path.c_str(), std::int64_t{3} << 30U), 0);
     Bytes bytes;
     EXPECT_EQ(readFile(path, bytes), fileIOErr);
-}
-
-TEST_F(SafeFiles, ANewFileCanBeRemovedBeforeASuddenEnd)
-{
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    EXPECT_EQ(folder.names().size(), 1U);
-    removePendingFiles();
-    EXPECT_EQ(folder.names(), Lines{});
-}
-
-using SafeFilesDeathTest = SafeFiles;
-
-// The signal comes from the kernel within the call that makes the file.
-TEST_F(SafeFilesDeathTest, ASignalAsSoonAsANewFileIsThereLeavesNothingBehind)
-{
-    EXPECT_EXIT(
-        {
-            std::signal(SIGTERM, [](int) {
-                removePendingFiles();
-                _exit(7);
-            });
-            const int watch = inotify_init1(0);
-            const bool isWatched =
-                watch >= 0 && inotify_add_watch(watch, folder.path.c_str(), IN_CREATE) >= 0 &&
-                fcntl(watch, F_SETSIG, SIGTERM) == 0 && fcntl(watch, F_SETOWN, getpid()) == 0 &&
-                fcntl(watch, F_SETFL, O_ASYNC) == 0;
-            NewFile file;
-            file.create(path);
-            _exit(isWatched ? 8 : 9);
-        },
-        testing::ExitedWithCode(7), "");
-    EXPECT_EQ(folder.names(), Lines{});
-}
-
-TEST_F(SafeFiles, ANewFileThatCannotBeMadeIsNoPendingFile)
-{
-    for (int i = 0; i < 20; ++i) {
-        NewFile file;
-        EXPECT_FALSE(file.create(folder.path / "none" / "a.mid"));
-    }
-    const int place = rememberPendingFile((folder.path / "a").string());
-    EXPECT_EQ(place, 0);
-    forgetPendingFile(place);
-}
-
-TEST_F(SafeFiles, ATemporaryFolderThatIsNotThereIsDoneWithout)
-{
-    const char* const before = std::getenv("TMPDIR");
-    const std::string kept = before != nullptr ? before : "";
-    setenv("TMPDIR", (folder.path / "none").c_str(), 1);
-    NewFile file;
-    EXPECT_TRUE(file.create("/dev/null"));
-    EXPECT_TRUE(file.write("a", 1));
-    EXPECT_TRUE(file.takePlace());
-    setenv("TMPDIR", folder.path.c_str(), 1);
-    EXPECT_TRUE(file.create("/dev/null"));
-    EXPECT_EQ(folder.names(), Lines{});
-    if (before != nullptr) {
-        setenv("TMPDIR", kept.c_str(), 1);
-    } else {
-        unsetenv("TMPDIR");
-    }
-}
-
-TEST_F(SafeFiles, AFailureBesideADeviceIsToldFromOneOfTheDevice)
-{
-    NewFile file;
-    ASSERT_TRUE(file.create("/dev/full"));
-    {
-        const FileSizeLimit limit(3);
-        EXPECT_FALSE(file.write("four", 4));
-    }
-    EXPECT_EQ(file.failure(), EFBIG);
-    EXPECT_TRUE(file.failedAside());
-    ASSERT_TRUE(file.create("/dev/full"));
-    EXPECT_FALSE(file.failedAside());
-    EXPECT_TRUE(file.write("a", 1));
-    EXPECT_FALSE(file.takePlace());
-    EXPECT_FALSE(file.failedAside());
-}
-
-TEST_F(SafeFiles, ANewFileThatTookItsPlaceIsNotRemoved)
-{
-    const Bytes bytes = hex("01");
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    EXPECT_TRUE(file.write(bytes.data(), 1));
-    EXPECT_TRUE(file.takePlace(false));
-    removePendingFiles();
-    EXPECT_EQ(contentOf(path), bytes);
-}
-
-TEST_F(SafeFiles, AFileThatAppearsMeanwhileIsNotReplaced)
-{
-    NewFile file;
-    ASSERT_TRUE(file.create(path));
-    EXPECT_EQ(replaceFile(path, hex("01"), false), noErr);
-    EXPECT_FALSE(file.takePlace(false));
-    EXPECT_EQ(file.failure(), EEXIST);
-    EXPECT_EQ(contentOf(path), hex("01"));
-    EXPECT_EQ(folder.names().size(), 1U);
 }
 
 } // namespace
