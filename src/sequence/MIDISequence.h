@@ -259,22 +259,6 @@ private:
 
     void readTempoTrack();
     void readTracks();
-
-    template <class Node>
-    void addToTree(const std::shared_ptr<Node>& node);
-    template <class Node>
-    void notifyLater(const std::shared_ptr<Node>& event,
-                     void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&));
-    template <class Node, class Failure, class Write>
-    void writeMessage(const std::shared_ptr<Node>& event, const Failure& failure,
-                      void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&), Write write);
-    template <class Node, class Failure>
-    void writeSystemMessage(const std::shared_ptr<Node>& event, std::uint8_t data1, std::uint8_t data2,
-                            const Failure& failure,
-                            void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&));
-    template <class Node>
-    void writeMetaMessage(const std::shared_ptr<Node>& event, std::string_view kind,
-                          void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&));
 };
 
 } // namespace volvelle

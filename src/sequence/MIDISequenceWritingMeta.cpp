@@ -1,255 +1,192 @@
-#include "sequence/MIDISequenceWriting.h"
-
-#include "midi/MIDIRawDataExtension.h"
+#include "sequence/SequenceLog.h"
+#include "sequence/SequenceWriter.h"
 
 namespace volvelle {
 
-namespace {
-
-OSStatus writeMeta(const MusicTrack& track, const MetaEvent& event)
-{
-    const MyMIDIMetaEvent record(event.data);
-    record.ptr->metaEventType = event.type;
-    return MusicTrackNewMetaEvent(track, event.position, record.ptr);
-}
-
-auto metaFailure(std::string_view kind)
-{
-    return [kind] { return concat("Es konnte kein META ", kind, " Event erzeugt werden."); };
-}
-
-} // namespace
-
-template <class Node>
-void MIDISequence::writeMetaMessage(const std::shared_ptr<Node>& event, std::string_view kind,
-                                    void (SequenceFoundDelegate::*found)(const std::shared_ptr<Node>&))
-{
-    writeMessage(event, metaFailure(kind), found,
-                 [&](const MusicTrack& track) { return writeMeta(track, *event); });
-}
-
 void MIDISequence::createMetaSequenceNumberEvent(double position, std::uint16_t value)
 {
-    const auto event = std::make_shared<MetaSequenceNumberEvent>(position, value);
-    addToTree(event);
-    createMetaSequenceNumberMessage(event);
+    SequenceWriter(*this).create<MetaSequenceNumberEvent>(position, value);
 }
 
 void MIDISequence::createMetaSequenceNumberMessage(const std::shared_ptr<MetaSequenceNumberEvent>& event)
 {
-    writeMetaMessage(event, "TRACKNUMBER", &SequenceFoundDelegate::foundMetaSequenceNumberEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaTextEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaTextEvent>(position, text);
-    addToTree(event);
-    createMetaTextMessage(event);
+    SequenceWriter(*this).create<MetaTextEvent>(position, text);
 }
 
 void MIDISequence::createMetaTextMessage(const std::shared_ptr<MetaTextEvent>& event)
 {
-    writeMetaMessage(event, "DESCRIPTION", &SequenceFoundDelegate::foundMetaTextEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaCopyrightEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaCopyrightEvent>(position, text);
-    addToTree(event);
-    createMetaCopyrightMessage(event);
+    SequenceWriter(*this).create<MetaCopyrightEvent>(position, text);
 }
 
 void MIDISequence::createMetaCopyrightMessage(const std::shared_ptr<MetaCopyrightEvent>& event)
 {
-    writeMetaMessage(event, "COPYRIGHT", &SequenceFoundDelegate::foundMetaCopyrightEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaTrackNameEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaTrackNameEvent>(position, text);
-    addToTree(event);
-    createMetaTrackNameMessage(event);
+    SequenceWriter(*this).create<MetaTrackNameEvent>(position, text);
 }
 
 void MIDISequence::createMetaTrackNameMessage(const std::shared_ptr<MetaTrackNameEvent>& event)
 {
-    writeMetaMessage(event, "TRACKNAME", &SequenceFoundDelegate::foundMetaTrackNameEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaInstrumentNameEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaInstrumentNameEvent>(position, text);
-    addToTree(event);
-    createMetaInstrumentNameMessage(event);
+    SequenceWriter(*this).create<MetaInstrumentNameEvent>(position, text);
 }
 
 void MIDISequence::createMetaInstrumentNameMessage(const std::shared_ptr<MetaInstrumentNameEvent>& event)
 {
-    writeMetaMessage(event, "INSTRUMENTNAME", &SequenceFoundDelegate::foundMetaInstrumentNameEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaLyricsEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaLyricsEvent>(position, text);
-    addToTree(event);
-    createMetaLyricsMessage(event);
+    SequenceWriter(*this).create<MetaLyricsEvent>(position, text);
 }
 
 void MIDISequence::createMetaLyricsMessage(const std::shared_ptr<MetaLyricsEvent>& event)
 {
-    writeMetaMessage(event, "LYRICS", &SequenceFoundDelegate::foundMetaLyricsEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaMarkerEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaMarkerEvent>(position, text);
-    addToTree(event);
-    createMetaMarkerMessage(event);
+    SequenceWriter(*this).create<MetaMarkerEvent>(position, text);
 }
 
 void MIDISequence::createMetaMarkerMessage(const std::shared_ptr<MetaMarkerEvent>& event)
 {
-    writeMetaMessage(event, "TEXTMARKER", &SequenceFoundDelegate::foundMetaMarkerEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaCuePointEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaCuePointEvent>(position, text);
-    addToTree(event);
-    createMetaCuePointMessage(event);
+    SequenceWriter(*this).create<MetaCuePointEvent>(position, text);
 }
 
 void MIDISequence::createMetaCuePointMessage(const std::shared_ptr<MetaCuePointEvent>& event)
 {
-    writeMetaMessage(event, "CUEPOINT", &SequenceFoundDelegate::foundMetaCuePointEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaProgramNameEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaProgramNameEvent>(position, text);
-    addToTree(event);
-    createMetaProgramNameMessage(event);
+    SequenceWriter(*this).create<MetaProgramNameEvent>(position, text);
 }
 
 void MIDISequence::createMetaProgramNameMessage(const std::shared_ptr<MetaProgramNameEvent>& event)
 {
-    writeMetaMessage(event, "PROGRAMNAME", &SequenceFoundDelegate::foundMetaProgramNameEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaDeviceNameEvent(double position, std::string_view text)
 {
-    const auto event = std::make_shared<MetaDeviceNameEvent>(position, text);
-    addToTree(event);
-    createMetaDeviceNameMessage(event);
+    SequenceWriter(*this).create<MetaDeviceNameEvent>(position, text);
 }
 
 void MIDISequence::createMetaDeviceNameMessage(const std::shared_ptr<MetaDeviceNameEvent>& event)
 {
-    writeMetaMessage(event, "DEVICENAME", &SequenceFoundDelegate::foundMetaDeviceNameEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaChannelPrefixEvent(double position, std::uint8_t prefix)
 {
-    const auto event = std::make_shared<MetaChannelPrefixEvent>(position, prefix);
-    addToTree(event);
-    createMetaChannelPrefixMessage(event);
+    SequenceWriter(*this).create<MetaChannelPrefixEvent>(position, prefix);
 }
 
 void MIDISequence::createMetaChannelPrefixMessage(const std::shared_ptr<MetaChannelPrefixEvent>& event)
 {
-    writeMetaMessage(event, "CANNELPREFIX", &SequenceFoundDelegate::foundMetaChannelPrefixEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaMidiPortEvent(double position, std::uint8_t port)
 {
-    const auto event = std::make_shared<MetaMidiPortEvent>(position, port);
-    addToTree(event);
-    createMetaMidiPortMessage(event);
+    SequenceWriter(*this).create<MetaMidiPortEvent>(position, port);
 }
 
 void MIDISequence::createMetaMidiPortMessage(const std::shared_ptr<MetaMidiPortEvent>& event)
 {
-    writeMetaMessage(event, "MIDIPORT", &SequenceFoundDelegate::foundMetaMidiPortEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaEndOfTrackEvent(double position)
 {
-    const auto event = std::make_shared<MetaEndOfTrackEvent>(position);
-    addToTree(event);
-    createMetaEndOfTrackMessage(event);
+    SequenceWriter(*this).create<MetaEndOfTrackEvent>(position);
 }
 
 void MIDISequence::createMetaEndOfTrackMessage(const std::shared_ptr<MetaEndOfTrackEvent>& event)
 {
-    writeMetaMessage(event, "ENDOFTRACK", &SequenceFoundDelegate::foundMetaEndOfTrackEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaSetTempoEvent(double position, std::uint8_t value1, std::uint8_t value2,
                                            std::uint8_t value3)
 {
-    const auto event = std::make_shared<MetaSetTempoEvent>(position, value1, value2, value3);
-    addToTree(event);
-    createMetaSetTempoMessage(event);
+    SequenceWriter(*this).create<MetaSetTempoEvent>(position, value1, value2, value3);
 }
 
 void MIDISequence::createMetaSetTempoMessage(const std::shared_ptr<MetaSetTempoEvent>& event)
 {
-    writeMetaMessage(event, "SETTEMPO", &SequenceFoundDelegate::foundMetaSetTempoEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaSMTPOffsetEvent(double position, std::uint8_t hours, std::uint8_t minutes,
                                              std::uint8_t seconds, std::uint8_t frames, std::uint8_t fract)
 {
-    const auto event =
-        std::make_shared<MetaSMTPOffsetEvent>(position, hours, minutes, seconds, frames, fract);
-    addToTree(event);
-    createMetaSMTPOffsetMessage(event);
+    SequenceWriter(*this).create<MetaSMTPOffsetEvent>(position, hours, minutes, seconds, frames, fract);
 }
 
 void MIDISequence::createMetaSMTPOffsetMessage(const std::shared_ptr<MetaSMTPOffsetEvent>& event)
 {
-    writeMetaMessage(event, "SMTPOFFSET", &SequenceFoundDelegate::foundMetaSMTPOffsetEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaTimeSignatureEvent(double position, std::uint8_t numerator,
                                                 std::uint8_t denumerator, std::uint8_t _8th,
                                                 std::uint8_t _32nd)
 {
-    const auto event =
-        std::make_shared<MetaTimeSignatureEvent>(position, numerator, denumerator, _8th, _32nd);
-    addToTree(event);
-    createMetaTimeSignatureMessage(event);
+    SequenceWriter(*this).create<MetaTimeSignatureEvent>(position, numerator, denumerator, _8th, _32nd);
 }
 
 void MIDISequence::createMetaTimeSignatureMessage(const std::shared_ptr<MetaTimeSignatureEvent>& event)
 {
-    writeMetaMessage(event, "TIMESIGNATURE", &SequenceFoundDelegate::foundMetaTimeSignatureEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaKeySignatureEvent(double position, std::uint8_t sf, std::uint8_t mi)
 {
-    const auto event = std::make_shared<MetaKeySignatureEvent>(position, sf, mi);
-    addToTree(event);
-    createMetaKeySignatureMessage(event);
+    SequenceWriter(*this).create<MetaKeySignatureEvent>(position, sf, mi);
 }
 
 void MIDISequence::createMetaKeySignatureMessage(const std::shared_ptr<MetaKeySignatureEvent>& event)
 {
-    writeMetaMessage(event, "KEYSIGNATURE", &SequenceFoundDelegate::foundMetaKeySignatureEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaSequencerSpecificEvent(double position, std::uint32_t length,
                                                     const std::vector<std::uint8_t>& data)
 {
-    const auto event = std::make_shared<MetaSequencerSpecificEvent>(position, length, data);
-    addToTree(event);
-    createMetaSequencerSpecificMessage(event);
+    SequenceWriter(*this).create<MetaSequencerSpecificEvent>(position, length, data);
 }
 
 void MIDISequence::createMetaSequencerSpecificMessage(
     const std::shared_ptr<MetaSequencerSpecificEvent>& event)
 {
-    writeMetaMessage(event, "SEQUENCERSPECIFIC", &SequenceFoundDelegate::foundMetaSequencerSpecificEvent);
+    SequenceWriter(*this).write(event);
 }
 
 void MIDISequence::createMetaEvent(double position, int length, const std::vector<std::uint8_t>& data,
@@ -261,19 +198,15 @@ void MIDISequence::createMetaEvent(double position, int length, const std::vecto
         return;
     }
     if (data.empty()) {
-        logLine(noPayloadText);
+        logLine("MIDISequence::Warnung: Es befinden sich keine Einträge im übergebenen Daten Objekt.");
     } else if (length >= 4) {
         const auto event = std::make_shared<MetaEvent>();
         event->position = position;
         event->type = type;
         event->setData(checkedCast<std::uint32_t>(length), data);
-        addToTree(event);
-        if (const OSStatus status = writeMeta(track, *event); status != noErr) {
-            logLine("MIDISequence::Fehler: ", status, ". \nEs konnte kein META Event erzeugt werden.");
-            checkStatus(status);
-        } else {
-            notifyLater(event, &SequenceFoundDelegate::foundMetaEvent);
-        }
+        SequenceWriter writer(*this);
+        writer.addToTree(event);
+        writer.write(event, EventKinds::plainMeta, track);
     }
     ensureSongLength(position);
 }
