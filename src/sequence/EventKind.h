@@ -59,7 +59,7 @@ constexpr auto dataBytes(Node& node)
     } else if constexpr (requires { node.value; }) {
         return std::array{&node.value};
     } else {
-        return std::array<const std::uint8_t*, 0>{};
+        return std::array<decltype(&node.channel), 0>{};
     }
 }
 

@@ -252,13 +252,8 @@ public:
     virtual std::vector<AUMIDIEvent> nodesToAUMIDIEvent(double samplerate);
 
 private:
-    friend class SequenceReading;
-
     std::vector<std::shared_ptr<ChannelAssignment>> channelAssignments;
     std::array<std::uint8_t, 16> patches{};
-
-    void readTempoTrack();
-    void readTracks();
 };
 
 } // namespace volvelle

@@ -1,5 +1,6 @@
 #include "base/Checked.h"
 #include "sequence/SequenceLog.h"
+#include "sequence/SequenceReader.h"
 #include "sequence/SequenceWriter.h"
 
 namespace volvelle {
@@ -101,6 +102,58 @@ void MIDISequence::patternNodeToMusicSequence(const std::shared_ptr<PatternNode>
     for (const auto& event : patternNode->events) {
         eventsToMusicTrack(event, getTrack(required(event).channel));
     }
+}
+
+void MIDISequence::musicSequenceToSequenceNode()
+{
+    if (!musicSequence) {
+        logLine("MIDISequence::Fehler: Die Sequenz ist undefiniert.");
+        return;
+    }
+    const auto self = weak_from_this().lock();
+    channelAssignments.clear();
+    patches.fill(0);
+    required(sequenceNode).clear();
+    sequenceLength = 0.0;
+    diagnose("\nDiagnose:");
+    diagnose("--------------------------------- MIDI Sequence ------------------------------------START");
+    SequenceReader::readTempoTrack(*this);
+    SequenceReader::readTracks(*this);
+    diagnose("\nDiagnose:");
+    diagnose("--------------------------------- MIDI Sequence -------------------------------------STOP\n");
+}
+
+void MIDISequence::iterateEvents(const MusicTrack& track, int index)
+{
+    const auto self = weak_from_this().lock();
+    const auto assignment = std::make_shared<ChannelAssignment>();
+    if (index >= 0 && index < 16) {
+        assignment->index = index;
+        channelAssignments.push_back(assignment);
+    }
+    if (!track) {
+        logLine("Fehler: Die Spur ist undefiniert.");
+        return;
+    }
+    SequenceReader(*this, index, *assignment, patches).readTrack(track);
+}
+
+void MIDISequence::fillMetaData(const MIDIMetaEvent* source, UserEvent& dest)
+{
+    const MIDIMetaEvent& record = required(source);
+    SequenceReader::appendPayload(*this, "Metadata", record.data, record.dataLength, dest);
+}
+
+void MIDISequence::fillSysExData(const MIDIRawData* source, UserEvent& dest)
+{
+    const MIDIRawData& record = required(source);
+    SequenceReader::appendPayload(*this, "SysExData", record.data, record.length, dest);
+}
+
+void MIDISequence::fillUserData(const MusicEventUserData* source, UserEvent& dest)
+{
+    const MusicEventUserData& record = required(source);
+    SequenceReader::appendPayload(*this, "UserData", record.data, record.length, dest);
 }
 
 } // namespace volvelle
