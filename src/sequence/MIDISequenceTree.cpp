@@ -1,4 +1,5 @@
 #include "base/Checked.h"
+#include "sequence/SequenceFlattener.h"
 #include "sequence/SequenceLog.h"
 #include "sequence/SequenceReader.h"
 #include "sequence/SequenceWriter.h"
@@ -154,6 +155,26 @@ void MIDISequence::fillUserData(const MusicEventUserData* source, UserEvent& des
 {
     const MusicEventUserData& record = required(source);
     SequenceReader::appendPayload(*this, "UserData", record.data, record.length, dest);
+}
+
+std::vector<std::shared_ptr<AUMIDIEventEx>> MIDISequence::nodesToAUMIDIEvent(double samplerate,
+                                                                             std::uint8_t cable)
+{
+    if (!sequenceNode) {
+        return {};
+    }
+    const MusicTrack tempoTrack = getTempoTrack();
+    required(tempoTrack);
+    const auto tempoEvents = getTempoEvents(tempoTrack, samplerate);
+    return SequenceFlattener(*sequenceNode, samplerate).events(tempoEvents, cable);
+}
+
+std::vector<AUMIDIEvent> MIDISequence::nodesToAUMIDIEvent(double samplerate)
+{
+    if (!sequenceNode) {
+        return {};
+    }
+    return SequenceFlattener(*sequenceNode, samplerate).records();
 }
 
 } // namespace volvelle

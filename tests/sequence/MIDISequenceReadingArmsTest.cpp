@@ -227,6 +227,17 @@ TEST_F(MIDISequenceReadingArmsTest, AnUnknownTypeBecomesAnUnknownEvent)
     EXPECT_EQ(listener->names(), std::vector<std::string>{"foundUnknownEvent"});
 }
 
+TEST_F(MIDISequenceReadingArmsTest, AMetaTypeThatEqualsAStatusIsUnknown)
+{
+    sequence->delegate = listener;
+    const Bytes types{0x80, 0x90, 0xB0, 0xF0, 0xF8, 0xFF};
+    for (const std::uint8_t type : types) {
+        ASSERT_EQ(storeMeta(track, type, {1}), noErr);
+    }
+    sequence->iterateEvents(track, 0);
+    EXPECT_EQ(listener->names(), std::vector<std::string>(types.size(), "foundMetaUnknownEvent"));
+}
+
 TEST_F(MIDISequenceReadingArmsTest, ALongPayloadIsCutAndItsLengthKept)
 {
     Bytes bytes(2000);

@@ -102,6 +102,16 @@ TEST_F(MIDISequenceTreeTest, AMetaNodeOfAnotherClassThanItsTypeIsNotAssigned)
     }
 }
 
+TEST_F(MIDISequenceTreeTest, StatusesAndMetaTypesAreNotTakenForEachOther)
+{
+    for (const int type : {0x01, 0x51, 0x7F}) {
+        EXPECT_EQ(refusal(plainNode(static_cast<std::uint8_t>(type))), Lines{someInfo}) << type;
+    }
+    for (const int status : {0x80, 0x90, 0xB0, 0xF0, 0xF8, 0xFF}) {
+        EXPECT_EQ(refusal(plainMeta(static_cast<std::uint8_t>(status))), Lines{unassigned}) << status;
+    }
+}
+
 TEST_F(MIDISequenceTreeTest, AMetaNodeOfTypeZeroThatIsNoSequenceNumberIsInvalid)
 {
     EXPECT_EQ(refusal(plainMeta(0)),
