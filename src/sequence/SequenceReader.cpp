@@ -196,16 +196,16 @@ void SequenceReader::readUnknown(const TrackEvent& event)
 template <class Node>
 void SequenceReader::take(const TrackEvent& event, const EventKind<Node>& kind)
 {
-    const auto taken = std::make_shared<Node>();
-    taken->position = event.time;
-    fill(*taken, event);
-    node(kind.target).addEvent(taken);
+    const auto node = std::make_shared<Node>();
+    node->position = event.time;
+    fill(*node, event);
+    trackOf(kind.target).addEvent(node);
     if (const auto listener = sequence.delegate.lock()) {
-        (listener.get()->*kind.found)(taken);
+        (listener.get()->*kind.found)(node);
     }
 }
 
-TrackNode& SequenceReader::node(EventTarget target)
+TrackNode& SequenceReader::trackOf(EventTarget target) const
 {
     SequenceNode& tree = required(sequence.sequenceNode);
     switch (target) {

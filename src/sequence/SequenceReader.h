@@ -38,11 +38,11 @@ private:
 
     template <class Node>
     void take(const TrackEvent& event, const EventKind<Node>& kind);
-    TrackNode& node(EventTarget target);
+    TrackNode& trackOf(EventTarget target) const;
     void setChannel(EventNode& event, std::uint8_t channel);
 
     void fill(MidiNoteEvent& note, const TrackEvent& event);
-    void fill(TempoEvent& tempo, const TrackEvent& event);
+    static void fill(TempoEvent& tempo, const TrackEvent& event);
     void fill(UserEvent& user, const TrackEvent& event);
     void fill(SystemExclusiveEvent& exclusive, const TrackEvent& event);
     void fill(MetaEvent& meta, const TrackEvent& event);
@@ -50,7 +50,7 @@ private:
     void fill(Node& message, const TrackEvent& event);
 
     // The others hold no values.
-    void fill(EventNode& /*node*/, const TrackEvent& /*event*/) {}
+    static void fill(EventNode& /*node*/, const TrackEvent& /*event*/) {}
 
     MIDISequence& sequence;
     int index;

@@ -126,22 +126,37 @@ TEST_F(MIDISequenceReadingTest, TheListenerIsCalledBeforeTheNextEventIsRead)
     EXPECT_EQ(counting->counts, (std::vector<int>{1, 2}));
 }
 
+// Gives up the sequence that tells it of a note.
+class LettingGo : public SequenceFoundDelegate {
+public:
+    explicit LettingGo(std::shared_ptr<ObservedSequence>& sequence) : holder(sequence), watched(sequence) {}
+
+    void foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event) override
+    {
+        positions.push_back(event->position);
+        holder.reset();
+        EXPECT_FALSE(watched.expired());
+    }
+
+    std::shared_ptr<ObservedSequence>& holder;
+    std::weak_ptr<ObservedSequence> watched;
+    std::vector<double> positions;
+};
+
+TEST_F(MIDISequenceReadingTest, ATrackWhoseSequenceItsListenerGivesUpIsReadToItsEnd)
+{
+    const auto lettingGo = std::make_shared<LettingGo>(sequence);
+    sequence->delegate = lettingGo;
+    note(0, 0.0, 0);
+    note(0, 1.0, 0);
+    sequence->iterateEvents(sequence->getTrack(0), 0);
+    EXPECT_EQ(lettingGo->positions, (std::vector<double>{0.0, 1.0}));
+    EXPECT_TRUE(lettingGo->watched.expired());
+}
+
 TEST_F(MIDISequenceReadingTest, ASequenceThatItsListenerGivesUpIsReadToItsEnd)
 {
-    class LettingGo : public SequenceFoundDelegate {
-    public:
-        void foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event) override
-        {
-            positions.push_back(event->position);
-            (*holder).reset();
-        }
-
-        std::shared_ptr<ObservedSequence>* holder = nullptr;
-        std::vector<double> positions;
-    };
-
-    const auto lettingGo = std::make_shared<LettingGo>();
-    lettingGo->holder = &sequence;
+    const auto lettingGo = std::make_shared<LettingGo>(sequence);
     sequence->delegate = lettingGo;
     sequence->create(2);
     note(0, 0.0, 0);
