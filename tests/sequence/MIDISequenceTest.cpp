@@ -56,6 +56,15 @@ TEST_F(MIDISequenceTest, AFailedNewSequenceLeavesTheOldTreeAndSaysOneLine)
     EXPECT_EQ(sequence->sequenceNode, oldTree);
 }
 
+TEST_F(MIDISequenceTest, ASequenceThatCannotBeDisposedIsGivenUpAllTheSame)
+{
+    fail(Operation::DisposeMusicSequence);
+    fail(Operation::NewMusicSequence);
+    sequence->create(3);
+    EXPECT_EQ(console.take(), Lines{"MIDISequence::Fehler: -7. \nEs konnte keine Sequenz erzeugt werden."});
+    EXPECT_EQ(sequence->musicSequence, nullptr);
+}
+
 TEST_F(MIDISequenceTest, AFailedNewTrackLeavesFewerTracksAndTheOldTree)
 {
     const auto oldTree = sequence->sequenceNode;
