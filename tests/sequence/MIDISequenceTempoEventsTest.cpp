@@ -47,6 +47,7 @@ TEST_F(MIDISequenceTempoEventsTest, TheTempoByteIs120WhereTheTempoDoesNotFit)
 TEST_F(MIDISequenceTempoEventsTest, ATempoThatHasNoNumberGivesTheBytesOf120)
 {
     EXPECT_EQ(bytesOf(8589.0), (Bytes{0xFD, 0x51, 120, 0xFF, 0x51, 3, 0xFF, 0xF8, 0xDE}));
+    EXPECT_EQ(bytesOf(4294967296.0 / 500000.0), (Bytes{0xFD, 0x51, 120, 0xFF, 0x51, 3, 3, 147, 135}));
     EXPECT_EQ(bytesOf(8590.0), (Bytes{0xFD, 0x51, 120, 0xFF, 0x51, 3, 3, 147, 135}));
     EXPECT_EQ(bytesOf(1e300), (Bytes{0xFD, 0x51, 120, 0xFF, 0x51, 3, 3, 147, 135}));
 }
