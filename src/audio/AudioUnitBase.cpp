@@ -8,6 +8,7 @@
 #include "midi/MIDIConstants.h"
 #include "services/audiograph/graph/AVAudioUnitEffect.h"
 
+#include <tuple>
 #include <utility>
 
 namespace volvelle {
@@ -88,7 +89,7 @@ void AudioUnitBase::create(const std::string& name)
 
 void AudioUnitBase::attach(const std::shared_ptr<AVAudioUnit>& avunit)
 {
-    required(engine).attachNode(avunit);
+    std::ignore = required(engine).attachNode(avunit);
     nodeDiagnostics(avunit);
     makeParameters();
     tellCreated(shared_from_this());
@@ -130,15 +131,15 @@ void AudioUnitBase::addRateConverters()
     } else {
         inputNode = attachMixer();
         outputNode = attachMixer();
-        engine->connect(inputNode, avAudioUnit, 0, 0, format);
+        std::ignore = engine->connect(inputNode, avAudioUnit, 0, 0, format);
     }
-    engine->connect(avAudioUnit, outputNode, 0, 0, format);
+    std::ignore = engine->connect(avAudioUnit, outputNode, 0, 0, format);
 }
 
 std::shared_ptr<AVAudioMixerNode> AudioUnitBase::attachMixer()
 {
     auto mixer = std::make_shared<AVAudioMixerNode>();
-    engine->attachNode(mixer);
+    std::ignore = engine->attachNode(mixer);
     return mixer;
 }
 
@@ -149,18 +150,18 @@ void AudioUnitBase::destroy()
     } else if (audioNode) {
         directPrint(concat("AudioUnitBase::destroy(): INFO: desytroy for ", contextText(), " called."));
         if (audioUnit && !audioUnit->inputBusses.empty()) {
-            engine->disconnectNodeInput(audioNode);
+            std::ignore = engine->disconnectNodeInput(audioNode);
         }
         if (audioUnit && !audioUnit->outputBusses.empty()) {
-            engine->disconnectNodeOutput(audioNode);
+            std::ignore = engine->disconnectNodeOutput(audioNode);
         }
-        engine->detachNode(audioNode);
+        std::ignore = engine->detachNode(audioNode);
         if (inputNode) {
-            engine->disconnectNodeInput(inputNode);
+            std::ignore = engine->disconnectNodeInput(inputNode);
             removeConverter(inputNode);
         }
         if (outputNode) {
-            engine->disconnectNodeOutput(outputNode);
+            std::ignore = engine->disconnectNodeOutput(outputNode);
             removeConverter(outputNode);
         }
     }
@@ -178,7 +179,7 @@ void AudioUnitBase::endWarnings()
 
 void AudioUnitBase::removeConverter(std::shared_ptr<AVAudioMixerNode>& node)
 {
-    engine->detachNode(node);
+    std::ignore = engine->detachNode(node);
     node = nullptr;
 }
 

@@ -80,8 +80,8 @@ public:
 
     // Hands a message of the unit to the delegate; what does not begin with a status is dropped. Always
     // noErr. [render thread: no lock, no allocation]
-    virtual OSStatus midi_local(std::int64_t sampleTime, std::uint8_t cable, int length,
-                                const std::uint8_t* data);
+    [[nodiscard]] virtual OSStatus midi_local(std::int64_t sampleTime, std::uint8_t cable, int length,
+                                              const std::uint8_t* data);
 
     virtual bool isMixer() const;
     virtual bool isMIDIGenerator() const;

@@ -21,7 +21,9 @@ void AudioUnitBase::saveFullState(const std::filesystem::path& url) const
         directPrint("AudioUnitBase::saveFullState(): FEHLER: Die Daten konnten nicht serialisiert werden.");
         return;
     }
-    replaceFile(url, *bytes, true);
+    if (replaceFile(url, *bytes, true) != noErr) {
+        directPrint("AudioUnitBase::saveFullState(): ERROR: The file could not be written.");
+    }
 }
 
 void AudioUnitBase::loadFullState(const std::filesystem::path& url)

@@ -64,9 +64,9 @@ protected:
                        AudioComponentFactory makeUnit);
 
 private:
-    OSStatus enablePreload(bool isOn);
-    OSStatus sendController(std::uint8_t channel, std::uint8_t number, std::uint32_t value);
-    OSStatus sendProgram(std::uint8_t channel, std::uint32_t patch);
+    [[nodiscard]] OSStatus enablePreload(bool isOn);
+    [[nodiscard]] OSStatus sendController(std::uint8_t channel, std::uint8_t number, std::uint32_t value);
+    [[nodiscard]] OSStatus sendProgram(std::uint8_t channel, std::uint32_t patch);
 
     SoundBankFinder findSoundBank;
     AudioComponentFactory makeUnit;

@@ -5,6 +5,8 @@
 #include "midi/MIDIConstants.h"
 #include "services/audiograph/graph/AudioUnitCalls.h"
 
+#include <tuple>
+
 namespace volvelle {
 
 namespace {
@@ -24,8 +26,8 @@ void AudioUnitMIDISynth::preloadPatches(std::uint8_t channel, const std::vector<
         return;
     }
     for (const std::uint32_t patch : patches) {
-        sendController(channel, CONTROLLER_BANKSELECT_MSB, msb);
-        sendController(channel, CONTROLLER_BANKSELECT_LSB, lsb);
+        std::ignore = sendController(channel, CONTROLLER_BANKSELECT_MSB, msb);
+        std::ignore = sendController(channel, CONTROLLER_BANKSELECT_LSB, lsb);
         if (const OSStatus status = sendProgram(channel, patch); status != noErr) {
             debugprint(concat("AudioUnitMIDISynth::preloadPatches() : ERROR: A patch (", patch,
                               ") could not be preloaded. ", status));

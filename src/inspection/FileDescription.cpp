@@ -156,35 +156,51 @@ void walk(const MusicTrack& track, const std::function<void(const TrackEvent&)>&
         });
 }
 
-double lengthOf(const MusicTrack& track)
+OSStatus readLength(const MusicTrack& track, double& length)
 {
-    double length = 0.0;
     std::uint32_t size = sizeof length;
-    MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
-    return length;
+    return MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
 }
 
-void describeTempo(const MusicSequence& sequence, FileDescription& description)
+OSStatus describeTempo(const MusicSequence& sequence, FileDescription& description)
 {
     MusicTrack track;
-    MusicSequenceGetTempoTrack(sequence, track);
-    description.length = lengthOf(track);
+    OSStatus status = MusicSequenceGetTempoTrack(sequence, track);
+    status = status == noErr ? readLength(track, description.length) : status;
     walk(track, [&description](const TrackEvent& event) {
         if (event.type == kMusicEventType_ExtendedTempo) {
             description.tempo.push_back({event.time, event.record<ExtendedTempoEvent>().bpm});
         }
     });
+    return status;
 }
 
-FoundTrack describeTrack(const MusicTrack& track, int index)
+OSStatus describeTrack(const MusicSequence& sequence, std::uint32_t index, FoundTrack& found)
 {
-    FoundTrack found;
-    found.index = index;
-    found.length = lengthOf(track);
+    MusicTrack track;
+    OSStatus status = MusicSequenceGetIndTrack(sequence, index, track);
+    status = status == noErr ? readLength(track, found.length) : status;
+    found.index = static_cast<int>(index);
     TrackReader reader(found);
     walk(track, [&reader](const TrackEvent& event) { reader.read(event); });
     reader.finish();
-    return found;
+    return status;
+}
+
+OSStatus describeTracks(const MusicSequence& sequence, FileDescription& description)
+{
+    std::uint32_t count = 0;
+    OSStatus status = MusicSequenceGetTrackCount(sequence, count);
+    std::vector<FoundNote> notes;
+    for (std::uint32_t i = 0; i < count && status == noErr; ++i) {
+        FoundTrack& found = description.tracks.emplace_back();
+        status = describeTrack(sequence, i, found);
+        description.length = std::max(description.length, found.length);
+        notes.insert(notes.end(), found.notes.begin(), found.notes.end());
+    }
+    std::ranges::stable_sort(notes, {}, &FoundNote::position);
+    description.chords = findChords(notes, description.length);
+    return status;
 }
 
 } // namespace
@@ -213,33 +229,17 @@ OSStatus describeFile(const std::filesystem::path& file, FileDescription& descri
 OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description)
 {
     MusicSequence sequence;
-    if (const OSStatus status = NewMusicSequence(sequence); status != noErr) {
-        return status;
-    }
-    const OSStatus status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                                      kMusicSequenceLoadSMF_PreserveTracks);
-    if (status != noErr) {
-        return status;
-    }
     std::int16_t division = 480;
-    MusicSequenceGetLoadDivision(sequence, division);
-    description.division = division;
-    MusicSequenceGetLoadWarnings(sequence, description.warnings);
-    describeTempo(sequence, description);
-    std::uint32_t count = 0;
-    MusicSequenceGetTrackCount(sequence, count);
-    std::vector<FoundNote> notes;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        MusicTrack track;
-        MusicSequenceGetIndTrack(sequence, i, track);
-        description.tracks.push_back(describeTrack(track, static_cast<int>(i)));
-        const FoundTrack& found = description.tracks.back();
-        description.length = std::max(description.length, found.length);
-        notes.insert(notes.end(), found.notes.begin(), found.notes.end());
+    OSStatus status = NewMusicSequence(sequence);
+    if (status == noErr) {
+        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                           kMusicSequenceLoadSMF_PreserveTracks);
     }
-    std::ranges::stable_sort(notes, {}, &FoundNote::position);
-    description.chords = findChords(notes, description.length);
-    return noErr;
+    status = status == noErr ? MusicSequenceGetLoadDivision(sequence, division) : status;
+    description.division = division;
+    status = status == noErr ? MusicSequenceGetLoadWarnings(sequence, description.warnings) : status;
+    status = status == noErr ? describeTempo(sequence, description) : status;
+    return status == noErr ? describeTracks(sequence, description) : status;
 }
 
 } // namespace volvelle

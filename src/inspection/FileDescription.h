@@ -47,7 +47,7 @@ struct FileDescription {
 std::string warningLine(const FileDescription& description);
 
 // Both read a file, the second its bytes. A status other than noErr leaves the description incomplete.
-OSStatus describeFile(const std::filesystem::path& file, FileDescription& description);
-OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description);
+[[nodiscard]] OSStatus describeFile(const std::filesystem::path& file, FileDescription& description);
+[[nodiscard]] OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& description);
 
 } // namespace volvelle

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <span>
+#include <tuple>
 
 namespace volvelle {
 
@@ -33,9 +34,11 @@ std::unique_ptr<PartRendering> PartRendering::make(const std::vector<std::uint8_
 bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& error)
 {
     MusicSequence sequence;
-    NewMusicSequence(sequence);
-    OSStatus status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                                AVAudioSequencer::channelsToTracks);
+    OSStatus status = NewMusicSequence(sequence);
+    if (status == noErr) {
+        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                           AVAudioSequencer::channelsToTracks);
+    }
     status = status == noErr ? keepNotesOf(part, sequence) : status;
     if (status != noErr) {
         error = "The music could not be read.";
@@ -47,7 +50,10 @@ bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& err
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(graph.instrument);
     }
-    graph.engine->enableManualRenderingMode(blockFrames);
+    if (graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
+        error = "The audio engine could not render by itself.";
+        return false;
+    }
     sequencer.prepareToPlay();
     sequencer.setCurrentPositionInBeats(part.beginBeats);
     if (!graph.engine->start(error)) {
@@ -65,7 +71,7 @@ void PartRendering::swingEffects()
     for (std::int64_t frames = part.beginBlock * blockFrames % effectPeriod; frames > 0;
          frames -= blockFrames) {
         const auto now = static_cast<int>(std::min<std::int64_t>(frames, blockFrames));
-        graph.engine->renderOffline(now, left.data(), right.data());
+        std::ignore = graph.engine->renderOffline(now, left.data(), right.data());
     }
 }
 

@@ -32,6 +32,6 @@ std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
 // too soft to be heard, since it ends drums that ring; so does what strikes a key anew that sounds on behind
 // the part, by its length or a pedal. A status from the sequence.
-OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence);
+[[nodiscard]] OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence);
 
 } // namespace volvelle

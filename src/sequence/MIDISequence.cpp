@@ -4,6 +4,7 @@
 #include "sequence/SequenceLog.h"
 
 #include <array>
+#include <tuple>
 #include <utility>
 
 namespace volvelle {
@@ -40,7 +41,7 @@ std::string_view statusText(OSStatus status)
 bool renew(MusicSequence& sequence)
 {
     if (sequence) {
-        DisposeMusicSequence(sequence);
+        std::ignore = DisposeMusicSequence(sequence);
         sequence = nullptr;
     }
     const OSStatus status = NewMusicSequence(sequence);
@@ -219,7 +220,7 @@ bool MIDISequence::isEmpty(const MusicTrack& track)
     if (!current) {
         diagnose("Diagnose: Die Spur enthält keine Daten.");
     }
-    DisposeMusicEventIterator(iterator);
+    std::ignore = DisposeMusicEventIterator(iterator);
     return !current;
 }
 

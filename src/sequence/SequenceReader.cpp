@@ -6,6 +6,7 @@
 #include "sequence/SequenceWalkReport.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace volvelle {
 
@@ -88,7 +89,7 @@ void SequenceReader::readTracks(MIDISequence& owner)
             break;
         }
         MusicTrack track;
-        MusicSequenceGetIndTrack(owner.musicSequence, i, track);
+        std::ignore = MusicSequenceGetIndTrack(owner.musicSequence, i, track);
         owner.getTrackLength(track);
         owner.getTrackLoopInfo(track);
         owner.getTrackOffsetTime(track);

@@ -45,11 +45,11 @@ private:
 
     static bool isWritten(const EventNode& /*event*/) { return true; }
 
-    static OSStatus put(const MusicTrack& track, const MidiNoteEvent& event);
-    static OSStatus put(const MusicTrack& track, const SystemExclusiveEvent& event);
-    static OSStatus put(const MusicTrack& track, const MetaEvent& event);
+    [[nodiscard]] static OSStatus put(const MusicTrack& track, const MidiNoteEvent& event);
+    [[nodiscard]] static OSStatus put(const MusicTrack& track, const SystemExclusiveEvent& event);
+    [[nodiscard]] static OSStatus put(const MusicTrack& track, const MetaEvent& event);
     template <ShortMessageNode Node>
-    static OSStatus put(const MusicTrack& track, const Node& event);
+    [[nodiscard]] static OSStatus put(const MusicTrack& track, const Node& event);
 
     Outcome writeAs(const std::shared_ptr<EventNode>& event, bool isMeta, std::uint8_t code);
     void writeMeta(const std::shared_ptr<EventNode>& event, std::uint8_t type);

@@ -74,10 +74,10 @@ TEST_F(AudioUnitBaseStateTest, AStateThatNoFileCanHoldIsToldAndTheOldFileStays)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(AudioUnitBaseStateTest, AFileThatCannotBeWrittenChangesNothing)
+TEST_F(AudioUnitBaseStateTest, AFileThatCannotBeWrittenIsToldAndChangesNothing)
 {
     wrapper->saveFullState(folder.path / "none" / "state.plist");
-    EXPECT_EQ(console.take(), Lines{});
+    EXPECT_EQ(console.take(), Lines{"AudioUnitBase::saveFullState(): ERROR: The file could not be written."});
     EXPECT_TRUE(std::filesystem::is_empty(folder.path));
 }
 

@@ -24,17 +24,17 @@ std::string readParts(const RenderOptions& options, std::vector<std::uint8_t>& d
                       std::vector<RenderPart>& parts)
 {
     MusicSequence sequence;
-    NewMusicSequence(sequence);
-    OSStatus status = readFile(options.file, data);
+    std::uint32_t tracks = 0;
+    OSStatus status = NewMusicSequence(sequence);
+    status = status == noErr ? readFile(options.file, data) : status;
     if (status == noErr) {
         status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
                                            kMusicSequenceLoadSMF_PreserveTracks);
     }
+    status = status == noErr ? MusicSequenceGetTrackCount(sequence, tracks) : status;
     if (status != noErr) {
         return readFailure(options.file, status);
     }
-    std::uint32_t tracks = 0;
-    MusicSequenceGetTrackCount(sequence, tracks);
     if (tracks == 0) {
         return trackFailure(options.file);
     }

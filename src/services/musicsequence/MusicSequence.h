@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/files/OSStatus.h"
+#include "base/Status.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -14,21 +14,6 @@
 // success, and changes nothing where it fails unless it says otherwise. Out parameters keep their values on
 // failure. A sequence and what belongs to it is used by one thread at a time. [any thread]
 namespace volvelle {
-
-inline constexpr OSStatus kAudioToolboxErr_InvalidSequenceType = -10846;
-inline constexpr OSStatus kAudioToolboxErr_InvalidPlayerState = -10852;
-inline constexpr OSStatus kAudioToolboxErr_InvalidEventType = -10853;
-inline constexpr OSStatus kAudioToolboxErr_NoSequence = -10854;
-inline constexpr OSStatus kAudioToolboxErr_IllegalTrackDestination = -10855;
-inline constexpr OSStatus kAudioToolboxErr_StartOfTrack = -10856;
-inline constexpr OSStatus kAudioToolboxErr_EndOfTrack = -10857;
-inline constexpr OSStatus kAudioToolboxErr_TrackNotFound = -10858;
-inline constexpr OSStatus kAudioToolboxErr_TrackIndexError = -10859;
-inline constexpr OSStatus kAudioToolboxErr_CannotDoInCurrentContext = -10863;
-// A property that does not exist, or a size that does not fit it.
-inline constexpr OSStatus kAudioToolboxErr_InvalidProperty = -10879;
-// A file that is no Standard MIDI File.
-inline constexpr OSStatus fileFormatErr = -10870;
 
 // A music sequence. The handle counts its holders: the sequence dies with the last one. Null is no sequence,
 // and every operation on it answers kAudioToolboxErr_NoSequence.
@@ -145,31 +130,32 @@ struct MusicEventUserData {
 // MARK: Sequences and their tracks
 
 // A new sequence with an empty tempo track and no other track.
-OSStatus NewMusicSequence(MusicSequence& sequence);
+[[nodiscard]] OSStatus NewMusicSequence(MusicSequence& sequence);
 
 // Gives up the caller's share; what another holder still has does not change. `sequence` is null afterwards.
-OSStatus DisposeMusicSequence(MusicSequence& sequence);
+[[nodiscard]] OSStatus DisposeMusicSequence(MusicSequence& sequence);
 
 // Appends a track; its index is the previous count.
-OSStatus MusicSequenceNewTrack(const MusicSequence& sequence, MusicTrack& track);
+[[nodiscard]] OSStatus MusicSequenceNewTrack(const MusicSequence& sequence, MusicTrack& track);
 
 // Removes the track; the indices behind it move down by one. The handle then belongs to no sequence and
 // answers kAudioToolboxErr_NoSequence. The tempo track, as any track that is not in the list, answers
 // kAudioToolboxErr_TrackNotFound.
-OSStatus MusicSequenceDisposeTrack(const MusicSequence& sequence, const MusicTrack& track);
+[[nodiscard]] OSStatus MusicSequenceDisposeTrack(const MusicSequence& sequence, const MusicTrack& track);
 
 // The count without the tempo track.
-OSStatus MusicSequenceGetTrackCount(const MusicSequence& sequence, std::uint32_t& count);
+[[nodiscard]] OSStatus MusicSequenceGetTrackCount(const MusicSequence& sequence, std::uint32_t& count);
 
 // kAudioToolboxErr_TrackIndexError for an index out of range.
-OSStatus MusicSequenceGetIndTrack(const MusicSequence& sequence, std::uint32_t index, MusicTrack& track);
+[[nodiscard]] OSStatus MusicSequenceGetIndTrack(const MusicSequence& sequence, std::uint32_t index,
+                                                MusicTrack& track);
 
 // kAudioToolboxErr_TrackNotFound for a track that is not in the list.
-OSStatus MusicSequenceGetTrackIndex(const MusicSequence& sequence, const MusicTrack& track,
-                                    std::uint32_t& index);
+[[nodiscard]] OSStatus MusicSequenceGetTrackIndex(const MusicSequence& sequence, const MusicTrack& track,
+                                                  std::uint32_t& index);
 
 // The tempo track always exists and is no member of the list.
-OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& track);
+[[nodiscard]] OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& track);
 
 // MARK: Files
 
@@ -177,40 +163,42 @@ OSStatus MusicSequenceGetTempoTrack(const MusicSequence& sequence, MusicTrack& t
 // Notes, channel messages, tempos, metas and raw data are written; what else a track holds counts for its
 // length alone. A note-off of release velocity 0 is written as a note-on of velocity 0, and read back as
 // such. `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
-OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenceFileTypeID type,
-                                     MusicSequenceFileFlags flags, std::int16_t resolution,
-                                     std::vector<std::uint8_t>& data);
+[[nodiscard]] OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence,
+                                                   MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
+                                                   std::int16_t resolution, std::vector<std::uint8_t>& data);
 
 // The same into a file. Without kMusicSequenceFileFlags_EraseFile an existing file answers fileExistsErr. The
 // file is replaced only when all bytes are on disk (a temporary file in the same folder, then a rename); a
 // device or a pipe is written directly.
-OSStatus MusicSequenceFileCreate(const MusicSequence& sequence, const std::filesystem::path& url,
-                                 MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
-                                 std::int16_t resolution);
+[[nodiscard]] OSStatus MusicSequenceFileCreate(const MusicSequence& sequence,
+                                               const std::filesystem::path& url, MusicSequenceFileTypeID type,
+                                               MusicSequenceFileFlags flags, std::int16_t resolution);
 
 // Reads a Standard MIDI File into the sequence, whose tracks are replaced; the tempo track stays the same,
 // with other content. On failure nothing changes. Every file that holds notes opens; what was mended is told
 // by MusicSequenceGetLoadWarnings.
-OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesystem::path& url,
-                               MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
-OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vector<std::uint8_t>& data,
-                                   MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
+[[nodiscard]] OSStatus MusicSequenceFileLoad(const MusicSequence& sequence, const std::filesystem::path& url,
+                                             MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
+[[nodiscard]] OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence,
+                                                 const std::vector<std::uint8_t>& data,
+                                                 MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
 
 // What the last load mended, as plain lines; empty for a clean file.
-OSStatus MusicSequenceGetLoadWarnings(const MusicSequence& sequence, std::vector<std::string>& warnings);
+[[nodiscard]] OSStatus MusicSequenceGetLoadWarnings(const MusicSequence& sequence,
+                                                    std::vector<std::string>& warnings);
 
 // The division of the file last loaded in pulses per beat, 480 before any load.
-OSStatus MusicSequenceGetLoadDivision(const MusicSequence& sequence, std::int16_t& division);
+[[nodiscard]] OSStatus MusicSequenceGetLoadDivision(const MusicSequence& sequence, std::int16_t& division);
 
 // MARK: Track properties
 
 // `size` is the room at `value` on entry and what was written on return.
-OSStatus MusicTrackGetProperty(const MusicTrack& track, MusicTrackProperty property, void* value,
-                               std::uint32_t& size);
+[[nodiscard]] OSStatus MusicTrackGetProperty(const MusicTrack& track, MusicTrackProperty property,
+                                             void* value, std::uint32_t& size);
 // Sizes are 8 for floats, 16 for loop info, 1 for truth values, 2 for the resolution. A length or an offset
 // that is not finite, and a negative length, answer kAudioToolboxErr_InvalidEventType.
-OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty property, const void* value,
-                               std::uint32_t size);
+[[nodiscard]] OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty property,
+                                             const void* value, std::uint32_t size);
 
 // MARK: Spans
 //
@@ -220,23 +208,23 @@ OSStatus MusicTrackSetProperty(const MusicTrack& track, MusicTrackProperty prope
 // tempo track only, else kAudioToolboxErr_IllegalTrackDestination.
 
 // Deletes the events of the span; later events keep their times.
-OSStatus MusicTrackClear(const MusicTrack& track, double start, double end);
+[[nodiscard]] OSStatus MusicTrackClear(const MusicTrack& track, double start, double end);
 
 // Deletes the events of the span and moves later events earlier by the span; the track gets shorter by it.
-OSStatus MusicTrackCut(const MusicTrack& track, double start, double end);
+[[nodiscard]] OSStatus MusicTrackCut(const MusicTrack& track, double start, double end);
 
 // Inserts a copy of the span; destination events from `at` on move later by the span, the destination gets
 // longer by it. Source and destination may be one track.
-OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end,
-                              const MusicTrack& destination, double at);
+[[nodiscard]] OSStatus MusicTrackCopyInsert(const MusicTrack& source, double start, double end,
+                                            const MusicTrack& destination, double at);
 
 // Adds a copy of the span at `at`; destination events keep their times.
-OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end, const MusicTrack& destination,
-                         double at);
+[[nodiscard]] OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end,
+                                       const MusicTrack& destination, double at);
 
 // Adds `by` to the times of the events of the span; at equal times they then stand behind the others. A move
 // to below 0 answers kAudioToolboxErr_StartOfTrack.
-OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
+[[nodiscard]] OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
 
 // MARK: New events
 //
@@ -245,17 +233,23 @@ OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end,
 // track only, everything else may go to any track; a wrong track answers
 // kAudioToolboxErr_IllegalTrackDestination.
 
-OSStatus MusicTrackNewMIDINoteEvent(const MusicTrack& track, double time, const MIDINoteMessage& message);
-OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time,
-                                       const MIDIChannelMessage& message);
-OSStatus MusicTrackNewMIDIRawDataEvent(const MusicTrack& track, double time, const MIDIRawData* record);
-OSStatus MusicTrackNewMetaEvent(const MusicTrack& track, double time, const MIDIMetaEvent* record);
-OSStatus MusicTrackNewExtendedTempoEvent(const MusicTrack& track, double time, double bpm);
-OSStatus MusicTrackNewUserEvent(const MusicTrack& track, double time, const MusicEventUserData* record);
-OSStatus MusicTrackNewExtendedNoteEvent(const MusicTrack& track, double time,
-                                        const ExtendedNoteOnEvent& record);
-OSStatus MusicTrackNewParameterEvent(const MusicTrack& track, double time, const ParameterEvent& record);
-OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const AUPresetEvent& record);
+[[nodiscard]] OSStatus MusicTrackNewMIDINoteEvent(const MusicTrack& track, double time,
+                                                  const MIDINoteMessage& message);
+[[nodiscard]] OSStatus MusicTrackNewMIDIChannelEvent(const MusicTrack& track, double time,
+                                                     const MIDIChannelMessage& message);
+[[nodiscard]] OSStatus MusicTrackNewMIDIRawDataEvent(const MusicTrack& track, double time,
+                                                     const MIDIRawData* record);
+[[nodiscard]] OSStatus MusicTrackNewMetaEvent(const MusicTrack& track, double time,
+                                              const MIDIMetaEvent* record);
+[[nodiscard]] OSStatus MusicTrackNewExtendedTempoEvent(const MusicTrack& track, double time, double bpm);
+[[nodiscard]] OSStatus MusicTrackNewUserEvent(const MusicTrack& track, double time,
+                                              const MusicEventUserData* record);
+[[nodiscard]] OSStatus MusicTrackNewExtendedNoteEvent(const MusicTrack& track, double time,
+                                                      const ExtendedNoteOnEvent& record);
+[[nodiscard]] OSStatus MusicTrackNewParameterEvent(const MusicTrack& track, double time,
+                                                   const ParameterEvent& record);
+[[nodiscard]] OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time,
+                                                  const AUPresetEvent& record);
 
 // MARK: Walking a track
 
@@ -264,34 +258,35 @@ OSStatus MusicTrackNewAUPresetEvent(const MusicTrack& track, double time, const 
 // where none did. Once behind the end it stays there, whatever is added. A load puts the iterators of the
 // tempo track behind the end. The iterators of a track that left its sequence answer
 // kAudioToolboxErr_NoSequence.
-OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
-OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
+[[nodiscard]] OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
+[[nodiscard]] OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
 
 // False on an empty track and behind the last event.
-OSStatus MusicEventIteratorHasCurrentEvent(const MusicEventIterator& iterator, bool& flag);
+[[nodiscard]] OSStatus MusicEventIteratorHasCurrentEvent(const MusicEventIterator& iterator, bool& flag);
 
 // True while an event follows the current one.
-OSStatus MusicEventIteratorHasNextEvent(const MusicEventIterator& iterator, bool& flag);
+[[nodiscard]] OSStatus MusicEventIteratorHasNextEvent(const MusicEventIterator& iterator, bool& flag);
 
 // Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator behind the
 // end, without a current event.
-OSStatus MusicEventIteratorNextEvent(const MusicEventIterator& iterator);
+[[nodiscard]] OSStatus MusicEventIteratorNextEvent(const MusicEventIterator& iterator);
 
 // The current event. `payload` points to the stored record and stays valid until the track changes; `size` is
 // the record's whole size in bytes. Without a current event kAudioToolboxErr_EndOfTrack.
-OSStatus MusicEventIteratorGetEventInfo(const MusicEventIterator& iterator, double& time,
-                                        MusicEventType& type, const void*& payload, std::uint32_t& size);
+[[nodiscard]] OSStatus MusicEventIteratorGetEventInfo(const MusicEventIterator& iterator, double& time,
+                                                      MusicEventType& type, const void*& payload,
+                                                      std::uint32_t& size);
 
 // Removes the current event and stands on the one that followed it.
-OSStatus MusicEventIteratorDeleteEvent(const MusicEventIterator& iterator);
+[[nodiscard]] OSStatus MusicEventIteratorDeleteEvent(const MusicEventIterator& iterator);
 
 // MARK: Playing straight away
 
-OSStatus NewMusicPlayer(MusicPlayer& player);
-OSStatus MusicPlayerSetSequence(const MusicPlayer& player, const MusicSequence& sequence);
+[[nodiscard]] OSStatus NewMusicPlayer(MusicPlayer& player);
+[[nodiscard]] OSStatus MusicPlayerSetSequence(const MusicPlayer& player, const MusicSequence& sequence);
 // Both answer kAudioToolboxErr_NoSequence for a player without a sequence.
-OSStatus MusicPlayerPreroll(const MusicPlayer& player);
-OSStatus MusicPlayerStart(const MusicPlayer& player);
+[[nodiscard]] OSStatus MusicPlayerPreroll(const MusicPlayer& player);
+[[nodiscard]] OSStatus MusicPlayerStart(const MusicPlayer& player);
 
 // Prints a description of the sequence to the console, at once.
 void CAShow(const MusicSequence& sequence);

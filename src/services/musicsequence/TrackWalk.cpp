@@ -1,5 +1,7 @@
 #include "services/musicsequence/TrackWalk.h"
 
+#include <tuple>
+
 namespace volvelle {
 
 namespace {
@@ -39,7 +41,7 @@ WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const Wa
     }
     OSStatus asked = noErr;
     if (!hasCurrentEvent(iterator, report, asked)) {
-        DisposeMusicEventIterator(iterator);
+        std::ignore = DisposeMusicEventIterator(iterator);
         return asked == noErr ? WalkResult::empty : WalkResult::failed;
     }
     TrackEvent event;
@@ -58,7 +60,7 @@ WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const Wa
             break;
         }
     } while (hasCurrentEvent(iterator, report, asked));
-    DisposeMusicEventIterator(iterator);
+    std::ignore = DisposeMusicEventIterator(iterator);
     return WalkResult::walked;
 }
 

@@ -58,7 +58,7 @@ OSStatus MIDISynthUnit::setProperty(std::uint32_t property, std::uint32_t scope,
 
 OSStatus MIDISynthUnit::loadBank(const std::filesystem::path& url)
 {
-    return open(url) ? noErr : invalidFile;
+    return open(url) ? noErr : kAudioUnitErr_InvalidFile;
 }
 
 OSStatus MIDISynthUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
@@ -90,7 +90,7 @@ OSStatus MIDISynthUnit::preloadEvent(std::uint32_t status, std::uint32_t data1, 
 OSStatus MIDISynthUnit::endPreload()
 {
     const bool isNeeded = std::exchange(hasNewSounds, false) && bank != nullptr && bank->isLarge();
-    return !isNeeded || renew(bank) ? noErr : invalidFile;
+    return !isNeeded || renew(bank) ? noErr : kAudioUnitErr_InvalidFile;
 }
 
 void MIDISynthUnit::prepareToPlay(std::span<const AUMIDIProgram> programs)

@@ -24,12 +24,12 @@ namespace volvelle {
 class MIDISynthUnit : public AUAudioUnit {
 public:
     // The location of a bank: `data` points to a pointer to a std::filesystem::path, `size` is that of the
-    // pointer. A bank that cannot be loaded is logged and answers invalidFile; what sounded goes on.
+    // pointer. A bank that cannot be loaded is logged and answers kAudioUnitErr_InvalidFile; what sounded
+    // goes on.
     static constexpr std::uint32_t soundBankProperty = 1100;
     // An unsigned 32-bit number, 1 or 0: while it is 1, program changes from outside load a sound, neither
     // sound nor change the channel, and bank selects count for them alone.
     static constexpr std::uint32_t enablePreloadProperty = 4119;
-    static constexpr OSStatus invalidFile = -10871;
 
     MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options,
                   const std::optional<std::filesystem::path>& builtIn = std::nullopt);
@@ -37,10 +37,10 @@ public:
 
     double tailTime() const override { return 5.0; }
 
-    OSStatus setProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element, const void* data,
-                         std::uint32_t size) override;
-    OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
-                                  std::uint32_t sampleOffset) override;
+    [[nodiscard]] OSStatus setProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element,
+                                       const void* data, std::uint32_t size) override;
+    [[nodiscard]] OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1,
+                                                std::uint32_t data2, std::uint32_t sampleOffset) override;
     void prepareToPlay(std::span<const AUMIDIProgram> programs) override;
 
     void reset() noexcept override;
@@ -62,9 +62,9 @@ protected:
 private:
     static constexpr std::size_t maximumMissing = 256;
 
-    OSStatus loadBank(const std::filesystem::path& url);
-    OSStatus preloadEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2);
-    OSStatus endPreload();
+    [[nodiscard]] OSStatus loadBank(const std::filesystem::path& url);
+    [[nodiscard]] OSStatus preloadEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2);
+    [[nodiscard]] OSStatus endPreload();
     bool keep(const AUMIDIProgram& program);
     bool open(const std::filesystem::path& url);
     bool renew(const std::shared_ptr<const BankFile>& from);

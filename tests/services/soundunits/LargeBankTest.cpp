@@ -207,7 +207,7 @@ TEST_F(LargeBanks, AnotherBankThatCannotBeLoadedLeavesTheSoundsInPlace)
     studio.start();
     studio.run(10);
     ConsoleCapture capture;
-    EXPECT_EQ(setBank("/nowhere/bank.sf2"), MIDISynthUnit::invalidFile);
+    EXPECT_EQ(setBank("/nowhere/bank.sf2"), kAudioUnitErr_InvalidFile);
     EXPECT_THAT(capture.take(), testing::ElementsAre("The sound bank \"/nowhere/bank.sf2\" cannot be read."));
     send(0xC3, strings);
     studio.run(1);

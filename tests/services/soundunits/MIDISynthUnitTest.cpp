@@ -112,7 +112,7 @@ TEST_F(MIDISynth, AMissingBankIsAStatusAndALogLineAndTheSoundGoesOn)
     begin();
     const fs::path before = unit().soundBank();
     test::ConsoleCapture capture;
-    EXPECT_EQ(setBank("/nowhere/bank.sf2"), MIDISynthUnit::invalidFile);
+    EXPECT_EQ(setBank("/nowhere/bank.sf2"), kAudioUnitErr_InvalidFile);
     EXPECT_EQ(capture.take().size(), 1U);
     EXPECT_EQ(unit().soundBank(), before);
     send(noteOn, 60, 100);
@@ -124,7 +124,7 @@ TEST_F(MIDISynth, RubbishInPlaceOfABankLeavesTheSoundAlone)
     begin();
     const fs::path rubbish = fs::temp_directory_path() / "volvelle-rubbish.dls";
     std::ofstream(rubbish) << "RIFF\x10\0\0\0DLS this is no bank";
-    EXPECT_EQ(setBank(rubbish), MIDISynthUnit::invalidFile);
+    EXPECT_EQ(setBank(rubbish), kAudioUnitErr_InvalidFile);
     fs::remove(rubbish);
     send(noteOn, 60, 100);
     EXPECT_GT(level(20), 1e-3);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <tuple>
 
 namespace volvelle {
 
@@ -170,7 +171,8 @@ void AUAudioUnit::takeOutsideMessages() noexcept
     OutsideMessage message;
     while (outside.pop(message)) {
         if (message.era == heardEra) {
-            scheduleMIDIEvent(message.offset, 0, shortMessageLength(message.bytes[0]), message.bytes.data());
+            std::ignore = scheduleMIDIEvent(message.offset, 0, shortMessageLength(message.bytes[0]),
+                                            message.bytes.data());
         }
     }
 }

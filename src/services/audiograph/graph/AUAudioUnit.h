@@ -69,8 +69,8 @@ public:
 
     // Everything that a unit can be told by number. The default knows none: kAudioToolboxErr_InvalidProperty.
     // [main thread]
-    virtual OSStatus setProperty(std::uint32_t property, std::uint32_t scope, std::uint32_t element,
-                                 const void* data, std::uint32_t size);
+    [[nodiscard]] virtual OSStatus setProperty(std::uint32_t property, std::uint32_t scope,
+                                               std::uint32_t element, const void* data, std::uint32_t size);
 
     // MARK: MIDI
 
@@ -78,8 +78,8 @@ public:
     // 2,047 messages that the render thread empties; a full one answers
     // kAudioToolboxErr_CannotDoInCurrentContext, a status below 0x80 or a unit that takes no MIDI
     // kAudio_ParamError. [main thread]
-    virtual OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1, std::uint32_t data2,
-                                          std::uint32_t sampleOffset);
+    [[nodiscard]] virtual OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1,
+                                                        std::uint32_t data2, std::uint32_t sampleOffset);
 
     // Whatever a unit has to do on the main thread while it plays; the engine calls it some times a second
     // and whenever it is edited. [main thread]
@@ -99,14 +99,14 @@ public:
     // unit is in no render plan, or the line is full (16,384 messages, 262,144 bytes of long ones), it
     // answers kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages
     // other than note-ons. [render thread]
-    OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
-                               const std::uint8_t* bytes) noexcept;
+    [[nodiscard]] OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
+                                             const std::uint8_t* bytes) noexcept;
 
     // The same at a fraction of a frame, above -1. It acts at the nearest frame of the unit's own rate, each
     // time at the same one, however far a converter has pulled the unit ahead: a unit at another rate than
     // the engine's is `pullAhead` frames late throughout. [render thread]
-    OSStatus scheduleMIDIEventAt(double sampleOffset, std::uint8_t cable, int length,
-                                 const std::uint8_t* bytes) noexcept;
+    [[nodiscard]] OSStatus scheduleMIDIEventAt(double sampleOffset, std::uint8_t cable, int length,
+                                               const std::uint8_t* bytes) noexcept;
 
     // Where the unit's own MIDI goes; empty for nowhere. Called on the render thread. [main thread]
     void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block);
@@ -144,8 +144,8 @@ protected:
                              int frames, std::span<const TimedMessage> events) noexcept = 0;
 
     // Hands a message to the output block. [render thread]
-    OSStatus sendMIDIOutput(std::int64_t sampleTime, std::uint8_t cable, int length,
-                            const std::uint8_t* bytes) noexcept;
+    [[nodiscard]] OSStatus sendMIDIOutput(std::int64_t sampleTime, std::uint8_t cable, int length,
+                                          const std::uint8_t* bytes) noexcept;
 
     // Frames rendered so far: the sample time of the first frame of the block under way. [render thread]
     std::int64_t renderedFrames() const { return clock; }

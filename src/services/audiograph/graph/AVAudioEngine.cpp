@@ -4,6 +4,7 @@
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace volvelle {
@@ -12,7 +13,7 @@ AVAudioEngine::AVAudioEngine() : nodes{output, mixer}
 {
     output->engine = this;
     mixer->engine = this;
-    connect(mixer, output, 0, 0);
+    std::ignore = connect(mixer, output, 0, 0);
 }
 
 AVAudioEngine::~AVAudioEngine()

@@ -38,25 +38,26 @@ public:
     // A null node, and one of another engine, answers kAudio_ParamError.
 
     // A node that is attached already stays so.
-    OSStatus attachNode(const std::shared_ptr<AVAudioNode>& node);
+    [[nodiscard]] OSStatus attachNode(const std::shared_ptr<AVAudioNode>& node);
 
     // Disconnects the node and lets go of it. One that is not attached answers kAUGraphErr_NodeNotFound; main
     // mixer and output node stay: kAudio_ParamError.
-    OSStatus detachNode(const std::shared_ptr<AVAudioNode>& node);
+    [[nodiscard]] OSStatus detachNode(const std::shared_ptr<AVAudioNode>& node);
 
     // Connects output `fromBus` to input `toBus`, in place of what both were connected to. Without a format
     // the source keeps its own, or takes the destination's where that converts nothing. Nodes that are not
     // attached answer kAUGraphErr_NodeNotFound, busses that are not there kAudioUnitErr_InvalidElement, a
     // circle kAUGraphErr_InvalidConnection, rates that do not fit kAudioUnitErr_FormatNotSupported; nothing
     // changes then.
-    OSStatus connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
-                     int fromBus, int toBus, std::optional<AVAudioFormat> format = std::nullopt);
+    [[nodiscard]] OSStatus connect(const std::shared_ptr<AVAudioNode>& from,
+                                   const std::shared_ptr<AVAudioNode>& to, int fromBus, int toBus,
+                                   std::optional<AVAudioFormat> format = std::nullopt);
 
     // All inputs, one input, the outputs. A node without any connection is no error, one that is not attached
     // answers kAUGraphErr_NodeNotFound.
-    OSStatus disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
-    OSStatus disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node, int bus);
-    OSStatus disconnectNodeOutput(const std::shared_ptr<AVAudioNode>& node);
+    [[nodiscard]] OSStatus disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
+    [[nodiscard]] OSStatus disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node, int bus);
+    [[nodiscard]] OSStatus disconnectNodeOutput(const std::shared_ptr<AVAudioNode>& node);
 
     const std::shared_ptr<AVAudioMixerNode>& mainMixerNode() const { return mixer; }
 
@@ -92,14 +93,14 @@ public:
 
     // From now on renderOffline() pulls, on the main thread, and no sink is opened. Answers
     // kAudioEngineErr_Initialized while the engine runs, kAudio_ParamError for frames below 1.
-    OSStatus enableManualRenderingMode(int maximumFrames);
-    OSStatus disableManualRenderingMode();
+    [[nodiscard]] OSStatus enableManualRenderingMode(int maximumFrames);
+    [[nodiscard]] OSStatus disableManualRenderingMode();
 
     bool isInManualRenderingMode() const { return manualFrames > 0; }
 
     // Writes `frames` frames, 1 to the maximum; else kAudio_ParamError. Without the mode
     // kAudioEngineErr_InvalidMode, without a start kAudioEngineErr_NotRunning. [main thread]
-    OSStatus renderOffline(int frames, float* left, float* right);
+    [[nodiscard]] OSStatus renderOffline(int frames, float* left, float* right);
 
     // Frees what the render thread no longer needs, and lets the units keep house. Called by each edit, and
     // some times a second by the main run loop while the engine runs and does not render by hand. [main
@@ -118,7 +119,7 @@ public:
     void render(float* left, float* right, int frames) noexcept override;
 
 private:
-    OSStatus check(const std::shared_ptr<AVAudioNode>& node) const;
+    [[nodiscard]] OSStatus check(const std::shared_ptr<AVAudioNode>& node) const;
     void publish();
     bool openSink(std::string& error);
     void closeSink();

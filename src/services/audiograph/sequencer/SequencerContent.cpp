@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 
 namespace volvelle {
 
@@ -76,7 +77,8 @@ void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
 
 void SequencerContent::sendShort(Unit& unit, const ShortMessage& message) noexcept
 {
-    unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(message[0]), message.data());
+    std::ignore =
+        unit.node->auAudioUnit()->scheduleMIDIEvent(0, 0, shortMessageLength(message[0]), message.data());
 }
 
 void SequencerContent::release(bool all) noexcept
@@ -157,7 +159,8 @@ void SequencerContent::tellChannels(Unit& unit) noexcept
 
 void SequencerContent::sendLong(Unit& unit, std::span<const std::uint8_t> bytes, double offset) noexcept
 {
-    unit.node->auAudioUnit()->scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()), bytes.data());
+    std::ignore = unit.node->auAudioUnit()->scheduleMIDIEventAt(offset, 0, static_cast<int>(bytes.size()),
+                                                                bytes.data());
 }
 
 std::uint16_t SequencerContent::Unit::heardChannels() const noexcept

@@ -48,14 +48,14 @@ public:
     std::string copyright;
 
     // Reads the whole sequence; on failure the content is not to be used. [main thread]
-    OSStatus read(const MusicSequence& sequence);
+    [[nodiscard]] OSStatus read(const MusicSequence& sequence);
 
     // The first event at or behind `seconds`.
     std::size_t firstFrom(double seconds) const noexcept;
 
 private:
-    OSStatus readTempo(const MusicTrack& track);
-    OSStatus readTrack(const MusicTrack& track, std::uint16_t index);
+    [[nodiscard]] OSStatus readTempo(const MusicTrack& track);
+    [[nodiscard]] OSStatus readTrack(const MusicTrack& track, std::uint16_t index);
     void readEvent(double beat, MusicEventType type, const void* payload, std::uint16_t index);
     void readNote(double beat, const MIDINoteMessage& note, std::uint16_t index);
     void readMessage(double beat, const MIDIChannelMessage& message, std::uint16_t index);

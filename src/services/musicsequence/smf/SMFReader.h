@@ -16,6 +16,6 @@ namespace volvelle {
 // track with an event. Its allocations, and those of a loading of what it gives, are 64 MiB and eight times
 // the size of `bytes` at most, all added up; a track that asks for more ends early, and leaves something to
 // those behind it. [any thread]
-OSStatus readSMF(std::span<const std::uint8_t> bytes, SMFFile& file);
+[[nodiscard]] OSStatus readSMF(std::span<const std::uint8_t> bytes, SMFFile& file);
 
 } // namespace volvelle

@@ -73,10 +73,14 @@ TEST(AUAudioUnit, MessagesFromOutsideArriveWithTheNextBlock)
     const auto unit = std::make_shared<RecordingUnit>();
     EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0xB1, 7, 90, 0), noErr);
     EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0xC1, 7, 0, 3), noErr);
+    EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0xEF, 127, 127, 4), noErr);
     EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0x40, 7, 0, 3), kAudio_ParamError);
+    EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0xF0, 7, 0, 3), kAudio_ParamError);
+    EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0x80, 128, 0, 3), kAudio_ParamError);
+    EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0x80, 0, 128, 3), kAudio_ParamError);
     EXPECT_EQ(MusicDeviceMIDIEvent(nullptr, 0xC1, 7, 0, 3), kAudio_ParamError);
     renderBlock(*unit, 64);
-    EXPECT_THAT(unit->take(), ElementsAre("0: B1 07 5A", "3: C1 07"));
+    EXPECT_THAT(unit->take(), ElementsAre("0: B1 07 5A", "3: C1 07", "4: EF 7F 7F"));
 }
 
 TEST(AUAudioUnit, AFullQueueFromOutsideIsAStatus)
