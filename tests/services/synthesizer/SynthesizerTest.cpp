@@ -268,6 +268,30 @@ TEST_F(SynthesizerTest, TheResetOfControllersLeavesTuningsOfTheChannel)
     EXPECT_NEAR(cents(*heard, 440.0), 0.0, 15.0);
 }
 
+TEST_F(SynthesizerTest, ForgettingSettingsBringsEachChannelBackInTune)
+{
+    const auto note = [this](int channel, bool isTuned, bool isForgotten) {
+        dry->reset();
+        if (isTuned) {
+            dry->controller(channel, 99, 120);
+            dry->controller(channel, 98, 51); // semitones
+            dry->controller(channel, 6, 65);
+        }
+        renderFrames(*dry, 64);
+        if (isForgotten) {
+            dry->forgetSettings();
+        }
+        dry->program(channel, 80);
+        dry->noteOn(channel, 69, 100);
+        return renderFrames(*dry, 24000);
+    };
+    for (const int channel : {0, 8, 15}) {
+        const Stereo plain = note(channel, false, false);
+        EXPECT_GT(difference(plain, note(channel, true, false)), 0.04) << channel;
+        EXPECT_LT(difference(plain, note(channel, true, true)), 0.02) << channel;
+    }
+}
+
 TEST_F(SynthesizerTest, TakesSystemExclusiveMessages)
 {
     const std::vector<std::uint8_t> quiet{0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x00, 0xF7};

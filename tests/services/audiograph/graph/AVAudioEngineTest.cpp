@@ -154,6 +154,27 @@ TEST(AVAudioEngine, SourcesEffectsAndMixersRenderThroughToTheOutput)
     EXPECT_THAT(rendered(engine, 2), ElementsAre(0.0F, 0.0F));
 }
 
+TEST(AVAudioEngine, AUnitThatLeavesTheGraphTakesNoMessagesUntilItIsBack)
+{
+    AVAudioEngine engine;
+    ASSERT_EQ(engine.enableManualRenderingMode(512), noErr);
+    std::string error;
+    ASSERT_TRUE(engine.start(error)) << error;
+    const auto unit = std::make_shared<RecordingUnit>();
+    const auto node = std::make_shared<AVAudioUnitMIDIInstrument>(unit);
+    const std::array<std::uint8_t, 3> message{0x90, 60, 100};
+    ASSERT_EQ(engine.attachNode(node), noErr);
+    ASSERT_EQ(engine.connect(node, engine.mainMixerNode(), 0, 0), noErr);
+    rendered(engine, 1);
+    EXPECT_EQ(unit->scheduleMIDIEvent(0, 0, 3, message.data()), noErr);
+    ASSERT_EQ(engine.disconnectNodeOutput(node), noErr);
+    rendered(engine, 1);
+    EXPECT_EQ(unit->scheduleMIDIEvent(0, 0, 3, message.data()), kAudioToolboxErr_CannotDoInCurrentContext);
+    ASSERT_EQ(engine.connect(node, engine.mainMixerNode(), 0, 0), noErr);
+    rendered(engine, 1);
+    EXPECT_EQ(unit->scheduleMIDIEvent(0, 0, 3, message.data()), noErr);
+}
+
 TEST(AVAudioEngine, DisconnectingWhatIsNotAttachedIsAStatus)
 {
     AVAudioEngine engine;
