@@ -12,7 +12,7 @@ namespace volvelle {
 // The owned form of a render event: one block holds the record and its MIDI bytes, whatever their number.
 // Held by std::shared_ptr; pointers to the record and its bytes are valid as long as the object. Making one
 // allocates and is for any thread; more than 65,535 bytes are a fatal stop. InitializeWith and the readers
-// are realtime. [one thread at a time]
+// are realtime. [any]
 class AUMIDIEventEx {
 public:
     // A record of that type and sample time with all bytes of the array. An array shorter than `length` is

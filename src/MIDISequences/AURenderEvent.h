@@ -4,7 +4,7 @@
 #include <cstdint>
 
 // The records in which realtime code moves MIDI: linked lists in the order of their sample times.
-// [any thread; plain data]
+// [any]
 namespace volvelle {
 
 union AURenderEvent;

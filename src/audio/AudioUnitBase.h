@@ -23,7 +23,7 @@ namespace volvelle {
 //
 // Every failure prints its message and leaves the wrapper as it stands. Whoever makes it connects
 // getOutputNode() into the graph, and lets go of it on the main thread, once the engine stands still or the
-// node is out of the graph. [main thread, but for midi_local()]
+// node is out of the graph. [main], but for midi_local()
 class AudioUnitBase : public std::enable_shared_from_this<AudioUnitBase> {
 public:
     static std::shared_ptr<AudioUnitBase> make(std::shared_ptr<AVAudioEngine> engine);
@@ -79,7 +79,7 @@ public:
     virtual void destroy();
 
     // Hands a message of the unit to the delegate; what does not begin with a status is dropped. Always
-    // noErr. [render thread: no lock, no allocation]
+    // noErr. [render]
     [[nodiscard]] virtual OSStatus midi_local(std::int64_t sampleTime, std::uint8_t cable, int length,
                                               const std::uint8_t* data);
 

@@ -25,7 +25,7 @@ namespace volvelle {
 // One file each: lengths only grow, so a fresh transport is made for every play. connect(engine) comes first;
 // what needs the sequencer is a fatal stop without it. Failures are logged or printed. The calls of the
 // delegate are queued, and each keeps the transport until it has run; the delegate is held weakly, the timer
-// ends with the transport. [main thread]
+// ends with the transport. [main]
 class MIDISequencer : public SequenceFoundDelegate, public std::enable_shared_from_this<MIDISequencer> {
 public:
     static std::shared_ptr<MIDISequencer> make();

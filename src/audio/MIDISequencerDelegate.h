@@ -6,7 +6,7 @@
 namespace volvelle {
 
 // Listens to a transport, which holds it weakly. Called from the main queue alone, never inside the operation
-// that brought the call about. [main thread]
+// that brought the call about. [main]
 class MIDISequencerDelegate {
 public:
     virtual ~MIDISequencerDelegate() = default;

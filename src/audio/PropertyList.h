@@ -9,7 +9,7 @@
 #include <vector>
 
 // Dictionaries as property lists in XML: dict, array, string, integer, real, true, false and data. Both ways
-// refuse what is nested deeper than 200 levels. [any thread]
+// refuse what is nested deeper than 200 levels. [any]
 namespace volvelle {
 
 inline constexpr int propertyListXMLFormat = 100;

@@ -7,7 +7,7 @@
 
 namespace volvelle {
 
-// Where the sound bank of that name and extension stands; no value where there is none. [main thread]
+// Where the sound bank of that name and extension stands; no value where there is none. [main]
 using SoundBankFinder =
     std::function<std::optional<std::filesystem::path>(std::string_view name, std::string_view extension)>;
 

@@ -14,7 +14,7 @@
 namespace volvelle {
 
 // The engine of a command: instrument, limiter, main mixer, output. The instrument is the internal
-// synthesizer, or a MIDI port that stands in its place. [main thread]
+// synthesizer, or a MIDI port that stands in its place. [main]
 class SoundGraph {
 public:
     // Without the limiter for a part of a mix that is limited as a whole.
@@ -30,7 +30,7 @@ public:
     // Makes the instrument that sends to the port of that name. False with one plain line in `error`.
     bool connectPort(const std::string& name, std::string& error);
 
-    // Voices of the synthesizer at the end of the last block, 0 for a port. [any thread]
+    // Voices of the synthesizer at the end of the last block, 0 for a port. [any]
     int activeVoices() const { return synthUnit == nullptr ? 0 : synthUnit->activeVoices(); }
 
     const std::shared_ptr<AVAudioEngine> engine;

@@ -13,7 +13,7 @@
 #include <utility>
 
 // Arithmetic, conversions, ranges, element accesses and casts that stop the program where the plain language
-// would go on with a wrong value. All of them are free of side effects otherwise. [any thread]
+// would go on with a wrong value. All of them are free of side effects otherwise. [any]
 namespace volvelle {
 
 // a + b, a - b, a * b in their own type; a result that does not fit is a fatal stop.

@@ -7,7 +7,7 @@ namespace volvelle {
 class Clock {
 public:
     virtual ~Clock() = default;
-    virtual double now() const = 0; // [any thread]
+    virtual double now() const = 0; // [any]
 };
 
 // The system's steady clock.

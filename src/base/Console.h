@@ -11,7 +11,7 @@ class ConsoleSink {
 public:
     virtual ~ConsoleSink() = default;
 
-    // One line without its line end; may hold line ends of its own. [main thread, or the direct printer's]
+    // One line without its line end; may hold line ends of its own. [any] On the thread that prints.
     virtual void write(std::string_view line) = 0;
 };
 
@@ -19,7 +19,7 @@ public:
 class Console {
 public:
     // Puts a sink in force, null for none, and returns the one before. The caller keeps it alive.
-    // [main thread]
+    // [main]
     ConsoleSink* setSink(ConsoleSink* sink);
 
     bool isHeard() const { return current.load(std::memory_order_acquire) != nullptr; }
@@ -39,16 +39,16 @@ public:
 };
 
 // The log of the whole system: hands the message to the main queue, which writes it as one line. The lines of
-// one thread keep their order, and the caller does not wait. [any thread]
+// one thread keep their order, and the caller does not wait. [any]
 void safeprint(std::string message);
 void debugprint(std::string message);
 
 // The log for a thread that renders: a line of two texts, which reaches the console when the main queue is
 // drained next. What finds no room is counted, and the count is a line of its own; a line is cut off at
-// LineRing::longest bytes. [any thread, render threads too: no lock, no allocation]
+// LineRing::longest bytes. [any] On render threads too: no lock, no allocation.
 void realtimeprint(std::string_view beginning, std::string_view rest = "") noexcept;
 
-// Writes the lines of rendering threads that wait. [main thread; in a fatal stop any]
+// Writes the lines of rendering threads that wait. [main] In a fatal stop any.
 void writeRealtimeLines();
 
 // Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written

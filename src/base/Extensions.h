@@ -11,7 +11,7 @@
 namespace volvelle {
 
 // Places of the user's and the program's files, without a value at the start. getPaths() sets the first two.
-// [main thread]
+// [main]
 extern std::optional<std::filesystem::path> documentsURL;
 extern std::optional<std::filesystem::path> resourcesURL;
 extern std::optional<std::filesystem::path> sharedURLAudio;
@@ -21,17 +21,17 @@ extern std::optional<std::filesystem::path> sharedURLMIDI;
 extern const std::array<std::string_view, 197> capitals;
 
 // True where something stands at the path, whether folder or file; otherwise creates the folder with all its
-// parents. A failure is logged and gives false. [any thread]
+// parents. A failure is logged and gives false. [any]
 bool ensureDirectoryExists(const std::filesystem::path& url);
 
-// Finds the documents and the resources folder, and logs both. [main thread]
+// Finds the documents and the resources folder, and logs both. [main]
 void getPaths();
 
 // The four characters of a code, that of the highest byte first, decoded as MacRoman.
 std::string stringValue(std::uint32_t code);
 
 // A name that no other call on any machine gives, behind `withPrefix` and "-" where there is a prefix.
-// [the thread that draws]
+// [any]
 std::string uniqueName(const std::optional<std::string>& withPrefix);
 
 } // namespace volvelle

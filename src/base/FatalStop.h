@@ -7,13 +7,13 @@
 namespace volvelle {
 
 // Writes `message` and a line end to standard error, writes the log lines that wait, and takes the final
-// step. Never returns, whatever the final step does. [any thread]
+// step. Never returns, whatever the final step does. [any]
 [[noreturn]] void fatalStop(std::string_view message);
 
 // The last thing that a fatal stop does. The default aborts; a command removes its temporary file and exits.
 using FinalStep = void (*)();
 
-// Replaces the final step, null for the default, and returns the one before. [main thread, at start]
+// Replaces the final step, null for the default, and returns the one before. [main] At start.
 FinalStep setFinalStep(FinalStep step);
 
 inline constexpr std::string_view nilMessage = "Unexpectedly found nil while unwrapping an Optional value";

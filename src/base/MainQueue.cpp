@@ -1,6 +1,7 @@
 #include "base/MainQueue.h"
 
 #include "base/Console.h"
+#include "base/MainThread.h"
 
 #include <utility>
 
@@ -35,6 +36,7 @@ void MainQueue::append(Entry entry)
 
 void MainQueue::drain()
 {
+    assertMainThread();
     while (true) {
         Entry entry;
         {

@@ -17,20 +17,20 @@ public:
 
     MainQueue();
 
-    // Appends a closure, or a line for the console, and calls the wake-up hook. [any thread]
+    // Appends a closure, or a line for the console, and calls the wake-up hook. [any]
     void post(Closure closure);
     void postLine(std::string line);
 
     // Runs and writes what waits, and what that posts, until nothing waits, and then the lines of rendering
-    // threads. May be called by a closure that itself is being drained. [main thread]
+    // threads. May be called by a closure that itself is being drained. [main]
     void drain();
 
     // Takes the waiting log lines out of the queue and writes them in their order, and then the lines of
-    // rendering threads; runs no closure. [main thread; in a fatal stop any]
+    // rendering threads; runs no closure. [main] In a fatal stop any.
     void writeWaitingLines();
 
     // Called behind each posting, for instance to wake a sleeping run loop; empty for none. The hook must not
-    // post. [main thread, at start]
+    // post. [main] At start.
     void setWakeUp(Closure wakeUp);
 
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-// The folders that the program reads from and writes to. [main thread]
+// The folders that the program reads from and writes to. [main]
 namespace volvelle {
 
 // The folder that holds "Phrases" and "Phrases2", without a value where none was found. It is, in this order:

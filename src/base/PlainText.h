@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// Text from outside, as it may be shown. [any thread]
+// Text from outside, as it may be shown. [any]
 namespace volvelle {
 
 // How many bytes from the start on are whole characters in UTF-8.

@@ -34,7 +34,7 @@ int randomInteger(int lower, int upper);
 
 // Puts a source in force, null for the system's, which is made at its first draw, and returns the one before,
 // null where it was the system's.
-// Tests alone call it. [the thread that draws]
+// Tests alone call it. [any]
 RandomSource* setRandomSource(RandomSource* source);
 
 } // namespace volvelle

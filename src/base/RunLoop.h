@@ -12,8 +12,7 @@
 namespace volvelle {
 
 // Runs what the main thread has to do: the main queue and the timers. A command runs it until it is done; the
-// app's own loop calls turn() when the queue's hook wakes it or nextFire() has come. [main thread, but for
-// wake()]
+// app's own loop calls turn() when the queue's hook wakes it or nextFire() has come. [main], but for wake()
 class RunLoop {
 public:
     // The clock must outlive the loop.
@@ -33,7 +32,7 @@ public:
     void run();
     void stop();
 
-    // Ends the sleep of run(). [any thread]
+    // Ends the sleep of run(). [any]
     void wake();
 
 private:

@@ -6,7 +6,7 @@
 namespace volvelle {
 
 // A repeating timer of a run loop. It holds its target weakly and ends with it. Owned by whoever scheduled it
-// and by the run loop, until it is invalidated. [main thread]
+// and by the run loop, until it is invalidated. [main]
 class Timer {
 public:
     using Action = std::function<void()>;

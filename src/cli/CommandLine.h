@@ -14,7 +14,7 @@ struct SoundCommands {
 
 // Runs the command that the arguments ask for and returns the exit status: 0 done, 1 could not (one plain
 // line on standard error), 2 usage. A fatal stop ends the process with 1. Without `sound`, a command with
-// sound is handed over to the other program. Called once. [main thread]
+// sound is handed over to the other program. Called once. [main]
 int runCommandLine(int argc, char** argv, const SoundCommands* sound = nullptr);
 
 } // namespace volvelle

@@ -16,7 +16,7 @@ inline constexpr int exitUsage = 2;
 // The name of a file to write that is none: its bytes go to standard output, alone.
 inline constexpr const char* standardOutputName = "-";
 
-// What a command says: results and remarks on standard output, failures on standard error. [main thread]
+// What a command says: results and remarks on standard output, failures on standard error. [main]
 class CommandOutput {
 public:
     explicit CommandOutput(bool isQuiet) : quiet(isQuiet) {}

@@ -5,7 +5,7 @@
 namespace volvelle {
 
 // Lets a fatal stop tell, in a second line, which file was being loaded. For its lifetime, one at a time.
-// [main thread]
+// [main]
 class StopContext {
 public:
     explicit StopContext(const std::filesystem::path& file);

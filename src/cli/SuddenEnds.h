@@ -1,6 +1,6 @@
 #pragma once
 
-// How the process of a command ends before its command does. [main thread, at start]
+// How the process of a command ends before its command does. [main] At start.
 namespace volvelle {
 
 // A fatal stop, a signal that ends the process and memory that does not suffice leave no file behind that is

@@ -9,7 +9,7 @@
 namespace volvelle {
 
 // A meta type, with the types that the system adds for events of its own. The last cases stand out of order.
-// [any thread]
+// [any]
 class METATags {
 public:
 // The constants of the same names are others on purpose.

@@ -10,7 +10,7 @@ namespace volvelle {
 
 // A controller by its place in this list, 0 to 111. The places run without a gap, so from _0x3A on the raw
 // value is 16 below the controller number: what goes on the wire is a CONTROLLER_ constant or a plain byte,
-// never the raw value. [any thread]
+// never the raw value. [any]
 class MIDIControllers {
 public:
     enum Case : std::uint8_t {

@@ -5,7 +5,7 @@
 #include <array>
 #include <string_view>
 
-// Tables of names for diagnostics. They are constants of the program. [any thread]
+// Tables of names for diagnostics. They are constants of the program. [any]
 namespace volvelle {
 
 // Upper-case names of the status bytes, with System Exclusive behind Tune Request and no end of exclusive.

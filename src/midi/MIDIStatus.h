@@ -9,7 +9,7 @@
 namespace volvelle {
 
 // A status byte without its channel. The digits of the reserved cases at 0xF4 and 0xF5 stand swapped.
-// [any thread]
+// [any]
 class MIDIStatus {
 public:
     enum Case : std::uint8_t {

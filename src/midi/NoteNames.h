@@ -6,7 +6,7 @@
 
 namespace volvelle {
 
-// The names of the 128 keys, "C-2" to "G8", 60 is "C3". [any thread, once built]
+// The names of the 128 keys, "C-2" to "G8", 60 is "C3". [any]
 class NoteNames {
 public:
     NoteNames();

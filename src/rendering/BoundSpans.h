@@ -8,7 +8,7 @@
 namespace volvelle {
 
 // Where in a piece notes hang on those before them, by sostenuto, legato or portamento on any channel: what
-// begins there does not know them. [any one thread]
+// begins there does not know them. [any]
 class BoundSpans {
 public:
     explicit BoundSpans(const SequencerEvents& events);

@@ -18,7 +18,7 @@
 namespace volvelle {
 
 // Renders the parts of a piece, some of them at a time, adds them up, limits the sum and writes it, up to the
-// end of the last sound. [main thread]
+// end of the last sound. [main]
 class Mixdown {
 public:
     // `data` is the MIDI file, `parts` come from renderParts().

@@ -26,7 +26,7 @@ struct RenderPart {
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
 // that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
-// where the piece cannot be read; one longer than the longest piece ends a second behind that. [any thread]
+// where the piece cannot be read; one longer than the longest piece ends a second behind that. [any]
 std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-// The rules of library/README.md. [any thread]
+// The rules of library/README.md. [any]
 namespace volvelle {
 
 // Holds all rules against a folder of the five folders of scores: those of each score, see lintScore(), the

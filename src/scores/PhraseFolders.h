@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// The folders of compiled phrases on disk. [any thread]
+// The folders of compiled phrases on disk. [any]
 namespace volvelle {
 
 // The file name of the phrase of that number, from 1: "001.mid".

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// The files of scores, as the compiler and the rules see them. [any thread]
+// The files of scores, as the compiler and the rules see them. [any]
 namespace volvelle {
 
 // The scores of a folder in the order of their numbers, those of one number and those without one by name.

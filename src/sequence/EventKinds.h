@@ -7,7 +7,7 @@
 
 namespace volvelle {
 
-// The one table of all kinds of events: a new kind is a row. [any thread]
+// The one table of all kinds of events: a new kind is a row. [any]
 class EventKinds {
     using S = MIDISequence;
     using D = SequenceFoundDelegate;

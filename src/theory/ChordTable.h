@@ -13,7 +13,7 @@ struct ChordTableRow {
     std::array<int, 7> intervals;
 };
 
-// The row of that number, 0 to 102, else null. [any thread]
+// The row of that number, 0 to 102, else null. [any]
 const ChordTableRow* chordTableRow(int row);
 
 } // namespace volvelle

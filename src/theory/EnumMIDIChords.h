@@ -10,7 +10,7 @@ namespace volvelle {
 
 // The chord types, and the table of their names and intervals. The table is addressed by plain row numbers,
 // which the case names do not follow; only NUMBEROFCHORDSINKEY is used, as the number of chord types of a
-// key. [any thread]
+// key. [any]
 class EnumMIDIChords {
 public:
     enum Case { C8, C5, CM, Cm, Cd, Ca, C7, CM7, Cm7, CSus2, CSus4, C_5, C6, Cm6, NUMBEROFCHORDSINKEY };

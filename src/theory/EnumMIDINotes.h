@@ -8,7 +8,7 @@
 
 namespace volvelle {
 
-// The twelve pitch classes. [any thread]
+// The twelve pitch classes. [any]
 class EnumMIDINotes {
 public:
     enum Case { C, C_, D, D_, E, F, F_, G, G_, A, A_, B };

@@ -23,11 +23,11 @@ public:
     // is passed over.
     void addExclusive(double seconds, std::span<const std::uint8_t> message, std::uint32_t number);
 
-    // What the messages before `seconds` have set. [any thread]
+    // What the messages before `seconds` have set. [any]
     void find(double seconds, DeviceChannels& channels) const noexcept;
 
     // Calls visit(number) for the exclusives before `seconds` that still count, in their order: the last
-    // reset, and the newest settings behind it, as many as an ExclusiveMemory takes. [any thread]
+    // reset, and the newest settings behind it, as many as an ExclusiveMemory takes. [any]
     template <typename Visit>
     void forEachExclusive(double seconds, Visit&& visit) const
     {

@@ -13,7 +13,7 @@ namespace volvelle {
 // What a channel of a device holds: made as in a device just switched on, changed by the messages that the
 // device gets, and told to another device as the messages that bring it there. This is the one model of it:
 // for starts, seeks, the parts of a rendering, and a synthesizer that takes over from another. Keeps what it
-// needs in itself: no memory, no locks. [any one thread]
+// needs in itself: no memory, no locks. [any]
 //
 // Controller 121 resets what the recommended practice for it says, and so neither volume, balance, pan, bank,
 // program, sounds (70 to 79), effects (91 to 95) nor the values of parameters. Increments (96, 97) and local

@@ -19,7 +19,7 @@ struct ExclusiveChange {
     bool isNothing() const noexcept { return !resets && octaveTuned == 0; }
 };
 
-// The sixteen channels of a device. [any one thread]
+// The sixteen channels of a device. [any]
 class DeviceChannels {
 public:
     const ChannelState& operator[](int channel) const noexcept

@@ -9,7 +9,7 @@
 namespace volvelle {
 
 // What a device holds by the messages that it got, to be told to another that takes its place. Room is taken
-// once, at construction. [any one thread]
+// once, at construction. [any]
 class DeviceState {
 public:
     void apply(const ShortMessage& message) noexcept { channels.apply(message); }

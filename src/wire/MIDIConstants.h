@@ -3,7 +3,7 @@
 #include <cstdint>
 
 // The bytes that the system compares against. They are independent of the enumerations of MIDIDefinitions.h
-// and differ from them in places. [any thread]
+// and differ from them in places. [any]
 namespace volvelle {
 
 // MARK: Status bytes, channel 0

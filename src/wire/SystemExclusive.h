@@ -5,7 +5,7 @@
 #include <span>
 
 // What system exclusive messages mean for the state of a device. All take whole messages, F0 to F7, and are
-// free of memory and locks. [any thread]
+// free of memory and locks. [any]
 namespace volvelle {
 
 enum class ExclusiveEffect : std::uint8_t {

@@ -11,7 +11,7 @@ namespace volvelle {
 
 // Messages that wait for their place, by offset, equal offsets in the order of entry. It owns their bytes,
 // long ones too. All room is taken at construction: what finds none is refused, note-ons before all else, so
-// that what began still ends. [one thread; no lock, and no memory but in the constructor]
+// that what began still ends. [any] No lock, and no memory but in the constructor.
 class TimedMessageLine {
 public:
     static constexpr int capacity = 16384; // messages: more than the whole state of sixteen channels

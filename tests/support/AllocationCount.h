@@ -5,7 +5,7 @@
 namespace volvelle::test {
 
 // Counts what this program allocates by `new` while it stands, and can refuse it. One stands at a time; it
-// allocates nothing itself. [one thread]
+// allocates nothing itself. [any]
 class AllocationCount {
 public:
     static constexpr std::size_t never = static_cast<std::size_t>(-1);

@@ -12,7 +12,7 @@ namespace volvelle {
 class MIDIDocument {
 public:
     // The file bytes of a sequence at 480 ticks to the beat; without a value where that fails, which is told
-    // on the console. [main thread]
+    // on the console. [main]
     static std::optional<std::vector<std::uint8_t>> sequenceData(const MusicSequence& sequence);
 };
 

@@ -13,17 +13,17 @@ public:
     virtual ~AudioSink() = default;
 
     // Begins to pull from `source`, which must live until close(). False with one plain line in `error` where
-    // that is not possible; nothing is pulled then. [main thread, or the worker that opens devices]
+    // that is not possible; nothing is pulled then. [main, worker]
     virtual bool open(AudioSource& source, std::string& error) = 0;
 
     // Ends pulling: no call into the source is under way once it returns. May be called more than once.
-    // [the thread that opened]
+    // [main, worker]
     virtual void close() = 0;
 
-    // "PulseAudio: Speakers at 44100 Hz"; empty until it is known. Valid while open. [the thread that opened]
+    // "PulseAudio: Speakers at 44100 Hz"; empty until it is known. Valid while open. [main, worker]
     virtual std::string description() const = 0;
 
-    // True while what it pulls is heard: not of a device that was lost, nor of the silent clock. [any thread]
+    // True while what it pulls is heard: not of a device that was lost, nor of the silent clock. [any]
     virtual bool isAudible() const = 0;
 };
 

@@ -10,7 +10,7 @@ public:
 
     virtual ~AudioSource() = default;
 
-    // Writes `frames` frames, 1 to maximumFrames, to both channels. [render thread: no lock, no allocation]
+    // Writes `frames` frames, 1 to maximumFrames, to both channels. [render]
     virtual void render(float* left, float* right, int frames) noexcept = 0;
 };
 

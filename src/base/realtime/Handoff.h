@@ -28,14 +28,14 @@ public:
         std::unique_ptr<T> used(inUse);
     }
 
-    // Replaces what the render thread has not taken yet. [main thread]
+    // Replaces what the render thread has not taken yet. [main]
     void publish(std::unique_ptr<T> next)
     {
         const std::unique_ptr<T> unseen(pending.exchange(next.release(), std::memory_order_acq_rel));
         collect();
     }
 
-    // Frees what came back. [main thread]
+    // Frees what came back. [main]
     void collect()
     {
         T* old = nullptr;
@@ -44,11 +44,11 @@ public:
         }
     }
 
-    // What is in use, null before the first take. [render thread]
+    // What is in use, null before the first take. [render]
     T* current() const noexcept { return inUse; }
 
     // Takes over what was published, if anything was; `farewell` gets what was in use before (null the first
-    // time) with current() already the new one. [render thread]
+    // time) with current() already the new one. [render]
     template <typename Farewell>
     bool take(Farewell&& farewell) noexcept
     {

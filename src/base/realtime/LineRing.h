@@ -9,7 +9,7 @@
 namespace volvelle {
 
 // Lines of threads that render, on their way to the console: a ring of fixed size. Putting a line in takes no
-// lock, allocates nothing and never waits; what finds no room is counted. [any thread]
+// lock, allocates nothing and never waits; what finds no room is counted. [any]
 class LineRing {
 public:
     static constexpr std::size_t capacity = 256; // lines

@@ -14,7 +14,7 @@
 namespace volvelle {
 
 // One play of a file from its start to its end, or until the user ends it. Runs the main run loop. Made by
-// make(). [main thread]
+// make(). [main]
 class MusicPlay : public MIDISequencerDelegate, public std::enable_shared_from_this<MusicPlay> {
 public:
     using News = std::function<std::string()>;
@@ -51,7 +51,7 @@ private:
     bool isPaused = false;
 };
 
-// Asks a play to end soon. [any thread, in signal handlers too]
+// Asks a play to end soon. [any] In signal handlers too.
 void endMusicPlay();
 
 } // namespace volvelle

@@ -8,7 +8,7 @@
 namespace volvelle {
 
 // What there is to tell of the sink that music plays into: through what it began, that the device was lost,
-// that there is one again. [main thread]
+// that there is one again. [main]
 class SinkNews {
 public:
     // `music` is what plays, as the first line tells it.

@@ -16,7 +16,7 @@ struct AudioFileFormat {
 
     // The format for "x.wav", "x.flac" or "x.ogg", whatever the case, the first two of 24 bits; a pipe
     // or a device of another name takes WAV. Nothing, with one plain line in `error`, for a file with another
-    // ending or a rate that no such file has. [any thread]
+    // ending or a rate that no such file has. [any]
     static std::optional<AudioFileFormat> of(const std::filesystem::path& path, int rate, std::string& error);
 };
 

@@ -13,7 +13,7 @@ namespace volvelle {
 // its target under another name and takes its place in finish(), where a device or a pipe gets its bytes;
 // until then, and on any failure, an existing file is as it was, and nothing is left of a file that was not
 // finished. Each operation gives false with one plain line in `error`, and after a failure all that follow
-// fail with the same line. [one thread]
+// fail with the same line. [any]
 class AudioFileWriter {
 public:
     struct Options {

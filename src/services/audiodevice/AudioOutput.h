@@ -43,27 +43,26 @@ public:
 
     // Begins to pull from `source`, which must live until close(), and never waits for a device. Where it
     // runs already it stops first. False with one line in `error` where not even the clock could be started.
-    // [main thread]
+    // [main]
     bool open(AudioSource& source, std::string& error) override;
 
     // Ends pulling: no call into the source is under way once it returns, nor comes later. Waits for a device
-    // to close, but no longer than `patience`; one that hangs is left to itself. [main thread]
+    // to close, but no longer than `patience`; one that hangs is left to itself. [main]
     void close() override;
 
     bool isRunning() const { return worker != nullptr; }
 
     // Waits until the device sounds or it is known that there is none; true for the first. For those who play
-    // from the first frame on. [main thread]
+    // from the first frame on. [main]
     bool waitForDevice(WaitableClock::Time longest);
 
-    // True while the device renders, and not the clock. [main thread]
+    // True while the device renders, and not the clock. [main]
     bool isAudible() const override;
 
-    // "PulseAudio: Speakers at 44100 Hz", or "Silent clock"; empty until it is known which renders. [main
-    // thread]
+    // "PulseAudio: Speakers at 44100 Hz", or "Silent clock"; empty until it is known which renders. [main]
     std::string description() const override;
 
-    // Why the last attempt to open a device failed; empty after one that succeeded. [main thread]
+    // Why the last attempt to open a device failed; empty after one that succeeded. [main]
     std::string problem() const;
 
 private:

@@ -18,21 +18,21 @@ class AudioOutputWorker {
 public:
     AudioOutputWorker(const AudioOutput::Options& options, std::shared_ptr<RenderGate> gate);
 
-    // Begins the thread, or ends at once with the line for no device. [main thread]
+    // Begins the thread, or ends at once with the line for no device. [main]
     static void start(const std::shared_ptr<AudioOutputWorker>& worker);
 
-    // [main thread]
+    // [main]
     void askToEnd();
 
     // Waits until the thread has let go of its device, or for the patience of the options and then leaves the
-    // thread to itself. Called once, at last. [main thread]
+    // thread to itself. Called once, at last. [main]
     void waitForEnd();
 
-    // True once an attempt to open a device has failed and none has succeeded since. [any thread]
+    // True once an attempt to open a device has failed and none has succeeded since. [any]
     bool hasNoDevice() const { return noDevice; }
 
-    std::string description() const; // [any thread]
-    std::string problem() const;     // [any thread]
+    std::string description() const; // [any]
+    std::string problem() const;     // [any]
 
 private:
     void run();

@@ -11,16 +11,16 @@ namespace volvelle {
 // more, the others silent. Allocates in its constructor alone.
 class BlockConverter {
 public:
-    // For `rate` Hz and 1 or more channels. `source` must outlive the converter. [any thread]
+    // For `rate` Hz and 1 or more channels. `source` must outlive the converter. [any]
     BlockConverter(AudioSource& source, double rate, int channels);
     ~BlockConverter();
     BlockConverter(const BlockConverter&) = delete;
     BlockConverter& operator=(const BlockConverter&) = delete;
 
-    // False where the rate is beyond what can be converted; pull() then gives silence. [any thread]
+    // False where the rate is beyond what can be converted; pull() then gives silence. [any]
     bool isUsable() const;
 
-    // Writes `frames` frames, interleaved. [a device's thread: no lock, no allocation]
+    // Writes `frames` frames, interleaved. [render]
     void pull(float* interleaved, int frames) noexcept;
 
 private:

@@ -14,16 +14,15 @@ public:
     // What a callback tells its device.
     enum class Answer { goOn, stop };
 
-    // For a device of `rate` Hz and `channels`. [any thread]
+    // For a device of `rate` Hz and `channels`. [any]
     DevicePuller(AudioSource& source, double rate, int channels);
 
     bool isUsable() const { return converter.isUsable(); }
 
-    // Fills `frames` interleaved frames, with silence once lost. [the device's thread: no lock, no
-    // allocation]
+    // Fills `frames` interleaved frames, with silence once lost. [render]
     Answer pull(float* interleaved, int frames, WaitableClock::Time now) noexcept;
 
-    // The device failed. [any thread]
+    // The device failed. [any]
     void lose() { lost = true; }
 
     bool isLost() const { return lost; }

@@ -7,7 +7,7 @@ namespace volvelle {
 
 // Stands in front of a stream, the process's standard error, and drops the lines in which RtAudio and RtMidi
 // tell there what their errors tell as well; from their own threads too, when a server dies. All else passes.
-// The stream is put back at the end. [made and ended: main thread; else any thread]
+// The stream is put back at the end. [any] Made and ended on the main thread.
 class LibraryLines : public std::streambuf {
 public:
     explicit LibraryLines(std::ostream& stream);

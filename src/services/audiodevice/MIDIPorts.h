@@ -14,7 +14,7 @@ public:
     virtual ~MIDIOutput() = default;
 
     // Sends one whole message at once. False with one plain line in `error` where that fails.
-    // [one thread at a time; not the render thread]
+    // [main, worker, sender]
     virtual bool send(std::span<const std::uint8_t> bytes, std::string& error) = 0;
 
     // The name of the port.
@@ -22,7 +22,7 @@ public:
 };
 
 // The MIDI ports of the system. No exception leaves it, and where the system has no MIDI at all each
-// operation fails with one plain line. [main thread]
+// operation fails with one plain line. [main]
 class MIDIPorts {
 public:
     virtual ~MIDIPorts() = default;

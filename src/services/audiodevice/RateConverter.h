@@ -6,7 +6,7 @@
 namespace volvelle {
 
 // Converts the rate of a stereo stream that is pushed through it, block by block, in the best quality there
-// is. As many frames come out as went in times the ratio, without delay. [one thread]
+// is. As many frames come out as went in times the ratio, without delay. [any]
 class RateConverter {
 public:
     // `ratio`: the new rate by the old.

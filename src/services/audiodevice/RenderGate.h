@@ -31,18 +31,18 @@ public:
     // dismissDevice(). [before the sinks are opened]
     void awaitDevice(int longest);
 
-    // True until a device pulled, was dismissed, or did not come in time. [any thread]
+    // True until a device pulled, was dismissed, or did not come in time. [any]
     bool isAwaitingDevice() const { return turn == Turn::deviceAwaited; }
 
-    // Allows the device to take over; ends that, and gives the turn back to the clock. [one thread]
+    // Allows the device to take over; ends that, and gives the turn back to the clock. [any]
     void admitDevice();
     void dismissDevice();
 
-    // True while the device has the turn. [any thread]
+    // True while the device has the turn. [any]
     bool isDevicePlaying() const { return turn == Turn::device; }
 
     // Ends all rendering for good; no call into the source is under way once it returns, and none comes.
-    // [any thread but a sink's]
+    // [main, worker]
     void shut();
 
 private:

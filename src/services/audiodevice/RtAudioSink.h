@@ -22,7 +22,7 @@ public:
 
     // Sets what the sound libraries read from the environment, unless it is set, and drops their chatter from
     // standard error, and nothing else.
-    // [main thread, before the first sink is made]
+    // [main] Before the first sink is made.
     static void prepare();
 
     bool open(AudioSource& source, std::string& error) override;

@@ -13,19 +13,19 @@ namespace volvelle {
 // leaves it.
 class RtAudioStream {
 public:
-    // [the thread that opens]
+    // [main, worker]
     explicit RtAudioStream(RtAudio::Api api);
     ~RtAudioStream();
     RtAudioStream(const RtAudioStream&) = delete;
     RtAudioStream& operator=(const RtAudioStream&) = delete;
 
     // False where the interface has no device, with `error` as it was, or where its device did not open, with
-    // a line in `error`. [the thread that opens]
+    // a line in `error`. [main, worker]
     bool open(AudioSource& source, std::string& error);
 
     std::string description() const;
 
-    // [any thread]
+    // [any]
     bool isLost() const;
 
 private:

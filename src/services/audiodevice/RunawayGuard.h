@@ -5,7 +5,7 @@
 namespace volvelle {
 
 // Notices a device that no longer plays but pulls as fast as the processor can: one that takes more than 4 s
-// of audio within 0.25 s. [one device's thread]
+// of audio within 0.25 s. [render]
 class RunawayGuard {
 public:
     static constexpr WaitableClock::Time window = std::chrono::milliseconds(250);

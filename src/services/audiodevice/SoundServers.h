@@ -1,6 +1,6 @@
 #pragma once
 
-// Which of the system's services for sound and MIDI answer. [any thread but a device's]
+// Which of the system's services for sound and MIDI answer. [main, worker]
 namespace volvelle {
 
 // True where a PulseAudio or PipeWire server of the user takes connections: sound cards are its own then.

@@ -12,15 +12,15 @@ public:
 
     virtual ~WaitableClock() = default;
 
-    // [any thread]
+    // [any]
     virtual Time now() = 0;
 
     // Returns once `time` is reached, or earlier once done() is true, and gives what done() was. done() is
     // asked at the start and after each wake(), under the clock's own lock: it must not call the clock.
-    // [any thread but a device's]
+    // [main, worker]
     virtual bool waitUntil(Time time, const std::function<bool()>& done) = 0;
 
-    // Has everybody who waits ask done() again. [any thread but a device's]
+    // Has everybody who waits ask done() again. [main, worker]
     virtual void wake() = 0;
 };
 

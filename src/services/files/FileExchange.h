@@ -14,7 +14,7 @@ namespace volvelle {
 // Files that change together. Each new one is written beside its place first, in a folder of its own there;
 // then all take their places, or none does. Without carryOut(), and where that fails, nothing has changed at
 // the end of its life. What asks the process to end waits until then. Each operation answers a plain line
-// about what failed, empty where nothing did. [one thread]
+// about what failed, empty where nothing did. [any]
 class FileExchange {
 public:
     FileExchange() = default;

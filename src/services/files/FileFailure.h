@@ -6,7 +6,7 @@
 namespace volvelle {
 
 // The line for a file that could not be written, from the system's number of the failure:
-// "'a.mid' could not be written: the device is full." [any thread]
+// "'a.mid' could not be written: the device is full." [any]
 std::string writeFailure(const std::filesystem::path& file, int error);
 
 } // namespace volvelle

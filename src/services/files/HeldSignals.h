@@ -8,8 +8,8 @@ namespace volvelle {
 // What asks a process to end and can be answered.
 inline constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU};
 
-// Holds those back for its lifetime, unless they are ignored; one that came meanwhile comes at the end. [one
-// thread, the only one of the process]
+// Holds those back for its lifetime, unless they are ignored; one that came meanwhile comes at the end.
+// [main] While there is no other thread.
 class HeldSignals {
 public:
     HeldSignals();

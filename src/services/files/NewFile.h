@@ -9,7 +9,7 @@ namespace volvelle {
 // A file that is being written, under a name of its own in the folder of the file that it will be. Removed at
 // the end of its life, unless it took its place. For a device or a pipe it has no name, stands where
 // temporary files do, and its bytes are copied there once they are complete. The first failure is kept, and
-// all that follows fails. [one thread]
+// all that follows fails. [any]
 class NewFile {
 public:
     NewFile() = default;

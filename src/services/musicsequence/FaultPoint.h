@@ -63,7 +63,7 @@ struct Fault {
 
 #ifdef VOLVELLE_FAULT_POINTS
 
-// [the thread that calls the service]
+// [any]
 void setFault(MusicSequenceOperation operation, Fault fault);
 void clearFaults();
 

@@ -5,7 +5,7 @@
 
 namespace volvelle {
 
-// A cursor on a track that it keeps alive, though not the track's sequence. [the sequence's thread]
+// A cursor on a track that it keeps alive, though not the track's sequence. [any]
 class MusicEventIteratorObject {
 public:
     explicit MusicEventIteratorObject(const MusicTrack& track);

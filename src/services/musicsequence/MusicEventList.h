@@ -13,7 +13,7 @@ namespace volvelle {
 
 // The events of a track by time, equal times in the order of entry. Additions that are in order cost nothing;
 // others are sorted in at the next reading. Deletions mark, and compact once half of the events are marked;
-// the last event is never a marked one. Every reading operation sorts first. [the sequence's thread]
+// the last event is never a marked one. Every reading operation sorts first. [any]
 class MusicEventList {
 public:
     MusicEventList() = default;

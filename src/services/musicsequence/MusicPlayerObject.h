@@ -4,7 +4,7 @@
 
 namespace volvelle {
 
-// A player: it holds the sequence that it would play. [one thread at a time]
+// A player: it holds the sequence that it would play. [any]
 class MusicPlayerObject {
 public:
     MusicSequence sequence; // null before one was set

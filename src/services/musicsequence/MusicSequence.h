@@ -12,7 +12,7 @@
 //
 // Times are in beats (quarter notes), finite and not negative. Every operation returns a status, noErr for
 // success, and changes nothing where it fails unless it says otherwise. Out parameters keep their values on
-// failure. A sequence and what belongs to it is used by one thread at a time. [any thread]
+// failure. A sequence and what belongs to it is used by one thread at a time. [any]
 namespace volvelle {
 
 // A music sequence. The handle counts its holders: the sequence dies with the last one. Null is no sequence,

@@ -9,8 +9,7 @@
 
 namespace volvelle {
 
-// A sequence: its tempo track, its tracks in order, and what its last load had to tell. [one thread at a
-// time]
+// A sequence: its tempo track, its tracks in order, and what its last load had to tell. [any]
 class MusicSequenceObject {
 public:
     MusicSequenceObject();

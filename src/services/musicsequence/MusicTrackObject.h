@@ -6,7 +6,7 @@
 namespace volvelle {
 
 // A track: its events, its length and its settings. Owned by its sequence and by whoever has its handle; a
-// track outside a sequence answers every operation with kAudioToolboxErr_NoSequence. [the sequence's thread]
+// track outside a sequence answers every operation with kAudioToolboxErr_NoSequence. [any]
 class MusicTrackObject {
 public:
     explicit MusicTrackObject(MusicSequenceObject* owner) : sequence(owner) {}

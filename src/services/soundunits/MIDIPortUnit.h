@@ -16,10 +16,10 @@ class MIDIPortUnit : public AUAudioUnit {
 public:
     MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> port);
     // Sends what is on its way at once, then the ends of all notes that sound and pedals that are down. A
-    // port whose sending does not come back is left after a while. [main thread]
+    // port whose sending does not come back is left after a while. [main]
     ~MIDIPortUnit() override;
 
-    // True once the port refused a message. [any thread]
+    // True once the port refused a message. [any]
     bool isLost() const { return sender->isLost(); }
 
     void engineStopped() override;

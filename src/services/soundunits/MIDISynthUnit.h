@@ -49,10 +49,10 @@ public:
     // Frees what is no longer used, and fetches sounds that were missed.
     void housekeeping() override;
 
-    // The bank whose sounds play, empty for none. [main thread]
+    // The bank whose sounds play, empty for none. [main]
     std::filesystem::path soundBank() const { return bank == nullptr ? std::filesystem::path() : bank->path; }
 
-    // Voices at the end of the last block. [any thread]
+    // Voices at the end of the last block. [any]
     int activeVoices() const { return voices.load(std::memory_order_relaxed); }
 
 protected:
@@ -90,7 +90,7 @@ private:
     std::atomic<int> voices{0};
 };
 
-// Makes the component known, so that an AVAudioUnitMIDIInstrument finds it. [main thread]
+// Makes the component known, so that an AVAudioUnitMIDIInstrument finds it. [main]
 void registerMIDISynth(const SynthesizerOptions& options = {},
                        const std::optional<std::filesystem::path>& builtIn = std::nullopt);
 

@@ -23,14 +23,14 @@ public:
 
     explicit PortQueue(std::size_t capacity = standardCapacity);
 
-    // False where a message finds no room; it is dropped then. [pushing thread]
+    // False where a message finds no room; it is dropped then. (pushing thread)
     bool push(Moment due, std::span<const std::uint8_t> message) noexcept;
 
     // Pushes what popping gives as an empty message: all that sounds is to end. Never refused.
-    // [pushing thread]
+    // (pushing thread)
     void pushEnd(Moment due) noexcept;
 
-    // False where the queue is empty. [popping thread]
+    // False where the queue is empty. (popping thread)
     bool pop(Moment& due, std::vector<std::uint8_t>& message);
 
 private:

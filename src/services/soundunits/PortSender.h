@@ -22,13 +22,13 @@ public:
     static std::shared_ptr<PortSender> make(std::unique_ptr<MIDIOutput> port);
 
     // Sends what is on its way at once, then the ends of all that sounds, and waits for that, but not for a
-    // message that takes longer than `patience`. Called once, at the end. [main thread]
+    // message that takes longer than `patience`. Called once, at the end. [main]
     void end(std::chrono::milliseconds patience = std::chrono::seconds(2));
 
-    // Ends all that sounds behind what is on its way, soon and without a wait. [any thread]
+    // Ends all that sounds behind what is on its way, soon and without a wait. [any]
     void endSounds() { endWanted.store(true, std::memory_order_release); }
 
-    // True once the port refused a message. [any thread]
+    // True once the port refused a message. [any]
     bool isLost() const { return lost.load(std::memory_order_relaxed); }
 
     PortQueue queue; // to the thread

@@ -10,7 +10,7 @@
 namespace volvelle {
 
 // What a MIDI port was left with by the messages that went there: the notes that sound and the pedals that
-// are down (64, 66 and 69). Of a fixed size. [one thread]
+// are down (64, 66 and 69). Of a fixed size. [any]
 class PortSounds {
 public:
     // By how many a message changes releases().

@@ -9,7 +9,7 @@ namespace volvelle {
 
 // The file of a sound bank. Of a large one, whose samples are read when they are needed, it keeps a private
 // copy for as long as it lives: whatever becomes of the file meanwhile, the bank plays on. Shared by all
-// synthesizers of the bank. [any thread but the render thread]
+// synthesizers of the bank. [main, worker]
 class BankFile {
 public:
     static constexpr std::uintmax_t largeSize = 32U << 20U; // bytes

@@ -16,7 +16,7 @@ namespace volvelle {
 bool isDLS(std::span<const std::uint8_t> bytes);
 
 // Reads one bank. Every count is capped by the bytes that are there, the lists are walked once and to a fixed
-// depth, and what is read takes no more than a small multiple of the file's size. [one thread at a time]
+// depth, and what is read takes no more than a small multiple of the file's size. [any]
 class DLSReader {
 public:
     static constexpr std::size_t maximumConnections = 1024; // of one articulation

@@ -60,14 +60,14 @@ public:
     static constexpr int maximumVoices = 64; // of one note
 
     // Offers the synthesizer a loader that gives `file` to the next load, and nothing to later ones. It is
-    // asked before the synthesizer's own. [not while the synthesizer renders]
+    // asked before the synthesizer's own. [main, worker] Not while the synthesizer renders.
     static bool offer(fluid_synth_t* synth, DLSFile file);
 
     DLSSoundFont(fluid_sfont_t* handle, DLSFile file, std::string name);
     DLSSoundFont(const DLSSoundFont&) = delete;
     DLSSoundFont& operator=(const DLSSoundFont&) = delete;
 
-    // [render thread]
+    // [render]
     fluid_preset_t* preset(int bank, int program);
     int startNote(const DLSPreset& preset, fluid_synth_t* synth, int channel, int key, int velocity);
 

@@ -27,7 +27,7 @@ struct VoiceModulator {
 struct DLSVoiceSettings {
     static constexpr std::size_t maximumModulators = 32;
 
-    // The settings of an articulation, those of a bare voice for none. [any thread]
+    // The settings of an articulation, those of a bare voice for none. [any]
     static DLSVoiceSettings of(const DLSArticulation& articulation);
     DLSVoiceSettings();
 

@@ -4,7 +4,7 @@
 // threads where the thread is one.
 namespace volvelle {
 
-// [any thread]
+// [any]
 void routeFluidLog();
 
 // Marks the calling thread as one that renders, for its lifetime.

@@ -12,7 +12,7 @@ struct BankSound {
     int program = 0;
 };
 
-// The sounds whose samples are in memory for as long as their synthesizer lives. [render thread, once filled]
+// The sounds whose samples are in memory for as long as their synthesizer lives. [render]
 class PinnedSounds {
 public:
     static constexpr int banks = 129;

@@ -16,7 +16,7 @@ consteval std::uint32_t fourCharacters(const char (&text)[5])
     return code;
 }
 
-// The little-endian number at `at`; bytes that are not there count as 0. [any thread]
+// The little-endian number at `at`; bytes that are not there count as 0. [any]
 constexpr std::uint32_t littleEndian(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t size)
 {
     std::uint32_t number = 0;
@@ -56,7 +56,7 @@ struct RIFFChunk {
 };
 
 // A walk over the chunks that stand one behind another in `bytes`. Never leaves them, and always moves on.
-// The bytes outlive the walk. [one thread at a time]
+// The bytes outlive the walk. [any]
 class RIFFChunks {
 public:
     static constexpr std::size_t headerSize = 8;

@@ -7,7 +7,7 @@
 #include <vector>
 
 // Where the sound banks are. A bank is asked for by the name and extension of a resource, as in
-// ("gs_instruments", "dls") or ("soundfont1", "sf2"). [any thread but the render thread: they read the disk]
+// ("gs_instruments", "dls") or ("soundfont1", "sf2"). [main, worker] They read the disk.
 namespace volvelle {
 
 // The folders of the system and of the user in which SoundFonts stand; those that do not exist are left out.
@@ -34,7 +34,7 @@ private:
     std::vector<std::filesystem::path> soundFonts;
 };
 
-// The same over resourcesFolders(), which are asked each time, and soundFontFolders(). [main thread]
+// The same over resourcesFolders(), which are asked each time, and soundFontFolders(). [main]
 std::optional<std::filesystem::path> findSoundBank(std::string_view name, std::string_view extension);
 std::optional<std::filesystem::path> bestInstalledBank();
 

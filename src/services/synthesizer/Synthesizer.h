@@ -36,7 +36,7 @@ public:
     static constexpr int notesAtOnce = 48;
 
     // A synthesizer with the bank, or null with one plain sentence in `error`. Warnings about a bank go to
-    // the log. Takes 10 to 600 ms. [any thread but the render thread]
+    // the log. Takes 10 to 600 ms. [main, worker]
     static std::unique_ptr<Synthesizer> make(const std::shared_ptr<const BankFile>& bank,
                                              const SynthesizerOptions& options, std::string& error);
     static std::unique_ptr<Synthesizer> make(const std::filesystem::path& path,
@@ -46,13 +46,13 @@ public:
     Synthesizer(const Synthesizer&) = delete;
     Synthesizer& operator=(const Synthesizer&) = delete;
 
-    // Writes `frames` frames to both channels, whatever stands there; not limited in level. [render thread]
+    // Writes `frames` frames to both channels, whatever stands there; not limited in level. [render]
     void render(float* left, float* right, int frames) noexcept;
 
     // Messages; `offset` in frames, below 0 counts as 0. Data beyond seven bits are cut to them, channels to
     // four bits. Where 12,288 messages wait already a note-on is dropped; the others have a third as much
     // room again, so that notes still end. Of more than notesAtOnce note-ons for one place, or of very many
-    // others while much sounds, the rest acts 64 frames later. [render thread]
+    // others while much sounds, the rest acts 64 frames later. [render]
     void noteOn(int channel, int key, int velocity, int offset = 0) noexcept;
     void noteOff(int channel, int key, int offset = 0) noexcept;
     void keyPressure(int channel, int key, int pressure, int offset = 0) noexcept;
@@ -65,24 +65,23 @@ public:
     // A channel message as it is on the wire; anything else is dropped.
     void message(std::uint8_t status, std::uint8_t data1, std::uint8_t data2, int offset = 0) noexcept;
 
-    // Ends all sounds and forgets controllers, bends, programs and what waits, at once. [render thread]
+    // Ends all sounds and forgets controllers, bends, programs and what waits, at once. [render]
     void reset() noexcept;
 
-    // Forgets tunings and what parameters have set, at once. Memory is taken where tunings were set. [render
-    // thread]
+    // Forgets tunings and what parameters have set, at once. Memory is taken where tunings were set. [render]
     void forgetSettings() noexcept;
 
     // Brings the samples of a sound into memory for as long as the synthesizer lives, and changes nothing
-    // that is heard. Banks from 32 MiB read them from disk, hence: [not while another thread renders]. True
-    // where the bank has the sound, or one that stands in for it. Program 0, of drums too, is there from the
-    // start.
+    // that is heard. Banks from 32 MiB read them from disk, hence: [main, worker] Not while another thread
+    // renders. True where the bank has the sound, or one that stands in for it. Program 0, of drums too, is
+    // there from the start.
     bool preload(const SoundChoice& choice) noexcept;
 
     // What a program change asked for that is not in memory, the last of each channel: the channel keeps the
-    // sound that it has until another synthesizer comes with that one. False for none. [render thread]
+    // sound that it has until another synthesizer comes with that one. False for none. [render]
     bool takeMissing(SoundChoice& choice) noexcept;
 
-    // How many voices sound. [render thread]
+    // How many voices sound. [render]
     int activeVoices() const noexcept;
 
     const std::shared_ptr<const BankFile> bank;

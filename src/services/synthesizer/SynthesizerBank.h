@@ -10,7 +10,7 @@
 // Private to the library.
 namespace volvelle {
 
-// What must be known of a bank file before it is loaded. [any thread but the render thread]
+// What must be known of a bank file before it is loaded. [main, worker]
 struct SynthesizerBank {
     // Looks at the file, and reads it where it holds downloadable sounds. False with one plain sentence where
     // it is no bank.

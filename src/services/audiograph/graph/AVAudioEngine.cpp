@@ -1,5 +1,6 @@
 #include "services/audiograph/graph/AVAudioEngine.h"
 
+#include "base/MainThread.h"
 #include "base/RunLoop.h"
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 
@@ -28,6 +29,7 @@ AVAudioEngine::~AVAudioEngine()
 
 bool AVAudioEngine::setSink(std::shared_ptr<AudioSink> newSink, std::string& error)
 {
+    assertMainThread();
     closeSink();
     sink = std::move(newSink);
     return !isRunning() || openSink(error);
@@ -40,6 +42,7 @@ void AVAudioEngine::prepare()
 
 bool AVAudioEngine::start(std::string& error)
 {
+    assertMainThread();
     if (isRunning()) {
         return true;
     }
@@ -71,6 +74,7 @@ void AVAudioEngine::pause()
 
 void AVAudioEngine::stop()
 {
+    assertMainThread();
     for (AVAudioSequencer* sequencer : sequencers) {
         sequencer->stop();
     }

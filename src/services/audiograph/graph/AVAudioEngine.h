@@ -33,7 +33,7 @@ public:
     AVAudioEngine(const AVAudioEngine&) = delete;
     AVAudioEngine& operator=(const AVAudioEngine&) = delete;
 
-    // MARK: The graph [main thread]
+    // MARK: The graph [main]
     //
     // A null node, and one of another engine, answers kAudio_ParamError.
 
@@ -68,7 +68,7 @@ public:
 
     const AudioConnections& connections() const { return wires; }
 
-    // MARK: Running [main thread]
+    // MARK: Running [main]
 
     // What pulls while the engine runs; null for nothing. While it runs the old sink is closed and the new
     // one opened: false with a text where that fails, and then nothing pulls. A sink that opens a device
@@ -88,7 +88,7 @@ public:
     // Stops the sequencers as well; units begin anew with the next start.
     void stop();
 
-    // [any thread]
+    // [any]
     bool isRunning() const { return running.load(std::memory_order_acquire); }
 
     // From now on renderOffline() pulls, on the main thread, and no sink is opened. Answers
@@ -99,21 +99,20 @@ public:
     bool isInManualRenderingMode() const { return manualFrames > 0; }
 
     // Writes `frames` frames, 1 to the maximum; else kAudio_ParamError. Without the mode
-    // kAudioEngineErr_InvalidMode, without a start kAudioEngineErr_NotRunning. [main thread]
+    // kAudioEngineErr_InvalidMode, without a start kAudioEngineErr_NotRunning. [main]
     [[nodiscard]] OSStatus renderOffline(int frames, float* left, float* right);
 
     // Frees what the render thread no longer needs, and lets the units keep house. Called by each edit, and
-    // some times a second by the main run loop while the engine runs and does not render by hand. [main
-    // thread]
+    // some times a second by the main run loop while the engine runs and does not render by hand. [main]
     void collectGarbage();
 
-    // MARK: For sequencers [main thread]
+    // MARK: For sequencers [main]
 
     void addSequencer(AVAudioSequencer& sequencer);
     // The render thread sends the note-offs of what sounds before it forgets the sequencer.
     void removeSequencer(AVAudioSequencer& sequencer);
 
-    // MARK: Rendering [render thread]
+    // MARK: Rendering [render]
 
     // Any number of frames from 1; silence while the engine does not run.
     void render(float* left, float* right, int frames) noexcept override;

@@ -1,5 +1,7 @@
 #include "services/audiograph/graph/AVAudioEngine.h"
 
+#include "base/MainThread.h"
+
 #include <algorithm>
 
 namespace volvelle {
@@ -23,6 +25,7 @@ OSStatus AVAudioEngine::check(const std::shared_ptr<AVAudioNode>& node) const
 
 OSStatus AVAudioEngine::attachNode(const std::shared_ptr<AVAudioNode>& node)
 {
+    assertMainThread();
     const OSStatus status = check(node);
     if (status != kAUGraphErr_NodeNotFound) {
         return status;
@@ -35,6 +38,7 @@ OSStatus AVAudioEngine::attachNode(const std::shared_ptr<AVAudioNode>& node)
 
 OSStatus AVAudioEngine::detachNode(const std::shared_ptr<AVAudioNode>& node)
 {
+    assertMainThread();
     const OSStatus status = check(node);
     if (status != noErr) {
         return status;
@@ -56,6 +60,7 @@ OSStatus AVAudioEngine::connect(const std::shared_ptr<AVAudioNode>& from,
                                 const std::shared_ptr<AVAudioNode>& to, int fromBus, int toBus,
                                 std::optional<AVAudioFormat> format)
 {
+    assertMainThread();
     OSStatus status = check(from);
     status = status == noErr ? check(to) : status;
     if (status != noErr) {
@@ -84,6 +89,7 @@ OSStatus AVAudioEngine::connect(const std::shared_ptr<AVAudioNode>& from,
 
 OSStatus AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node)
 {
+    assertMainThread();
     const OSStatus status = check(node);
     if (status == noErr) {
         wires.removeInputs(*node);
@@ -94,6 +100,7 @@ OSStatus AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& 
 
 OSStatus AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node, int bus)
 {
+    assertMainThread();
     const OSStatus status = check(node);
     if (status == noErr) {
         wires.removeInput(*node, bus);
@@ -104,6 +111,7 @@ OSStatus AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& 
 
 OSStatus AVAudioEngine::disconnectNodeOutput(const std::shared_ptr<AVAudioNode>& node)
 {
+    assertMainThread();
     const OSStatus status = check(node);
     if (status == noErr) {
         wires.removeOutputs(*node);

@@ -14,12 +14,12 @@ class AVAudioMixerNode : public AVAudioNode {
 public:
     static constexpr int maximumInputs = 128;
 
-    // 1.0 at first. A change is spread over one block. [any thread]
+    // 1.0 at first. A change is spread over one block. [any]
     float outputVolume() const { return volume.load(std::memory_order_relaxed); }
 
     void setOutputVolume(float value) { volume.store(value, std::memory_order_relaxed); }
 
-    // The lowest input bus without a connection. [main thread]
+    // The lowest input bus without a connection. [main]
     int nextAvailableInputBus() const;
 
     int numberOfInputs() const override { return maximumInputs; }

@@ -20,10 +20,10 @@ public:
     AVAudioNode(const AVAudioNode&) = delete;
     AVAudioNode& operator=(const AVAudioNode&) = delete;
 
-    // Where it is attached, else null. Not owned; the engine clears it when it dies. [main thread]
+    // Where it is attached, else null. Not owned; the engine clears it when it dies. [main]
     AVAudioEngine* engine = nullptr;
 
-    // MARK: [main thread]
+    // MARK: [main]
 
     virtual int numberOfInputs() const = 0;
     virtual int numberOfOutputs() const = 0;
@@ -45,7 +45,7 @@ public:
     // The engine has stopped; a pause is no stop.
     virtual void engineStopped() {}
 
-    // MARK: [render thread: no lock, no allocation]
+    // MARK: [render]
 
     // Writes one block of 1 to maximumFrames frames at the rate of the output, and pulls from the inputs what
     // it takes.

@@ -17,7 +17,7 @@ public:
     // `unit` is never null, and belongs to no other node.
     explicit AVAudioUnit(std::shared_ptr<AUAudioUnit> unit);
 
-    // The unit's own name and description. [main thread, as all up to rendering]
+    // The unit's own name and description. [main]
     const std::string& name() const { return unit->audioUnitName; }
 
     AudioComponentDescription audioComponentDescription() const { return unit->componentDescription; }

@@ -7,7 +7,7 @@ namespace volvelle {
 // The node of any unit.
 class AVAudioUnitEffect : public AVAudioUnit {
 public:
-    // Null where no such component is registered. [main thread]
+    // Null where no such component is registered. [main]
     static std::shared_ptr<AVAudioUnitEffect> make(const AudioComponentDescription& description);
 
     using AVAudioUnit::AVAudioUnit;

@@ -19,7 +19,7 @@ struct AudioConnection {
     std::shared_ptr<ConnectionConverter> converter; // null where none is needed, or none was made yet
 };
 
-// Which output goes to which input: each to one at most. [main thread]
+// Which output goes to which input: each to one at most. [main]
 class AudioConnections {
 public:
     // In the order of entry.

@@ -13,7 +13,7 @@ using AudioUnit = std::shared_ptr<AUAudioUnit>;
 inline constexpr std::uint32_t kAudioUnitScope_Global = 0;
 
 // AUAudioUnit::setProperty() and AUAudioUnit::musicDeviceMIDIEvent(); kAudio_ParamError for a null unit.
-// [main thread]
+// [main]
 [[nodiscard]] OSStatus AudioUnitSetProperty(const AudioUnit& unit, std::uint32_t property,
                                             std::uint32_t scope, std::uint32_t element, const void* data,
                                             std::uint32_t size);

@@ -26,7 +26,7 @@ public:
 
     static bool isPossible(double fromRate, double toRate);
 
-    // Writes `frames` frames at the new rate, and pulls from the source what that takes. [render thread]
+    // Writes `frames` frames at the new rate, and pulls from the source what that takes. [render]
     void pull(RenderStep& source, float* left, float* right, int frames) noexcept;
 
 private:

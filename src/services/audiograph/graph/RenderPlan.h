@@ -19,7 +19,7 @@ public:
 
     const std::vector<std::shared_ptr<SequencerCore>> sequencers;
 
-    // MARK: [render thread]
+    // MARK: [render]
 
     void beginBlock() noexcept;
     // Renders 1 to AVAudioNode::maximumFrames frames.

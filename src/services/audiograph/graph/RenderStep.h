@@ -21,7 +21,7 @@ public:
 
     int bus;
 
-    // Writes the next frames of what is connected, at the rate of the node that pulls. [render thread]
+    // Writes the next frames of what is connected, at the rate of the node that pulls. [render]
     void pull(float* left, float* right, int frames) noexcept;
 
 private:

@@ -26,12 +26,12 @@ public:
     const float minValue;
     const float maxValue;
 
-    // [any thread]
+    // [any]
     float value() const { return stored.load(std::memory_order_relaxed); }
 
     // Stores the value, brought into the range, and tells it to the observers of the tree, on this thread and
     // before it returns, but not to `originator`. A value that is not a number is ignored.
-    // [any thread but the render thread]
+    // [main, worker]
     void setValue(float value, AUParameterObserverToken originator = 0);
 
 private:

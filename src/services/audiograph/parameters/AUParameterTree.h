@@ -19,15 +19,14 @@ public:
 
     const std::vector<std::shared_ptr<AUParameter>> allParameters;
 
-    // Null for an address that is not there. [any thread]
+    // Null for an address that is not there. [any]
     std::shared_ptr<AUParameter> parameterWithAddress(AUParameterAddress address) const;
 
     // From now on `observer` is called with every value that is set, on the thread that sets. An empty
-    // observer gives 0. [any thread but the render thread]
+    // observer gives 0. [main, worker]
     AUParameterObserverToken tokenByAddingParameterObserver(AUParameterObserver observer);
 
-    // A call that is under way on another thread may still come to its end. [any thread but the render
-    // thread]
+    // A call that is under way on another thread may still come to its end. [main, worker]
     void removeParameterObserver(AUParameterObserverToken token);
 
 private:

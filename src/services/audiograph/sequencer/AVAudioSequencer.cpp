@@ -1,5 +1,6 @@
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 
+#include "base/MainThread.h"
 #include "services/audiograph/graph/AVAudioEngine.h"
 
 #include <algorithm>
@@ -57,6 +58,7 @@ bool AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::
 
 bool AVAudioSequencer::loadFromSequence(const MusicSequence& sequence, std::string& error)
 {
+    assertMainThread();
     return take(sequence, sequence == nullptr ? kAudio_ParamError : noErr, error);
 }
 
@@ -130,6 +132,7 @@ std::vector<std::shared_ptr<AVAudioUnit>> AVAudioSequencer::destinations() const
 
 void AVAudioSequencer::prepareToPlay()
 {
+    assertMainThread();
     const std::vector<std::shared_ptr<AVAudioUnit>> units = destinations();
     std::map<AVAudioUnit*, std::vector<AUMIDIProgram>> wanted;
     std::set<std::pair<AVAudioUnit*, AUMIDIProgram>> known;
@@ -149,6 +152,7 @@ void AVAudioSequencer::prepareToPlay()
 
 bool AVAudioSequencer::start(std::string& error)
 {
+    assertMainThread();
     const std::shared_ptr<AVAudioEngine> running = engine.lock();
     if (running == nullptr || !running->isRunning()) {
         error = "The audio engine is not running.";
@@ -168,6 +172,7 @@ bool AVAudioSequencer::start(std::string& error)
 
 void AVAudioSequencer::stop()
 {
+    assertMainThread();
     if (!playing) {
         return;
     }
@@ -192,6 +197,7 @@ double AVAudioSequencer::currentPositionInSeconds()
 
 void AVAudioSequencer::setCurrentPositionInBeats(double beats)
 {
+    assertMainThread();
     move(beats > 0.0 && std::isfinite(beats) ? beats : 0.0);
 }
 

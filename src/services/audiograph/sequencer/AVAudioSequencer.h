@@ -18,7 +18,7 @@ class AVAudioEngine;
 // end its position goes on growing.
 //
 // The main thread calls and reads; the render thread plays. Neither waits for the other, and a position that
-// was set reads back at once. [main thread]
+// was set reads back at once. [main]
 class AVAudioSequencer {
 public:
     static constexpr std::uint32_t channelsToTracks = 1; // option of the loaders: one track per MIDI channel

@@ -10,7 +10,7 @@ namespace volvelle {
 class AVAudioSequencer;
 
 // A track of a sequencer's content. It lives as long as someone holds it; once the content was replaced, or
-// the sequencer died, its destination has no effect any more. [main thread]
+// the sequencer died, its destination has no effect any more. [main]
 class AVMusicTrack {
 public:
     AVMusicTrack(AVAudioSequencer* owner, double beats, double seconds)

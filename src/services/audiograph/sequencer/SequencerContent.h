@@ -22,7 +22,7 @@ public:
 
     const std::shared_ptr<const SequencerEvents> events;
 
-    // MARK: [render thread]
+    // MARK: [render]
 
     // `offset` in frames of the engine from the start of the block to come, with fractions.
     void send(const SequencerEvent& event, double offset) noexcept;

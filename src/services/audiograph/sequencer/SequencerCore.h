@@ -15,7 +15,7 @@ namespace volvelle {
 // The part of a sequencer that plays. Held by the sequencer and by the render plan.
 class SequencerCore {
 public:
-    // MARK: [main thread]
+    // MARK: [main]
 
     void setContent(std::unique_ptr<SequencerContent> content) { contents.publish(std::move(content)); }
 
@@ -25,7 +25,7 @@ public:
 
     void collectGarbage() { contents.collect(); }
 
-    // MARK: [render thread]
+    // MARK: [render]
 
     // Obeys what the main thread sent.
     void beginBlock() noexcept;

@@ -35,7 +35,7 @@ struct SequencerTrackInfo {
     std::uint16_t channels = 0; // bit n: it has messages on channel n
 };
 
-// A sequence, flattened into what is sent and when. Never changes once it is read. [any thread]
+// A sequence, flattened into what is sent and when. Never changes once it is read. [any]
 class SequencerEvents {
 public:
     std::vector<SequencerEvent> events; // by seconds, equal ones by track and place in it
@@ -47,7 +47,7 @@ public:
     std::string title;
     std::string copyright;
 
-    // Reads the whole sequence; on failure the content is not to be used. [main thread]
+    // Reads the whole sequence; on failure the content is not to be used. [main]
     [[nodiscard]] OSStatus read(const MusicSequence& sequence);
 
     // The first event at or behind `seconds`.

@@ -18,7 +18,7 @@ enum class SMFFormat : std::uint16_t {
 // the same events gives the same bytes.
 // `resolution` is in pulses per beat; 0 or less means 480. More than 65,535 tracks, a track of 4 GiB, an
 // event of 256 MiB, gaps that take more than 64 MiB of fillers, or memory that does not suffice answers
-// fileIOErr, with `data` as it was. [the sequence's thread]
+// fileIOErr, with `data` as it was. [any]
 [[nodiscard]] OSStatus writeSMF(const MusicSequence& sequence, SMFFormat format, std::int16_t resolution,
                                 std::vector<std::uint8_t>& data);
 
