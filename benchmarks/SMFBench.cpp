@@ -82,7 +82,7 @@ void deleteByIterator(benchmark::State& state)
 
 BENCHMARK(deleteByIterator)->Unit(benchmark::kMillisecond);
 
-// Cuts the first beat each time: what stands behind it moves.
+// Cuts the first beat each time: what stands after it moves.
 void cutOneByOne(benchmark::State& state)
 {
     onNotes(state, [](const MusicTrack& track) {

@@ -53,7 +53,7 @@ public:
     double duration = 0.0;    // beats
     std::uint8_t meta = 0x7F; // meta type; 0x7F means none
 
-    // A copy of the record without the bytes behind it; the setter overwrites head and the first three bytes.
+    // A copy of the record without the bytes after it; the setter overwrites head and the first three bytes.
     virtual AUMIDIEvent event() const;
     virtual void setEvent(const AUMIDIEvent& value);
 

@@ -23,7 +23,7 @@ public:
     virtual void onAudioUnitMIDI(AudioUnitBase& unit, std::int64_t sampleTime, std::uint8_t cable, int length,
                                  const std::uint8_t* data) = 0;
 
-    // A parameter has another value. Comes behind the change. [main]
+    // A parameter has another value. Comes after the change. [main]
     virtual void onAudioUnitParameter(const std::shared_ptr<AudioUnitBase>& unit, std::uint64_t address,
                                       float value) = 0;
 };

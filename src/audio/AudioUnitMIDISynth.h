@@ -18,7 +18,7 @@ namespace volvelle {
 //
 // Used in this order: make, create(), connection of the node by the owner, initialize(), start of the engine.
 // No rate converters are put around it. A bank that is missing is a line in the log: the unit keeps its
-// built-in sounds. Without an instrument, everything behind create() is a fatal stop. [main] Before the
+// built-in sounds. Without an instrument, everything after create() is a fatal stop. [main] Before the
 // engine starts or between plays.
 class AudioUnitMIDISynth : public AudioUnitBase {
 public:

@@ -67,7 +67,7 @@ public:
     virtual void loadMIDIFile(const std::filesystem::path& url);
     virtual void loadMIDIFileAndParse(const std::filesystem::path& url);
 
-    // Both neither route the tracks nor take their lengths: a setTrackPorts() comes behind them.
+    // Both neither route the tracks nor take their lengths: a setTrackPorts() comes after them.
     virtual void loadFromSequence(const std::shared_ptr<MIDISequence16>& sequence);
     virtual void loadFromData(const std::vector<std::uint8_t>& data);
 
@@ -79,7 +79,7 @@ private:
 public:
     // MARK: Routing
 
-    // Each track to the unit of its channel, the tempo track to the first; only behind
+    // Each track to the unit of its channel, the tempo track to the first; only after
     // loadMIDIFileAndParse(). A channel above the count of units ends it, one that equals the count is a
     // fatal stop.
     virtual void setTrackPorts(const std::vector<std::shared_ptr<AVAudioUnit>>& units);
@@ -93,7 +93,7 @@ public:
     virtual bool isPlaying() const;
     virtual bool start(); // from the beginning
     virtual bool pause(); // the timer ticks on
-    virtual bool play();  // from where it was last paused, also behind a stop
+    virtual bool play();  // from where it was last paused, also after a stop
     virtual bool stop();  // false where it does not play, and then nothing happens
 
     // In beats; 0 once the sequence is over, which also stops it.

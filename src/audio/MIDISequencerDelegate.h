@@ -17,7 +17,7 @@ public:
     // At each tick before the end; both in beats.
     virtual void onSequencerProgress(double current, double total) = 0;
 
-    // Once, behind the "stop" at the end of the sequence.
+    // Once, after the "stop" at the end of the sequence.
     virtual void onSequencerComplete() = 0;
 
     // The transport never sends it.

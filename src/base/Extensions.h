@@ -30,7 +30,7 @@ void getPaths();
 // The four characters of a code, that of the highest byte first, decoded as MacRoman.
 std::string stringValue(std::uint32_t code);
 
-// A name that no other call on any machine gives, behind `withPrefix` and "-" where there is a prefix.
+// A name that no other call on any machine gives, after `withPrefix` and "-" where there is a prefix.
 // [any]
 std::string uniqueName(const std::optional<std::string>& withPrefix);
 

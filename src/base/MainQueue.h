@@ -29,7 +29,7 @@ public:
     // rendering threads; runs no closure. [main] In a fatal stop any.
     void writeWaitingLines();
 
-    // Called behind each posting, for instance to wake a sleeping run loop; empty for none. The hook must not
+    // Called after each posting, for instance to wake a sleeping run loop; empty for none. The hook must not
     // post. [main] At start.
     void setWakeUp(Closure wakeUp);
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 // Values as text, as messages print them: integers plain, floating point in the shortest form that reads back
-// the same, from 0.0001 to below 1e16 as a decimal with at least one digit behind the point ("120.0",
+// the same, from 0.0001 to below 1e16 as a decimal with at least one digit after the point ("120.0",
 // "0.25"), else scientific ("1e-05", "1e+16"), truth values "true" and "false", absent values "nil", arrays
 // "[1, 2]". [any]
 namespace volvelle {

@@ -21,7 +21,7 @@ public:
 
     double nextFire() const { return next; } // seconds of the run loop's clock
 
-    // Calls the action if the time has come, once however late it is; the next time is the first one behind
+    // Calls the action if the time has come, once however late it is; the next time is the first one after
     // `now` on the timer's own grid.
     void fire(double now);
 

@@ -33,7 +33,7 @@ public:
     std::shared_ptr<MIDISequence16> makeArrangement(bool empty = false) override;
 };
 
-// Prints titles, chords and numbers of notes of all arrangements, one behind the other.
+// Prints titles, chords and numbers of notes of all arrangements, one after the other.
 void printReport(CommandOutput& output, ReportingGenerator& generator);
 
 // The titles and the chords of one arrangement in one line.

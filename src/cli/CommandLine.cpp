@@ -41,7 +41,7 @@ struct Request {
 
 const SoundCommands* soundCommands = nullptr; // of this process, null for none
 
-// For all commands: they are understood before and behind the name of one.
+// For all commands: they are understood before and after the name of one.
 void addCommonOptions(CLI::App& app, Request& request)
 {
     app.add_option("--resources", request.common.resources, "folder that holds Phrases and Phrases2")

@@ -38,7 +38,7 @@ bool keepsName(const fs::path& file)
     return isOther(fs::symlink_status(file, error));
 }
 
-// A number fits behind it.
+// A number fits after it.
 bool isNameOfFile(const fs::path& file)
 {
     return file.has_filename() && file.filename() != "." && file.filename() != "..";

@@ -8,7 +8,7 @@
 
 namespace volvelle {
 
-// Where ideas are written to, one behind the other: a named file, which is replaced, or the next free one of
+// Where ideas are written to, one after the other: a named file, which is replaced, or the next free one of
 // "New MIDI Idea.mid", "New MIDI Idea 2.mid" and so on. Several ideas are numbered from 1.
 class IdeaFile {
 public:

@@ -53,7 +53,7 @@ private:
     ConsoleSink* next;
 };
 
-// "12.mid" is 12; what is no number stands behind all numbers.
+// "12.mid" is 12; what is no number stands after all numbers.
 int numberOf(const fs::path& file)
 {
     int number = std::numeric_limits<int>::max();

@@ -15,7 +15,7 @@ struct FoundEvent {
     double position = 0.0;           // beats
     std::string type;                // "controller", "text", "time signature" ...
     std::optional<int> channel;      // of a channel message
-    std::vector<std::uint8_t> data;  // the bytes behind status or meta type
+    std::vector<std::uint8_t> data;  // the bytes after status or meta type
     std::optional<std::string> text; // of a text event, UTF-8
 };
 

@@ -8,7 +8,7 @@
 // Tables of names for diagnostics. They are constants of the program. [any]
 namespace volvelle {
 
-// Upper-case names of the status bytes, with System Exclusive behind Tune Request and no end of exclusive.
+// Upper-case names of the status bytes, with System Exclusive after Tune Request and no end of exclusive.
 extern const std::array<std::string_view, 18> MIDIStatusNames;
 
 // Upper-case names of the meta types.

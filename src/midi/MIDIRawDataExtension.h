@@ -9,13 +9,13 @@
 #include <functional>
 #include <vector>
 
-// Records of variable length with room for 1024 bytes behind their heads, and the objects that fill them from
+// Records of variable length with room for 1024 bytes after their heads, and the objects that fill them from
 // an array of bytes. Longer arrays lose their tail without a message. An object is made, filled once, handed
 // to one call by its head pointer and dropped; its pointers point into itself, so it neither moves nor is
 // copied.
 namespace volvelle {
 
-// The room behind a head.
+// The room after a head.
 struct MIDIRawDataExtension {
     std::array<std::uint8_t, 1024> bytes{};
 };
@@ -56,7 +56,7 @@ struct MusicEventUserDataEx {
     MIDIRawDataExtension* ptr = &data;
 };
 
-// The head of a packet; the bytes stand directly behind the length.
+// The head of a packet; the bytes stand right after the length.
 struct MIDIPacket {
     std::uint64_t timeStamp = 0;
     std::uint16_t length = 0;

@@ -16,7 +16,7 @@ public:
 
     using EventNode::toHex;
 
-    // Each byte as two hexadecimal digits, filled up with a blank, and a blank behind each.
+    // Each byte as two hexadecimal digits, filled up with a blank, and a blank after each.
     virtual std::string toHex() const;
 
     // Each byte as the character of that number.

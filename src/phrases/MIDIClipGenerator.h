@@ -29,7 +29,7 @@ public:
     // A new arrangement of sixteen beats with a new mixer. An empty one has no events, and reads no file.
     virtual std::shared_ptr<MIDISequence16> makeArrangement(bool empty = false);
 
-    // `count` arrangements one behind the other, each in a block of sixteen beats. The mixer then holds the
+    // `count` arrangements one after the other, each in a block of sixteen beats. The mixer then holds the
     // whole sequence, its tracks the last block. A negative count is a fatal stop.
     virtual std::shared_ptr<MIDISequence16> makeArrangementLong(int count);
 

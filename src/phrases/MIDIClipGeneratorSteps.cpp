@@ -23,7 +23,7 @@ bool holds(const std::vector<std::shared_ptr<Step>>& steps, int number)
     return number >= 0 && std::cmp_less(number, steps.size());
 }
 
-// Lets one instance too many pass: the access behind it stops.
+// Lets one instance too many pass: the access after it stops.
 bool isAllowedInstance(int instance)
 {
     return instance >= 0 && instance <= PolyRhythmicStepGenerator::NUM_INSTANCES;

@@ -48,7 +48,7 @@ public:
     virtual void savePhrase(const std::filesystem::path& url);
 
     // Reads a file into loadedEvents, moved by `transpose` semitones, and leaves generatedEvents alone. Notes
-    // and controllers behind beat 16 are left out. A number that is moved above 127 falls by 127, one below 0
+    // and controllers past beat 16 are left out. A number that is moved above 127 falls by 127, one below 0
     // rises by 127; one that then still is outside 0 to 255 is a fatal stop. A missing file is reported and
     // changes nothing.
     virtual void loadPhrase(const std::filesystem::path& url, int transpose);

@@ -47,7 +47,7 @@ private:
     PeakLimiter limiter;
     std::array<float, blockFrames> mixLeft{};
     std::array<float, blockFrames> mixRight{};
-    std::array<float, blockFrames> left{}; // behind the limiter
+    std::array<float, blockFrames> left{}; // after the limiter
     std::array<float, blockFrames> right{};
 };
 

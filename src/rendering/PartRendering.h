@@ -37,7 +37,7 @@ private:
     SoundGraph graph{false};
     AVAudioSequencer sequencer{graph.engine};
     std::int64_t block = 0; // the next one, counted from the start of the piece
-    int quietBlocks = 0;    // of silence without a break behind the part
+    int quietBlocks = 0;    // of silence without a break after the part
 };
 
 // True for a block in which nothing is above `level`, a factor of full scale.

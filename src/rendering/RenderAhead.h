@@ -23,7 +23,7 @@ public:
     RenderAhead(const RenderAhead&) = delete;
     RenderAhead& operator=(const RenderAhead&) = delete;
 
-    // Adds the next block to both channels, and waits for it. False behind the last one.
+    // Adds the next block to both channels, and waits for it. False past the last one.
     bool addBlock(float* left, float* right);
 
 private:
@@ -41,7 +41,7 @@ private:
 
     std::mutex mutex;
     std::condition_variable changed;
-    std::deque<Chunk> chunks; // an empty one behind the last
+    std::deque<Chunk> chunks; // an empty one past the last
     std::atomic<bool> isUnwanted{false};
     std::thread thread; // last: it uses all the others
 };

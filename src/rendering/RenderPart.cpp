@@ -66,7 +66,7 @@ public:
         held.set(place(note), position + static_cast<double>(note.duration) > part.endBeats);
     }
 
-    // Of a note behind the part: whether it ends one of the part.
+    // Of a note after the part: whether it ends one of the part.
     bool ends(double position, const MIDINoteMessage& note)
     {
         const bool isDrum = note.channel == drumChannel && position < part.endBeats + chokingBeats;

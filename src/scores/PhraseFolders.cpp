@@ -74,7 +74,7 @@ bool isPhraseName(const std::string& name)
     return digits > 0 && digits <= mostDigits && name == phraseName(std::stoi(name.substr(0, digits)));
 }
 
-// The compiled phrases behind the last one of each folder.
+// The compiled phrases past the last one of each folder.
 std::vector<fs::path> thatAreBeyond(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
 {
     std::set<fs::path> kept;

@@ -14,7 +14,7 @@ namespace volvelle {
 std::string phraseName(int number);
 
 // Makes the five folders of phrases below `out` hold these phrases. What differs is written beside them first
-// and takes its place once all of it is on disk; numbered phrases behind the last one of a folder go, if
+// and takes its place once all of it is on disk; numbered phrases past the last one of a folder go, if
 // scoreToMIDI wrote them. Nothing else is removed. On failure nothing has changed, and a line stands in the
 // report.
 bool installPhrases(const std::filesystem::path& out, const std::vector<CompiledPhrase>& phrases,

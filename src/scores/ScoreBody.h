@@ -17,7 +17,7 @@ struct ScoreSettings {
     std::vector<int> dynamics = {76}; // "dynamics": a velocity for each bar, the last one going on
 };
 
-// The readers of the three kinds of body. `body` holds the lines behind the opening word. Each appends notes
+// The readers of the three kinds of body. `body` holds the lines after the opening word. Each appends notes
 // (and chords) to the score; on a fault it answers false and leaves one plain line in `error`.
 bool readNotes(const std::vector<ScoreLine>& body, Score& score, std::string& error);
 bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score,

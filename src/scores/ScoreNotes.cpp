@@ -25,14 +25,14 @@ struct Struck {
     int line = 0;
 };
 
-// What stands behind the length of a cell.
+// What stands after the length of a cell.
 struct Touch {
     bool staccato = false;
     int raise = 0;
     std::optional<int> velocity;
 };
 
-// The number behind "=" that is none from 1 to 127.
+// The number after "=" that is none from 1 to 127.
 std::optional<std::string_view> wrongVelocity(std::string_view marks)
 {
     const auto at = marks.find('=');

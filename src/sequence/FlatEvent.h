@@ -10,7 +10,7 @@
 namespace volvelle {
 
 // An event of the flat list on its way: the bytes, the time, and its place among events of one time. What is
-// behind the head still stands in the tree, which must not change before the event is made.
+// after the head still stands in the tree, which must not change before the event is made.
 class FlatEvent {
 public:
     enum class Rank : std::uint8_t { noteOff, other };

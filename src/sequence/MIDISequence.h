@@ -32,7 +32,7 @@ public:
         std::uint8_t channel = 0; // 0 to 15
     };
 
-    static constexpr std::int16_t midiResolution = 480; // pulses per beat
+    static constexpr std::int16_t midiResolution = 480; // ticks to the beat
 
     std::uint16_t maxTracks = 16; // tracks that the reader takes over
     MusicSequenceLoadFlags loadFlag = kMusicSequenceLoadSMF_ChannelsToTracks;
@@ -67,7 +67,7 @@ public:
     virtual double getLength();
     virtual int getNumberOfTracks(); // -1 without a sequence
     virtual MusicTrack getTrack(int trackIndex);
-    // `channel` is a position in the list of assignments; 0 behind its end.
+    // `channel` is a position in the list of assignments; 0 past its end.
     virtual std::uint8_t getChannelAssignment(std::uint8_t channel);
     virtual std::uint8_t getPatchForChannel(std::uint8_t channel); // 0 for 16 and above
     virtual bool isEmpty(const MusicTrack& track);
@@ -242,7 +242,7 @@ public:
     // MARK: Tree to realtime events
     //
     // Ascending by sample time, at 120 beats per minute whatever the tempo. At equal times note-offs come
-    // first, save the off of a note that is on and off at one sample, which stands directly behind its on;
+    // first, save the off of a note that is on and off at one sample, which stands right after its on;
     // else the order of the tree. Nodes that have no realtime form give a record of three zeros.
 
     // With the tempo events; each element's id is its index.

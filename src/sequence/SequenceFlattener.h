@@ -19,7 +19,7 @@ class SequenceFlattener {
 public:
     SequenceFlattener(const SequenceNode& tree, double samplerate);
 
-    // Ascending by time and by rank, else in the order of the tree, behind `tempoEvents` of equal times. Each
+    // Ascending by time and by rank, else in the order of the tree, after `tempoEvents` of equal times. Each
     // element's id is its index.
     std::vector<std::shared_ptr<AUMIDIEventEx>>
     events(std::span<const std::shared_ptr<AUMIDIEventEx>> tempoEvents, std::uint8_t cable) const;

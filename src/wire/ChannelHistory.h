@@ -27,7 +27,7 @@ public:
     void find(double seconds, DeviceChannels& channels) const noexcept;
 
     // Calls visit(number) for the exclusives before `seconds` that still count, in their order: the last
-    // reset, and the newest settings behind it, as many as an ExclusiveMemory takes. [any]
+    // reset, and the newest settings after it, as many as an ExclusiveMemory takes. [any]
     template <typename Visit>
     void forEachExclusive(double seconds, Visit&& visit) const
     {
@@ -58,7 +58,7 @@ private:
     struct Exclusive {
         double seconds = 0.0;
         std::size_t lastReset = 0;  // index of the last one up to this, 0 for none
-        std::size_t replacedBy = 0; // index of the one that sets the same; behind all for none
+        std::size_t replacedBy = 0; // index of the one that sets the same; after all for none
         std::uint32_t number = 0;
     };
 
@@ -68,7 +68,7 @@ private:
 
     std::vector<Message> messages;
     std::vector<DeviceChannels> snapshots; // one before each stride of messages
-    DeviceChannels latest;                 // behind all messages
+    DeviceChannels latest;                 // after all messages
     std::vector<Exclusive> exclusives;
     std::unordered_map<std::uint64_t, std::size_t> lastOfKey; // index of the last exclusive with a key
 };

@@ -8,7 +8,7 @@
 namespace volvelle {
 
 // The system exclusive messages that make the state of a device, in their order: the last reset, and of each
-// setting behind it the last one. Room is taken once, at construction; where it does not suffice the oldest
+// setting after it the last one. Room is taken once, at construction; where it does not suffice the oldest
 // settings go. [any]
 class ExclusiveMemory {
 public:

@@ -29,7 +29,7 @@ inline constexpr std::uint8_t STATUS_START = 0xFA;
 inline constexpr std::uint8_t STATUS_CONTINUE = 0xFB;
 inline constexpr std::uint8_t STATUS_STOP = 0xFC;
 inline constexpr std::uint8_t STATUS_RESERVED4 = 0xFD;
-// Meta events travel in one byte stream beside real MIDI behind a free status byte, so that they do not
+// Meta events travel in one byte stream beside real MIDI after a free status byte, so that they do not
 // collide with System Reset.
 inline constexpr std::uint8_t STATUS_META = 0xFD;
 inline constexpr std::uint8_t STATUS_FILE_META = 0xFF; // in a file, where nothing is reset

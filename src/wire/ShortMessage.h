@@ -64,7 +64,7 @@ constexpr bool isController(const ShortMessage& message, int number) noexcept
     return kindOf(message) == STATUS_CONTROLLER && message[1] == number;
 }
 
-// Data bytes behind a status. A system exclusive message has as many as it likes: 0 here, as for the messages
+// Data bytes after a status. A system exclusive message has as many as it likes: 0 here, as for the messages
 // that have none.
 constexpr int dataLength(std::uint8_t status) noexcept
 {

@@ -66,7 +66,7 @@ std::size_t retunedKeys(Bytes message)
     return message[4] == 0x02 ? 7 : message[4] == 0x07 ? 8 : 0;
 }
 
-// How many bytes from the first say what is set, behind which stands to what.
+// How many bytes from the first say what is set, after which stands to what.
 std::size_t addressLength(Bytes message)
 {
     if (isFirstExtension(message)) {

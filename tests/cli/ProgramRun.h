@@ -24,7 +24,7 @@ protected:
     ~ProgramRun() override;
 
     ProgramResult volvelle(const std::string& arguments) const;
-    // The same behind shell commands in the test's folder, with streams of the caller's choice.
+    // The same after shell commands in the test's folder, with streams of the caller's choice.
     ProgramResult shell(const std::string& line) const;
 
     void write(const std::string& name, const std::string& bytes) const;

@@ -9,7 +9,7 @@ namespace volvelle::test {
 
 // Fills libraries with files that no musician would write: one to three a folder, of odd lengths, off the
 // grid, with clusters of at most ten notes on one sixteenth, single tones, no notes at all, notes at beat 16
-// and behind it, and the lowest and the highest keys. The same libraries in every run.
+// and after it, and the lowest and the highest keys. The same libraries in every run.
 class RandomLibrary {
 public:
     explicit RandomLibrary(std::uint64_t seed) : engine(seed) {}

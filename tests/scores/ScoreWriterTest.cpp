@@ -74,8 +74,7 @@ TEST(ScoreWriter, AChordPatternTellsItsChordsWhereTheyBegin)
     ASSERT_NE(first, std::string::npos);
     ASSERT_NE(second, std::string::npos);
     EXPECT_EQ(bytes.substr(first - 4, 4), std::string("\x00\xFF\x01\x0A", 4));
-    EXPECT_EQ(bytes.substr(second - 4, 4),
-              std::string("\x0F\xFF\x01\x09", 4)); // 15 ticks behind the last note
+    EXPECT_EQ(bytes.substr(second - 4, 4), std::string("\x0F\xFF\x01\x09", 4)); // 15 ticks past the last note
 }
 
 TEST(ScoreWriter, TheSameScoreGivesTheSameBytes)

@@ -19,11 +19,11 @@ inline constexpr OSStatus someStatus = -7;
 
 Lines join(std::initializer_list<Lines> parts);
 
-// A line and the three of checkStatus behind it.
+// A line and the three of checkStatus after it.
 Lines reported(std::string line, OSStatus status = someStatus,
                std::string_view text = "Etwas ist fehlgeschlagen.");
 
-// What a walk of MIDISequence says behind the last event.
+// What a walk of MIDISequence says past the last event.
 Lines endOfTrack();
 
 // The events of a track, for instance "8.0 note 2 60 100 0 4.0", "1.0 message 176 7 100",

@@ -18,7 +18,7 @@ struct WrittenEvent {
     std::string node;   // as describe() tells it
     std::string record; // as contents() tells it
     MusicSequenceOperation operation = MusicSequenceOperation::MusicTrackNewMIDIChannelEvent;
-    std::string failure; // behind the status
+    std::string failure; // after the status
     std::string call;    // of the listener
 };
 

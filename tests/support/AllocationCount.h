@@ -10,7 +10,7 @@ class AllocationCount {
 public:
     static constexpr std::size_t never = static_cast<std::size_t>(-1);
 
-    // The allocation of that number, from 0 on, and all behind it are refused.
+    // The allocation of that number, from 0 on, and all after it are refused.
     explicit AllocationCount(std::size_t firstRefused = never);
     ~AllocationCount();
     AllocationCount(const AllocationCount&) = delete;

@@ -10,7 +10,7 @@
 namespace volvelle::test {
 
 // Gives the numbers of a script for its lifetime, whatever the range, and keeps the ranges asked for. A draw
-// behind the script's end, or one outside the range, fails the test and gives the lower end.
+// after the script's end, or one outside the range, fails the test and gives the lower end.
 class ScriptedRandomSource : public RandomSource {
 public:
     explicit ScriptedRandomSource(std::vector<int> script);

@@ -28,8 +28,7 @@ public:
     int droppedVoices = 0;     // without samples in the file
 
 private:
-    using Stretch =
-        std::tuple<std::size_t, std::int64_t, std::int64_t>; // sample, first frame, behind the last
+    using Stretch = std::tuple<std::size_t, std::int64_t, std::int64_t>; // sample, first frame, past the last
 
     void addPreset(const SoundFontPreset& preset);
     std::optional<DLSRegion> region(const SoundFontVoice& voice);

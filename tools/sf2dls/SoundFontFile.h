@@ -45,7 +45,7 @@ struct SoundFontZone {
 struct SoundFontSample {
     std::string name;
     std::uint32_t start = 0; // frames in the pool
-    std::uint32_t end = 0;   // behind the last
+    std::uint32_t end = 0;   // past the last
     std::uint32_t loopStart = 0;
     std::uint32_t loopEnd = 0;
     std::uint32_t sampleRate = 0; // Hz

@@ -20,7 +20,7 @@ public:
     MusicEventList(const MusicEventList&) = delete;
     MusicEventList& operator=(const MusicEventList&) = delete;
 
-    // Adds an event with a record of `size` bytes, 0 behind the `recordSize` bytes that are copied. `record`
+    // Adds an event with a record of `size` bytes, 0 after the `recordSize` bytes that are copied. `record`
     // may stand in this list.
     void append(double time, MusicEventType type, std::uint32_t size, const void* record,
                 std::size_t recordSize);
@@ -41,7 +41,7 @@ public:
         arena.reserve(words);
     }
 
-    // Exchanges the events with those of `other`; the cursors of both lists then stand behind the end.
+    // Exchanges the events with those of `other`; the cursors of both lists then stand past the end.
     void exchange(MusicEventList& other);
 
     // All events that live, none of them marked.
@@ -63,7 +63,7 @@ public:
     // Adds `by` to the times from `first` on, but lets none come before `floor`.
     void shiftFrom(std::size_t first, double by, double floor);
 
-    // Adds `by` to the times of the run, which then stands behind what stands there. By the indices of all().
+    // Adds `by` to the times of the run, which then stands after what stands there. By the indices of all().
     void moveRun(std::size_t first, std::size_t last, double by);
 
     // MARK: Cursors
@@ -72,10 +72,10 @@ public:
     void addCursor(EventCursor& cursor);
     void removeCursor(EventCursor& cursor);
 
-    // The event under the cursor, null behind the end.
+    // The event under the cursor, null past the end.
     const MusicEvent* current(EventCursor& cursor);
     bool hasNext(EventCursor& cursor);
-    // False where no event follows; the cursor then stands behind the end.
+    // False where no event follows; the cursor then stands past the end.
     bool next(EventCursor& cursor);
     // Deletes the event under the cursor.
     void erase(EventCursor& cursor);

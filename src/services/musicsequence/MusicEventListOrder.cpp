@@ -52,7 +52,7 @@ void MusicEventList::moveCursorsForTail()
     }
 }
 
-// Deleted events may not lead past what is about to be sorted in behind them.
+// Deleted events may not lead past what is about to be sorted in after them.
 void MusicEventList::unskipFrom(std::size_t index)
 {
     while (index > 0 && events[index - 1].isDeleted()) {
@@ -65,7 +65,7 @@ void MusicEventList::unskipFrom(std::size_t index)
     }
 }
 
-// Deletions end here: none is left behind the last live event, and they are taken out once they are many.
+// Deletions end here: none is left past the last live event, and they are taken out once they are many.
 void MusicEventList::settleDeletions()
 {
     std::size_t count = events.size();
@@ -80,7 +80,7 @@ void MusicEventList::settleDeletions()
     compactArena();
 }
 
-// The one place where the list gets shorter: what stood behind the new end is behind it for good.
+// The one place where the list gets shorter: what stood past the new end is after it for good.
 void MusicEventList::shorten(std::size_t count)
 {
     if (count == events.size()) {

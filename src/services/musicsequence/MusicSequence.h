@@ -106,7 +106,7 @@ struct AUPresetEvent {
     std::uint32_t presetID = 0;
 };
 
-// The heads of the records of variable length. The bytes stand directly behind the length, data[0] first; a
+// The heads of the records of variable length. The bytes stand right after the length, data[0] first; a
 // payload that an iterator gives is at least sizeof(record) bytes long.
 struct MIDIMetaEvent {
     std::uint8_t metaEventType = 0;
@@ -138,7 +138,7 @@ struct MusicEventUserData {
 // Appends a track; its index is the previous count.
 [[nodiscard]] OSStatus MusicSequenceNewTrack(const MusicSequence& sequence, MusicTrack& track);
 
-// Removes the track; the indices behind it move down by one. The handle then belongs to no sequence and
+// Removes the track; the indices after it move down by one. The handle then belongs to no sequence and
 // answers kAudioToolboxErr_NoSequence. The tempo track, as any track that is not in the list, answers
 // kAudioToolboxErr_TrackNotFound.
 [[nodiscard]] OSStatus MusicSequenceDisposeTrack(const MusicSequence& sequence, const MusicTrack& track);
@@ -162,7 +162,7 @@ struct MusicEventUserData {
 // The sequence as the bytes of a Standard MIDI File of format 1: the tempo track, then the tracks in order.
 // Notes, channel messages, tempos, metas and raw data are written; what else a track holds counts for its
 // length alone. A note-off of release velocity 0 is written as a note-on of velocity 0, and read back as
-// such. `type` is kMusicSequenceFile_MIDIType. `resolution` is in pulses per beat, 0 means 480.
+// such. `type` is kMusicSequenceFile_MIDIType. `resolution` is in ticks to the beat, 0 means 480.
 [[nodiscard]] OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence,
                                                    MusicSequenceFileTypeID type, MusicSequenceFileFlags flags,
                                                    std::int16_t resolution, std::vector<std::uint8_t>& data);
@@ -187,7 +187,7 @@ struct MusicEventUserData {
 [[nodiscard]] OSStatus MusicSequenceGetLoadWarnings(const MusicSequence& sequence,
                                                     std::vector<std::string>& warnings);
 
-// The division of the file last loaded in pulses per beat, 480 before any load.
+// The division of the file last loaded in ticks to the beat, 480 before any load.
 [[nodiscard]] OSStatus MusicSequenceGetLoadDivision(const MusicSequence& sequence, std::int16_t& division);
 
 // MARK: Track properties
@@ -204,7 +204,7 @@ struct MusicEventUserData {
 //
 // A span is half open and takes events by their start. One that reaches the track's length or beyond takes in
 // everything to the end; one whose start equals its end holds nothing. A start or an end that is negative or
-// not finite, and a start behind the end, answer kAudioToolboxErr_InvalidEventType. Tempos are copied to a
+// not finite, and a start past the end, answer kAudioToolboxErr_InvalidEventType. Tempos are copied to a
 // tempo track only, else kAudioToolboxErr_IllegalTrackDestination.
 
 // Deletes the events of the span; later events keep their times.
@@ -222,7 +222,7 @@ struct MusicEventUserData {
 [[nodiscard]] OSStatus MusicTrackMerge(const MusicTrack& source, double start, double end,
                                        const MusicTrack& destination, double at);
 
-// Adds `by` to the times of the events of the span; at equal times they then stand behind the others. A move
+// Adds `by` to the times of the events of the span; at equal times they then stand after the others. A move
 // to below 0 answers kAudioToolboxErr_StartOfTrack.
 [[nodiscard]] OSStatus MusicTrackMoveEvents(const MusicTrack& track, double start, double end, double by);
 
@@ -253,21 +253,21 @@ struct MusicEventUserData {
 
 // MARK: Walking a track
 
-// An iterator on the first event; on an empty track it is behind the end. Through all edits it keeps to its
-// event, wherever that moves; where the event is deleted it goes to the one that followed, and behind the end
-// where none did. Once behind the end it stays there, whatever is added. A load puts the iterators of the
-// tempo track behind the end. The iterators of a track that left its sequence answer
+// An iterator on the first event; on an empty track it is past the end. Through all edits it keeps to its
+// event, wherever that moves; where the event is deleted it goes to the one that followed, and past the end
+// where none did. Once past the end it stays there, whatever is added. A load puts the iterators of the
+// tempo track past the end. The iterators of a track that left its sequence answer
 // kAudioToolboxErr_NoSequence.
 [[nodiscard]] OSStatus NewMusicEventIterator(const MusicTrack& track, MusicEventIterator& iterator);
 [[nodiscard]] OSStatus DisposeMusicEventIterator(MusicEventIterator& iterator);
 
-// False on an empty track and behind the last event.
+// False on an empty track and past the last event.
 [[nodiscard]] OSStatus MusicEventIteratorHasCurrentEvent(const MusicEventIterator& iterator, bool& flag);
 
 // True while an event follows the current one.
 [[nodiscard]] OSStatus MusicEventIteratorHasNextEvent(const MusicEventIterator& iterator, bool& flag);
 
-// Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator behind the
+// Steps on. Past the last event it answers kAudioToolboxErr_EndOfTrack and leaves the iterator after the
 // end, without a current event.
 [[nodiscard]] OSStatus MusicEventIteratorNextEvent(const MusicEventIterator& iterator);
 

@@ -33,7 +33,7 @@ public:
     void include(const MusicEvent& event);
 };
 
-// The beat where the event ends: behind its duration where it has one, else its start.
+// The beat where the event ends: after its duration where it has one, else its start.
 double endOfEvent(double time, MusicEventType type, const void* record);
 
 // Whether the time may be given to an event.

@@ -6,7 +6,7 @@
 
 namespace volvelle {
 
-// The records of a track that are too long for their event, one behind the other, each aligned to eight
+// The records of a track that are too long for their event, one after the other, each aligned to eight
 // bytes.
 class PayloadArena {
 public:

@@ -11,7 +11,7 @@ namespace volvelle {
 
 // A unit that makes no sound itself and sends its messages to a MIDI port of another program, each when its
 // frame is due, exclusives among them. A thread of its own sends them, so that a slow port never holds up the
-// engine. Nothing sounds on at the port behind the unit's life, nor once it has left its engine.
+// engine. Nothing sounds on at the port after the unit's life, nor once it has left its engine.
 class MIDIPortUnit : public AUAudioUnit {
 public:
     MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> port);

@@ -46,7 +46,7 @@ private:
     std::vector<std::uint8_t> bytes;
     std::atomic<std::size_t> begin{0}; // bytes popped since the start
     std::atomic<std::size_t> end{0};   // bytes pushed since the start
-    PortSounds sounds;                 // pushing thread: behind all that was pushed
+    PortSounds sounds;                 // pushing thread: after all that was pushed
 };
 
 } // namespace volvelle

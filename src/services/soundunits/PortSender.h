@@ -25,7 +25,7 @@ public:
     // message that takes longer than `patience`. Called once, at the end. [main]
     void end(std::chrono::milliseconds patience = std::chrono::seconds(2));
 
-    // Ends all that sounds behind what is on its way, soon and without a wait. [any]
+    // Ends all that sounds after what is on its way, soon and without a wait. [any]
     void endSounds() { endWanted.store(true, std::memory_order_release); }
 
     // True once the port refused a message. [any]

@@ -84,7 +84,7 @@ private:
 
     DLSFile file; // its waves are what the samples point to
     std::vector<FluidPointer<fluid_sample_t>> samples;
-    std::vector<DLSVoiceArticulation> articulations; // of the file, and behind them that of a bare voice
+    std::vector<DLSVoiceArticulation> articulations; // of the file, and after them that of a bare voice
 };
 
 } // namespace volvelle

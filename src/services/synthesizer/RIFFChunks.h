@@ -46,7 +46,7 @@ constexpr std::int32_t signed32(std::span<const std::uint8_t> bytes, std::size_t
     return static_cast<std::int32_t>(unsigned32(bytes, at));
 }
 
-// One chunk. A list carries its kind in `list`, and `data` begins behind it.
+// One chunk. A list carries its kind in `list`, and `data` begins after it.
 struct RIFFChunk {
     std::uint32_t id = 0;
     std::uint32_t list = 0; // 0 where the chunk is no list
@@ -55,7 +55,7 @@ struct RIFFChunk {
     bool isCut = false;       // the header promises more than is there
 };
 
-// A walk over the chunks that stand one behind another in `bytes`. Never leaves them, and always moves on.
+// A walk over the chunks that stand one after another in `bytes`. Never leaves them, and always moves on.
 // The bytes outlive the walk. [any]
 class RIFFChunks {
 public:
@@ -63,7 +63,7 @@ public:
 
     explicit RIFFChunks(std::span<const std::uint8_t> bytes) : rest(bytes) {}
 
-    // Steps to the next chunk; false behind the last.
+    // Steps to the next chunk; false past the last.
     bool next(RIFFChunk& chunk);
 
 private:

@@ -17,7 +17,7 @@ namespace volvelle::test {
 // Runs the program beside the test, with sound servers that are the test's own, none at first.
 class PlayRun : public ProgramRun {
 protected:
-    // Runs `volvelle ARGUMENTS` in the test's folder, behind shell commands `first`. Its standard output is
+    // Runs `volvelle ARGUMENTS` in the test's folder, after shell commands `first`. Its standard output is
     // read line by line.
     std::unique_ptr<ChildProcess> begin(const std::string& arguments, const std::string& first = "") const;
 

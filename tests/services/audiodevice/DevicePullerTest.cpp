@@ -42,7 +42,7 @@ std::vector<float> secondOf(AudioSource& source, int rate, int channels, int blo
     return result;
 }
 
-// The greatest distance of a channel from a tone of 1,000 Hz, behind a tenth of a second.
+// The greatest distance of a channel from a tone of 1,000 Hz, after a tenth of a second.
 double distanceFromTone(const std::vector<float>& samples, int rate, int channels)
 {
     double greatest = 0.0;

@@ -33,7 +33,7 @@ double secondsSince(steady_clock::time_point start)
     return std::chrono::duration<double>(steady_clock::now() - start).count();
 }
 
-// Seconds that two seconds of the source take, behind half a second of settling.
+// Seconds that two seconds of the source take, after half a second of settling.
 double paceOf(SineSource& source)
 {
     EXPECT_TRUE(source.waitFor(24'000));

@@ -14,9 +14,9 @@ namespace volvelle::test {
 namespace {
 
 constexpr std::size_t longest = 48'000; // frames
-constexpr std::size_t leadIn = 4'800;   // frames behind the first that sounds
+constexpr std::size_t leadIn = 4'800;   // frames after the first that sounds
 
-// The left channel, from a tenth of a second behind its first sound on.
+// The left channel, from a tenth of a second after its first sound on.
 std::vector<double> soundOf(const std::filesystem::path& recording)
 {
     std::ifstream file(recording, std::ios::binary);

@@ -51,7 +51,7 @@ Lines resetLines(std::int64_t frame, const std::vector<int>& channels = {0});
 // Pedals up, and with `all` notes off.
 Lines releaseLines(std::int64_t frame, int channel, bool all = true);
 
-// All of `parts`, one behind the other.
+// All of `parts`, one after the other.
 Lines joined(const std::vector<Lines>& parts);
 
 // A test for each block size.

@@ -26,13 +26,13 @@ public:
 
     void addIterator();
     void removeIterator(std::size_t iterator);
-    const Event* current(std::size_t iterator) const; // null behind the end
+    const Event* current(std::size_t iterator) const; // null past the end
     void step(std::size_t iterator);
     void erase(std::size_t iterator);
 
     std::vector<Event> events;
     double length = 0.0;                       // beats
-    std::vector<std::optional<int>> iterators; // the numbers of their events, none behind the end
+    std::vector<std::optional<int>> iterators; // the numbers of their events, none past the end
 
 private:
     std::size_t firstAt(double time) const;

@@ -9,7 +9,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// What it takes to end all behind these messages.
+// What it takes to end all after these messages.
 std::vector<Bytes> ending(const std::vector<Bytes>& messages)
 {
     PortSounds sounds;

@@ -37,7 +37,7 @@ Reading reading(const Bytes& bytes)
     return result;
 }
 
-// Reads the tiny bank with one 32-bit field, `behind` bytes behind the start of the chunk `id`, set to
+// Reads the tiny bank with one 32-bit field, `after` bytes after the start of the chunk `id`, set to
 // `value`.
 Reading readingWith(const std::string& id, std::size_t behind, std::uint32_t value)
 {

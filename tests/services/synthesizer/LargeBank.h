@@ -4,7 +4,7 @@
 
 namespace volvelle::test {
 
-// A SoundFont of more than 32 MiB: the installed small one with silence behind its samples. Removed with
+// A SoundFont of more than 32 MiB: the installed small one with silence after its samples. Removed with
 // this.
 class LargeBank {
 public:

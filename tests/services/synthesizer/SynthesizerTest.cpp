@@ -48,7 +48,7 @@ protected:
     std::unique_ptr<Synthesizer> dry;
 };
 
-// How many frames the sound of a note-on at `offset` comes behind that of one at 0.
+// How many frames the sound of a note-on at `offset` comes after that of one at 0.
 std::size_t delayOf(int offset)
 {
     auto synthesizer = drySynthesizer(builtInBank());

@@ -14,7 +14,7 @@ namespace volvelle::test {
 DLSFile tinyBank();
 std::vector<std::uint8_t> tinyBankBytes();
 
-// Where `id` first stands in the bytes; behind the end where it does not.
+// Where `id` first stands in the bytes; past the end where it does not.
 std::size_t placeOf(const std::vector<std::uint8_t>& bytes, const std::string& id, std::size_t from = 0);
 void put32(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t value);
 

@@ -127,7 +127,7 @@ public:
     // Bit n: a message for channel n was put in line since the unit was made. [render]
     std::uint16_t heardChannels() const noexcept { return heard; }
 
-    // Begins anew behind a stop of the engine: nothing waits, and nothing was heard. [render]
+    // Begins anew after a stop of the engine: nothing waits, and nothing was heard. [render]
     void beginAnew() noexcept;
 
     // Enters or leaves the running render plan: a unit outside of it takes no messages, and starts without

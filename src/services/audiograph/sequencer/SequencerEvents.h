@@ -50,7 +50,7 @@ public:
     // Reads the whole sequence; on failure the content is not to be used. [main]
     [[nodiscard]] OSStatus read(const MusicSequence& sequence);
 
-    // The first event at or behind `seconds`.
+    // The first event at or after `seconds`.
     std::size_t firstFrom(double seconds) const noexcept;
 
 private:

@@ -4,7 +4,7 @@
 
 namespace volvelle {
 
-// Where a sequencer stands behind the last block.
+// Where a sequencer stands past the last block.
 struct SequencerPosition {
     std::uint64_t serial = 0; // of the last command that it obeys
     double beats = 0.0;

@@ -4,7 +4,7 @@
 
 namespace volvelle {
 
-// Beats to seconds and back. Begins with 120 beats a minute; behind the last tempo it goes on for ever.
+// Beats to seconds and back. Begins with 120 beats a minute; past the last tempo it goes on for ever.
 class TempoMap {
 public:
     static constexpr double defaultTempo = 120.0; // beats a minute

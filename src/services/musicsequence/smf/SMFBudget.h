@@ -9,7 +9,7 @@ namespace volvelle {
 // What a load may still allocate: a pool for all, and eight times the bytes of each track. It is counted for
 // the longest that things can live, from the reading to the loaded sequence, so that all allocations together
 // stay below 64 MiB and eight times the file. A track that asks for more leaves a rest of the pool to those
-// behind it.
+// after it.
 class SMFBudget {
 public:
     // A track begins, whatever it holds, in so many bytes. Once there is not even room for it, nothing more

@@ -15,8 +15,8 @@ enum class SMFEventKind : std::uint8_t {
     message, // of a channel
     tempo,
     meta,      // any other; its type stands in data1
-    exclusive, // behind an F0
-    packet     // behind an F7
+    exclusive, // after an F0
+    packet     // after an F7
 };
 
 // An event of a file track.

@@ -9,7 +9,7 @@
 
 namespace volvelle {
 
-// The events of all tracks of a file, one track behind the other, in blocks that never move.
+// The events of all tracks of a file, one track after the other, in blocks that never move.
 class SMFEvents {
 public:
     // There can be `most` events.

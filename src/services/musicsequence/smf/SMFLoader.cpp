@@ -39,7 +39,7 @@ struct Room {
     }
 };
 
-// No event ends behind its file track, whose end is the length of what it feeds; tempos alone lengthen the
+// No event ends after its file track, whose end is the length of what it feeds; tempos alone lengthen the
 // tempo track themselves.
 class Loader {
 public:

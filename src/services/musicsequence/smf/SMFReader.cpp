@@ -65,7 +65,7 @@ OSStatus FileReader::read(SMFFile& result)
     return noErr;
 }
 
-// Where the chunks behind the header begin.
+// Where the chunks after the header begin.
 std::size_t FileReader::readHeader()
 {
     const std::size_t limit = isRiff ? chunks.size() : mostJunk + 4;
@@ -176,7 +176,7 @@ std::size_t FileReader::nextTrack(std::size_t from) const
     return std::min(chunks.find(from, chunks.size(), trackName), chunks.size());
 }
 
-// Whether a track has its end mark behind the end that it claims.
+// Whether a track has its end mark past the end that it claims.
 bool FileReader::goesOnBehind(std::size_t limit) const
 {
     constexpr std::string_view endMark("\xFF\x2F\x00", 3);

@@ -15,7 +15,7 @@ namespace volvelle {
 // are laid one after another. fileFormatErr, with `file` as it was, where there is neither a header nor a
 // track with an event. Its allocations, and those of a loading of what it gives, are 64 MiB and eight times
 // the size of `bytes` at most, all added up; a track that asks for more ends early, and leaves something to
-// those behind it. [any]
+// those after it. [any]
 [[nodiscard]] OSStatus readSMF(std::span<const std::uint8_t> bytes, SMFFile& file);
 
 } // namespace volvelle

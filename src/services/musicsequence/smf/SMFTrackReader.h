@@ -11,7 +11,7 @@
 
 namespace volvelle {
 
-// Reads the events of one file track, and mends what is wrong with them. It can be asked to go on behind a
+// Reads the events of one file track, and mends what is wrong with them. It can be asked to go on after a
 // limit at which it stopped. Where its budget is spent it stops for good.
 class SMFTrackReader {
 public:
@@ -22,7 +22,7 @@ public:
     // Reads up to `limit`; true once the end of the track was met.
     bool read(std::size_t limit);
 
-    // Where the reading stands: behind the end of the track, or on the first event that is not whole.
+    // Where the reading stands: past the end of the track, or on the first event that is not whole.
     std::size_t place() const { return static_cast<std::size_t>(position - file.data()); }
 
     // Closes the open notes and hands the track over.

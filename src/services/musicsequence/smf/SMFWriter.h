@@ -14,9 +14,9 @@ enum class SMFFormat : std::uint16_t {
 
 // The bytes of a Standard MIDI File. Absolute times are rounded to the nearest tick, start and end of a note
 // each by themselves. Note-offs stand before note-ons of one tick, save the off of a note of no length, which
-// stands behind its on. End of track is the later of a track's length and its last event. A second writing of
+// stands after its on. End of track is the later of a track's length and its last event. A second writing of
 // the same events gives the same bytes.
-// `resolution` is in pulses per beat; 0 or less means 480. More than 65,535 tracks, a track of 4 GiB, an
+// `resolution` is in ticks to the beat; 0 or less means 480. More than 65,535 tracks, a track of 4 GiB, an
 // event of 256 MiB, gaps that take more than 64 MiB of fillers, or memory that does not suffice answers
 // fileIOErr, with `data` as it was. [any]
 [[nodiscard]] OSStatus writeSMF(const MusicSequence& sequence, SMFFormat format, std::int16_t resolution,

@@ -258,7 +258,7 @@ Song pedalledNote(int pedal)
     return Song().message(0.0, 0xB0, pedal, 127).note(0.0, 0, 60, 100, 0.25).note(8.0, 0, 60, 100, 1.0);
 }
 
-// The pedals come up behind the note-off, and before anything goes down again.
+// The pedals come up after the note-off, and before anything goes down again.
 void expectPedalsUp(const Lines& heard, const std::string& frame)
 {
     for (const char* pedal : {"40", "42", "45"}) {

@@ -41,7 +41,7 @@ Bytes header()
     return hex("\"MThd\" 00000006 0001 0001 01E0");
 }
 
-// A file of `size` bytes behind its header: tracks of the body that each claim all that is left.
+// A file of `size` bytes after its header: tracks of the body that each claim all that is left.
 Bytes nestedTracks(const Bytes& body, std::size_t size)
 {
     Bytes bytes = header();
@@ -54,7 +54,7 @@ Bytes nestedTracks(const Bytes& body, std::size_t size)
     return bytes;
 }
 
-// A track's bytes that repeat some, behind the first ones, and its end.
+// A track's bytes that repeat some, after the first ones, and its end.
 Bytes bodyOf(const Bytes& first, const Bytes& repeated, std::size_t size)
 {
     Bytes body = first;
