@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "midi/MIDIConstants.h"
 #include "services/audiograph/graph/AudioUnitCalls.h"
+#include "wire/ShortMessage.h"
 
 #include <tuple>
 
@@ -12,7 +13,6 @@ namespace volvelle {
 namespace {
 
 constexpr std::uint32_t enablePreloadProperty = 4119;
-constexpr std::uint8_t rhythmChannel = 9;
 
 } // namespace
 
@@ -51,7 +51,7 @@ void AudioUnitMIDISynth::preloadPatches2(const std::vector<std::uint32_t>& patch
         return;
     }
     for (const std::uint32_t patch : patches) {
-        if (const OSStatus status = sendProgram(rhythmChannel, patch); status != noErr) {
+        if (const OSStatus status = sendProgram(drumChannel, patch); status != noErr) {
             debugprint(concat(
                 "AudioUnitMIDISynth::preloadPatches2() : ERROR: A patch could not be preloaded. ", status));
         }

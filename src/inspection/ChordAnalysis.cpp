@@ -1,5 +1,6 @@
 #include "inspection/ChordAnalysis.h"
 
+#include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIChordPhrase.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 namespace volvelle {
 
 namespace {
-
-constexpr std::uint8_t drumChannel = 9;
 
 void addNote(PhraseEvents& events, const FoundNote& note)
 {
@@ -28,11 +27,12 @@ void addNote(PhraseEvents& events, const FoundNote& note)
 
 std::vector<FoundChord> findChords(const std::vector<FoundNote>& notes, double length)
 {
-    const bool hasChordTrack = std::ranges::any_of(notes, [](const auto& note) { return note.channel == 0; });
+    const bool hasChordTrack =
+        std::ranges::any_of(notes, [](const auto& note) { return note.channel == chordChannel; });
     const auto track = MIDIChordPhrase::make();
     track->isMasterTrack = true;
     for (const FoundNote& note : notes) {
-        if (hasChordTrack ? note.channel == 0 : note.channel != drumChannel) {
+        if (hasChordTrack ? note.channel == chordChannel : note.channel != drumChannel) {
             addNote(track->loadedEvents, note);
         }
     }

@@ -24,8 +24,8 @@ struct FoundChord {
     std::vector<int> notes; // keys from middle C upward, root first
 };
 
-// The chords of a file, found as the chord track finds them: from the notes of channel 0 where there are any,
-// else from all channels but 9. `notes` ascend by position, `length` is the file's in beats.
+// The chords of a file, found as the chord track finds them: from the notes of chordChannel where there are
+// any, else from all channels but drumChannel. `notes` ascend by position, `length` is the file's in beats.
 std::vector<FoundChord> findChords(const std::vector<FoundNote>& notes, double length);
 
 } // namespace volvelle

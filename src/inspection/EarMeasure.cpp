@@ -10,9 +10,18 @@ namespace volvelle {
 
 namespace {
 
-constexpr int bassChannel = 8;
-constexpr int drumChannel = 9;
 constexpr double grid = 0.25; // beats
+
+// The bounds of the notes per beat of those channels that sound.
+struct Density {
+    int channel;
+    double least;
+    double most;
+};
+
+constexpr std::array densities{Density{chordChannel, 0.3, 2.5}, Density{chordPhraseChannel, 1.0, 6.0},
+                               Density{leadChannel, 0.5, 4.0},  Density{bassChannel, 0.5, 4.0},
+                               Density{drumChannel, 1.5, 10.0}, Density{polyMeterChannel, 1.0, 4.0}};
 
 bool soundsAt(const PhraseEvent& note, double position)
 {
@@ -47,7 +56,7 @@ void EarMeasure::add(MIDIClipGenerator& generator)
     }
     addGrid(mix);
     addBass(generator, mix);
-    addLead(generator.getPhrase(2));
+    addLead(generator.getPhrase(leadChannel));
     addSilence(mix);
 }
 
@@ -128,12 +137,9 @@ std::vector<EarMeasure::Row> EarMeasure::table() const
     const auto counted = static_cast<long>(sorted.size());
     const long allNotes = std::accumulate(notes.begin(), notes.end(), 0L);
     std::vector<Row> rows;
-    rows.reserve(channels.size() + 11);
-    static constexpr std::array<std::pair<double, double>, channels.size()> bounds{
-        {{0.3, 2.5}, {1.0, 6.0}, {0.5, 4.0}, {0.5, 4.0}, {1.5, 10.0}, {1.0, 4.0}}};
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        rows.push_back({concat("notes per beat, channel ", channels[i] + 1), perBeat(channels[i]),
-                        bounds[i].first, bounds[i].second});
+    rows.reserve(densities.size() + 11);
+    for (const auto& [channel, least, most] : densities) {
+        rows.push_back({concat("notes per beat, channel ", channel + 1), perBeat(channel), least, most});
     }
     rows.push_back({"notes per beat, all", static_cast<double>(allNotes) / wholeBeats, 6.0, 22.0});
     rows.push_back({"voices at once without drums, mean", voiceSum / static_cast<double>(counted), 3.0, 9.0});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIClipGenerator.h"
 
 #include <array>
@@ -11,10 +12,9 @@ namespace volvelle {
 // Counts over many arrangements what an ear hears in them. Add arrangements, then read.
 class EarMeasure {
 public:
-    static constexpr int beats = 16;             // of an arrangement
+    static constexpr int beats = arrangementBeats;
     static constexpr int sixteenths = beats * 4; // the grid on which voices and onsets are counted
     static constexpr int crowdedOnsets = 8;      // onsets on one sixteenth that count as a crowd
-    static constexpr std::array channels{0, 1, 2, 8, 9, 14}; // those that sound
 
     void add(MIDIClipGenerator& generator);
 
@@ -38,9 +38,9 @@ private:
 
     int arrangements = 0;
     int withoutChord = 0;
-    std::array<long, 16> notes{}; // by channel
-    std::vector<int> voices;      // sounding at each sixteenth
-    int crowded = 0;              // sixteenths
+    std::array<long, channelCount> notes{};
+    std::vector<int> voices; // sounding at each sixteenth
+    int crowded = 0;         // sixteenths
     long bassNotes = 0;
     long bassOnRoot = 0;
     long barsWithBass = 0;        // a bass note on the first beat

@@ -5,7 +5,6 @@
 #include "base/Paths.h"
 #include "base/RandomSource.h"
 #include "base/Text.h"
-#include "phrases/ClipChannels.h"
 #include "phrases/PhraseEventWriter.h"
 
 #include <algorithm>
@@ -17,19 +16,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* chordPatterns = "/Phrases/chord patterns/";
-constexpr const char* chordPhrases = "/Phrases2/01 chords/";
-constexpr const char* leads = "/Phrases2/02 leads/";
-constexpr const char* basses = "/Phrases2/09 basses/";
-constexpr const char* drums = "/Phrases2/10 drums/";
+constexpr int mixChannel = -1;
 
-constexpr double blockLength = 16.0; // beats of one arrangement in a long one
-
-using Resources = std::optional<fs::path>;
-
-std::string requiredText(const Resources& resources)
+std::string pathOf(const ArrangementTrack& track, const std::optional<fs::path>& resources)
 {
-    return required(resources, implicitNilMessage).string();
+    return concat(required(resources, implicitNilMessage).string(), "/", track.folder, "/");
 }
 
 std::vector<std::string> entriesOf(const std::string& path)
@@ -67,30 +58,17 @@ MIDIPhraseMixer& MIDIClipGenerator::mixer()
 std::shared_ptr<MIDISequence16> MIDIClipGenerator::makeArrangement(bool empty)
 {
     directPrint("MIDIClipGenerator::makeArrangement()");
-    const Resources folder = resourcesFolder();
+    const auto resources = resourcesFolder();
     phraseMixer = nullptr;
     phraseMixer = std::make_shared<MIDIPhraseMixer>();
     if (empty) {
         return phraseMixer->getSequence();
     }
-    const std::string resources = requiredText(folder);
-    MIDIPhraseMixer& tracks = *phraseMixer;
-    tracks.chordTrack->channel = 0;
-    loadChords(resources);
-    tracks.phraseTrack0->channel = 1;
-    loadFollower(*tracks.phraseTrack0, resources + chordPhrases);
-    tracks.leadTrack0->channel = 2;
-    loadFollower(*tracks.leadTrack0, resources + leads);
-    tracks.bassTrack0->channel = 8;
-    loadFollower(*tracks.bassTrack0, resources + basses);
-    tracks.drumTrack0->channel = 9;
-    tracks.drumTrack0->loadPhrase2(loadRandomFileAt(resources + drums), 0);
-    tracks.polyRhythm0->channel = polyRhythmChannel;
-    tracks.polyRhythm0->generateRandomPhrase_PolyRhythmic(-1);
-    tracks.polyMeter0->channel = polyMeterChannel;
-    tracks.polyMeter0->generateRandomPhrase_PolyMetric(polyMeterChannel, polyMeterSteps);
-    tracks.polyMeter0->transposeTrackNotes(*tracks.chordTrack);
-    return tracks.getSequence();
+    for (const ArrangementTrack& track : arrangementTracks) {
+        track.phraseIn(*phraseMixer).channel = track.channel;
+        fill(track, resources);
+    }
+    return phraseMixer->getSequence();
 }
 
 std::shared_ptr<MIDISequence16> MIDIClipGenerator::makeArrangementLong(int count)
@@ -98,7 +76,7 @@ std::shared_ptr<MIDISequence16> MIDIClipGenerator::makeArrangementLong(int count
     const auto target = std::make_shared<MIDISequence16>();
     for (const int i : checkedRange(0, count)) {
         makeArrangement(false);
-        const double offset = i * blockLength;
+        const double offset = i * double{arrangementBeats};
         if (phraseMixer->mixedEvents.empty()) {
             directPrint(concat("Arranger::makeSequence() : WARNING: There are no events at ", offset,
                                " for mixing together."));
@@ -115,87 +93,35 @@ std::shared_ptr<MIDISequence16> MIDIClipGenerator::makeArrangementLong(int count
 
 void MIDIClipGenerator::makePhrase(int channel, int /*instance*/)
 {
-    const Resources folder = resourcesFolder();
-    switch (channel) {
-    case -1:
+    const auto resources = resourcesFolder();
+    if (channel == mixChannel) {
         makeArrangement(false);
-        break;
-    case 0:
-        mixer();
-        loadChords(requiredText(folder));
+        return;
+    }
+    const ArrangementTrack* track = arrangementTrackOf(channel);
+    if (track == nullptr) {
+        return;
+    }
+    fill(*track, resources);
+    if (channel == chordChannel) {
         followChords();
         mixer().getSequence();
-        break;
-    case 1:
-        loadFollower(*mixer().phraseTrack0, requiredText(folder) + chordPhrases);
-        break;
-    case 2:
-        loadFollower(*mixer().leadTrack0, requiredText(folder) + leads);
-        break;
-    case 8:
-        loadFollower(*mixer().bassTrack0, requiredText(folder) + basses);
-        break;
-    case 9:
-        mixer().drumTrack0->loadPhrase2(loadRandomFileAt(requiredText(folder) + drums), 0);
-        break;
-    case polyRhythmChannel:
-        mixer().polyRhythm0->generateRandomPhrase_PolyRhythmic(-1);
-        break;
-    case polyMeterChannel:
-        mixer().polyMeter0->generateRandomPhrase_PolyMetric(polyMeterChannel, polyMeterSteps);
-        mixer().polyMeter0->transposeTrackNotes(*mixer().chordTrack);
-        break;
-    default:
-        break;
     }
 }
 
 PhraseEvents MIDIClipGenerator::getPhrase(int channel)
 {
     const MIDIPhraseMixer& tracks = mixer();
-    switch (channel) {
-    case -1:
+    if (channel == mixChannel) {
         return tracks.mixedEvents;
-    case 0:
-        return tracks.chordTrack->generatedEvents;
-    case 1:
-        return tracks.phraseTrack0->generatedEvents;
-    case 2:
-        return tracks.leadTrack0->generatedEvents;
-    case 8:
-        return tracks.bassTrack0->generatedEvents;
-    case 9:
-        return tracks.drumTrack0->loadedEvents;
-    case polyRhythmChannel:
-        return tracks.polyRhythm0->loadedEvents;
-    case polyMeterChannel:
-        return tracks.polyMeter0->generatedEvents;
-    default:
-        return {};
     }
+    const ArrangementTrack* track = arrangementTrackOf(channel);
+    return track == nullptr ? PhraseEvents() : track->phraseIn(tracks).*track->heard;
 }
 
 std::string MIDIClipGenerator::getName(int channel)
 {
-    switch (channel) {
-    case -1:
-    case 0:
-        return "CHORDS";
-    case 1:
-        return "CHORD PHRASE";
-    case 2:
-        return "MELODY PHRASE";
-    case 8:
-        return "BASS PHRASE";
-    case 9:
-        return "BASE DRUMS";
-    case polyRhythmChannel:
-        return "POLYRHYTHM GENERATOR";
-    case polyMeterChannel:
-        return "POLYMETRIC GENERATOR";
-    default:
-        return concat("CHANNEL ", channel);
-    }
+    return channelLabel(channel == mixChannel ? chordChannel : channel);
 }
 
 void MIDIClipGenerator::changeChords()
@@ -255,24 +181,37 @@ std::string MIDIClipGenerator::formatNumber(int number)
     return number < 100 ? concat("0", number) : text(number);
 }
 
-void MIDIClipGenerator::loadChords(const std::string& resources)
+void MIDIClipGenerator::fill(const ArrangementTrack& track, const std::optional<fs::path>& resources)
 {
-    const int transposition = randomInteger(-6, 6);
-    const fs::path url = loadRandomFileAt(resources + chordPatterns);
-    mixer().chordTrack->loadPhrase(url, transposition);
-}
-
-void MIDIClipGenerator::loadFollower(MIDIPhrase& track, const std::string& folder)
-{
-    track.loadPhrase2(loadRandomFileAt(folder), 0);
-    track.transposeTrackNotes(*mixer().chordTrack);
+    MIDIPhrase& phrase = track.phraseIn(mixer());
+    switch (track.source) {
+    case ArrangementTrack::Source::chordPattern: {
+        const std::string path = pathOf(track, resources);
+        const int transposition = randomInteger(-6, 6);
+        phrase.loadPhrase(loadRandomFileAt(path), transposition);
+        break;
+    }
+    case ArrangementTrack::Source::phrase:
+        phrase.loadPhrase2(loadRandomFileAt(pathOf(track, resources)), 0);
+        break;
+    case ArrangementTrack::Source::polyRhythm:
+        phrase.generateRandomPhrase_PolyRhythmic(-1);
+        break;
+    case ArrangementTrack::Source::polyMeter:
+        phrase.generateRandomPhrase_PolyMetric(track.channel, polyMeterSteps);
+        break;
+    }
+    if (track.followsChords) {
+        phrase.transposeTrackNotes(*mixer().chordTrack);
+    }
 }
 
 void MIDIClipGenerator::followChords()
 {
-    MIDIPhraseMixer& tracks = mixer();
-    for (const auto& track : {tracks.phraseTrack0, tracks.leadTrack0, tracks.bassTrack0, tracks.polyMeter0}) {
-        track->transposeTrackNotes(*tracks.chordTrack);
+    for (const ArrangementTrack& track : arrangementTracks) {
+        if (track.followsChords) {
+            track.phraseIn(mixer()).transposeTrackNotes(*mixer().chordTrack);
+        }
     }
 }
 

@@ -1,18 +1,18 @@
 #pragma once
 
+#include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIPhrases.h"
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace volvelle {
 
 // Turns one request into one finished arrangement: picks a random phrase file for each track, lets the
-// pitched tracks follow the chord track, and mixes. The channels in use:
-//
-//   0 chords (master)   1 chord phrase   2 melody   8 bass   9 drums   10 poly-rhythm   14 poly-meter
+// pitched tracks follow the chord track, and mixes. The channels in use stand in ArrangementTracks.h.
 //
 // Without a mixer, that is before the first arrangement, these are fatal stops: makePhrase for a channel in
 // use, getPhrase, changeChords, getChords, all operations on steps, and makeArrangementLong(0). A broken
@@ -49,7 +49,7 @@ public:
 
     virtual std::vector<std::shared_ptr<ChordEvent>> getChords();
 
-    // MARK: Steps, for channel 14 (poly-meter) and 10 (poly-rhythm); elsewhere empty results and no effect
+    // MARK: Steps, for polyMeterChannel and polyRhythmChannel; elsewhere empty results and no effect
 
     virtual std::vector<std::shared_ptr<PolyMeterStepEvent>> getPolyMeterSteps(int channel);
     // Cuts or lengthens the cycle to 1 to 16 steps; the track follows the chords anew, the mix stays.
@@ -83,8 +83,7 @@ private:
     std::string formatNumber(int number);
 
     MIDIPhraseMixer& mixer();
-    void loadChords(const std::string& resources);
-    void loadFollower(MIDIPhrase& track, const std::string& folder);
+    void fill(const ArrangementTrack& track, const std::optional<std::filesystem::path>& resources);
     void followChords();
     void rebuildPolyMeter();
     void rebuildPolyRhythm();

@@ -1,5 +1,5 @@
 #include "base/Checked.h"
-#include "phrases/ClipChannels.h"
+#include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIClipGenerator.h"
 
 namespace volvelle {

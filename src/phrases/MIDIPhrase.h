@@ -1,5 +1,6 @@
 #pragma once
 
+#include "phrases/ArrangementTracks.h"
 #include "phrases/PhraseEvent.h"
 #include "phrases/PolyMetricStepGenerator.h"
 #include "phrases/PolyRhytmicStepGenerator.h"
@@ -27,7 +28,7 @@ public:
     MIDIPhrase(const MIDIPhrase&) = delete;
     MIDIPhrase& operator=(const MIDIPhrase&) = delete;
 
-    static constexpr int MAXBEATLENGTH = 16; // beats
+    static constexpr int MAXBEATLENGTH = arrangementBeats;
 
     std::shared_ptr<MIDISequence16> sequence; // the last file read, null before
     PhraseEvents loadedEvents;    // what the file held or the steps gave, or the quantized form of it
@@ -80,7 +81,7 @@ public:
     virtual PhraseEvents generateRandomPhrase_PolyMetric(int channel, int steps);
 
     // The same from the present cycle; a cycle without a note is replaced by a new one.
-    virtual void updateEvents_PolyMeter(int steps = 64);
+    virtual void updateEvents_PolyMeter(int steps = polyMeterSteps);
 
     // Draws one instance, all for a negative one, and returns the new loadedEvents.
     virtual PhraseEvents generateRandomPhrase_PolyRhythmic(int instance);

@@ -3,6 +3,7 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "midi/MIDIDefinitions.h"
+#include "phrases/ArrangementTracks.h"
 #include "phrases/PhraseEventWriter.h"
 
 #include <algorithm>
@@ -12,8 +13,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr double samplesPerBeat = 24000.0;
-constexpr std::size_t polyRhythmChannel = 10;
+constexpr double samplesPerBeat = 24000.0; // at 48,000 Hz and 120 beats a minute
 
 std::optional<std::uint8_t> statusOf(const PhraseEvent& event)
 {
@@ -50,10 +50,12 @@ MIDIPhraseMixer::MIDIPhraseMixer()
       polyMeter0(MIDIPhrase::make()),
       polyRhythm0(MIDIPhrase::make())
 {
-    chordTrack->channel = 0;
+    chordTrack->channel = chordChannel;
     chordTrack->isMasterTrack = true;
     activeState.fill(true);
-    activeState[polyRhythmChannel] = false;
+    for (const ArrangementTrack& track : arrangementTracks) {
+        checkedAt(activeState, track.channel) = track.isActive;
+    }
 }
 
 MIDIPhraseMixer::~MIDIPhraseMixer() = default;
@@ -93,18 +95,12 @@ void MIDIPhraseMixer::save(MIDISequence16& given, const std::filesystem::path& u
 void MIDIPhraseMixer::mixChannels()
 {
     mixedEvents.clear();
-    const auto mix = [this](std::size_t channel, const PhraseEvents& events) {
-        if (activeState.at(channel)) {
+    for (const ArrangementTrack& track : arrangementTracks) {
+        if (checkedAt(activeState, track.channel)) {
+            const PhraseEvents& events = track.phraseIn(*this).*track.heard;
             mixedEvents.insert(mixedEvents.end(), events.begin(), events.end());
         }
-    };
-    mix(0, chordTrack->generatedEvents);
-    mix(1, phraseTrack0->generatedEvents);
-    mix(2, leadTrack0->generatedEvents);
-    mix(8, bassTrack0->generatedEvents);
-    mix(9, drumTrack0->loadedEvents);
-    mix(polyRhythmChannel, polyRhythm0->loadedEvents);
-    mix(14, polyMeter0->generatedEvents);
+    }
     std::ranges::stable_sort(mixedEvents, {}, [](const auto& event) { return event->position; });
 }
 

@@ -49,7 +49,7 @@ public:
     virtual void save(MIDISequence16& sequence, const std::filesystem::path& url);
 
     // Rebuilds mixedEvents: all events of the active tracks by position, and at one position in the order of
-    // the tracks above (the poly-rhythm before the poly-meter).
+    // arrangementTracks.
     virtual void mixChannels();
 
     // A new mix as realtime events at 24,000 samples to the beat, by sample time.

@@ -20,7 +20,6 @@ constexpr double shortestPart = 10.0;                                           
 constexpr double longestPart = 300.0;                                              // seconds
 constexpr double longestLength = RenderPart::longestPiece / blocksPerSecond + 1.0; // seconds
 constexpr double chokingBeats = 8.0; // in which a struck drum may still end another
-constexpr std::uint8_t drumChannel = 9;
 constexpr std::uint8_t inaudible = 1; // velocity
 
 int numberOfParts(double seconds, int cores)

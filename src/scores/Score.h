@@ -1,5 +1,6 @@
 #pragma once
 
+#include "phrases/ArrangementTracks.h"
 #include "scores/ScoreChord.h"
 #include "scores/ScoreKind.h"
 #include "scores/ScoreNote.h"
@@ -14,7 +15,7 @@ namespace volvelle {
 struct Score {
     static constexpr int bars = 4;
     static constexpr double beatsInBar = 4;
-    static constexpr double beats = 16;       // length of every phrase
+    static constexpr double beats = arrangementBeats;
     static constexpr double sixteenth = 0.25; // beats
     static constexpr double gap = 0.03125;    // beats that a note ends ahead of its written end
 

@@ -1,6 +1,8 @@
 #include "scores/ScoreKind.h"
 
+#include "base/Checked.h"
 #include "base/Text.h"
+#include "phrases/ArrangementTracks.h"
 
 #include <algorithm>
 
@@ -10,17 +12,16 @@ namespace {
 
 struct KindRow {
     std::string_view scores;
-    std::string_view phrases;
     std::string_view body;
     int channel;
 };
 
 constexpr std::array<KindRow, 5> rows = {{
-    {"chord-patterns", "Phrases/chord patterns", "chords", 0},
-    {"chords", "Phrases2/01 chords", "notes", 1},
-    {"leads", "Phrases2/02 leads", "notes", 2},
-    {"basses", "Phrases2/09 basses", "notes", 8},
-    {"drums", "Phrases2/10 drums", "drums", 9},
+    {"chord-patterns", "chords", chordChannel},
+    {"chords", "notes", chordPhraseChannel},
+    {"leads", "notes", leadChannel},
+    {"basses", "notes", bassChannel},
+    {"drums", "drums", drumChannel},
 }};
 
 const KindRow& row(ScoreKind kind)
@@ -52,7 +53,7 @@ std::optional<ScoreKind> scoreKindOf(std::string_view folder)
 
 std::string_view phraseFolder(ScoreKind kind)
 {
-    return row(kind).phrases;
+    return required(arrangementTrackOf(scoreChannel(kind))).folder;
 }
 
 std::string_view scoreBodyWord(ScoreKind kind)

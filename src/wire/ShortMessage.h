@@ -11,6 +11,7 @@ namespace volvelle {
 using ShortMessage = std::array<std::uint8_t, 3>;
 
 constexpr int channelCount = 16;
+constexpr int drumChannel = 9; // counted from 0
 
 // The pedals that hold notes.
 inline constexpr std::array<std::uint8_t, 3> holdPedals{CONTROLLER_SUSTAIN, CONTROLLER_SOSTENUTO,

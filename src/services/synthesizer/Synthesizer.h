@@ -32,7 +32,7 @@ struct SynthesizerState;
 // since the synthesizer was made; blocks of any size give the same sound. A message after the block waits.
 class Synthesizer {
 public:
-    static constexpr int drumChannel = 9;
+    static constexpr int drumChannel = volvelle::drumChannel;
     static constexpr int notesAtOnce = 48;
 
     // A synthesizer with the bank, or null with one plain sentence in `error`. Warnings about a bank go to
