@@ -1,6 +1,5 @@
 #include "cli/ArrangementReport.h"
 
-#include "base/Checked.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -8,20 +7,6 @@
 namespace volvelle {
 
 namespace {
-
-constexpr double arrangementLength = 16.0; // beats
-
-std::string titleOf(const MIDIPhrase& phrase)
-{
-    if (phrase.sequence && phrase.sequence->sequenceNode) {
-        for (const auto& track : phrase.sequence->sequenceNode->tracks) {
-            for (const auto& name : required(track).getElementsOfClass<MetaTrackNameEvent>()) {
-                return {name->data.begin(), name->data.end()};
-            }
-        }
-    }
-    return phrase.currentURL ? phrase.currentURL->filename().string() : std::string();
-}
 
 std::string padded(std::string text, std::size_t width)
 {
@@ -36,37 +21,12 @@ std::string rightAligned(const std::string& text, std::size_t width)
 
 } // namespace
 
-std::shared_ptr<MIDISequence16> ReportingGenerator::makeArrangement(bool empty)
-{
-    auto sequence = MIDIClipGenerator::makeArrangement(empty);
-    Arrangement arrangement;
-    const MIDIPhraseMixer& mixer = *phraseMixer;
-    const std::pair<int, const MIDIPhrase*> tracks[] = {{0, mixer.chordTrack.get()},
-                                                        {1, mixer.phraseTrack0.get()},
-                                                        {2, mixer.leadTrack0.get()},
-                                                        {8, mixer.bassTrack0.get()},
-                                                        {9, mixer.drumTrack0.get()}};
-    for (const auto& [channel, phrase] : tracks) {
-        arrangement.phrases.push_back({getName(channel), titleOf(*phrase)});
-    }
-    for (const auto& chord : mixer.chordTrack->chords) {
-        arrangement.chords.push_back({chord->position, required(chord->nrule).shortName});
-    }
-    for (const auto& event : mixer.mixedEvents) {
-        if (event->type == PhraseEvent::noteOn) {
-            ++arrangement.notes.at(event->channel);
-        }
-    }
-    arrangements.push_back(std::move(arrangement));
-    return sequence;
-}
-
-void printReport(CommandOutput& output, ReportingGenerator& generator)
+void printReport(CommandOutput& output, const std::vector<ArrangementSummary>& arrangements)
 {
     constexpr std::size_t labelWidth = 22;
-    std::array<int, 16> notes{};
+    std::array<int, channelCount> notes{};
     output.remark("Phrases");
-    for (const auto& arrangement : generator.arrangements) {
+    for (const auto& arrangement : arrangements) {
         for (const auto& phrase : arrangement.phrases) {
             output.remark(concat("  ", padded(phrase.label, labelWidth), phrase.title));
         }
@@ -76,22 +36,22 @@ void printReport(CommandOutput& output, ReportingGenerator& generator)
     }
     output.remark("Chords");
     double offset = 0.0;
-    for (const auto& arrangement : generator.arrangements) {
+    for (const auto& arrangement : arrangements) {
         for (const auto& chord : arrangement.chords) {
             output.remark(concat(rightAligned(text(chord.position + offset), 8), "  ", chord.name));
         }
-        offset += arrangementLength;
+        offset += arrangementBeats;
     }
     output.remark("Notes");
-    for (int channel = 0; channel < 16; ++channel) {
+    for (int channel = 0; channel < channelCount; ++channel) {
         if (const int count = notes.at(static_cast<std::size_t>(channel)); count > 0) {
             output.remark(
-                concat("  ", padded(generator.getName(channel), labelWidth), rightAligned(text(count), 5)));
+                concat("  ", padded(channelLabel(channel), labelWidth), rightAligned(text(count), 5)));
         }
     }
 }
 
-std::string shortReport(const ReportingGenerator::Arrangement& arrangement)
+std::string shortReport(const ArrangementSummary& arrangement)
 {
     std::string line;
     for (const auto& phrase : arrangement.phrases) {

@@ -5,12 +5,27 @@
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
 #include "cli/IdeaFile.h"
+#include "inspection/ArrangementSummary.h"
 
 #include <memory>
+#include <vector>
 
 namespace volvelle {
 
 namespace {
+
+// Keeps what each arrangement of a long one holds.
+class SummarisingGenerator : public MIDIClipGenerator {
+public:
+    std::vector<ArrangementSummary> summaries;
+
+    std::shared_ptr<MIDISequence16> makeArrangement(bool empty) override
+    {
+        auto sequence = MIDIClipGenerator::makeArrangement(empty);
+        summaries.push_back(summaryOf(*this));
+        return sequence;
+    }
+};
 
 std::string misuseOf(const GenerateOptions& options)
 {
@@ -39,21 +54,22 @@ std::string missingPhrases()
     return "";
 }
 
-void report(const std::string& file, ReportingGenerator& generator, int count, CommandOutput& output)
+void report(const std::string& file, const std::vector<ArrangementSummary>& summaries, int count,
+            CommandOutput& output)
 {
     if (count == 1) {
-        printReport(output, generator);
+        printReport(output, summaries);
         output.remark(concat("Wrote '", file, "'."));
         return;
     }
-    for (const auto& arrangement : generator.arrangements) {
+    for (const auto& arrangement : summaries) {
         output.remark(concat("'", file, "': ", shortReport(arrangement)));
     }
 }
 
 int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& output)
 {
-    ReportingGenerator generator;
+    SummarisingGenerator generator;
     const auto sequence = options.longCount == 1 ? generator.makeArrangement(false)
                                                  : generator.makeArrangementLong(options.longCount);
     const auto data = MIDIDocument::sequenceData(sequence->getMusicSequence());
@@ -65,7 +81,7 @@ int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& 
         return output.failure(error);
     }
     if (options.out != standardOutputName) {
-        report(file.name(), generator, options.count, output);
+        report(file.name(), generator.summaries, options.count, output);
     }
     return exitDone;
 }
