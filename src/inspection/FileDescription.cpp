@@ -146,16 +146,6 @@ private:
     std::vector<int> channels; // as they change
 };
 
-void walk(const MusicTrack& track, const std::function<void(const TrackEvent&)>& visit)
-{
-    walkTrack(
-        track, [](WalkFailure, OSStatus) {},
-        [&visit](const TrackEvent& event, const MusicEventIterator&) {
-            visit(event);
-            return WalkStep::stepOn;
-        });
-}
-
 OSStatus readLength(const MusicTrack& track, double& length)
 {
     std::uint32_t size = sizeof length;
@@ -167,12 +157,12 @@ OSStatus describeTempo(const MusicSequence& sequence, FileDescription& descripti
     MusicTrack track;
     OSStatus status = MusicSequenceGetTempoTrack(sequence, track);
     status = status == noErr ? readLength(track, description.length) : status;
-    walk(track, [&description](const TrackEvent& event) {
+    const OSStatus walked = forEachEvent(track, [&description](const TrackEvent& event) {
         if (event.type == kMusicEventType_ExtendedTempo) {
             description.tempo.push_back({event.time, event.record<ExtendedTempoEvent>().bpm});
         }
     });
-    return status;
+    return status == noErr ? walked : status;
 }
 
 OSStatus describeTrack(const MusicSequence& sequence, std::uint32_t index, FoundTrack& found)
@@ -182,9 +172,9 @@ OSStatus describeTrack(const MusicSequence& sequence, std::uint32_t index, Found
     status = status == noErr ? readLength(track, found.length) : status;
     found.index = static_cast<int>(index);
     TrackReader reader(found);
-    walk(track, [&reader](const TrackEvent& event) { reader.read(event); });
+    const OSStatus walked = forEachEvent(track, [&reader](const TrackEvent& event) { reader.read(event); });
     reader.finish();
-    return status;
+    return status == noErr ? walked : status;
 }
 
 OSStatus describeTracks(const MusicSequence& sequence, FileDescription& description)

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-// The seven tracks of an arrangement. [any thread]
+// The seven tracks of an arrangement. [any]
 namespace volvelle {
 
 class MIDIPhrase;

@@ -4,6 +4,7 @@
 
 #include "base/realtime/AudioSink.h"
 #include "services/audiograph/sequencer/SequencerEvents.h"
+#include "services/musicsequence/TrackWalk.h"
 #include "wire/DeviceChannels.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ constexpr double blocksPerSecond = AudioSource::sampleRate / RenderPart::blockFr
 constexpr double shortestPart = 10.0;                                              // seconds
 constexpr double longestPart = 300.0;                                              // seconds
 constexpr double longestLength = RenderPart::longestPiece / blocksPerSecond + 1.0; // seconds
-constexpr double chokingBeats = 8.0; // in which a struck drum may still end another
+constexpr double chokingBeats = 8.0;  // in which a struck drum may still end another
 constexpr std::uint8_t inaudible = 1; // velocity
 
 int numberOfParts(double seconds, int cores)
@@ -97,39 +98,24 @@ private:
 OSStatus deleteNotes(const RenderPart& part, const MusicTrack& track, std::vector<PlacedNote>& soft)
 {
     KeysAtEnd keys(part);
-    MusicEventIterator iterator;
-    OSStatus status = NewMusicEventIterator(track, iterator);
-    bool hasEvent = false;
-    while (status == noErr && (status = MusicEventIteratorHasCurrentEvent(iterator, hasEvent)) == noErr &&
-           hasEvent) {
-        double position = 0.0;
-        MusicEventType type = kMusicEventType_NULL;
-        const void* payload = nullptr;
-        std::uint32_t size = 0;
-        status = MusicEventIteratorGetEventInfo(iterator, position, type, payload, size);
-        if (status != noErr) {
-            break;
+    return eraseEventsIf(track, [&](const TrackEvent& event) {
+        if (event.type == kMusicEventType_MIDIChannelMessage) {
+            keys.take(event.time, event.record<MIDIChannelMessage>());
         }
-        if (type != kMusicEventType_MIDINoteMessage) {
-            if (type == kMusicEventType_MIDIChannelMessage) {
-                keys.take(position, *static_cast<const MIDIChannelMessage*>(payload));
-            }
-            status = MusicEventIteratorNextEvent(iterator);
-            continue;
+        if (event.type != kMusicEventType_MIDINoteMessage) {
+            return false;
         }
-        const MIDINoteMessage note = *static_cast<const MIDINoteMessage*>(payload);
-        if (position >= part.beginBeats && position < part.endBeats) {
-            keys.takeOwn(position, note);
-            status = MusicEventIteratorNextEvent(iterator);
-            continue;
+        const auto& note = event.record<MIDINoteMessage>();
+        if (event.time >= part.beginBeats && event.time < part.endBeats) {
+            keys.takeOwn(event.time, note);
+            return false;
         }
-        if (position >= part.endBeats && keys.ends(position, note)) {
-            soft.push_back({position, note});
+        if (event.time >= part.endBeats && keys.ends(event.time, note)) {
+            soft.push_back({event.time, note});
             soft.back().note.velocity = inaudible;
         }
-        status = MusicEventIteratorDeleteEvent(iterator);
-    }
-    return status == kAudioToolboxErr_EndOfTrack ? noErr : status;
+        return true;
+    });
 }
 
 OSStatus keepNotesOf(const RenderPart& part, const MusicTrack& track)

@@ -1,46 +1,43 @@
 #include "tests/sequence/SequenceTexts.h"
 
 #include "base/Text.h"
+#include "services/musicsequence/TrackWalk.h"
+
+#include <tuple>
 
 namespace volvelle::test {
 
 namespace {
-
-template <class Record>
-const Record& as(const void* payload)
-{
-    return *static_cast<const Record*>(payload);
-}
 
 std::string bytesText(const std::uint8_t* bytes, std::uint32_t count)
 {
     return text(std::vector<std::uint8_t>(bytes, bytes + count));
 }
 
-std::string recordText(MusicEventType type, const void* payload)
+std::string recordText(const TrackEvent& event)
 {
-    switch (type) {
+    switch (event.type) {
     case kMusicEventType_ExtendedTempo:
-        return concat("tempo ", as<ExtendedTempoEvent>(payload).bpm);
+        return concat("tempo ", event.record<ExtendedTempoEvent>().bpm);
     case kMusicEventType_Meta: {
-        const auto& meta = as<MIDIMetaEvent>(payload);
+        const auto& meta = event.record<MIDIMetaEvent>();
         return concat("meta ", meta.metaEventType, " ", bytesText(meta.data, meta.dataLength));
     }
     case kMusicEventType_MIDINoteMessage: {
-        const auto& note = as<MIDINoteMessage>(payload);
+        const auto& note = event.record<MIDINoteMessage>();
         return concat("note ", note.channel, " ", note.note, " ", note.velocity, " ", note.releaseVelocity,
                       " ", note.duration);
     }
     case kMusicEventType_MIDIChannelMessage: {
-        const auto& message = as<MIDIChannelMessage>(payload);
+        const auto& message = event.record<MIDIChannelMessage>();
         return concat("message ", message.status, " ", message.data1, " ", message.data2);
     }
     case kMusicEventType_MIDIRawData: {
-        const auto& raw = as<MIDIRawData>(payload);
+        const auto& raw = event.record<MIDIRawData>();
         return concat("raw ", bytesText(raw.data, raw.length));
     }
     default:
-        return concat("type ", type);
+        return concat("type ", event.type);
     }
 }
 
@@ -118,16 +115,9 @@ Lines endOfTrack()
 Lines contents(const MusicTrack& track)
 {
     Lines result;
-    MusicEventIterator iterator;
-    NewMusicEventIterator(track, iterator);
-    double time = 0.0;
-    MusicEventType type = 0;
-    const void* payload = nullptr;
-    std::uint32_t size = 0;
-    while (MusicEventIteratorGetEventInfo(iterator, time, type, payload, size) == noErr) {
-        result.push_back(concat(time, " ", recordText(type, payload)));
-        MusicEventIteratorNextEvent(iterator);
-    }
+    std::ignore = forEachEvent(track, [&result](const TrackEvent& event) {
+        result.push_back(concat(event.time, " ", recordText(event)));
+    });
     return result;
 }
 

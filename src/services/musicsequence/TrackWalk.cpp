@@ -64,4 +64,33 @@ WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const Wa
     return WalkResult::walked;
 }
 
+OSStatus forEachEvent(const MusicTrack& track, const std::function<void(const TrackEvent& event)>& visit)
+{
+    return eraseEventsIf(track, [&visit](const TrackEvent& event) {
+        visit(event);
+        return false;
+    });
+}
+
+OSStatus eraseEventsIf(const MusicTrack& track,
+                       const std::function<bool(const TrackEvent& event)>& isUnwanted)
+{
+    OSStatus first = noErr;
+    const auto keepFirst = [&first](OSStatus status) { first = first == noErr ? status : first; };
+    const auto report = [&keepFirst](WalkFailure failure, OSStatus status) {
+        if (failure != WalkFailure::step || status != kAudioToolboxErr_EndOfTrack) {
+            keepFirst(status);
+        }
+    };
+    walkTrack(track, report, [&](const TrackEvent& event, const MusicEventIterator& iterator) {
+        if (!isUnwanted(event)) {
+            return WalkStep::stepOn;
+        }
+        const OSStatus status = MusicEventIteratorDeleteEvent(iterator);
+        keepFirst(status);
+        return status == noErr ? WalkStep::stay : WalkStep::stepOn;
+    });
+    return first;
+}
+
 } // namespace volvelle

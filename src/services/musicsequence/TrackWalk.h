@@ -39,4 +39,13 @@ using WalkVisitor = std::function<WalkStep(const TrackEvent& event, const MusicE
 // `failed` is given where the walk did not begin.
 WalkResult walkTrack(const MusicTrack& track, const WalkReport& report, const WalkVisitor& visit);
 
+// The same without reports: answers the first failure, the step past the last event is none.
+[[nodiscard]] OSStatus forEachEvent(const MusicTrack& track,
+                                    const std::function<void(const TrackEvent& event)>& visit);
+
+// Asks of each event in order whether it is unwanted, and deletes it then. Answers the first failure; an
+// event that cannot be deleted stays.
+[[nodiscard]] OSStatus eraseEventsIf(const MusicTrack& track,
+                                     const std::function<bool(const TrackEvent& event)>& isUnwanted);
+
 } // namespace volvelle

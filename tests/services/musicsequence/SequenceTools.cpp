@@ -1,6 +1,7 @@
 #include "tests/services/musicsequence/SequenceTools.h"
 
 #include "base/Text.h"
+#include "services/musicsequence/TrackWalk.h"
 
 #include <algorithm>
 #include <cctype>
@@ -12,12 +13,6 @@
 namespace volvelle::test {
 
 namespace {
-
-template <class Record>
-const Record& as(const void* payload)
-{
-    return *static_cast<const Record*>(payload);
-}
 
 std::string run(const std::uint8_t* bytes, std::size_t count)
 {
@@ -34,29 +29,29 @@ std::string noteLine(const MIDINoteMessage& note)
                   note.duration);
 }
 
-std::string line(MusicEventType type, const void* payload)
+std::string line(const TrackEvent& event)
 {
-    switch (type) {
+    switch (event.type) {
     case kMusicEventType_MIDINoteMessage:
-        return noteLine(as<MIDINoteMessage>(payload));
+        return noteLine(event.record<MIDINoteMessage>());
     case kMusicEventType_MIDIChannelMessage:
-        return concat("message", run(static_cast<const std::uint8_t*>(payload), 3));
+        return concat("message", run(static_cast<const std::uint8_t*>(event.payload), 3));
     case kMusicEventType_ExtendedTempo:
-        return concat("tempo ", as<ExtendedTempoEvent>(payload).bpm);
+        return concat("tempo ", event.record<ExtendedTempoEvent>().bpm);
     case kMusicEventType_Meta:
-        return concat("meta ", hexadecimal(as<MIDIMetaEvent>(payload).metaEventType),
-                      run(&as<MIDIMetaEvent>(payload).data[0], as<MIDIMetaEvent>(payload).dataLength));
+        return concat("meta ", hexadecimal(event.record<MIDIMetaEvent>().metaEventType),
+                      run(&event.record<MIDIMetaEvent>().data[0], event.record<MIDIMetaEvent>().dataLength));
     case kMusicEventType_MIDIRawData:
-        return concat("raw", run(&as<MIDIRawData>(payload).data[0], as<MIDIRawData>(payload).length));
+        return concat("raw", run(&event.record<MIDIRawData>().data[0], event.record<MIDIRawData>().length));
     case kMusicEventType_User:
-        return concat("user",
-                      run(&as<MusicEventUserData>(payload).data[0], as<MusicEventUserData>(payload).length));
+        return concat("user", run(&event.record<MusicEventUserData>().data[0],
+                                  event.record<MusicEventUserData>().length));
     case kMusicEventType_ExtendedNote:
-        return concat("extended ", as<ExtendedNoteOnEvent>(payload).duration);
+        return concat("extended ", event.record<ExtendedNoteOnEvent>().duration);
     case kMusicEventType_Parameter:
-        return concat("parameter ", as<ParameterEvent>(payload).parameterID);
+        return concat("parameter ", event.record<ParameterEvent>().parameterID);
     default:
-        return concat("preset ", as<AUPresetEvent>(payload).presetID);
+        return concat("preset ", event.record<AUPresetEvent>().presetID);
     }
 }
 
@@ -195,18 +190,11 @@ void setLength(const MusicTrack& track, double length)
 Lines eventsOf(const MusicTrack& track)
 {
     Lines lines;
-    const MusicEventIterator iterator = iteratorOf(track);
-    bool isThere = false;
-    EXPECT_EQ(MusicEventIteratorHasCurrentEvent(iterator, isThere), noErr);
-    for (OSStatus status = isThere ? noErr : kAudioToolboxErr_EndOfTrack; status == noErr;
-         status = MusicEventIteratorNextEvent(iterator)) {
-        double time = 0.0;
-        MusicEventType type = 0;
-        const void* payload = nullptr;
-        std::uint32_t size = 0;
-        EXPECT_EQ(MusicEventIteratorGetEventInfo(iterator, time, type, payload, size), noErr);
-        lines.push_back(concat(time, " ", line(type, payload)));
-    }
+    EXPECT_EQ(forEachEvent(track,
+                           [&lines](const TrackEvent& event) {
+                               lines.push_back(concat(event.time, " ", line(event)));
+                           }),
+              noErr);
     return lines;
 }
 

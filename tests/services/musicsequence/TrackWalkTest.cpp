@@ -135,6 +135,45 @@ TEST_F(TrackWalkTest, EachFailureEndsTheWalkOrSkipsAnEvent)
     }
 }
 
+TEST_F(TrackWalkTest, ForEachEventVisitsAllAndTheEndIsNoFailure)
+{
+    const auto add = [this](const TrackEvent& event) { visited.push_back(event.time); };
+    EXPECT_EQ(forEachEvent(track, add), noErr);
+    EXPECT_EQ(visited, (Times{0.0, 1.0, 2.0}));
+    EXPECT_EQ(forEachEvent(tempoTrackOf(sequence), add), noErr);
+    EXPECT_EQ(visited.size(), 3U);
+}
+
+TEST_F(TrackWalkTest, ForEachEventAnswersTheFirstFailure)
+{
+    for (const Operation operation :
+         {Operation::NewMusicEventIterator, Operation::MusicEventIteratorHasCurrentEvent,
+          Operation::MusicEventIteratorGetEventInfo, Operation::MusicEventIteratorHasNextEvent,
+          Operation::MusicEventIteratorNextEvent}) {
+        setFault(operation, {-7, 0, 1});
+        EXPECT_EQ(forEachEvent(track, [](const TrackEvent&) {}), -7);
+        clearFaults();
+    }
+}
+
+TEST_F(TrackWalkTest, EraseEventsIfAsksOfEachAndDeletesTheUnwanted)
+{
+    const auto isUnwanted = [this](const TrackEvent& event) {
+        visited.push_back(event.time);
+        return event.time >= 1.0;
+    };
+    EXPECT_EQ(eraseEventsIf(track, isUnwanted), noErr);
+    EXPECT_EQ(visited, (Times{0.0, 1.0, 2.0}));
+    EXPECT_EQ(eventsOf(track), Lines{"0.0 message B0 07 63"});
+}
+
+TEST_F(TrackWalkTest, AnEventThatCannotBeDeletedStaysAndIsTold)
+{
+    setFault(Operation::MusicEventIteratorDeleteEvent, {-7, 1, 1});
+    EXPECT_EQ(eraseEventsIf(track, [](const TrackEvent&) { return true; }), -7);
+    EXPECT_EQ(eventsOf(track), Lines{"1.0 message B0 07 63"});
+}
+
 TEST_F(TrackWalkDeathTest, TheRecordOfNoPayloadStops)
 {
     EXPECT_STOP(TrackEvent().record<MIDINoteMessage>(), nilMessage);

@@ -12,37 +12,10 @@ namespace volvelle {
 
 namespace {
 
-template <typename Visit>
-OSStatus forEachEvent(const MusicTrack& track, Visit&& visit)
-{
-    MusicEventIterator iterator;
-    OSStatus status = NewMusicEventIterator(track, iterator);
-    bool hasEvent = false;
-    while (status == noErr && (status = MusicEventIteratorHasCurrentEvent(iterator, hasEvent)) == noErr &&
-           hasEvent) {
-        double beat = 0.0;
-        MusicEventType type = kMusicEventType_NULL;
-        const void* payload = nullptr;
-        std::uint32_t size = 0;
-        status = MusicEventIteratorGetEventInfo(iterator, beat, type, payload, size);
-        if (status == noErr) {
-            visit(beat, type, payload);
-            status = MusicEventIteratorNextEvent(iterator);
-        }
-    }
-    return status == kAudioToolboxErr_EndOfTrack ? noErr : status;
-}
-
 OSStatus readLength(const MusicTrack& track, double& length)
 {
     std::uint32_t size = sizeof(length);
     return MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size);
-}
-
-template <typename T>
-const T& as(const void* payload)
-{
-    return *static_cast<const T*>(payload);
 }
 
 } // namespace
@@ -69,9 +42,9 @@ OSStatus SequencerEvents::read(const MusicSequence& sequence)
 
 OSStatus SequencerEvents::readTempo(const MusicTrack& track)
 {
-    return forEachEvent(track, [this](double beat, MusicEventType type, const void* payload) {
-        if (type == kMusicEventType_ExtendedTempo) {
-            tempo.add(beat, as<ExtendedTempoEvent>(payload).bpm);
+    return forEachEvent(track, [this](const TrackEvent& event) {
+        if (event.type == kMusicEventType_ExtendedTempo) {
+            tempo.add(event.time, event.record<ExtendedTempoEvent>().bpm);
         }
     });
 }
@@ -79,23 +52,21 @@ OSStatus SequencerEvents::readTempo(const MusicTrack& track)
 OSStatus SequencerEvents::readTrack(const MusicTrack& track, std::uint16_t index)
 {
     const OSStatus status =
-        forEachEvent(track, [this, index](double beat, MusicEventType type, const void* payload) {
-            readEvent(beat, type, payload, index);
-        });
+        forEachEvent(track, [this, index](const TrackEvent& event) { readEvent(event, index); });
     return status == noErr ? readLength(track, tracks[index].lengthInBeats) : status;
 }
 
-void SequencerEvents::readEvent(double beat, MusicEventType type, const void* payload, std::uint16_t index)
+void SequencerEvents::readEvent(const TrackEvent& event, std::uint16_t index)
 {
-    switch (type) {
+    switch (event.type) {
     case kMusicEventType_MIDINoteMessage:
-        return readNote(beat, as<MIDINoteMessage>(payload), index);
+        return readNote(event.time, event.record<MIDINoteMessage>(), index);
     case kMusicEventType_MIDIChannelMessage:
-        return readMessage(beat, as<MIDIChannelMessage>(payload), index);
+        return readMessage(event.time, event.record<MIDIChannelMessage>(), index);
     case kMusicEventType_MIDIRawData:
-        return readLong(beat, as<MIDIRawData>(payload), index);
+        return readLong(event.time, event.record<MIDIRawData>(), index);
     case kMusicEventType_Meta:
-        return readMeta(as<MIDIMetaEvent>(payload));
+        return readMeta(event.record<MIDIMetaEvent>());
     default:
         return;
     }

@@ -2,7 +2,7 @@
 
 #include "services/audiograph/sequencer/SequencerEvent.h"
 #include "services/audiograph/sequencer/TempoMap.h"
-#include "services/musicsequence/MusicSequence.h"
+#include "services/musicsequence/TrackWalk.h"
 
 #include <array>
 #include <cstdint>
@@ -56,7 +56,7 @@ public:
 private:
     [[nodiscard]] OSStatus readTempo(const MusicTrack& track);
     [[nodiscard]] OSStatus readTrack(const MusicTrack& track, std::uint16_t index);
-    void readEvent(double beat, MusicEventType type, const void* payload, std::uint16_t index);
+    void readEvent(const TrackEvent& event, std::uint16_t index);
     void readNote(double beat, const MIDINoteMessage& note, std::uint16_t index);
     void readMessage(double beat, const MIDIChannelMessage& message, std::uint16_t index);
     void readLong(double beat, const MIDIRawData& data, std::uint16_t index);
