@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/realtime/AudioSource.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,8 +19,8 @@ struct RenderOptions {
     std::filesystem::path file;
     std::filesystem::path out; // its ending tells the form: .wav, .flac or .ogg
     std::optional<std::filesystem::path> bank;
-    int rate = 48000; // Hz
-    int cores = 0;    // 0 for all
+    int rate = static_cast<int>(AudioSource::sampleRate); // Hz
+    int cores = 0;                                        // 0 for all
 };
 
 } // namespace volvelle

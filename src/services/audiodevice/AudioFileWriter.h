@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/realtime/AudioSource.h"
 #include "services/audiodevice/AudioFileFormat.h"
 
 #include <cstdint>
@@ -17,7 +18,7 @@ namespace volvelle {
 class AudioFileWriter {
 public:
     struct Options {
-        int rate = 48'000;             // Hz
+        int rate = static_cast<int>(AudioSource::sampleRate); // Hz
         bool isStandardOutput = false; // a WAV file there; the path is but its name in messages
     };
 

@@ -10,7 +10,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr unsigned int wantedRate = 48'000;
+constexpr unsigned int wantedRate = static_cast<unsigned int>(AudioSource::sampleRate);
 constexpr unsigned int wantedBuffer = 512; // frames
 constexpr unsigned int mostChannels = 32;
 

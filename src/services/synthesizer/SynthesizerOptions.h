@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/realtime/AudioSource.h"
+
 namespace volvelle {
 
 struct SynthesizerOptions {
@@ -7,9 +9,9 @@ struct SynthesizerOptions {
     // velocity 105) peak near -6 dBFS in front of the limiter.
     static constexpr double defaultGain = 0.2;
 
-    double sampleRate = 48000.0; // Hz, 8,000 to 96,000
-    int polyphony = 256;         // voices
-    double gain = defaultGain;   // 0 to 10
+    double sampleRate = AudioSource::sampleRate; // Hz, 8,000 to 96,000
+    int polyphony = 256;                         // voices
+    double gain = defaultGain;                   // 0 to 10
     bool reverb = true;
     bool chorus = true;
 };

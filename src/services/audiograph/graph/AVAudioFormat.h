@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/realtime/AudioSource.h"
+
 #include <cstdint>
 
 namespace volvelle {
@@ -7,7 +9,7 @@ namespace volvelle {
 // What flows through a connection: 32-bit floats, one buffer a channel. Everything here is stereo; the rates
 // may differ.
 struct AVAudioFormat {
-    double sampleRate = 48000.0; // Hz
+    double sampleRate = AudioSource::sampleRate; // Hz
     std::uint32_t channelCount = 2;
 
     bool operator==(const AVAudioFormat&) const = default;
