@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string error;
     auto file = DLSReader({data, size}).read(error);
     if (file) {
-        // Each play leaves a loader behind; a new player forgets them.
+        // Each play leaves a loader after; a new player forgets them.
         static std::unique_ptr<Player> player;
         static int plays = 0;
         if (plays++ % 64 == 0) {

@@ -8,7 +8,7 @@
 
 namespace volvelle {
 
-// Prints titles, chords and numbers of notes of arrangements that stand one behind the other.
+// Prints titles, chords and numbers of notes of arrangements that stand one after the other.
 void printReport(CommandOutput& output, const std::vector<ArrangementSummary>& arrangements);
 
 // The titles and the chords of one arrangement in one line.
