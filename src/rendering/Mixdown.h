@@ -21,7 +21,7 @@ namespace volvelle {
 // end of the last sound. [main]
 class Mixdown {
 public:
-    // `data` is the MIDI file, `parts` come from renderParts().
+    // `data` is the MIDI file, `parts` come from cutIntoParts().
     Mixdown(std::vector<std::uint8_t> data, std::vector<RenderPart> parts,
             std::optional<std::filesystem::path> bank, int cores);
 

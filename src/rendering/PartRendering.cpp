@@ -39,7 +39,7 @@ bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& err
         status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
                                            AVAudioSequencer::channelsToTracks);
     }
-    status = status == noErr ? keepNotesOf(part, sequence) : status;
+    status = status == noErr ? eraseNotesOutside(part, sequence) : status;
     if (status != noErr) {
         error = "The music could not be read.";
         return false;

@@ -118,7 +118,7 @@ OSStatus deleteNotes(const RenderPart& part, const MusicTrack& track, std::vecto
     });
 }
 
-OSStatus keepNotesOf(const RenderPart& part, const MusicTrack& track)
+OSStatus eraseNotesOutside(const RenderPart& part, const MusicTrack& track)
 {
     std::vector<PlacedNote> soft;
     OSStatus status = deleteNotes(part, track, soft);
@@ -142,7 +142,7 @@ double seamFrom(double beat, const SequencerEvents& events, const BoundSpans& bo
 
 } // namespace
 
-std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
+std::vector<RenderPart> cutIntoParts(const MusicSequence& sequence, int cores)
 {
     SequencerEvents events;
     if (events.read(sequence) != noErr) {
@@ -172,14 +172,14 @@ std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores)
     return parts;
 }
 
-OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence)
+OSStatus eraseNotesOutside(const RenderPart& part, const MusicSequence& sequence)
 {
     std::uint32_t count = 0;
     OSStatus status = MusicSequenceGetTrackCount(sequence, count);
     for (std::uint32_t i = 0; i < count && status == noErr; ++i) {
         MusicTrack track;
         status = MusicSequenceGetIndTrack(sequence, i, track);
-        status = status == noErr ? keepNotesOf(part, track) : status;
+        status = status == noErr ? eraseNotesOutside(part, track) : status;
     }
     return status;
 }

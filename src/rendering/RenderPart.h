@@ -27,11 +27,11 @@ struct RenderPart {
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
 // that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
 // where the piece cannot be read; one longer than the longest piece ends a second after that. [any]
-std::vector<RenderPart> renderParts(const MusicSequence& sequence, int cores);
+std::vector<RenderPart> cutIntoParts(const MusicSequence& sequence, int cores);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
 // too soft to be heard, since it ends drums that ring; so does what strikes a key anew that sounds on after
 // the part, by its length or a pedal. A status from the sequence.
-[[nodiscard]] OSStatus keepNotesOf(const RenderPart& part, const MusicSequence& sequence);
+[[nodiscard]] OSStatus eraseNotesOutside(const RenderPart& part, const MusicSequence& sequence);
 
 } // namespace volvelle

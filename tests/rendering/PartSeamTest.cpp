@@ -70,9 +70,9 @@ void expectAlike(const std::vector<std::uint8_t>& data)
     MusicSequence sequence;
     ASSERT_EQ(NewMusicSequence(sequence), noErr);
     ASSERT_EQ(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, 0), noErr);
-    const std::vector<RenderPart> parts = renderParts(sequence, 2);
+    const std::vector<RenderPart> parts = cutIntoParts(sequence, 2);
     ASSERT_EQ(parts.size(), 2U);
-    const std::vector<float> one = rendered(data, renderParts(sequence, 1));
+    const std::vector<float> one = rendered(data, cutIntoParts(sequence, 1));
     const std::vector<float> two = rendered(data, parts);
     int sounding = 0;
     for (std::size_t begin = 0; begin < one.size(); begin += quarterSecond) {

@@ -62,26 +62,26 @@ std::vector<std::string> linesOf(const MusicSequence& sequence)
 
 TEST(RenderPart, OneCoreRendersAPieceInOnePart)
 {
-    const auto parts = renderParts(piece(60, 120.0), 1);
+    const auto parts = cutIntoParts(piece(60, 120.0), 1);
     ASSERT_THAT(parts, SizeIs(1));
     EXPECT_EQ(parts[0].beginBlock, 0);
     EXPECT_EQ(parts[0].beginBeats, 0.0);
     EXPECT_EQ(parts[0].endBlock, std::ceil(30.0 * blocksPerSecond));
     EXPECT_TRUE(std::isinf(parts[0].endBeats));
-    EXPECT_THAT(renderParts(piece(2 * 620, 120.0), 1), SizeIs(1));
+    EXPECT_THAT(cutIntoParts(piece(2 * 620, 120.0), 1), SizeIs(1));
 }
 
 TEST(RenderPart, AShortPieceIsNotCut)
 {
-    EXPECT_THAT(renderParts(piece(38, 120.0), 2), SizeIs(1));
-    EXPECT_THAT(renderParts(piece(41, 120.0), 2), SizeIs(2));
-    EXPECT_THAT(renderParts(piece(41, 120.0), 8), SizeIs(2));
-    EXPECT_THAT(renderParts(piece(0, 120.0), 2), SizeIs(1));
+    EXPECT_THAT(cutIntoParts(piece(38, 120.0), 2), SizeIs(1));
+    EXPECT_THAT(cutIntoParts(piece(41, 120.0), 2), SizeIs(2));
+    EXPECT_THAT(cutIntoParts(piece(41, 120.0), 8), SizeIs(2));
+    EXPECT_THAT(cutIntoParts(piece(0, 120.0), 2), SizeIs(1));
 }
 
 TEST(RenderPart, EachPartBeginsInTheBlockOfABeatWhereTheOneBeforeEnds)
 {
-    const auto parts = renderParts(piece(200, 97.0), 3);
+    const auto parts = cutIntoParts(piece(200, 97.0), 3);
     ASSERT_THAT(parts, SizeIs(3));
     for (std::size_t i = 1; i < parts.size(); ++i) {
         EXPECT_EQ(parts[i].beginBlock, parts[i - 1].endBlock);
@@ -93,8 +93,8 @@ TEST(RenderPart, EachPartBeginsInTheBlockOfABeatWhereTheOneBeforeEnds)
 
 TEST(RenderPart, APartLastsFiveMinutesAtMostAndEachCoreHasAsManyOfThem)
 {
-    EXPECT_THAT(renderParts(piece(2 * 620, 120.0), 2), SizeIs(4));
-    EXPECT_THAT(renderParts(piece(2 * 590, 120.0), 2), SizeIs(2));
+    EXPECT_THAT(cutIntoParts(piece(2 * 620, 120.0), 2), SizeIs(4));
+    EXPECT_THAT(cutIntoParts(piece(2 * 590, 120.0), 2), SizeIs(2));
 }
 
 TEST(RenderPart, APartKeepsItsOwnNotesAndAllElse)
@@ -103,7 +103,7 @@ TEST(RenderPart, APartKeepsItsOwnNotesAndAllElse)
     RenderPart part;
     part.beginBeats = 2.0;
     part.endBeats = 100.0;
-    EXPECT_EQ(keepNotesOf(part, sequence), noErr);
+    EXPECT_EQ(eraseNotesOutside(part, sequence), noErr);
     EXPECT_THAT(linesOf(sequence), ElementsAre("0: B0", "2: 60 100", "2: 42 90", "3: 60 100", "3: 42 90",
                                                "4: 60 100", "4: 42 90", "4: B0", "5: 60 100", "5: 42 90"));
 }
@@ -113,7 +113,7 @@ TEST(RenderPart, DrumsSoonBehindAPartStaySoSoftThatTheyOnlyEndOthers)
     const MusicSequence sequence = piece(12, 120.0);
     RenderPart part;
     part.endBeats = 1.0;
-    EXPECT_EQ(keepNotesOf(part, sequence), noErr);
+    EXPECT_EQ(eraseNotesOutside(part, sequence), noErr);
     EXPECT_THAT(linesOf(sequence),
                 ElementsAre("0: 60 100", "0: 42 90", "0: B0", "1: 42 1", "2: 42 1", "3: 42 1", "4: B0",
                             "4: 42 1", "5: 42 1", "6: 42 1", "7: 42 1", "8: B0", "8: 42 1"));
@@ -128,7 +128,7 @@ TEST(RenderPart, APieceIsCutWhereNoNoteHangsOnOthers)
         EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, from, {0xB3, 66, 64}), noErr);
         EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, to, {0xB3, static_cast<std::uint8_t>(end), 63}),
                   noErr);
-        return std::lround(renderParts(sequence, 2).at(1).beginBeats);
+        return std::lround(cutIntoParts(sequence, 2).at(1).beginBeats);
     };
     EXPECT_EQ(cut(40.0, 41.0, 66), 30);
     EXPECT_EQ(cut(10.0, 20.0, 66), 30);
@@ -142,7 +142,7 @@ TEST(RenderPart, APieceIsCutWhereNoNoteHangsOnOthers)
         const auto number = static_cast<std::uint8_t>(binding);
         EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 10.0, {0xB3, number, 64}), noErr);
         EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 35.0, {0xB3, number, 63}), noErr);
-        EXPECT_EQ(std::lround(renderParts(sequence, 2).at(1).beginBeats), 35);
+        EXPECT_EQ(std::lround(cutIntoParts(sequence, 2).at(1).beginBeats), 35);
     }
     EXPECT_EQ(cut(30.0, 62.0, 66), 62);
     EXPECT_EQ(cut(30.0, 64.0, 66), 32);
@@ -174,11 +174,11 @@ TEST(RenderPart, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
         {5.0, {0, 60, 99, 0, 1.0F}}, {5.0, {0, 61, 99, 0, 1.0F}},  {5.0, {0, 62, 99, 0, 1.0F}},
         {6.0, {0, 60, 98, 0, 1.0F}}, {6.0, {0, 62, 98, 0, 1.0F}}};
     const MusicSequence plain = pieceOf(notes, 0);
-    EXPECT_EQ(keepNotesOf(part, plain), noErr);
+    EXPECT_EQ(eraseNotesOutside(part, plain), noErr);
     EXPECT_THAT(linesOf(plain), ElementsAre("2: 60 100", "2: 62 100", "5: 60 1"));
     for (const int pedal : {64, 66, 69}) {
         const MusicSequence pedalled = pieceOf(notes, pedal);
-        EXPECT_EQ(keepNotesOf(part, pedalled), noErr);
+        EXPECT_EQ(eraseNotesOutside(part, pedalled), noErr);
         EXPECT_THAT(linesOf(pedalled), ElementsAre("0: B0", "2: 60 100", "2: 62 100", "5: 60 1", "5: 62 1"));
     }
 }
@@ -190,19 +190,19 @@ TEST(RenderPart, APieceLongerThanADayIsToldByItsEndAndCutThere)
     EXPECT_EQ(MusicSequenceGetIndTrack(sequence, 0, track), noErr);
     constexpr double day = 24.0 * 3600.0 * 2.0; // beats
     EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, day - 1.0, {0, 60, 100, 0, 1.0F}), noErr);
-    EXPECT_EQ(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
-    EXPECT_THAT(renderParts(sequence, 2), SizeIs(288));
+    EXPECT_EQ(cutIntoParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
+    EXPECT_THAT(cutIntoParts(sequence, 2), SizeIs(288));
     for (const double beat : {day, 1.0e13, 1.0e300}) {
         EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, beat, {0, 60, 100, 0, 1.0F}), noErr);
-        EXPECT_GT(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
-        EXPECT_LT(renderParts(sequence, 1).back().endBlock, RenderPart::longestPiece + 100);
-        EXPECT_LE(renderParts(sequence, 2).size(), 290U);
+        EXPECT_GT(cutIntoParts(sequence, 1).back().endBlock, RenderPart::longestPiece);
+        EXPECT_LT(cutIntoParts(sequence, 1).back().endBlock, RenderPart::longestPiece + 100);
+        EXPECT_LE(cutIntoParts(sequence, 2).size(), 290U);
     }
 }
 
 TEST(RenderPart, ASequenceThatIsNotThereHasNoParts)
 {
-    EXPECT_THAT(renderParts(nullptr, 2), IsEmpty());
+    EXPECT_THAT(cutIntoParts(nullptr, 2), IsEmpty());
 }
 
 } // namespace volvelle::test

@@ -38,7 +38,7 @@ std::string readParts(const RenderOptions& options, std::vector<std::uint8_t>& d
     if (tracks == 0) {
         return trackFailure(options.file);
     }
-    parts = renderParts(sequence, coresOf(options));
+    parts = cutIntoParts(sequence, coresOf(options));
     const bool isTooLong = !parts.empty() && parts.back().endBlock > RenderPart::longestPiece;
     return isTooLong ? concat("'", options.file.string(), "' is too long: at most 24 hours are rendered.")
                      : std::string();

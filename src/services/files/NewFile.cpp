@@ -103,13 +103,13 @@ bool NewFile::create(const std::filesystem::path& path)
     error = exists && S_ISDIR(existing.st_mode) ? EISDIR : 0;
     if (error == 0 && isDirect) {
         descriptor = openNameless();
-        return keep(descriptor >= 0);
+        return recordUnless(descriptor >= 0);
     }
     error = error == 0 ? followLinks(target) : error;
     if (error == 0 && exists && !isWritable(target)) {
         error = EACCES;
     }
-    return error == 0 && keep(openFree());
+    return error == 0 && recordUnless(openFree());
 }
 
 bool NewFile::createFor(int descriptorOfCaller)
@@ -120,7 +120,7 @@ bool NewFile::createFor(int descriptorOfCaller)
     isComplete = false;
     error = 0;
     descriptor = openNameless();
-    return keep(descriptor >= 0);
+    return recordUnless(descriptor >= 0);
 }
 
 bool NewFile::openFree()
@@ -156,21 +156,21 @@ bool NewFile::write(const void* bytes, std::int64_t count)
 std::int64_t NewFile::read(void* bytes, std::int64_t count)
 {
     const ssize_t got = ::read(descriptor, bytes, static_cast<std::size_t>(count));
-    keep(got >= 0);
+    recordUnless(got >= 0);
     return got;
 }
 
 std::int64_t NewFile::seek(std::int64_t offset, int whence)
 {
     const off_t position = lseek(descriptor, offset, whence);
-    keep(position >= 0);
+    recordUnless(position >= 0);
     return position;
 }
 
 std::int64_t NewFile::length()
 {
     struct stat information = {};
-    return keep(fstat(descriptor, &information) == 0) ? information.st_size : -1;
+    return recordUnless(fstat(descriptor, &information) == 0) ? information.st_size : -1;
 }
 
 bool NewFile::takePlace(bool overwrite)
@@ -184,11 +184,11 @@ bool NewFile::takePlace(bool overwrite)
         return error == 0;
     }
     const std::filesystem::path folder = folderOf(target);
-    if (error == 0 && keep(takeMode()) && keep(fsync(descriptor) == 0)) {
-        keep(close(descriptor) == 0);
+    if (error == 0 && recordUnless(takeMode()) && recordUnless(fsync(descriptor) == 0)) {
+        recordUnless(close(descriptor) == 0);
         descriptor = -1;
     }
-    if (error == 0 && keep(takeName(overwrite))) {
+    if (error == 0 && recordUnless(takeName(overwrite))) {
         name.clear();
         syncFolder(folder);
     }
@@ -251,7 +251,7 @@ void NewFile::drop()
     slot = -1;
 }
 
-bool NewFile::keep(bool good)
+bool NewFile::recordUnless(bool good)
 {
     if (!good && error == 0) {
         error = errno;

@@ -51,7 +51,7 @@ private:
     int copyIntoTarget();
     bool takeMode();
     bool takeName(bool overwrite);
-    bool keep(bool good); // notes the system's error unless `good`
+    bool recordUnless(bool good); // notes the error of the system unless `good`
 
     std::filesystem::path target;
     std::string name;
