@@ -1,3 +1,4 @@
+#include "Done.h"
 #include "app/document/MIDIDocument.h"
 #include "base/Paths.h"
 #include "inspection/ChordAnalysis.h"
@@ -126,9 +127,9 @@ void parsing(benchmark::State& state)
     const auto data = longFile(events);
     for (auto _ : state) {
         MusicSequence sequence;
-        NewMusicSequence(sequence);
-        MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                  kMusicSequenceLoadSMF_ChannelsToTracks);
+        done(NewMusicSequence(sequence));
+        done(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                       kMusicSequenceLoadSMF_ChannelsToTracks));
         benchmark::DoNotOptimize(sequence.get());
     }
     state.SetItemsProcessed(state.iterations() * events);
@@ -142,13 +143,13 @@ void writing(benchmark::State& state)
     int events = 0;
     const auto data = longFile(events);
     MusicSequence sequence;
-    NewMusicSequence(sequence);
-    MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                              kMusicSequenceLoadSMF_ChannelsToTracks);
+    done(NewMusicSequence(sequence));
+    done(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
+                                   kMusicSequenceLoadSMF_ChannelsToTracks));
     for (auto _ : state) {
         std::vector<std::uint8_t> bytes;
-        MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile,
-                                    480, bytes);
+        done(MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType,
+                                         kMusicSequenceFileFlags_EraseFile, 480, bytes));
         benchmark::DoNotOptimize(bytes.data());
     }
     state.SetItemsProcessed(state.iterations() * events);

@@ -1,3 +1,4 @@
+#include "Done.h"
 #include "base/Paths.h"
 #include "services/audiograph/graph/AVAudioEngine.h"
 #include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
@@ -26,9 +27,9 @@ struct Studio {
         setResourcesFolder(VOLVELLE_RESOURCES);
         registerMIDISynth();
         instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
-        engine->attachNode(instrument);
-        engine->connect(instrument, engine->mainMixerNode(), 0, 0);
-        engine->enableManualRenderingMode(blockFrames);
+        done(engine->attachNode(instrument));
+        done(engine->connect(instrument, engine->mainMixerNode(), 0, 0));
+        done(engine->enableManualRenderingMode(blockFrames));
         std::string error;
         engine->start(error);
     }
@@ -40,7 +41,7 @@ struct Studio {
 
     void renderBlock()
     {
-        engine->renderOffline(blockFrames, left.data(), right.data());
+        done(engine->renderOffline(blockFrames, left.data(), right.data()));
         benchmark::DoNotOptimize(left.data());
     }
 
@@ -64,8 +65,8 @@ void voices(benchmark::State& state)
     const auto unit = studio.instrument->auAudioUnit();
     for (std::uint32_t note = 0; note < static_cast<std::uint32_t>(state.range(0)); ++note) {
         const std::uint32_t channel = note % 8;
-        MusicDeviceMIDIEvent(unit, 0xC0U | channel, 19, 0, 0); // an organ holds its level
-        MusicDeviceMIDIEvent(unit, 0x90U | channel, 36 + note / 8 * 2, 40, 0);
+        done(MusicDeviceMIDIEvent(unit, 0xC0U | channel, 19, 0, 0)); // an organ holds its level
+        done(MusicDeviceMIDIEvent(unit, 0x90U | channel, 36 + note / 8 * 2, 40, 0));
     }
     for (auto _ : state) {
         studio.renderBlock();
@@ -83,20 +84,20 @@ std::vector<std::uint8_t> longFile()
     MusicSequence sequence;
     MusicTrack track;
     std::vector<std::uint8_t> bytes;
-    NewMusicSequence(sequence);
-    MusicSequenceNewTrack(sequence, track);
+    done(NewMusicSequence(sequence));
+    done(MusicSequenceNewTrack(sequence, track));
     for (int i = 0; i < 187500; ++i) {
         const double beat = i / 32.0;
         const auto channel = static_cast<std::uint8_t>(i % 16);
-        MusicTrackNewMIDINoteEvent(track, beat,
-                                   {channel, static_cast<std::uint8_t>(36 + i % 60), 90, 0, 0.1F});
+        done(MusicTrackNewMIDINoteEvent(track, beat,
+                                        {channel, static_cast<std::uint8_t>(36 + i % 60), 90, 0, 0.1F}));
         for (const std::uint8_t number : std::array<std::uint8_t, 3>{1, 11, 74}) {
             const MIDIChannelMessage message{static_cast<std::uint8_t>(0xB0U | channel), number,
                                              static_cast<std::uint8_t>(i % 128), 0};
-            MusicTrackNewMIDIChannelEvent(track, beat, message);
+            done(MusicTrackNewMIDIChannelEvent(track, beat, message));
         }
     }
-    MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 0, 480, bytes);
+    done(MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 0, 480, bytes));
     return bytes;
 }
 

@@ -1,3 +1,4 @@
+#include "Done.h"
 #include "services/musicsequence/MusicSequence.h"
 
 #include <benchmark/benchmark.h>
@@ -11,10 +12,10 @@ constexpr int notes = 40'000;
 MusicTrack trackOfNotes(MusicSequence& sequence)
 {
     MusicTrack track;
-    NewMusicSequence(sequence);
-    MusicSequenceNewTrack(sequence, track);
+    done(NewMusicSequence(sequence));
+    done(MusicSequenceNewTrack(sequence, track));
     for (int i = 0; i < notes; ++i) {
-        MusicTrackNewMIDINoteEvent(track, i, {0, 60, 100, 0, 1.0F});
+        done(MusicTrackNewMIDINoteEvent(track, i, {0, 60, 100, 0, 1.0F}));
     }
     return track;
 }
@@ -38,7 +39,7 @@ void clearOneByOne(benchmark::State& state)
 {
     onNotes(state, [](const MusicTrack& track) {
         for (int i = 0; i < notes - 1; ++i) {
-            MusicTrackClear(track, i, i + 1);
+            done(MusicTrackClear(track, i, i + 1));
         }
     });
 }
@@ -51,7 +52,7 @@ void clearTheMiddle(benchmark::State& state)
     onNotes(state, [](const MusicTrack& track) {
         for (int i = 1; i < notes - 1; ++i) {
             const int place = notes / 2 + (i % 2 == 0 ? i / 2 : -(i / 2));
-            MusicTrackClear(track, place, place + 1);
+            done(MusicTrackClear(track, place, place + 1));
         }
     });
 }
@@ -60,7 +61,7 @@ BENCHMARK(clearTheMiddle)->Unit(benchmark::kMillisecond);
 
 void clearAtOnce(benchmark::State& state)
 {
-    onNotes(state, [](const MusicTrack& track) { MusicTrackClear(track, 0.0, notes - 1); });
+    onNotes(state, [](const MusicTrack& track) { done(MusicTrackClear(track, 0.0, notes - 1)); });
 }
 
 BENCHMARK(clearAtOnce)->Unit(benchmark::kMillisecond);
@@ -72,7 +73,7 @@ void deleteByIterator(benchmark::State& state)
         MusicSequence sequence;
         const MusicTrack track = trackOfNotes(sequence);
         MusicEventIterator iterator;
-        NewMusicEventIterator(track, iterator);
+        done(NewMusicEventIterator(track, iterator));
         state.ResumeTiming();
         while (MusicEventIteratorDeleteEvent(iterator) == noErr) {
         }
@@ -87,7 +88,7 @@ void cutOneByOne(benchmark::State& state)
 {
     onNotes(state, [](const MusicTrack& track) {
         for (int i = 0; i < notes - 1; ++i) {
-            MusicTrackCut(track, 0.0, 1.0);
+            done(MusicTrackCut(track, 0.0, 1.0));
         }
     });
 }
@@ -100,12 +101,12 @@ void load(benchmark::State& state)
     MusicSequence sequence;
     std::vector<std::uint8_t> bytes;
     trackOfNotes(sequence);
-    MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 0, 480, bytes);
+    done(MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType, 0, 480, bytes));
     for (auto _ : state) {
         MusicSequence loaded;
-        NewMusicSequence(loaded);
-        MusicSequenceFileLoadData(loaded, bytes, kMusicSequenceFile_MIDIType,
-                                  static_cast<MusicSequenceLoadFlags>(state.range(0)));
+        done(NewMusicSequence(loaded));
+        done(MusicSequenceFileLoadData(loaded, bytes, kMusicSequenceFile_MIDIType,
+                                       static_cast<MusicSequenceLoadFlags>(state.range(0))));
         benchmark::DoNotOptimize(loaded);
     }
     state.SetItemsProcessed(state.iterations() * notes);
