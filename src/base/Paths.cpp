@@ -103,4 +103,13 @@ std::optional<fs::path> documentsFolder()
     return home ? std::optional(usersDocuments(*home) / "Volvelle") : std::nullopt;
 }
 
+std::optional<fs::path> stateFolder()
+{
+    if (const auto states = environmentFolder("XDG_STATE_HOME")) {
+        return *states / "volvelle";
+    }
+    const auto home = environmentFolder("HOME");
+    return home ? std::optional(*home / ".local/state/volvelle") : std::nullopt;
+}
+
 } // namespace volvelle

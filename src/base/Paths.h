@@ -22,4 +22,8 @@ void setResourcesFolder(std::optional<std::filesystem::path> folder);
 // in the home folder; without a value where there is no home.
 std::optional<std::filesystem::path> documentsFolder();
 
+// Where the program keeps what it must not lose: "volvelle" in XDG_STATE_HOME, else in ".local/state" in the
+// home folder; without a value where there is neither.
+std::optional<std::filesystem::path> stateFolder();
+
 } // namespace volvelle

@@ -23,7 +23,7 @@ bool isThere(const fs::path& file)
     return lstat(file.c_str(), &found) == 0;
 }
 
-bool moveFile(const fs::path& from, const fs::path& to)
+bool takeName(const fs::path& from, const fs::path& to)
 {
     return ::rename(from.c_str(), to.c_str()) == 0;
 }
@@ -36,18 +36,18 @@ bool swapNames(const fs::path& one, const fs::path& other)
     }
     const bool isUnknown = errno == EINVAL || errno == ENOSYS;
     const fs::path spare = one.parent_path() / temporaryFileName(".old");
-    if (!isUnknown || !moveFile(one, spare)) {
+    if (!isUnknown || !takeName(one, spare)) {
         return false;
     }
-    const bool isOtherMoved = moveFile(other, one);
-    if (isOtherMoved && moveFile(spare, other)) {
+    const bool isOtherMoved = takeName(other, one);
+    if (isOtherMoved && takeName(spare, other)) {
         return true;
     }
     const int failed = errno;
     if (isOtherMoved) {
-        moveFile(one, other);
+        takeName(one, other);
     }
-    moveFile(spare, one);
+    takeName(spare, one);
     errno = failed;
     return false;
 }
@@ -59,7 +59,7 @@ bool trade(const fs::path& one, const fs::path& other)
     if (isThere(one) && isThere(other)) {
         return swapNames(one, other);
     }
-    return isThere(one) ? moveFile(one, other) : moveFile(other, one);
+    return isThere(one) ? takeName(one, other) : takeName(other, one);
 }
 
 std::string lineOf(const fs::path& file, int error)

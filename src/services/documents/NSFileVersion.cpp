@@ -1,0 +1,172 @@
+#include "services/documents/NSFileVersion.h"
+
+#include "base/Paths.h"
+#include "base/Text.h"
+#include "services/files/FileFailure.h"
+#include "services/files/MoveFile.h"
+#include "services/files/SafeFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The names of files: "conflict 1.mid", "resolved 2.mid", those that are kept "version 1.mid".
+constexpr std::string_view conflictName = "conflict ";
+constexpr std::string_view resolvedName = "resolved ";
+constexpr std::string_view keptName = "version ";
+
+constexpr std::string_view openFolder = "open";
+constexpr std::string_view keptFolder = "kept";
+
+fs::path versionsFolder()
+{
+    const auto state = stateFolder();
+    return state ? *state / "versions" : fs::path();
+}
+
+// The location without links, below a folder of versions.
+fs::path folderFor(const fs::path& url, std::string_view kind)
+{
+    const fs::path versions = versionsFolder();
+    std::error_code error;
+    const fs::path location = fs::weakly_canonical(url, error);
+    return versions.empty() || error ? fs::path() : versions / kind / location.relative_path();
+}
+
+std::string makeFolder(const fs::path& folder)
+{
+    const fs::path versions = versionsFolder();
+    if (folder.empty()) {
+        return "There is no folder for versions of files.";
+    }
+    std::error_code error;
+    fs::create_directories(versions.parent_path(), error);
+    if (!error && mkdir(versions.c_str(), 0700) != 0 && errno != EEXIST) {
+        error.assign(errno, std::system_category());
+    }
+    if (!error) {
+        fs::create_directories(folder, error);
+    }
+    return error ? writeFailure(folder, error.value()) : std::string();
+}
+
+// 0 for a file that is no version.
+int numberOf(const fs::path& file)
+{
+    const std::string name = file.stem().string();
+    int number = 0;
+    if (name.starts_with(conflictName) || name.starts_with(resolvedName)) {
+        std::from_chars(name.data() + conflictName.size(), name.data() + name.size(), number);
+    }
+    return number;
+}
+
+fs::path named(const fs::path& folder, std::string_view kind, int number, const fs::path& extension)
+{
+    return folder / concat(kind, number, extension.string());
+}
+
+// Moves a version's bytes to a name that is free.
+std::string keep(const fs::path& version, const fs::path& folder)
+{
+    OSStatus status = fileExistsErr;
+    for (int number = 1; status == fileExistsErr; ++number) {
+        status = moveFile(version, named(folder, keptName, number, version.extension()));
+    }
+    return status == noErr
+               ? ""
+               : concat("'", version.string(), "' could not be moved to '", folder.string(), "'.");
+}
+
+} // namespace
+
+NSFileVersion::NSFileVersion(fs::path versionPlace, bool resolved)
+    : place(std::move(versionPlace)), isResolved(resolved)
+{
+}
+
+std::optional<NSFileVersion::Versions> NSFileVersion::otherVersionsOfItemAtURL(const fs::path& url)
+{
+    Versions versions;
+    std::error_code error;
+    fs::directory_iterator entry(folderFor(url, openFolder), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const fs::path& file = entry->path();
+        if (numberOf(file) > 0) {
+            const bool resolved = file.filename().string().starts_with(resolvedName);
+            versions.push_back(std::make_shared<NSFileVersion>(file, resolved));
+        }
+    }
+    if (error && error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory) {
+        return std::nullopt;
+    }
+    std::ranges::stable_sort(versions, {}, [](const auto& version) { return numberOf(version->place); });
+    return versions;
+}
+
+std::optional<NSFileVersion::Versions>
+NSFileVersion::unresolvedConflictVersionsOfItemAtURL(const fs::path& url)
+{
+    auto versions = otherVersionsOfItemAtURL(url);
+    if (versions) {
+        std::erase_if(*versions, [](const auto& version) { return version->isResolved; });
+    }
+    return versions;
+}
+
+std::string NSFileVersion::addVersionOfItemAtURL(const fs::path& url, std::span<const std::uint8_t> bytes)
+{
+    const fs::path folder = folderFor(url, openFolder);
+    if (std::string error = makeFolder(folder); !error.empty()) {
+        return error;
+    }
+    const auto versions = otherVersionsOfItemAtURL(url);
+    int number = versions && !versions->empty() ? numberOf(versions->back()->place) + 1 : 1;
+    int error = EEXIST;
+    fs::path file;
+    for (; error == EEXIST; ++number) {
+        file = named(folder, conflictName, number, url.extension());
+        error = putFile(file, bytes, false);
+    }
+    return error == 0 ? "" : writeFailure(file, error);
+}
+
+std::string NSFileVersion::removeOtherVersionsOfItemAtURL(const fs::path& url)
+{
+    const auto versions = otherVersionsOfItemAtURL(url);
+    if (!versions) {
+        return concat("The versions of '", url.string(), "' could not be read.");
+    }
+    if (versions->empty()) {
+        return {};
+    }
+    const fs::path folder = folderFor(url, keptFolder);
+    std::string error = makeFolder(folder);
+    for (std::size_t i = 0; error.empty() && i < versions->size(); ++i) {
+        error = keep((*versions)[i]->place, folder);
+    }
+    return error;
+}
+
+void NSFileVersion::setResolved(bool value)
+{
+    const int number = numberOf(place);
+    const fs::path renamed =
+        named(place.parent_path(), value ? resolvedName : conflictName, number, place.extension());
+    if (value != isResolved && moveFile(place, renamed) == noErr) {
+        place = renamed;
+        isResolved = value;
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,214 @@
+#include "services/documents/UIDocument.h"
+
+#include "base/MainQueue.h"
+#include "base/MainThread.h"
+#include "base/NotificationCenter.h"
+#include "base/Text.h"
+#include "services/documents/NSFileVersion.h"
+#include "services/files/FileFailure.h"
+#include "services/files/SafeFile.h"
+
+#include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void complete(const UIDocument::Completion& completion, bool success)
+{
+    if (completion) {
+        completion(success);
+    }
+}
+
+std::optional<std::string> typeOf(const fs::path& file)
+{
+    const std::string extension = file.extension().string();
+    return extension == ".mid" || extension == ".midi" ? std::optional<std::string>("audio/midi")
+                                                       : std::nullopt;
+}
+
+bool isOneFile(const fs::path& one, const fs::path& other)
+{
+    std::error_code error;
+    return one == other || fs::equivalent(one, other, error);
+}
+
+std::string readFailure(const fs::path& file, OSStatus status)
+{
+    return concat("'", file.string(), "' could not be read",
+                  status == fileNotFoundErr ? ": it does not exist." : ".");
+}
+
+} // namespace
+
+UIDocument::UIDocument(fs::path fileURL) : location(std::move(fileURL)) {}
+
+UIDocument::~UIDocument() = default;
+
+std::optional<std::string> UIDocument::fileType() const
+{
+    return typeOf(location);
+}
+
+// MARK: Opening and closing
+
+void UIDocument::openWithCompletionHandler(const Completion& completion)
+{
+    assertMainThread();
+    if ((state & UIDocumentState::closed) == 0) {
+        complete(completion, true);
+        return;
+    }
+    known.reset();
+    failure = read(location);
+    if (!failure.empty()) {
+        handleError(failure, true);
+        complete(completion, false);
+        return;
+    }
+    isChanged = false;
+    enter(state & ~(UIDocumentState::closed | UIDocumentState::savingError));
+    complete(completion, true);
+}
+
+std::string UIDocument::read(const fs::path& from)
+{
+    std::error_code unknown;
+    if (fs::is_directory(from, unknown)) {
+        return load({std::nullopt, concat("the folder '", from.string(), "'")}, typeOf(from));
+    }
+    const auto stamp = stampOf(from);
+    DocumentContents contents;
+    if (const OSStatus status = readFile(from, contents.bytes.emplace()); status != noErr) {
+        return readFailure(from, status);
+    }
+    std::string error = load(contents, typeOf(from));
+    if (error.empty() && stamp && from == location) {
+        known = FileContent{*stamp, std::move(*contents.bytes)};
+    }
+    return error;
+}
+
+void UIDocument::closeWithCompletionHandler(const Completion& completion)
+{
+    assertMainThread();
+    bool isSaved = true;
+    if ((state & UIDocumentState::closed) == 0 && hasUnsavedChanges()) {
+        saveToURL(location, UIDocumentSaveOperation::forOverwriting,
+                  [&isSaved](bool success) { isSaved = success; });
+    }
+    if (isSaved) {
+        setDocumentState(UIDocumentState::closed);
+    }
+    complete(completion, isSaved);
+}
+
+// MARK: Saving
+
+void UIDocument::updateChangeCount(UIDocumentChangeKind change)
+{
+    assertMainThread();
+    isChanged = change != UIDocumentChangeKind::cleared;
+    if (!isChanged) {
+        return;
+    }
+    mainQueue().post([self = shared_from_this()] {
+        if ((self->state & UIDocumentState::closed) == 0 && self->hasUnsavedChanges()) {
+            self->saveToURL(self->location, UIDocumentSaveOperation::forOverwriting, {});
+        }
+    });
+}
+
+void UIDocument::saveToURL(const fs::path& url, UIDocumentSaveOperation operation,
+                           const Completion& completion)
+{
+    assertMainThread();
+    failure = write(url, operation);
+    if (!failure.empty()) {
+        setDocumentState(state | UIDocumentState::savingError);
+        handleError(failure, true);
+        complete(completion, false);
+        return;
+    }
+    isChanged = false;
+    const int left =
+        operation == UIDocumentSaveOperation::forCreating ? UIDocumentState::closed : UIDocumentState::normal;
+    enter(state & ~(left | UIDocumentState::savingError));
+    complete(completion, true);
+}
+
+std::string UIDocument::write(const fs::path& url, UIDocumentSaveOperation operation)
+{
+    auto content = contents(typeOf(url).value_or("?"));
+    if (!content || !content->bytes) {
+        return concat("'", url.string(), "' could not be written: there is nothing to write.");
+    }
+    const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
+    if (overwrites && isOneFile(url, location)) {
+        if (std::string error = keepOther(); !error.empty()) {
+            return error;
+        }
+    }
+    if (const int error = putFile(url, *content->bytes, overwrites); error != 0) {
+        return writeFailure(url, error);
+    }
+    location = url;
+    known = FileContent{stampOf(url).value_or(FileStamp()), std::move(*content->bytes)};
+    return {};
+}
+
+std::string UIDocument::keepOther()
+{
+    const auto stamp = stampOf(location);
+    if (!stamp || (known && known->stamp == *stamp)) {
+        return {};
+    }
+    std::vector<std::uint8_t> bytes;
+    if (const OSStatus status = readFile(location, bytes); status != noErr) {
+        return status == fileNotFoundErr ? std::string() : readFailure(location, status);
+    }
+    if (known && known->bytes == bytes) {
+        return {};
+    }
+    return NSFileVersion::addVersionOfItemAtURL(location, bytes);
+}
+
+std::optional<UIDocument::FileStamp> UIDocument::stampOf(const fs::path& file)
+{
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    struct stat found = {};
+    if (stat(file.c_str(), &found) != 0 || !S_ISREG(found.st_mode)) {
+        return std::nullopt;
+    }
+    return FileStamp{found.st_dev, found.st_ino, found.st_size,
+                     found.st_mtim.tv_sec * nanoseconds + found.st_mtim.tv_nsec};
+}
+
+// MARK: State
+
+void UIDocument::enter(int next)
+{
+    const auto versions = NSFileVersion::unresolvedConflictVersionsOfItemAtURL(location);
+    if (versions && !versions->empty()) {
+        setDocumentState(next | UIDocumentState::inConflict);
+        next = state & ~UIDocumentState::inConflict;
+    }
+    setDocumentState(next);
+}
+
+void UIDocument::setDocumentState(int value)
+{
+    if (value != state) {
+        state = value;
+        defaultNotificationCenter().post(UIDocumentStateChangedNotification, this);
+    }
+}
+
+void UIDocument::handleError(const std::string& /*error*/, bool /*userInteractionPermitted*/) {}
+
+} // namespace volvelle

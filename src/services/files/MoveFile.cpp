@@ -1,0 +1,70 @@
+#include "services/files/MoveFile.h"
+
+#include "services/files/SafeFile.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace volvelle {
+
+namespace {
+
+void syncFolderOf(const std::filesystem::path& file)
+{
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (opened >= 0) {
+        fsync(opened);
+        close(opened);
+    }
+}
+
+} // namespace
+
+OSStatus moveFile(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        syncFolderOf(to);
+        syncFolderOf(from);
+        return noErr;
+    }
+    switch (errno) {
+    case EXDEV:
+    case EINVAL:
+    case ENOSYS:
+        return moveFileByCopying(from, to);
+    case ENOENT:
+    case ENOTDIR:
+        return fileNotFoundErr;
+    case EEXIST:
+        return fileExistsErr;
+    default:
+        return fileIOErr;
+    }
+}
+
+OSStatus moveFileByCopying(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    struct stat source = {};
+    std::vector<std::uint8_t> bytes;
+    OSStatus status = readFile(from, bytes);
+    status = status == noErr ? replaceFile(to, bytes, false) : status;
+    if (status != noErr) {
+        return status;
+    }
+    const bool isMoved = stat(from.c_str(), &source) == 0 &&
+                         chmod(to.c_str(), source.st_mode & 07777U) == 0 && unlink(from.c_str()) == 0;
+    if (!isMoved) {
+        unlink(to.c_str());
+        return fileIOErr;
+    }
+    syncFolderOf(from);
+    return noErr;
+}
+
+} // namespace volvelle
