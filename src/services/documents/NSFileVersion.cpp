@@ -43,11 +43,11 @@ fs::path folderFor(const fs::path& url, std::string_view kind)
     return versions.empty() || error ? fs::path() : versions / kind / location.relative_path();
 }
 
-std::string makeFolder(const fs::path& folder)
+Result<> makeFolder(const fs::path& folder)
 {
     const fs::path versions = versionsFolder();
     if (folder.empty()) {
-        return "There is no folder for versions of files.";
+        return failure("There is no folder for versions of files.");
     }
     std::error_code error;
     fs::create_directories(versions.parent_path(), error);
@@ -57,7 +57,10 @@ std::string makeFolder(const fs::path& folder)
     if (!error) {
         fs::create_directories(folder, error);
     }
-    return error ? writeFailure(folder, error.value()) : std::string();
+    if (error) {
+        return failure(writeFailure(folder, error.value()));
+    }
+    return {};
 }
 
 // 0 for a file that is no version.
@@ -77,15 +80,16 @@ fs::path named(const fs::path& folder, std::string_view kind, int number, const 
 }
 
 // Moves a version's bytes to a name that is free.
-std::string keep(const fs::path& version, const fs::path& folder)
+Result<> keep(const fs::path& version, const fs::path& folder)
 {
     OSStatus status = fileExistsErr;
     for (int number = 1; status == fileExistsErr; ++number) {
         status = moveFile(version, named(folder, keptName, number, version.extension()));
     }
-    return status == noErr
-               ? ""
-               : concat("'", version.string(), "' could not be moved to '", folder.string(), "'.");
+    if (status != noErr) {
+        return failure(concat("'", version.string(), "' could not be moved to '", folder.string(), "'."));
+    }
+    return {};
 }
 
 } // namespace
@@ -124,11 +128,11 @@ NSFileVersion::unresolvedConflictVersionsOfItemAtURL(const fs::path& url)
     return versions;
 }
 
-std::string NSFileVersion::addVersionOfItemAtURL(const fs::path& url, std::span<const std::uint8_t> bytes)
+Result<> NSFileVersion::addVersionOfItemAtURL(const fs::path& url, std::span<const std::uint8_t> bytes)
 {
     const fs::path folder = folderFor(url, openFolder);
-    if (std::string error = makeFolder(folder); !error.empty()) {
-        return error;
+    if (Result<> made = makeFolder(folder); !made) {
+        return made;
     }
     const auto versions = otherVersionsOfItemAtURL(url);
     int number = versions && !versions->empty() ? numberOf(versions->back()->place) + 1 : 1;
@@ -138,24 +142,27 @@ std::string NSFileVersion::addVersionOfItemAtURL(const fs::path& url, std::span<
         file = named(folder, conflictName, number, url.extension());
         error = putFile(file, bytes, false);
     }
-    return error == 0 ? "" : writeFailure(file, error);
+    if (error != 0) {
+        return failure(writeFailure(file, error));
+    }
+    return {};
 }
 
-std::string NSFileVersion::removeOtherVersionsOfItemAtURL(const fs::path& url)
+Result<> NSFileVersion::removeOtherVersionsOfItemAtURL(const fs::path& url)
 {
     const auto versions = otherVersionsOfItemAtURL(url);
     if (!versions) {
-        return concat("The versions of '", url.string(), "' could not be read.");
+        return failure(concat("The versions of '", url.string(), "' could not be read."));
     }
     if (versions->empty()) {
         return {};
     }
     const fs::path folder = folderFor(url, keptFolder);
-    std::string error = makeFolder(folder);
-    for (std::size_t i = 0; error.empty() && i < versions->size(); ++i) {
-        error = keep((*versions)[i]->place, folder);
+    Result<> result = makeFolder(folder);
+    for (std::size_t i = 0; result && i < versions->size(); ++i) {
+        result = keep((*versions)[i]->place, folder);
     }
-    return error;
+    return result;
 }
 
 void NSFileVersion::setResolved(bool value)

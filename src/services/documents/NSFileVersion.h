@@ -1,18 +1,18 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 namespace volvelle {
 
 // A version of a file besides the one in its place: what another program had put there when a document took
-// the place again. The bytes stand in "versions" in the state folder and are never deleted. Answers of text
-// are a plain line about what failed, empty where nothing did. [main]
+// the place again. The bytes stand in "versions" in the state folder and are never deleted. [main]
 class NSFileVersion {
 public:
     using Versions = std::vector<std::shared_ptr<NSFileVersion>>;
@@ -26,11 +26,11 @@ public:
     static std::optional<Versions> unresolvedConflictVersionsOfItemAtURL(const std::filesystem::path& url);
 
     // Keeps bytes as a further version of the file, unresolved.
-    static std::string addVersionOfItemAtURL(const std::filesystem::path& url,
-                                             std::span<const std::uint8_t> bytes);
+    static Result<> addVersionOfItemAtURL(const std::filesystem::path& url,
+                                          std::span<const std::uint8_t> bytes);
 
     // Takes all versions off the list; their bytes go to "versions/kept".
-    static std::string removeOtherVersionsOfItemAtURL(const std::filesystem::path& url);
+    static Result<> removeOtherVersionsOfItemAtURL(const std::filesystem::path& url);
 
     // Where the bytes stand.
     const std::filesystem::path& url() const { return place; }

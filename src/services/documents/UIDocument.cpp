@@ -38,10 +38,10 @@ bool isOneFile(const fs::path& one, const fs::path& other)
     return one == other || fs::equivalent(one, other, error);
 }
 
-std::string readFailure(const fs::path& file, OSStatus status)
+Failure readFailure(const fs::path& file, OSStatus status)
 {
-    return concat("'", file.string(), "' could not be read",
-                  status == fileNotFoundErr ? ": it does not exist." : ".");
+    return failure(concat("'", file.string(), "' could not be read",
+                          status == fileNotFoundErr ? ": it does not exist." : "."));
 }
 
 } // namespace
@@ -65,9 +65,9 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
         return;
     }
     known.reset();
-    failure = read(location);
-    if (!failure.empty()) {
-        handleError(failure, true);
+    lastFailure = read(location).error();
+    if (!lastFailure.empty()) {
+        handleError(lastFailure, true);
         complete(completion, false);
         return;
     }
@@ -76,7 +76,7 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
     complete(completion, true);
 }
 
-std::string UIDocument::read(const fs::path& from)
+Result<> UIDocument::read(const fs::path& from)
 {
     std::error_code unknown;
     if (fs::is_directory(from, unknown)) {
@@ -87,11 +87,11 @@ std::string UIDocument::read(const fs::path& from)
     if (const OSStatus status = readFile(from, contents.bytes.emplace()); status != noErr) {
         return readFailure(from, status);
     }
-    std::string error = load(contents, typeOf(from));
-    if (error.empty() && stamp && from == location) {
+    Result<> result = load(contents, typeOf(from));
+    if (result && stamp && from == location) {
         known = FileContent{*stamp, std::move(*contents.bytes)};
     }
-    return error;
+    return result;
 }
 
 void UIDocument::closeWithCompletionHandler(const Completion& completion)
@@ -128,10 +128,10 @@ void UIDocument::saveToURL(const fs::path& url, UIDocumentSaveOperation operatio
                            const Completion& completion)
 {
     assertMainThread();
-    failure = write(url, operation);
-    if (!failure.empty()) {
+    lastFailure = write(url, operation).error();
+    if (!lastFailure.empty()) {
         setDocumentState(state | UIDocumentState::savingError);
-        handleError(failure, true);
+        handleError(lastFailure, true);
         complete(completion, false);
         return;
     }
@@ -142,27 +142,27 @@ void UIDocument::saveToURL(const fs::path& url, UIDocumentSaveOperation operatio
     complete(completion, true);
 }
 
-std::string UIDocument::write(const fs::path& url, UIDocumentSaveOperation operation)
+Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operation)
 {
     auto content = contents(typeOf(url).value_or("?"));
     if (!content || !content->bytes) {
-        return concat("'", url.string(), "' could not be written: there is nothing to write.");
+        return failure(concat("'", url.string(), "' could not be written: there is nothing to write."));
     }
     const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
     if (overwrites && isOneFile(url, location)) {
-        if (std::string error = keepOther(); !error.empty()) {
-            return error;
+        if (Result<> kept = keepOther(); !kept) {
+            return kept;
         }
     }
     if (const int error = putFile(url, *content->bytes, overwrites); error != 0) {
-        return writeFailure(url, error);
+        return failure(writeFailure(url, error));
     }
     location = url;
     known = FileContent{stampOf(url).value_or(FileStamp()), std::move(*content->bytes)};
     return {};
 }
 
-std::string UIDocument::keepOther()
+Result<> UIDocument::keepOther()
 {
     const auto stamp = stampOf(location);
     if (!stamp || (known && known->stamp == *stamp)) {
@@ -170,7 +170,7 @@ std::string UIDocument::keepOther()
     }
     std::vector<std::uint8_t> bytes;
     if (const OSStatus status = readFile(location, bytes); status != noErr) {
-        return status == fileNotFoundErr ? std::string() : readFailure(location, status);
+        return status == fileNotFoundErr ? Result<>() : readFailure(location, status);
     }
     if (known && known->bytes == bytes) {
         return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/documents/DocumentContents.h"
 
 #include <cstdint>
@@ -43,7 +44,7 @@ inline constexpr std::string_view UIDocumentStateChangedNotification = "UIDocume
 // they are told again at the next opening.
 //
 // Held by std::shared_ptr. Operations call their completion before they return; an empty one is not called.
-// Answers of text are a plain line about what failed, empty where nothing did. [main]
+// [main]
 class UIDocument : public std::enable_shared_from_this<UIDocument> {
 public:
     using Completion = std::function<void(bool)>;
@@ -60,8 +61,8 @@ public:
 
     int documentState() const { return state; }
 
-    // The line about the last failure of opening or saving, empty after a success.
-    const std::string& lastError() const { return failure; }
+    // The sentence about the last failure of opening or saving, empty after a success.
+    const std::string& lastError() const { return lastFailure; }
 
     // Reads the file. A document that is open stays as it is; one that fails stays closed.
     virtual void openWithCompletionHandler(const Completion& completion);
@@ -84,11 +85,10 @@ public:
     // What is to be written; nothing to write without a value, and the save fails.
     virtual std::optional<DocumentContents> contents(const std::string& forType) = 0;
 
-    virtual std::string load(const DocumentContents& fromContents,
-                             const std::optional<std::string>& ofType) = 0;
+    virtual Result<> load(const DocumentContents& fromContents, const std::optional<std::string>& ofType) = 0;
 
     // Reads the file and loads it; a folder is contents without bytes.
-    virtual std::string read(const std::filesystem::path& from);
+    virtual Result<> read(const std::filesystem::path& from);
 
     // Told about each failure of opening and saving. Does nothing.
     virtual void handleError(const std::string& error, bool userInteractionPermitted);
@@ -114,14 +114,14 @@ private:
     };
 
     static std::optional<FileStamp> stampOf(const std::filesystem::path& file);
-    std::string write(const std::filesystem::path& url, UIDocumentSaveOperation operation);
-    std::string keepOther(); // what another program put in the file's place
-    void enter(int next);    // by way of a conflict, where there is one
+    Result<> write(const std::filesystem::path& url, UIDocumentSaveOperation operation);
+    Result<> keepOther(); // what another program put in the file's place
+    void enter(int next); // by way of a conflict, where there is one
 
     std::filesystem::path location;
     int state = UIDocumentState::closed;
     bool isChanged = false;
-    std::string failure;
+    std::string lastFailure;
     std::optional<FileContent> known; // of the file at `location`
 };
 
