@@ -1,8 +1,8 @@
 #include "Done.h"
-#include "app/document/MIDIDocument.h"
 #include "base/Paths.h"
 #include "inspection/ChordAnalysis.h"
 #include "phrases/MIDIClipGenerator.h"
+#include "sequence/SequenceFileBytes.h"
 #include "services/musicsequence/MusicSequence.h"
 
 #include <benchmark/benchmark.h>
@@ -18,6 +18,13 @@ void useLibrary()
     setResourcesFolder(VOLVELLE_RESOURCES);
 }
 
+std::vector<std::uint8_t> fileOf(const MIDISequence16& sequence)
+{
+    std::vector<std::uint8_t> bytes;
+    done(sequenceFileBytes(sequence.musicSequence, bytes));
+    return bytes;
+}
+
 std::vector<std::uint8_t> longFile(int& events)
 {
     useLibrary();
@@ -27,7 +34,7 @@ std::vector<std::uint8_t> longFile(int& events)
     for (const auto& track : sequence->sequenceNode->tracks) {
         events += track->getEventCount();
     }
-    return MIDIDocument::sequenceData(sequence->musicSequence).value();
+    return fileOf(*sequence);
 }
 
 // From the call to the bytes of the file: five phrase files, two step generators, chords, mix, sequence,
@@ -38,7 +45,7 @@ void arrangement(benchmark::State& state)
     for (auto _ : state) {
         MIDIClipGenerator generator;
         const auto sequence = generator.makeArrangement(false);
-        benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
+        benchmark::DoNotOptimize(fileOf(*sequence));
     }
 }
 
@@ -49,7 +56,7 @@ void emptyArrangement(benchmark::State& state)
     for (auto _ : state) {
         MIDIClipGenerator generator;
         const auto sequence = generator.makeArrangement(true);
-        benchmark::DoNotOptimize(MIDIDocument::sequenceData(sequence->musicSequence));
+        benchmark::DoNotOptimize(fileOf(*sequence));
     }
 }
 

@@ -2,14 +2,9 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Text.h"
+#include "sequence/SequenceFileBytes.h"
 
 namespace volvelle {
-
-namespace {
-
-constexpr std::int16_t resolution = 480; // ticks to the beat
-
-} // namespace
 
 void MIDISequencer::connect(const std::shared_ptr<AVAudioEngine>& toEngine)
 {
@@ -104,9 +99,7 @@ void MIDISequencer::loadFromData(const std::vector<std::uint8_t>& data)
 std::optional<std::vector<std::uint8_t>> MIDISequencer::sequenceData(const MusicSequence& sequence)
 {
     std::vector<std::uint8_t> data;
-    const OSStatus status = MusicSequenceFileCreateData(sequence, kMusicSequenceFile_MIDIType,
-                                                        kMusicSequenceFileFlags_EraseFile, resolution, data);
-    if (status != noErr) {
+    if (const OSStatus status = sequenceFileBytes(sequence, data); status != noErr) {
         debugprint(concat(
             "MIDISequencer::sequenceData() : Error: Could not convert music sequence to data. Status: ",
             status));

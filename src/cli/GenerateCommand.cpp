@@ -1,12 +1,13 @@
 #include "cli/GenerateCommand.h"
 
-#include "app/document/MIDIDocument.h"
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
 #include "cli/IdeaFile.h"
 #include "inspection/ArrangementSummary.h"
+#include "sequence/SequenceFileBytes.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -72,12 +73,12 @@ int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& 
     SummarisingGenerator generator;
     const auto sequence = options.longCount == 1 ? generator.makeArrangement(false)
                                                  : generator.makeArrangementLong(options.longCount);
-    const auto data = MIDIDocument::sequenceData(sequence->getMusicSequence());
-    if (!data) {
+    std::vector<std::uint8_t> data;
+    if (sequenceFileBytes(sequence->getMusicSequence(), data) != noErr || data.empty()) {
         return output.failure("The arrangement could not be turned into a MIDI file.");
     }
     std::string error;
-    if (!file.write(*data, error)) {
+    if (!file.write(data, error)) {
         return output.failure(error);
     }
     if (options.out != standardOutputName) {

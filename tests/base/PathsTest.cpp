@@ -18,6 +18,7 @@ protected:
     void SetUp() override
     {
         unsetenv("XDG_CONFIG_HOME");
+        unsetenv("XDG_STATE_HOME");
         setenv("HOME", home.c_str(), 1);
     }
 
@@ -68,6 +69,18 @@ TEST_F(Paths, WithoutAHomeThereIsNoDocumentsFolder)
 {
     unsetenv("HOME");
     EXPECT_EQ(documentsFolder(), std::nullopt);
+}
+
+TEST_F(Paths, TheStateIsAFolderOfTheProgramsBelowHomeOrWhereTheUserSaysSo)
+{
+    EXPECT_EQ(stateFolder(), home / ".local/state/volvelle");
+    setenv("XDG_STATE_HOME", "relative", 1);
+    EXPECT_EQ(stateFolder(), home / ".local/state/volvelle");
+    setenv("XDG_STATE_HOME", "/srv/states", 1);
+    EXPECT_EQ(stateFolder(), fs::path("/srv/states/volvelle"));
+    unsetenv("XDG_STATE_HOME");
+    unsetenv("HOME");
+    EXPECT_EQ(stateFolder(), std::nullopt);
 }
 
 TEST_F(Paths, AChosenResourcesFolderComesFirst)

@@ -1,31 +1,124 @@
 #include "app/document/MIDIDocument.h"
 
+#include "app/document/DocumentBrowser.h"
+#include "base/Checked.h"
 #include "base/Console.h"
-#include "base/Text.h"
+#include "services/documents/NSFileVersion.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
 
 namespace volvelle {
 
 namespace {
 
-constexpr std::int16_t ticksPerBeat = 480;
+constexpr const char* newName = "New MIDI Idea.mid";
+
+struct StateLine {
+    int bit;
+    std::string_view line;
+};
+
+constexpr std::array stateLines{
+    StateLine{UIDocumentState::closed, "Document has been closed."},
+    StateLine{UIDocumentState::editingDisabled, "Document's editing is disabled."},
+    StateLine{UIDocumentState::inConflict, "A docuent conflict was detected and must be resolved."},
+    StateLine{UIDocumentState::savingError, "Error: Document saving error."},
+};
+
+void printState(std::string_view line)
+{
+    directPrint(std::string("MIDIDocument::updateDocumentState() : ").append(line));
+}
 
 } // namespace
 
-std::optional<std::vector<std::uint8_t>> MIDIDocument::sequenceData(const MusicSequence& sequence)
+MIDIDocument::MIDIDocument(const std::filesystem::path& fileURL) : UIDocument(fileURL) {}
+
+std::shared_ptr<MIDIDocument> MIDIDocument::make()
 {
-    std::vector<std::uint8_t> data;
-    const OSStatus status = MusicSequenceFileCreateData(
-        sequence, kMusicSequenceFile_MIDIType, kMusicSequenceFileFlags_EraseFile, ticksPerBeat, data);
-    if (status != noErr) {
-        directPrint(concat("MIDIDocument::sequenceData() : Error: Could not convert music sequence to data. "
-                           "Status: ",
-                           status));
-        return std::nullopt;
+    auto folder = std::make_unique<PrivateFolder>();
+    const auto document = make(folder->path() / newName);
+    document->folder = std::move(folder);
+    document->data = document->generateMIDIFile();
+    return document;
+}
+
+std::shared_ptr<MIDIDocument> MIDIDocument::make(const std::filesystem::path& fileURL)
+{
+    const std::shared_ptr<MIDIDocument> document(new MIDIDocument(fileURL));
+    document->docStateObserver = defaultNotificationCenter().addObserver(
+        UIDocumentStateChangedNotification, static_cast<UIDocument*>(document.get()),
+        [observer = std::weak_ptr(document)](const void* /*object*/) {
+            if (const auto listener = observer.lock()) {
+                listener->updateDocumentState();
+            }
+        });
+    return document;
+}
+
+std::vector<std::shared_ptr<AUMIDIEventEx>> MIDIDocument::getEvents()
+{
+    return fileEvents;
+}
+
+double MIDIDocument::getBeatCount()
+{
+    constexpr double fewest = 16.0;
+    const auto browser = browserViewController.lock();
+    const double count = browser ? browser->playingBeats().value_or(fewest) : fewest;
+    const auto whole = checkedCast<std::int64_t>(count);
+    return whole <= 16 ? fewest : static_cast<double>(whole);
+}
+
+// MARK: State
+
+void MIDIDocument::updateDocumentState()
+{
+    const int state = documentState();
+    if (state == UIDocumentState::normal) {
+        printState("Document entered normal state.");
     }
-    if (data.empty()) {
-        return std::nullopt;
+    for (const auto& [bit, line] : stateLines) {
+        if ((state & bit) == 0) {
+            continue;
+        }
+        printState(line);
+        if (bit == UIDocumentState::inConflict) {
+            resolveDocumentConflict();
+        }
     }
-    return data;
+    handleDocStateForTransfers();
+}
+
+void MIDIDocument::handleDocStateForTransfers()
+{
+    const bool isAvailable = (documentState() & UIDocumentState::progressAvailable) != 0;
+    if (isAvailable && !transfering) {
+        directPrint("MIDIDocument::handleDocStateForTransfers() : A transfer is in progress.");
+    }
+    transfering = isAvailable;
+}
+
+void MIDIDocument::resolveDocumentConflict()
+{
+    if (const auto removed = NSFileVersion::removeOtherVersionsOfItemAtURL(fileURL()); !removed) {
+        directPrint(removed.error());
+        return;
+    }
+    const auto versions = NSFileVersion::unresolvedConflictVersionsOfItemAtURL(fileURL());
+    if (!versions) {
+        return;
+    }
+    for (const auto& version : *versions) {
+        version->setResolved(true);
+    }
+}
+
+void MIDIDocument::handleError(const std::string& error, bool /*userInteractionPermitted*/)
+{
+    directPrint("MIDIDocument::handleError() : Error: " + error);
 }
 
 } // namespace volvelle

@@ -8,6 +8,7 @@
 #include "services/files/FileFailure.h"
 #include "services/files/SafeFile.h"
 
+#include <strings.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <utility>
@@ -27,9 +28,9 @@ void complete(const UIDocument::Completion& completion, bool success)
 
 std::optional<std::string> typeOf(const fs::path& file)
 {
-    const std::string extension = file.extension().string();
-    return extension == ".mid" || extension == ".midi" ? std::optional<std::string>("audio/midi")
-                                                       : std::nullopt;
+    const std::string ending = file.extension().string();
+    const bool isMIDI = strcasecmp(ending.c_str(), ".mid") == 0 || strcasecmp(ending.c_str(), ".midi") == 0;
+    return isMIDI ? std::optional<std::string>("audio/midi") : std::nullopt;
 }
 
 bool isOneFile(const fs::path& one, const fs::path& other)

@@ -17,14 +17,15 @@ PrivateFolder::PrivateFolder()
             place = name;
         }
     }
+    if (place.empty()) {
+        place = "/dev/null/volvelle";
+    }
 }
 
 PrivateFolder::~PrivateFolder()
 {
     std::error_code error;
-    if (!place.empty()) {
-        fs::remove_all(place, error);
-    }
+    fs::remove_all(place, error);
 }
 
 } // namespace volvelle

@@ -13,7 +13,7 @@ public:
     PrivateFolder(const PrivateFolder&) = delete;
     PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-    // Empty where it could not be made.
+    // Where it could not be made, one that never exists.
     const std::filesystem::path& path() const { return place; }
 
 private:

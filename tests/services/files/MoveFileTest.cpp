@@ -1,0 +1,86 @@
+#include "services/files/MoveFile.h"
+
+#include "services/files/SafeFile.h"
+#include "tests/services/files/FileSizeLimit.h"
+#include "tests/services/musicsequence/SequenceTools.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Move = OSStatus (*)(const fs::path&, const fs::path&);
+
+class MovedFiles : public testing::TestWithParam<Move> {
+protected:
+    static Bytes contentOf(const fs::path& path)
+    {
+        Bytes bytes;
+        EXPECT_EQ(readFile(path, bytes), noErr) << path;
+        return bytes;
+    }
+
+    TemporaryFolder folder;
+    fs::path from = folder.write("a", "old");
+    fs::path to = folder.path / "b";
+};
+
+TEST_P(MovedFiles, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
+{
+    fs::permissions(from, fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(GetParam()(from, to), noErr);
+    EXPECT_EQ(folder.names(), Lines{"b"});
+    EXPECT_EQ(contentOf(to), hex("\"old\""));
+    EXPECT_EQ(fs::status(to).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_P(MovedFiles, WhatHasTheNameAlreadyStays)
+{
+    folder.write("b", "other");
+    EXPECT_EQ(GetParam()(from, to), fileExistsErr);
+    EXPECT_EQ(contentOf(from), hex("\"old\""));
+    EXPECT_EQ(contentOf(to), hex("\"other\""));
+    EXPECT_EQ(folder.names(), (Lines{"a", "b"}));
+}
+
+TEST_P(MovedFiles, AFileOrAFolderThatIsNotThereIsTold)
+{
+    EXPECT_EQ(GetParam()(folder.path / "none", to), fileNotFoundErr);
+    EXPECT_EQ(GetParam()(from, folder.path / "none" / "b"), fileNotFoundErr);
+    EXPECT_EQ(folder.names(), Lines{"a"});
+}
+
+INSTANTIATE_TEST_SUITE_P(ByNameAndByCopying, MovedFiles, testing::Values(&moveFile, &moveFileByCopying));
+
+TEST_F(MovedFiles, ACopyThatFailsLeavesEverythingAsItWas)
+{
+    {
+        const FileSizeLimit limit(1);
+        EXPECT_EQ(moveFileByCopying(from, to), fileIOErr);
+    }
+    EXPECT_EQ(folder.names(), Lines{"a"});
+    EXPECT_EQ(contentOf(from), hex("\"old\""));
+}
+
+TEST_F(MovedFiles, AFileMovesToAnotherDevice)
+{
+    std::error_code none;
+    if (!fs::is_directory("/dev/shm", none)) {
+        GTEST_SKIP() << "there is no second device";
+    }
+    const fs::path far = fs::path("/dev/shm") / folder.path.filename();
+    EXPECT_EQ(moveFile(from, far), noErr);
+    EXPECT_EQ(contentOf(far), hex("\"old\""));
+    EXPECT_EQ(folder.names(), Lines{});
+    EXPECT_EQ(moveFile(far, to), noErr);
+    EXPECT_FALSE(fs::exists(far));
+    EXPECT_EQ(contentOf(to), hex("\"old\""));
+}
+
+} // namespace
+
+} // namespace volvelle::test
