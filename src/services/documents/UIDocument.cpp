@@ -8,6 +8,7 @@
 #include "services/files/FileFailure.h"
 #include "services/files/SafeFile.h"
 
+#include <new>
 #include <strings.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -45,6 +46,15 @@ Failure readFailure(const fs::path& file, OSStatus status)
                           status == fileNotFoundErr ? ": it does not exist." : "."));
 }
 
+// Why the work failed, empty where it did not.
+template <class Work>
+std::string withinMemory(const fs::path& file, std::string_view deed, Work work)
+try {
+    return work().error();
+} catch (const std::bad_alloc&) {
+    return concat("'", file.string(), "' could not be ", deed, ": it is too large.");
+}
+
 } // namespace
 
 UIDocument::UIDocument(fs::path fileURL) : location(std::move(fileURL)) {}
@@ -66,7 +76,7 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
         return;
     }
     known.reset();
-    lastFailure = read(location).error();
+    lastFailure = withinMemory(location, "read", [this] { return read(location); });
     if (!lastFailure.empty()) {
         handleError(lastFailure, true);
         complete(completion, false);
@@ -80,7 +90,11 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
 Result<> UIDocument::read(const fs::path& from)
 {
     std::error_code unknown;
-    if (fs::is_directory(from, unknown)) {
+    const fs::file_status found = fs::status(from, unknown);
+    if (fs::is_other(found)) {
+        return failure(concat("'", from.string(), "' could not be read: it is no file."));
+    }
+    if (fs::is_directory(found)) {
         return load({std::nullopt, concat("the folder '", from.string(), "'")}, typeOf(from));
     }
     const auto stamp = stampOf(from);
@@ -129,7 +143,7 @@ void UIDocument::saveToURL(const fs::path& url, UIDocumentSaveOperation operatio
                            const Completion& completion)
 {
     assertMainThread();
-    lastFailure = write(url, operation).error();
+    lastFailure = withinMemory(url, "written", [&] { return write(url, operation); });
     if (!lastFailure.empty()) {
         setDocumentState(state | UIDocumentState::savingError);
         handleError(lastFailure, true);
@@ -159,8 +173,16 @@ Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operatio
         return failure(writeFailure(url, error));
     }
     location = url;
-    known = FileContent{stampOf(url).value_or(FileStamp()), std::move(*content->bytes)};
+    remember(std::move(*content->bytes));
     return {};
+}
+
+void UIDocument::remember(std::vector<std::uint8_t> written)
+{
+    const auto stamp = stampOf(location);
+    std::vector<std::uint8_t> found;
+    const bool isOurs = stamp && readFile(location, found) == noErr && found == written;
+    known = FileContent{isOurs ? *stamp : FileStamp(), std::move(written)};
 }
 
 Result<> UIDocument::keepOther()

@@ -115,6 +115,7 @@ private:
 
     static std::optional<FileStamp> stampOf(const std::filesystem::path& file);
     Result<> write(const std::filesystem::path& url, UIDocumentSaveOperation operation);
+    void remember(std::vector<std::uint8_t> written);
     Result<> keepOther(); // what another program put in the file's place
     void enter(int next); // by way of a conflict, where there is one
 

@@ -1,5 +1,6 @@
 #include "tests/services/documents/PlainDocument.h"
 
+#include <new>
 #include <utility>
 
 namespace volvelle::test {
@@ -17,6 +18,9 @@ UIDocument::Completion noteIn(std::string& told)
 std::optional<DocumentContents> PlainDocument::contents(const std::string& forType)
 {
     calls.push_back("contents " + forType);
+    if (isTooLarge) {
+        throw std::bad_alloc();
+    }
     if (!words) {
         return std::nullopt;
     }
@@ -26,6 +30,9 @@ std::optional<DocumentContents> PlainDocument::contents(const std::string& forTy
 Result<> PlainDocument::load(const DocumentContents& fromContents, const std::optional<std::string>& ofType)
 {
     words.reset();
+    if (isTooLarge) {
+        throw std::bad_alloc();
+    }
     if (fromContents.bytes) {
         words.emplace(fromContents.bytes->begin(), fromContents.bytes->end());
     }

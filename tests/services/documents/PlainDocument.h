@@ -20,6 +20,7 @@ public:
     std::optional<std::string> words;
     std::vector<std::string> calls;
     std::optional<std::string> loadFailure;
+    bool isTooLarge = false; // there is no memory for it
 
     std::optional<DocumentContents> contents(const std::string& forType) override;
     Result<> load(const DocumentContents& fromContents, const std::optional<std::string>& ofType) override;

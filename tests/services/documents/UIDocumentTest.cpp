@@ -98,6 +98,32 @@ TEST_F(Documents, AFolderIsContentsWithoutBytes)
     EXPECT_EQ(document->lastError(), "'" + folder.path.string() + "' could not be written: it is a folder.");
 }
 
+TEST_F(Documents, APipeIsRefusedWithoutWaitingForIt)
+{
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    const auto document = std::make_shared<PlainDocument>(file);
+    EXPECT_EQ(document->open(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read: it is no file.");
+}
+
+TEST_F(Documents, AFileThatTheMemoryCannotHoldIsNotOpened)
+{
+    const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
+    document->isTooLarge = true;
+    EXPECT_EQ(document->open(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read: it is too large.");
+    EXPECT_EQ(document->documentState(), UIDocumentState::closed);
+}
+
+TEST_F(Documents, ContentsThatTheMemoryCannotHoldAreNotSaved)
+{
+    const auto document = opened();
+    document->isTooLarge = true;
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be written: it is too large.");
+    EXPECT_EQ(contentOf(file), "old");
+}
+
 TEST_F(Documents, TheTypeIsThatOfTheName)
 {
     const auto typeOf = [](const char* name) { return PlainDocument(name).fileType().value_or("?"); };
