@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// What a disc shows besides its notes. [any]
+struct DiscContent {
+    struct Chord {
+        double position = 0.0; // beats
+        std::string name;
+
+        bool operator==(const Chord&) const = default;
+    };
+
+    double beats = 16.0; // of a full turn
+    double beatsPerBar = 4.0;
+    std::vector<Chord> chords; // by position
+    double position = 0.0;     // beats
+    double tempo = 120.0;      // beats a minute
+    bool isPlaying = false;
+    bool isSmall = false; // a tile's: rim, ink, hub and notes alone
+
+    bool operator==(const DiscContent&) const = default;
+};
+
+} // namespace volvelle
