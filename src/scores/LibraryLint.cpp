@@ -62,6 +62,7 @@ private:
     void lintNames(const fs::path& folder);
     void lintNumbers(const std::vector<fs::path>& files);
     void lintTitle(const fs::path& file, const Score& score);
+    void readTitle(const fs::path& other, const fs::path& file, ScoreKind kind);
     void lintShares(const fs::path& folder, ScoreKind kind);
 
     const fs::path library;
@@ -72,10 +73,9 @@ private:
 void LibraryLinter::lintFolder(ScoreKind kind)
 {
     const fs::path folder = library / scoreFolder(kind);
-    std::string error;
-    const auto files = scoresIn(folder, error);
+    const auto files = scoresIn(folder);
     if (!files || files->empty()) {
-        add(folder, files ? noScores : error);
+        add(folder, files ? noScores : files.error());
         return;
     }
     read.clear();
@@ -90,10 +90,9 @@ void LibraryLinter::lintFolder(ScoreKind kind)
 void LibraryLinter::lintFile(const fs::path& file, ScoreKind kind)
 {
     ++report.scores;
-    std::string error;
-    const auto score = readScore(file, kind, error);
+    const auto score = readScore(file, kind);
     if (!score) {
-        add(file, error);
+        add(file, score.error());
         return;
     }
     for (const std::string& fault : lintScore(*score)) {
@@ -106,16 +105,22 @@ void LibraryLinter::lintFile(const fs::path& file, ScoreKind kind)
 void LibraryLinter::readTitlesBeside(const fs::path& file)
 {
     for (const ScoreKind kind : allScoreKinds) {
-        std::string error;
-        std::error_code unknown;
-        const auto others = scoresIn(library / scoreFolder(kind), error);
-        for (const fs::path& other : others.value_or(std::vector<fs::path>())) {
-            const auto score =
-                fs::equivalent(other, file, unknown) ? std::nullopt : readScore(other, kind, error);
-            if (score) {
-                titles.emplace(score->title, other);
-            }
+        const auto others = scoresIn(library / scoreFolder(kind));
+        for (const fs::path& other : others ? *others : std::vector<fs::path>()) {
+            readTitle(other, file, kind);
         }
+    }
+}
+
+// The title of a score unless it is `file`.
+void LibraryLinter::readTitle(const fs::path& other, const fs::path& file, ScoreKind kind)
+{
+    std::error_code unknown;
+    if (fs::equivalent(other, file, unknown)) {
+        return;
+    }
+    if (const auto score = readScore(other, kind)) {
+        titles.emplace(score->title, other);
     }
 }
 

@@ -29,28 +29,28 @@ std::optional<Bytes> standing(const fs::path& file)
                                                                                 : std::nullopt;
 }
 
-// A line about the first thing in the way of folders and phrases, empty where there is none.
-std::string obstacle(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
+// Fails with a line about the first thing in the way of folders and phrases.
+Result<> checkPlaces(const fs::path& out, const std::vector<CompiledPhrase>& phrases)
 {
     std::error_code unknown;
     if (out.empty()) {
-        return writeFailure(out, ENOENT);
+        return failure(writeFailure(out, ENOENT));
     }
     for (const ScoreKind kind : allScoreKinds) {
         const fs::path folder = phraseFolder(kind);
         for (const fs::path& step : {out, out / folder.parent_path(), out / folder}) {
             if (fs::exists(fs::symlink_status(step, unknown)) && !fs::is_directory(step, unknown)) {
-                return concat("'", step.string(), "' is no folder");
+                return failure(concat("'", step.string(), "' is no folder"));
             }
         }
     }
     for (const CompiledPhrase& phrase : phrases) {
         const fs::path file = out / phrase.place;
         if (fs::exists(file, unknown) && !fs::is_regular_file(file, unknown)) {
-            return concat("'", file.string(), "' is no file");
+            return failure(concat("'", file.string(), "' is no file"));
         }
         if (fs::exists(file, unknown) && !isWritable(file)) {
-            return writeFailure(file, EACCES);
+            return failure(writeFailure(file, EACCES));
         }
     }
     return {};
@@ -98,22 +98,21 @@ std::vector<fs::path> thatAreBeyond(const fs::path& out, const std::vector<Compi
     return beyond;
 }
 
-// Answers a line about what failed, empty where nothing did.
-std::string exchange(const fs::path& out, const std::vector<const CompiledPhrase*>& changed,
-                     const std::vector<fs::path>& beyond)
+Result<> exchange(const fs::path& out, const std::vector<const CompiledPhrase*>& changed,
+                  const std::vector<fs::path>& beyond)
 {
     FileExchange files;
-    std::string error;
+    Result<> done;
     for (const ScoreKind kind : allScoreKinds) {
-        error = error.empty() ? files.makeFolder(out / phraseFolder(kind)) : error;
+        done = done ? files.makeFolder(out / phraseFolder(kind)) : done;
     }
     for (const CompiledPhrase* phrase : changed) {
-        error = error.empty() ? files.put(out / phrase->place, phrase->bytes) : error;
+        done = done ? files.put(out / phrase->place, phrase->bytes) : done;
     }
     for (const fs::path& file : beyond) {
-        error = error.empty() ? files.remove(file) : error;
+        done = done ? files.remove(file) : done;
     }
-    return error.empty() ? files.carryOut() : error;
+    return done ? files.carryOut() : done;
 }
 
 } // namespace
@@ -126,19 +125,19 @@ std::string phraseName(int number)
 
 bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phrases, LibraryReport& report)
 {
-    std::string error = obstacle(out, phrases);
-    if (error.empty()) {
+    Result<> done = checkPlaces(out, phrases);
+    if (done) {
         const auto changed = thatDiffer(out, phrases);
         const auto beyond = thatAreBeyond(out, phrases);
-        error = exchange(out, changed, beyond);
+        done = exchange(out, changed, beyond);
         report.changed = static_cast<int>(changed.size());
         report.removed = static_cast<int>(beyond.size());
     }
-    if (!error.empty()) {
+    if (!done) {
         report = {};
-        report.errors.push_back(error);
+        report.errors.push_back(done.error());
     }
-    return error.empty();
+    return static_cast<bool>(done);
 }
 
 } // namespace volvelle

@@ -7,21 +7,18 @@
 
 namespace volvelle::scores {
 
-std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int opened,
-                                              std::string& error)
+Result<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int opened)
 {
     std::vector<ScoreBar> bars;
     for (const auto& line : body) {
         const auto texts = scoreBars(line.text);
         if (!texts) {
-            error = atLine(line.number) + "a line of bars begins and ends with \"|\"";
-            return std::nullopt;
+            return failure(atLine(line.number) + "a line of bars begins and ends with \"|\"");
         }
         for (const auto text : *texts) {
             const int number = static_cast<int>(bars.size()) + 1;
             if (number > Score::bars) {
-                error = atLine(line.number) + "a phrase has 4 bars, and this is one more";
-                return std::nullopt;
+                return failure(atLine(line.number) + "a phrase has 4 bars, and this is one more");
             }
             bars.push_back({line.number, number, text});
         }
@@ -29,9 +26,8 @@ std::optional<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body
     if (bars.size() == Score::bars) {
         return bars;
     }
-    error = atLine(body.empty() ? opened : body.back().number) + "the body has " +
-            std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4";
-    return std::nullopt;
+    return failure(atLine(body.empty() ? opened : body.back().number) + "the body has " +
+                   std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4");
 }
 
 std::optional<int> dynamicsLevel(std::string_view word)

@@ -57,12 +57,12 @@ class ChordReader {
 public:
     ChordReader(const ScoreSettings& settings, Score& score) : settings(settings), score(score) {}
 
-    bool readBar(const ScoreBar& bar, std::string& error);
+    Result<> readBar(const ScoreBar& bar);
     void finish(double end);
 
 private:
-    std::string readCell(std::string_view cell, const ScoreBar& bar, double position);
-    std::string readChord(const ChordCell& cell, const ScoreBar& bar, double position);
+    Result<> readCell(std::string_view cell, const ScoreBar& bar, double position);
+    Result<> readChord(const ChordCell& cell, const ScoreBar& bar, double position);
     int levelAt(int bar, double position) const;
 
     const ScoreSettings& settings;
@@ -70,53 +70,51 @@ private:
     Sounding sounding;
 };
 
-bool ChordReader::readBar(const ScoreBar& bar, std::string& error)
+Result<> ChordReader::readBar(const ScoreBar& bar)
 {
     const auto cells = scoreCells(bar.text);
     const int count = static_cast<int>(cells.size());
     if (count < 1 || count > cellsMost || cellsMost % count != 0) {
-        error =
-            atBar(bar.line, bar.number) + "a bar holds 1, 2, 4, 8 or 16 cells, not " + std::to_string(count);
-        return false;
+        return failure(atBar(bar.line, bar.number) + "a bar holds 1, 2, 4, 8 or 16 cells, not " +
+                       std::to_string(count));
     }
     double position = (bar.number - 1) * 4.0;
     for (const auto cell : cells) {
-        const auto fault = readCell(cell, bar, position);
-        if (!fault.empty()) {
-            error = atBar(bar.line, bar.number) + fault;
-            return false;
+        if (Result<> read = readCell(cell, bar, position); !read) {
+            return failure(atBar(bar.line, bar.number) + read.error());
         }
         position += 4.0 / count;
     }
-    return true;
+    return {};
 }
 
-std::string ChordReader::readCell(std::string_view cell, const ScoreBar& bar, double position)
+Result<> ChordReader::readCell(std::string_view cell, const ScoreBar& bar, double position)
 {
     if (cell == ".") {
-        return sounding.numbers.empty() ? "there is no chord that could go on" : "";
+        return sounding.numbers.empty() ? failure("there is no chord that could go on") : Result<>();
     }
     finish(position);
-    return cell == "-" ? std::string() : readChord(takenApart(cell), bar, position);
+    return cell == "-" ? Result<>() : readChord(takenApart(cell), bar, position);
 }
 
-std::string ChordReader::readChord(const ChordCell& cell, const ScoreBar& bar, double position)
+Result<> ChordReader::readChord(const ChordCell& cell, const ScoreBar& bar, double position)
 {
     const auto chord = chordNamed(cell.name);
     if (!chord) {
-        return quoted(cell.name) + " is no chord name: a root, as C or F#, and one of " + chordTypes();
+        return failure(quoted(cell.name) + " is no chord name: a root, as C or F#, and one of " +
+                       chordTypes());
     }
     const auto detected = chordDetected(chord->tones());
     if (detected != cell.name) {
-        return std::string(cell.name) + " is found again as " + detected + ": write " + detected;
+        return failure(std::string(cell.name) + " is found again as " + detected + ": write " + detected);
     }
     const auto lowest = cell.lowest ? pitchClass(*cell.lowest) : chord->root;
     if (!lowest || (chord->tones() & (1u << *lowest)) == 0) {
-        return quoted(cell.lowest.value_or("")) + " is no tone of " + std::string(cell.name);
+        return failure(quoted(cell.lowest.value_or("")) + " is no tone of " + std::string(cell.name));
     }
     const auto velocity = cell.velocity ? wholeNumber(*cell.velocity, 1, 127) : levelAt(bar.number, position);
     if (!velocity) {
-        return quoted(cell.velocity.value_or("")) + " is no velocity from 1 to 127";
+        return failure(quoted(cell.velocity.value_or("")) + " is no velocity from 1 to 127");
     }
     sounding = {closePosition(*chord, *lowest, settings.lowest), position, *velocity, bar.line};
     score.chords.push_back({position, std::string(cell.name)});
@@ -154,21 +152,20 @@ void ChordReader::finish(double end)
 
 } // namespace
 
-bool readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score,
-                std::string& error)
+Result<> readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score)
 {
-    const auto bars = fourBars(body, score.bodyLine, error);
+    const auto bars = fourBars(body, score.bodyLine);
     if (!bars) {
-        return false;
+        return failure(bars.error());
     }
     ChordReader reader(settings, score);
     for (const auto& bar : *bars) {
-        if (!reader.readBar(bar, error)) {
-            return false;
+        if (Result<> read = reader.readBar(bar); !read) {
+            return read;
         }
     }
     reader.finish(Score::beats);
-    return true;
+    return {};
 }
 
 } // namespace volvelle::scores

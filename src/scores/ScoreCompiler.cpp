@@ -14,21 +14,22 @@ namespace fs = std::filesystem;
 void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledPhrase>& phrases,
                    LibraryReport& report)
 {
-    std::string error;
-    const auto paths = scoresIn(scores / scoreFolder(kind), error);
+    const auto paths = scoresIn(scores / scoreFolder(kind));
     if (!paths || paths->empty()) {
-        report.errors.push_back(concat(scoreFolder(kind), ": ", paths ? noScores : error));
+        report.errors.push_back(concat(scoreFolder(kind), ": ", paths ? noScores : paths.error()));
         return;
     }
     int number = 0;
     for (const auto& path : *paths) {
         const auto place = fs::path(phraseFolder(kind)) / phraseName(++number);
-        const auto score = readScore(path, kind, error);
-        const auto bytes = score ? scoreToMIDI(*score, error) : std::nullopt;
+        const auto score = readScore(path, kind);
+        const auto bytes =
+            score ? scoreToMIDI(*score) : Result<std::vector<std::uint8_t>>(failure(score.error()));
         if (bytes) {
             phrases.push_back({place, *bytes});
         } else {
-            report.errors.push_back(concat(scoreFolder(kind), "/", path.filename().string(), ": ", error));
+            report.errors.push_back(
+                concat(scoreFolder(kind), "/", path.filename().string(), ": ", bytes.error()));
         }
     }
 }

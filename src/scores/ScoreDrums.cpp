@@ -15,13 +15,12 @@ int hitVelocity(char digit)
     return velocities[digit - '1'];
 }
 
-bool readDrumBar(const ScoreBar& bar, int key, Score& score, std::string& error)
+Result<> readDrumBar(const ScoreBar& bar, int key, Score& score)
 {
     const auto cells = characters(bar.text);
     if (cells.size() != cellsInBar) {
-        error =
-            atBar(bar.line, bar.number) + "a bar of drums has 16 cells, not " + std::to_string(cells.size());
-        return false;
+        return failure(atBar(bar.line, bar.number) + "a bar of drums has 16 cells, not " +
+                       std::to_string(cells.size()));
     }
     for (int cell = 0; cell < cellsInBar; ++cell) {
         const std::string_view shown = cells[static_cast<std::size_t>(cell)];
@@ -30,58 +29,55 @@ bool readDrumBar(const ScoreBar& bar, int key, Score& score, std::string& error)
             continue;
         }
         if (hit < '1' || hit > '9') {
-            error = atBar(bar.line, bar.number) + "a drum cell is \".\" or 1 to 9, not " + quoted(shown);
-            return false;
+            return failure(atBar(bar.line, bar.number) + "a drum cell is \".\" or 1 to 9, not " +
+                           quoted(shown));
         }
         const double position = ((bar.number - 1) * cellsInBar + cell) * Score::sixteenth;
         score.notes.push_back({position, Score::sixteenth - Score::gap, static_cast<std::uint8_t>(key),
                                static_cast<std::uint8_t>(hitVelocity(hit)), bar.line});
     }
-    return true;
+    return {};
 }
 
-bool readDrumRow(const ScoreLine& line, Score& score, std::string& error)
+Result<> readDrumRow(const ScoreLine& line, Score& score)
 {
     const auto firstBar = std::min(line.text.find('|'), line.text.size());
     const auto head = scoreCells(line.text.substr(0, firstBar));
     const auto bars = scoreBars(line.text.substr(firstBar));
     if (head.size() != 2 || !bars) {
-        error = atLine(line.number) + "a row of drums reads: NAME KEY |bar|bar|bar|bar|";
-        return false;
+        return failure(atLine(line.number) + "a row of drums reads: NAME KEY |bar|bar|bar|bar|");
     }
     const auto key = wholeNumber(head[1], 0, 127);
     if (!key) {
-        error = atLine(line.number) + quoted(head[1]) + " is no key from 0 to 127";
-        return false;
+        return failure(atLine(line.number) + quoted(head[1]) + " is no key from 0 to 127");
     }
     if (bars->size() != Score::bars) {
-        error = atLine(line.number) + "a row of drums has 4 bars, not " + std::to_string(bars->size());
-        return false;
+        return failure(atLine(line.number) + "a row of drums has 4 bars, not " +
+                       std::to_string(bars->size()));
     }
     for (int bar = 0; bar < Score::bars; ++bar) {
-        if (!readDrumBar({line.number, bar + 1, (*bars)[static_cast<std::size_t>(bar)]}, *key, score,
-                         error)) {
-            return false;
+        const std::string_view cells = (*bars)[static_cast<std::size_t>(bar)];
+        if (Result<> read = readDrumBar({line.number, bar + 1, cells}, *key, score); !read) {
+            return read;
         }
     }
-    return true;
+    return {};
 }
 
 } // namespace
 
-bool readDrums(const std::vector<ScoreLine>& body, Score& score, std::string& error)
+Result<> readDrums(const std::vector<ScoreLine>& body, Score& score)
 {
     for (const auto& line : body) {
-        if (!readDrumRow(line, score, error)) {
-            return false;
+        if (Result<> read = readDrumRow(line, score); !read) {
+            return read;
         }
     }
     if (body.empty()) {
-        error = atLine(score.bodyLine) + "the body has no row of drums";
-        return false;
+        return failure(atLine(score.bodyLine) + "the body has no row of drums");
     }
     std::ranges::stable_sort(score.notes, {}, &ScoreNote::position);
-    return true;
+    return {};
 }
 
 } // namespace volvelle::scores

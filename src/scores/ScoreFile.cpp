@@ -35,7 +35,7 @@ bool standsBefore(const fs::path& one, const fs::path& other)
 
 } // namespace
 
-std::optional<std::vector<fs::path>> scoresIn(const fs::path& folder, std::string& error)
+Result<std::vector<fs::path>> scoresIn(const fs::path& folder)
 {
     std::vector<fs::path> paths;
     std::error_code status;
@@ -47,8 +47,7 @@ std::optional<std::vector<fs::path>> scoresIn(const fs::path& folder, std::strin
         }
     }
     if (status) {
-        error = "the folder cannot be read";
-        return std::nullopt;
+        return failure("the folder cannot be read");
     }
     std::ranges::sort(paths, standsBefore);
     return paths;
@@ -76,15 +75,14 @@ bool holdsScoreFolders(const fs::path& library)
     });
 }
 
-std::optional<Score> readScore(const fs::path& file, ScoreKind kind, std::string& error)
+Result<Score> readScore(const fs::path& file, ScoreKind kind)
 {
     std::error_code unknown;
     std::vector<std::uint8_t> words;
     if (!fs::is_regular_file(file, unknown) || readFile(file, words) != noErr) {
-        error = "the score cannot be read";
-        return std::nullopt;
+        return failure("the score cannot be read");
     }
-    return parseScore(std::string(words.begin(), words.end()), kind, error);
+    return parseScore(std::string(words.begin(), words.end()), kind);
 }
 
 } // namespace volvelle

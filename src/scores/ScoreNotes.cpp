@@ -48,13 +48,13 @@ class NoteReader {
 public:
     explicit NoteReader(Score& score) : score(score) {}
 
-    bool readBar(const ScoreBar& bar, std::string& error);
+    Result<> readBar(const ScoreBar& bar);
     void finish();
 
 private:
-    std::string readCell(std::string_view cell, bool firstOfBar);
-    std::string readTie(int length, std::string_view behind, bool firstOfBar);
-    std::string readStruck(std::string_view head, int length, std::string_view behind);
+    Result<> readCell(std::string_view cell, bool firstOfBar);
+    Result<> readTie(int length, std::string_view behind, bool firstOfBar);
+    Result<> readStruck(std::string_view head, int length, std::string_view behind);
 
     Score& score;
     Struck struck;
@@ -94,28 +94,25 @@ int velocityOf(const Touch& touch, int level)
     return std::clamp(level + touch.raise, touch.raise < 0 ? leastGhost : 1, 127);
 }
 
-bool NoteReader::readBar(const ScoreBar& bar, std::string& error)
+Result<> NoteReader::readBar(const ScoreBar& bar)
 {
     const int start = at;
     line = bar.line;
     bool first = true;
     for (const auto cell : scoreCells(bar.text)) {
-        const auto fault = readCell(cell, first);
-        if (!fault.empty()) {
-            error = atBar(bar.line, bar.number) + fault;
-            return false;
+        if (Result<> read = readCell(cell, first); !read) {
+            return failure(atBar(bar.line, bar.number) + read.error());
         }
         first = first && at == start;
     }
     if (at - start == sixteenthsInBar) {
-        return true;
+        return {};
     }
-    error = atBar(bar.line, bar.number) + "the cells add up to " + std::to_string(at - start) +
-            " sixteenths, not 16";
-    return false;
+    return failure(atBar(bar.line, bar.number) + "the cells add up to " + std::to_string(at - start) +
+                   " sixteenths, not 16");
 }
 
-std::string NoteReader::readCell(std::string_view cell, bool firstOfBar)
+Result<> NoteReader::readCell(std::string_view cell, bool firstOfBar)
 {
     if (const auto word = dynamicsLevel(cell)) {
         level = *word;
@@ -123,13 +120,13 @@ std::string NoteReader::readCell(std::string_view cell, bool firstOfBar)
     }
     const auto colon = cell.find(':');
     if (colon == std::string_view::npos) {
-        return quoted(cell) + std::string(cellForm);
+        return failure(quoted(cell) + std::string(cellForm));
     }
     const auto behind = cell.substr(colon + 1);
     const auto digits = std::min(behind.find_first_not_of("0123456789"), behind.size());
     const auto length = wholeNumber(behind.substr(0, digits), 1, sixteenthsInBar);
     if (!length) {
-        return quoted(cell) + " has no length from 1 to 16";
+        return failure(quoted(cell) + " has no length from 1 to 16");
     }
     if (cell.starts_with("~:")) {
         return readTie(*length, behind.substr(digits), firstOfBar);
@@ -137,42 +134,42 @@ std::string NoteReader::readCell(std::string_view cell, bool firstOfBar)
     return readStruck(cell.substr(0, colon), *length, behind.substr(digits));
 }
 
-std::string NoteReader::readTie(int length, std::string_view behind, bool firstOfBar)
+Result<> NoteReader::readTie(int length, std::string_view behind, bool firstOfBar)
 {
     if (!firstOfBar) {
-        return "a tie stands as the first cell of a bar";
+        return failure("a tie stands as the first cell of a bar");
     }
     if (struck.numbers.empty()) {
-        return "there is no note to lengthen";
+        return failure("there is no note to lengthen");
     }
     if (!behind.empty()) {
-        return "a tie has nothing behind its length";
+        return failure("a tie has nothing behind its length");
     }
     struck.length += length;
     at += length;
     return {};
 }
 
-std::string NoteReader::readStruck(std::string_view head, int length, std::string_view behind)
+Result<> NoteReader::readStruck(std::string_view head, int length, std::string_view behind)
 {
     const bool rest = head == "r";
     const auto touch = touchOf(behind);
     if (const auto velocity = wrongVelocity(behind); velocity && !rest) {
-        return quoted(*velocity) + " is no velocity from 1 to 127";
+        return failure(quoted(*velocity) + " is no velocity from 1 to 127");
     }
     if (!touch || (rest && !behind.empty())) {
-        return quoted(behind) + " cannot stand behind a length";
+        return failure(quoted(behind) + " cannot stand behind a length");
     }
     Struck next{{}, at, length, velocityOf(*touch, level), touch->staccato, line};
     const bool several = head.size() > 2 && head.front() == '[' && head.back() == ']';
     const auto names = several ? scoreCells(head.substr(1, head.size() - 2)) : std::vector{head};
     if (names.empty()) {
-        return quoted(head) + " holds no pitch";
+        return failure(quoted(head) + " holds no pitch");
     }
     for (std::size_t i = 0; !rest && i < names.size(); ++i) {
         const auto number = pitchNumber(names[i]);
         if (!number) {
-            return quoted(names[i]) + " is no pitch from C-2 to G8";
+            return failure(quoted(names[i]) + " is no pitch from C-2 to G8");
         }
         next.numbers.push_back(*number);
     }
@@ -196,20 +193,20 @@ void NoteReader::finish()
 
 } // namespace
 
-bool readNotes(const std::vector<ScoreLine>& body, Score& score, std::string& error)
+Result<> readNotes(const std::vector<ScoreLine>& body, Score& score)
 {
-    const auto bars = fourBars(body, score.bodyLine, error);
+    const auto bars = fourBars(body, score.bodyLine);
     if (!bars) {
-        return false;
+        return failure(bars.error());
     }
     NoteReader reader(score);
     for (const auto& bar : *bars) {
-        if (!reader.readBar(bar, error)) {
-            return false;
+        if (Result<> read = reader.readBar(bar); !read) {
+            return read;
         }
     }
     reader.finish();
-    return true;
+    return {};
 }
 
 } // namespace volvelle::scores

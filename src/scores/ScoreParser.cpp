@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
+#include <utility>
 
 namespace volvelle {
 
@@ -33,43 +34,43 @@ class HeaderReader {
 public:
     HeaderReader(Score& score, ScoreSettings& settings) : score(score), settings(settings) {}
 
-    bool read(const ScoreLine& line, std::string& error);
+    Result<> read(const ScoreLine& line);
 
 private:
-    std::string take(std::string_view key, std::string_view value, int line);
-    std::string takeDynamics(std::string_view value);
-    std::string takeLowest(std::string_view value);
+    Result<> take(std::string_view key, std::string_view value, int line);
+    Result<> takeDynamics(std::string_view value);
+    Result<> takeLowest(std::string_view value);
 
     Score& score;
     ScoreSettings& settings;
     std::set<std::string, std::less<>> seen;
 };
 
-bool HeaderReader::read(const ScoreLine& line, std::string& error)
+Result<> HeaderReader::read(const ScoreLine& line)
 {
     const auto colon = line.text.find(':');
     const auto key = trimmed(line.text.substr(0, colon));
     const auto value =
         colon == std::string_view::npos ? std::string_view() : trimmed(line.text.substr(colon + 1));
-    std::string fault;
+    const std::string place = atLine(line.number);
     if (colon == std::string_view::npos || key.empty()) {
-        fault = "a header line reads \"key: value\"";
-    } else if (value.empty() && isBodyWord(key)) {
-        fault = concat("the body opens with ", quoted(bodyLine(score.kind)), ", not ", quoted(line.text));
-    } else if (value.empty()) {
-        fault = quoted(key) + " has no value";
-    } else if (!seen.emplace(key).second) {
-        fault = quoted(key) + " stands twice";
-    } else {
-        fault = take(key, value, line.number);
+        return failure(place + "a header line reads \"key: value\"");
     }
-    if (!fault.empty()) {
-        error = atLine(line.number) + fault;
+    if (value.empty() && isBodyWord(key)) {
+        return failure(
+            concat(place, "the body opens with ", quoted(bodyLine(score.kind)), ", not ", quoted(line.text)));
     }
-    return fault.empty();
+    if (value.empty()) {
+        return failure(place + quoted(key) + " has no value");
+    }
+    if (!seen.emplace(key).second) {
+        return failure(place + quoted(key) + " stands twice");
+    }
+    Result<> taken = take(key, value, line.number);
+    return taken ? taken : failure(place + taken.error());
 }
 
-std::string HeaderReader::take(std::string_view key, std::string_view value, int line)
+Result<> HeaderReader::take(std::string_view key, std::string_view value, int line)
 {
     const bool pattern = score.kind == ScoreKind::chordPattern;
     if (key == "title") {
@@ -80,37 +81,39 @@ std::string HeaderReader::take(std::string_view key, std::string_view value, int
     } else if (key == "machine" && value == "yes") {
         score.machine = true;
     } else if (key == "machine") {
-        return "\"machine\" is \"yes\" or left out";
+        return failure("\"machine\" is \"yes\" or left out");
     } else if (key == "from" && pattern) {
         return takeLowest(value);
     } else if (key == "dynamics" && pattern) {
         return takeDynamics(value);
     } else {
-        return "the key " + quoted(key) + " is not known here";
+        return failure("the key " + quoted(key) + " is not known here");
     }
     return {};
 }
 
-std::string HeaderReader::takeDynamics(std::string_view value)
+Result<> HeaderReader::takeDynamics(std::string_view value)
 {
     settings.dynamics.clear();
     for (const auto word : scoreCells(value)) {
         const auto level = dynamicsLevel(word);
         if (!level) {
-            return quoted(word) + " is no level: pp p mp mf f ff";
+            return failure(quoted(word) + " is no level: pp p mp mf f ff");
         }
         settings.dynamics.push_back(*level);
     }
-    return settings.dynamics.size() > Score::bars ? "\"dynamics\" has one level for each of 4 bars at most"
-                                                  : "";
+    if (settings.dynamics.size() > Score::bars) {
+        return failure("\"dynamics\" has one level for each of 4 bars at most");
+    }
+    return {};
 }
 
-std::string HeaderReader::takeLowest(std::string_view value)
+Result<> HeaderReader::takeLowest(std::string_view value)
 {
     constexpr int most = 104;
     const auto number = pitchNumber(value);
     if (!number || *number > most) {
-        return quoted(value) + " is no pitch from C-2 to G#6";
+        return failure(quoted(value) + " is no pitch from C-2 to G#6");
     }
     settings.lowest = *number;
     return {};
@@ -121,70 +124,70 @@ bool opensBody(std::string_view line)
     return line == "chords:" || line == "notes:" || line == "drums:";
 }
 
-bool readBody(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score,
-              std::string& error)
+Result<> readBody(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score)
 {
     switch (score.kind) {
     case ScoreKind::chordPattern:
-        return readChords(body, settings, score, error);
+        return readChords(body, settings, score);
     case ScoreKind::drums:
-        return readDrums(body, score, error);
+        return readDrums(body, score);
     default:
-        return readNotes(body, score, error);
+        return readNotes(body, score);
     }
 }
 
-std::string readHeader(const std::vector<ScoreLine>& head, Score& score, ScoreSettings& settings)
+Result<> readHeader(const std::vector<ScoreLine>& head, Score& score, ScoreSettings& settings)
 {
     HeaderReader reader(score, settings);
-    std::string error;
     for (const ScoreLine& line : head) {
-        if (!reader.read(line, error)) {
-            break;
+        if (Result<> read = reader.read(line); !read) {
+            return read;
         }
     }
-    return error;
+    return {};
 }
 
-std::string faultOfOpening(const ScoreLine& opening, const Score& score)
+Result<> checkOpening(const ScoreLine& opening, const Score& score)
 {
     const auto place = atLine(opening.number);
     if (opening.text != bodyLine(score.kind)) {
-        return concat(place, "the body opens with ", quoted(bodyLine(score.kind)), ", not ",
-                      quoted(opening.text));
+        return failure(concat(place, "the body opens with ", quoted(bodyLine(score.kind)), ", not ",
+                              quoted(opening.text)));
     }
     if (score.title.empty()) {
-        return place + "the title is missing: write \"title: ...\" above";
+        return failure(place + "the title is missing: write \"title: ...\" above");
     }
-    return score.style.empty() ? place + "the style is missing: write \"style: ...\" above" : "";
+    if (score.style.empty()) {
+        return failure(place + "the style is missing: write \"style: ...\" above");
+    }
+    return {};
 }
 
 } // namespace
 
-std::optional<Score> parseScore(std::string_view text, ScoreKind kind, std::string& error)
+Result<Score> parseScore(std::string_view text, ScoreKind kind)
 {
     Score score;
     score.kind = kind;
     ScoreSettings settings;
     const auto lines = scoreLines(text);
     const auto opening = std::ranges::find_if(lines, opensBody, &ScoreLine::text);
-    auto fault = faultOfBytes(text);
-    if (fault.empty()) {
-        fault = readHeader({lines.begin(), opening}, score, settings);
+    Result<> read = checkBytes(text);
+    if (read) {
+        read = readHeader({lines.begin(), opening}, score, settings);
     }
-    if (fault.empty() && opening == lines.end()) {
-        fault =
-            concat(atLine(lineCount(text)), "the body is missing: there is no line ", quoted(bodyLine(kind)));
-    } else if (fault.empty()) {
+    if (read && opening == lines.end()) {
+        read = failure(concat(atLine(lineCount(text)), "the body is missing: there is no line ",
+                              quoted(bodyLine(kind))));
+    }
+    if (read) {
         score.bodyLine = opening->number;
-        fault = faultOfOpening(*opening, score);
+        read = checkOpening(*opening, score);
     }
-    if (!fault.empty()) {
-        error = fault;
-    } else if (readBody({opening + 1, lines.end()}, settings, score, error)) {
-        return score;
+    if (read) {
+        read = readBody({opening + 1, lines.end()}, settings, score);
     }
-    return std::nullopt;
+    return read ? Result<Score>(std::move(score)) : failure(read.error());
 }
 
 } // namespace volvelle

@@ -47,7 +47,7 @@ std::vector<ScoreLine> scoreLines(std::string_view text)
     return lines;
 }
 
-std::string faultOfBytes(std::string_view text)
+Result<> checkBytes(std::string_view text)
 {
     const std::size_t good = utf8Length(text);
     if (good == text.size()) {
@@ -55,8 +55,8 @@ std::string faultOfBytes(std::string_view text)
     }
     std::array<char, 8> hex{};
     std::snprintf(hex.data(), hex.size(), "%02X", static_cast<unsigned char>(text[good]));
-    return atLine(lineCount(text.substr(0, good + 1))) + "the byte " + hex.data() +
-           " is no UTF-8: save the score as UTF-8";
+    return failure(atLine(lineCount(text.substr(0, good + 1))) + "the byte " + hex.data() +
+                   " is no UTF-8: save the score as UTF-8");
 }
 
 int lineCount(std::string_view text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "scores/ScoreLine.h"
 
 #include <optional>
@@ -14,8 +15,8 @@ namespace volvelle::scores {
 // The lines that say something: comments (";") and blank lines are left out, blanks at both ends cut.
 std::vector<ScoreLine> scoreLines(std::string_view text);
 
-// A line about the first byte that is not UTF-8, empty where all of them are.
-std::string faultOfBytes(std::string_view text);
+// Fails with a line about the first byte that is not UTF-8.
+Result<> checkBytes(std::string_view text);
 
 // The number of lines, 1 at least.
 int lineCount(std::string_view text);

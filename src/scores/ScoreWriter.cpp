@@ -61,7 +61,7 @@ OSStatus fill(const MusicTrack& track, const Score& score)
 
 } // namespace
 
-std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::string& error)
+Result<std::vector<std::uint8_t>> scoreToMIDI(const Score& score)
 {
     MusicSequence sequence;
     MusicTrack track;
@@ -79,8 +79,7 @@ std::optional<std::vector<std::uint8_t>> scoreToMIDI(const Score& score, std::st
     if (status == noErr) {
         return data;
     }
-    error = concat("the phrase cannot be written as MIDI: status ", status);
-    return std::nullopt;
+    return failure(concat("the phrase cannot be written as MIDI: status ", status));
 }
 
 bool isCompiledPhrase(std::span<const std::uint8_t> bytes)

@@ -32,9 +32,8 @@ protected:
         score.kind = kind;
         score.notes = std::move(notes);
         score.chords = std::move(chords);
-        std::string error;
-        const auto bytes = scoreToMIDI(score, error);
-        ASSERT_TRUE(bytes) << error;
+        const auto bytes = scoreToMIDI(score);
+        ASSERT_TRUE(bytes) << bytes.error();
         write("lib/" + std::string(phraseFolder(kind)) + "/" + name, {bytes->begin(), bytes->end()});
     }
 

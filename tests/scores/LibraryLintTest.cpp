@@ -35,8 +35,8 @@ protected:
 
     static std::vector<fs::path> scores(const std::string& kind)
     {
-        std::string error;
-        return scoresIn("lib/" + kind, error).value_or(std::vector<fs::path>{});
+        const auto scores = scoresIn("lib/" + kind);
+        return scores ? *scores : std::vector<fs::path>{};
     }
 
     static void write(const fs::path& file, const std::string& words)
@@ -120,9 +120,8 @@ TEST_F(LibraryLint, ATitleThatStandsTwiceIsTold)
 {
     const auto first = scores("chords").at(0);
     const auto other = scores("basses").at(2);
-    std::string error;
-    const std::string title = readScore(first, ScoreKind::chords, error)->title;
-    const std::string own = readScore(other, ScoreKind::bass, error)->title;
+    const std::string title = readScore(first, ScoreKind::chords)->title;
+    const std::string own = readScore(other, ScoreKind::bass)->title;
     replace(other, "title: " + own, "; here\ntitle: " + title);
     const Lines fault{other.string() + ": line 2: the title \"" + title + "\" stands in " + first.string() +
                       ", too: each is used once"};

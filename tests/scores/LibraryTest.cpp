@@ -19,8 +19,8 @@ const fs::path library = test::sourceFolder() / "library";
 
 std::vector<fs::path> scoresOf(ScoreKind kind)
 {
-    std::string error;
-    return scoresIn(library / scoreFolder(kind), error).value_or(std::vector<fs::path>{});
+    const auto scores = scoresIn(library / scoreFolder(kind));
+    return scores ? *scores : std::vector<fs::path>{};
 }
 
 // The chords as they are found when the phrase is loaded: at every note-on the whole set that sounds is
@@ -73,8 +73,7 @@ TEST(Library, ItKeepsItsRules)
 TEST(Library, EveryChordPatternIsFoundAgainChordByChord)
 {
     for (const auto& path : scoresOf(ScoreKind::chordPattern)) {
-        std::string error;
-        const auto score = readScore(path, ScoreKind::chordPattern, error).value();
+        const Score score = *readScore(path, ScoreKind::chordPattern);
         EXPECT_TRUE(detected(score) == score.chords) << score.title;
     }
 }

@@ -17,19 +17,17 @@ inline const std::string rest = "| r:16 |\n";
 // The score of a text that must be right.
 inline Score parsed(const std::string& text, ScoreKind kind)
 {
-    std::string error;
-    const auto score = parseScore(text, kind, error);
-    EXPECT_EQ(error, "");
-    EXPECT_TRUE(score.has_value());
-    return score.value_or(Score{});
+    const auto score = parseScore(text, kind);
+    EXPECT_EQ(score.error(), "");
+    return score ? *score : Score{};
 }
 
 // The error of a text that must be wrong.
 inline std::string faultOf(const std::string& text, ScoreKind kind)
 {
-    std::string error;
-    EXPECT_FALSE(parseScore(text, kind, error).has_value());
-    return error;
+    const auto score = parseScore(text, kind);
+    EXPECT_FALSE(score);
+    return score.error();
 }
 
 } // namespace volvelle::test

@@ -16,10 +16,9 @@ using Bytes = std::vector<std::uint8_t>;
 
 Bytes written(const Score& score)
 {
-    std::string error;
-    const auto bytes = scoreToMIDI(score, error);
-    EXPECT_EQ(error, "");
-    return bytes.value_or(Bytes{});
+    const auto bytes = scoreToMIDI(score);
+    EXPECT_EQ(bytes.error(), "");
+    return bytes ? *bytes : Bytes{};
 }
 
 std::string asText(const Bytes& bytes)
@@ -100,9 +99,7 @@ TEST(ScoreWriter, ANoteThatMIDICannotHoldIsAnErrorAndNoFile)
 {
     Score score;
     score.notes = {{0, 1, 200, 64}};
-    std::string error;
-    EXPECT_EQ(scoreToMIDI(score, error), std::nullopt);
-    EXPECT_EQ(error, "the phrase cannot be written as MIDI: status -10853");
+    EXPECT_EQ(scoreToMIDI(score).error(), "the phrase cannot be written as MIDI: status -10853");
 }
 
 } // namespace

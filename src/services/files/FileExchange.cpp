@@ -62,9 +62,9 @@ bool trade(const fs::path& one, const fs::path& other)
     return isThere(one) ? takeName(one, other) : takeName(other, one);
 }
 
-std::string lineOf(const fs::path& file, int error)
+Result<> resultOf(const fs::path& file, int error)
 {
-    return error == 0 ? "" : writeFailure(file, error);
+    return error == 0 ? Result<>() : failure(writeFailure(file, error));
 }
 
 } // namespace
@@ -81,7 +81,7 @@ FileExchange::~FileExchange()
     }
 }
 
-std::string FileExchange::makeFolder(const fs::path& folder)
+Result<> FileExchange::makeFolder(const fs::path& folder)
 {
     fs::path step;
     for (const fs::path& part : folder) {
@@ -91,38 +91,38 @@ std::string FileExchange::makeFolder(const fs::path& folder)
             continue;
         }
         if (mkdir(step.c_str(), 0777) != 0) {
-            return writeFailure(step, errno);
+            return failure(writeFailure(step, errno));
         }
         made.push_back(step);
     }
-    return "";
+    return {};
 }
 
-std::string FileExchange::put(const fs::path& file, std::span<const std::uint8_t> bytes)
+Result<> FileExchange::put(const fs::path& file, std::span<const std::uint8_t> bytes)
 {
     int error = signals.isOneWaiting() ? EINTR : note(file);
     if (error == 0) {
         error = putFile(changes.back().aside, bytes, false);
     }
-    return lineOf(file, error);
+    return resultOf(file, error);
 }
 
-std::string FileExchange::remove(const fs::path& file)
+Result<> FileExchange::remove(const fs::path& file)
 {
-    return lineOf(file, note(file));
+    return resultOf(file, note(file));
 }
 
-std::string FileExchange::carryOut()
+Result<> FileExchange::carryOut()
 {
     for (std::size_t i = 0; i < changes.size(); ++i) {
         if (!trade(changes[i].aside, changes[i].file)) {
             const int error = errno;
             goBack(i);
-            return writeFailure(changes[i].file, error);
+            return failure(writeFailure(changes[i].file, error));
         }
     }
     isDone = true;
-    return "";
+    return {};
 }
 
 int FileExchange::note(const fs::path& file)

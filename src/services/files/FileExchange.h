@@ -1,20 +1,19 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/files/HeldSignals.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <span>
-#include <string>
 #include <vector>
 
 namespace volvelle {
 
 // Files that change together. Each new one is written beside its place first, in a folder of its own there;
 // then all take their places, or none does. Without carryOut(), and where that fails, nothing has changed at
-// the end of its life. What asks the process to end waits until then. Each operation answers a plain line
-// about what failed, empty where nothing did. [any]
+// the end of its life. What asks the process to end waits until then. [any]
 class FileExchange {
 public:
     FileExchange() = default;
@@ -23,14 +22,14 @@ public:
     FileExchange& operator=(const FileExchange&) = delete;
 
     // Makes a folder at once, with those above it. Each goes again unless all is carried out.
-    std::string makeFolder(const std::filesystem::path& folder);
+    Result<> makeFolder(const std::filesystem::path& folder);
 
     // Notes a file that is to hold these bytes, and one that is to go. A folder gets each name once.
-    std::string put(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
-    std::string remove(const std::filesystem::path& file);
+    Result<> put(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
+    Result<> remove(const std::filesystem::path& file);
 
     // Called once, as the last.
-    std::string carryOut();
+    Result<> carryOut();
 
 private:
     struct Change {

@@ -62,13 +62,13 @@ TEST_F(FileExchanges, FilesAreReplacedAddedAndRemoved)
 {
     {
         FileExchange files;
-        EXPECT_EQ(files.makeFolder(at("three/four")), "");
-        EXPECT_EQ(files.put(at("three/four/e"), bytes), "");
-        EXPECT_EQ(files.put(at("one/a"), bytes), "");
-        EXPECT_EQ(files.put(at("two/d"), bytes), "");
-        EXPECT_EQ(files.remove(at("two/b")), "");
+        EXPECT_EQ(files.makeFolder(at("three/four")).error(), "");
+        EXPECT_EQ(files.put(at("three/four/e"), bytes).error(), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ(files.put(at("two/d"), bytes).error(), "");
+        EXPECT_EQ(files.remove(at("two/b")).error(), "");
         EXPECT_EQ(content(at("one/a")), "old");
-        EXPECT_EQ(files.carryOut(), "");
+        EXPECT_EQ(files.carryOut().error(), "");
     }
     EXPECT_EQ(content(at("three/four/e")), "new");
     EXPECT_EQ(content(at("one/a")), "new");
@@ -82,10 +82,10 @@ TEST_F(FileExchanges, WhatIsNotCarriedOutLeavesNothingBehind)
 {
     {
         FileExchange files;
-        EXPECT_EQ(files.makeFolder(at("three/four")), "");
-        EXPECT_EQ(files.put(at("three/four/e"), bytes), "");
-        EXPECT_EQ(files.put(at("one/a"), bytes), "");
-        EXPECT_EQ(files.remove(at("two/b")), "");
+        EXPECT_EQ(files.makeFolder(at("three/four")).error(), "");
+        EXPECT_EQ(files.put(at("three/four/e"), bytes).error(), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ(files.remove(at("two/b")).error(), "");
     }
     expectThatNothingChanged();
 }
@@ -94,14 +94,14 @@ TEST_F(FileExchanges, WhereOneFailsAllGoBack)
 {
     {
         FileExchange files;
-        EXPECT_EQ(files.makeFolder(at("three")), "");
-        EXPECT_EQ(files.put(at("one/a"), bytes), "");
-        EXPECT_EQ(files.put(at("two/d"), bytes), "");
-        EXPECT_EQ(files.remove(at("two/b")), "");
-        EXPECT_EQ(files.put(at("three/e"), bytes), "");
-        EXPECT_EQ(files.put(at("two/c"), bytes), "");
+        EXPECT_EQ(files.makeFolder(at("three")).error(), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ(files.put(at("two/d"), bytes).error(), "");
+        EXPECT_EQ(files.remove(at("two/b")).error(), "");
+        EXPECT_EQ(files.put(at("three/e"), bytes).error(), "");
+        EXPECT_EQ(files.put(at("two/c"), bytes).error(), "");
         fs::remove_all(at("three"));
-        EXPECT_EQ(files.carryOut(),
+        EXPECT_EQ(files.carryOut().error(),
                   "'" + at("three/e").string() + "' could not be written: its folder does not exist.");
     }
     expectThatNothingChanged();
@@ -110,11 +110,11 @@ TEST_F(FileExchanges, WhereOneFailsAllGoBack)
 TEST_F(FileExchanges, WhatCannotBeMadeOrWrittenIsNamed)
 {
     FileExchange files;
-    EXPECT_EQ(files.makeFolder(at("one/a/b")),
+    EXPECT_EQ(files.makeFolder(at("one/a/b")).error(),
               "'" + at("one/a").string() + "' could not be written: it is there already.");
-    EXPECT_EQ(files.put(at("none/a"), bytes),
+    EXPECT_EQ(files.put(at("none/a"), bytes).error(),
               "'" + at("none/a").string() + "' could not be written: its folder does not exist.");
-    EXPECT_EQ(files.remove(at("none/a")),
+    EXPECT_EQ(files.remove(at("none/a")).error(),
               "'" + at("none/a").string() + "' could not be written: its folder does not exist.");
 }
 
@@ -125,10 +125,10 @@ TEST_F(FileExchanges, ASignalWaitsForTheEndAndStopsWhatIsNotWrittenYet)
         {
             std::signal(SIGTERM, end);
             FileExchange files;
-            const std::string before = files.put(at("one/a"), bytes);
+            const Result<> before = files.put(at("one/a"), bytes);
             std::raise(SIGTERM);
-            const std::string after = files.put(at("two/b"), bytes);
-            if (!before.empty() || after.empty()) {
+            const Result<> after = files.put(at("two/b"), bytes);
+            if (!before || after) {
                 _exit(8);
             }
         },
@@ -142,8 +142,8 @@ TEST_F(FileExchanges, ASignalThatIsIgnoredStopsNothing)
     {
         FileExchange files;
         std::raise(SIGHUP);
-        EXPECT_EQ(files.put(at("one/a"), bytes), "");
-        EXPECT_EQ(files.carryOut(), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ(files.carryOut().error(), "");
     }
     std::signal(SIGHUP, before);
     EXPECT_EQ(content(at("one/a")), "new");
