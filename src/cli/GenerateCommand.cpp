@@ -77,9 +77,8 @@ int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& 
     if (sequenceFileBytes(sequence->getMusicSequence(), data) != noErr || data.empty()) {
         return output.failure("The arrangement could not be turned into a MIDI file.");
     }
-    std::string error;
-    if (!file.write(data, error)) {
-        return output.failure(error);
+    if (const Result<> written = file.write(data); !written) {
+        return output.failure(written.error());
     }
     if (options.out != standardOutputName) {
         report(file.name(), generator.summaries, options.count, output);

@@ -80,23 +80,19 @@ std::string IdeaFile::misuseOf(const fs::path& out)
                   ": name one that ends in .mid, and turn it into sound with the command 'render'.");
 }
 
-bool IdeaFile::write(std::span<const std::uint8_t> data, std::string& error)
+Result<> IdeaFile::write(std::span<const std::uint8_t> data)
 {
+    int failed = 0;
     if (base == standardOutputName) {
         file = "standard output";
-        const int failed = writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
-        error = writeFailure(file, failed);
-        return failed == 0;
-    }
-    int failed = 0;
-    if (isNamed) {
+        failed = writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
+    } else if (isNamed) {
         file = next();
         failed = putFile(file, data, true);
     } else {
         failed = writeFree(data);
     }
-    error = writeFailure(file, failed);
-    return failed == 0;
+    return failed == 0 ? Result<>() : failure(writeFailure(file, failed));
 }
 
 fs::path IdeaFile::next()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -18,8 +20,8 @@ public:
     // A plain line where the name is that of another kind of file, else nothing.
     static std::string misuseOf(const std::filesystem::path& out);
 
-    // Writes the next idea. False with one plain line in `error`.
-    bool write(std::span<const std::uint8_t> data, std::string& error);
+    // Writes the next idea.
+    Result<> write(std::span<const std::uint8_t> data);
 
     // The file that was written last.
     std::string name() const { return file.string(); }
