@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/FatalStop.h"
+#include "base/Result.h"
 #include "base/Status.h"
 
 #include <string>
@@ -12,6 +13,13 @@ inline void done(OSStatus status)
 {
     if (status != noErr) {
         fatalStop("A benchmark's own call failed with status " + std::to_string(status) + ".");
+    }
+}
+
+inline void done(const Result<>& result)
+{
+    if (!result) {
+        fatalStop("A benchmark's own call failed: " + result.error());
     }
 }
 

@@ -30,10 +30,10 @@ class WatchedSink : public AudioSink, private AudioSource {
 public:
     explicit WatchedSink(std::unique_ptr<AudioSink> watched) : sink(std::move(watched)) {}
 
-    bool open(AudioSource& from, std::string& error) override
+    Result<> open(AudioSource& from) override
     {
         source = &from;
-        return sink->open(*this, error);
+        return sink->open(*this);
     }
 
     void close() override { sink->close(); }

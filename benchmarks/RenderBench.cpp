@@ -30,8 +30,7 @@ struct Studio {
         done(engine->attachNode(instrument));
         done(engine->connect(instrument, engine->mainMixerNode(), 0, 0));
         done(engine->enableManualRenderingMode(blockFrames));
-        std::string error;
-        engine->start(error);
+        done(engine->start());
     }
 
     ~Studio() { engine->stop(); }
@@ -106,15 +105,14 @@ void seek(benchmark::State& state)
 {
     Studio studio;
     AVAudioSequencer sequencer(studio.engine);
-    std::string error;
-    if (!sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks, error)) {
-        state.SkipWithError(error.c_str());
+    if (const auto loaded = sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks); !loaded) {
+        state.SkipWithError(loaded.error().c_str());
         return;
     }
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(studio.instrument);
     }
-    sequencer.start(error);
+    done(sequencer.start());
     double beats = 0.0;
     for (auto _ : state) {
         beats = beats > 5000.0 ? 1.0 : beats + 777.7;
@@ -136,8 +134,7 @@ void loadBank(benchmark::State& state)
         return;
     }
     for (auto _ : state) {
-        std::string error;
-        benchmark::DoNotOptimize(Synthesizer::make(*bank, {}, error));
+        benchmark::DoNotOptimize(Synthesizer::make(*bank, {}));
     }
 }
 

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <utility>
 
 namespace {
@@ -50,8 +49,7 @@ struct Player {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::string error;
-    auto file = DLSReader({data, size}).read(error);
+    auto file = DLSReader({data, size}).read();
     if (file) {
         // Each play leaves a loader after; a new player forgets them.
         static std::unique_ptr<Player> player;

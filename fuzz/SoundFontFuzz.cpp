@@ -4,14 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::string error;
-    const auto file = volvelle::SoundFontFile::read({data, size}, error);
+    const auto file = volvelle::SoundFontFile::read({data, size});
     if (file) {
-        if (const auto bank = volvelle::SoundFontConverter(*file).convert(error)) {
+        if (const auto bank = volvelle::SoundFontConverter(*file).convert()) {
             volvelle::writeDLS(*bank, file->name);
         }
     }

@@ -15,8 +15,7 @@ void AudioUnitBase::saveFullState(const std::filesystem::path& url) const
             concat("AudioUnitBase::saveFullState(): ERROR: The audio unit (", className(), ") is nil."));
         return;
     }
-    std::string error;
-    const auto bytes = propertyListData(audioUnit->fullState(), error);
+    const auto bytes = propertyListData(audioUnit->fullState());
     if (!bytes) {
         directPrint("AudioUnitBase::saveFullState(): FEHLER: Die Daten konnten nicht serialisiert werden.");
         return;
@@ -44,12 +43,11 @@ void AudioUnitBase::loadFullState(const std::filesystem::path& url)
         directPrint("AudioUnitBase::loadFullState(): ERROR: The file is not readable.");
         return;
     }
-    std::string error;
-    const auto state = propertyListFromData(bytes, error);
+    const auto state = propertyListFromData(bytes);
     if (!state) {
-        directPrint(concat(
-            "AudioUnitBase::loadFullState(): FEHLER: Die Datei konnte nicht eingelesen werden: ", error,
-            ", Format: ", propertyListXMLFormat));
+        directPrint(
+            concat("AudioUnitBase::loadFullState(): FEHLER: Die Datei konnte nicht eingelesen werden: ",
+                   state.error(), ", Format: ", propertyListXMLFormat));
         return;
     }
     audioUnit->setFullState(*state);

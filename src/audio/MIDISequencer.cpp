@@ -37,9 +37,9 @@ bool MIDISequencer::isPlaying() const
 
 bool MIDISequencer::start()
 {
-    std::string error;
-    if (!begin(0.0, error)) {
-        directPrint(concat("MIDISequencer::start() : Error: The sequencer could not be started: ", error));
+    if (const Result<> begun = begin(0.0); !begun) {
+        directPrint(
+            concat("MIDISequencer::start() : Error: The sequencer could not be started: ", begun.error()));
         return false;
     }
     directPrint("MIDISequencer::start() : The sequencer is playing.");
@@ -48,29 +48,28 @@ bool MIDISequencer::start()
 
 bool MIDISequencer::play()
 {
-    std::string error;
-    if (!begin(currentPosition, error)) {
+    if (const Result<> begun = begin(currentPosition); !begun) {
         required(sequencer).setCurrentPositionInBeats(0.0);
-        directPrint(
-            concat("MIDISequencer::play() : Error: The sequencer could not be started. Status: ", error));
+        directPrint(concat("MIDISequencer::play() : Error: The sequencer could not be started. Status: ",
+                           begun.error()));
         return false;
     }
     directPrint("MIDISequencer::play() : The sequencer is playing / continuing.");
     return true;
 }
 
-bool MIDISequencer::begin(double beats, std::string& error)
+Result<> MIDISequencer::begin(double beats)
 {
     if (isPlaying()) {
         stop();
     }
     required(sequencer).setCurrentPositionInBeats(beats);
-    if (!sequencer->start(error)) {
-        return false;
+    if (Result<> started = sequencer->start(); !started) {
+        return started;
     }
     setupTimer();
     tellState("play");
-    return true;
+    return {};
 }
 
 bool MIDISequencer::pause()

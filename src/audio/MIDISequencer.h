@@ -124,7 +124,7 @@ protected:
 private:
     static constexpr int channelCount = 16;
 
-    bool begin(double beats, std::string& error);
+    Result<> begin(double beats);
     void setupTimer();
     void stopTimer();
     void resetPatches();

@@ -27,10 +27,9 @@ void MIDISequencer::loadMIDIFile(const std::filesystem::path& url)
     if (!sequencer) {
         return;
     }
-    std::string error;
-    if (!sequencer->loadFromURL(url, AVAudioSequencer::channelsToTracks, error)) {
-        directPrint(
-            concat("MIDISequencer::loadMIDIFile() : ERROR: The MIDI file could not be loaded: ", error));
+    if (const auto loaded = sequencer->loadFromURL(url, AVAudioSequencer::channelsToTracks); !loaded) {
+        directPrint(concat("MIDISequencer::loadMIDIFile() : ERROR: The MIDI file could not be loaded: ",
+                           loaded.error()));
         return;
     }
     debugprint(concat("MIDISequencer::loadMIDIFile() : The following file was loaded into the sequencer: ",
@@ -57,12 +56,11 @@ void MIDISequencer::loadMIDIFileAndParse(const std::filesystem::path& url)
             "MIDISequencer::loadMIDIFileAndParse() : ERROR: Could not receive data from music sequence.");
         return;
     }
-    std::string error;
-    if (!sequencer->loadFromData(*data, AVAudioSequencer::channelsToTracks, error)) {
+    if (const auto loaded = sequencer->loadFromData(*data, AVAudioSequencer::channelsToTracks); !loaded) {
         debugprint(
             concat("MIDISequencer::loadMIDIFileAndParse() : ERROR: The external sequencer could not load "
                    "Data. Status: ",
-                   error));
+                   loaded.error()));
         return;
     }
     debugprint("MIDISequencer::loadMIDIFileAndParse() : The external sequencer was loaded with data.");
@@ -83,12 +81,12 @@ void MIDISequencer::loadFromSequence(const std::shared_ptr<MIDISequence16>& sequ
 
 void MIDISequencer::loadFromData(const std::vector<std::uint8_t>& data)
 {
-    std::string error;
-    if (!required(sequencer).loadFromData(data, AVAudioSequencer::channelsToTracks, error)) {
+    const auto loaded = required(sequencer).loadFromData(data, AVAudioSequencer::channelsToTracks);
+    if (!loaded) {
         debugprint(
             concat("MIDISequencer::loadFromSequence() : ERROR: The external sequencer could not load Data. "
                    "Status: ",
-                   error));
+                   loaded.error()));
         return;
     }
     debugprint("MIDISequencer::loadFromSequence() : The external sequencer was loaded with data.");

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/audiograph/parameters/PropertyDictionary.h"
 
 #include <cstdint>
-#include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 // Dictionaries as property lists in XML: dict, array, string, integer, real, true, false and data. Both ways
@@ -14,14 +13,13 @@ namespace volvelle {
 
 inline constexpr int propertyListXMLFormat = 100;
 
-// The bytes of the list, in UTF-8, with tabs and line ends; keys in their order. No value, with a text in
-// `error`, for a text that XML cannot hold: one that is not UTF-8, or has control characters other than tab
+// The bytes of the list, in UTF-8, with tabs and line ends; keys in their order. Fails for a text that XML
+// cannot hold: one that is not UTF-8, or has control characters other than tab
 // and line ends.
-std::optional<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& list, std::string& error);
+Result<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& list);
 
-// The dictionary that the list holds; a date becomes its text. Of equal keys the last counts. No value, with
-// a text in `error`, for anything that is not such a list.
-std::optional<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> data,
-                                                       std::string& error);
+// The dictionary that the list holds; a date becomes its text. Of equal keys the last counts. Fails for
+// anything that is not such a list.
+Result<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> data);
 
 } // namespace volvelle

@@ -200,26 +200,22 @@ private:
 
 } // namespace
 
-std::optional<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> bytes,
-                                                       std::string& error)
+Result<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> bytes)
 {
     pugi::xml_document document;
     const auto parsed =
         document.load_buffer(bytes.data(), bytes.size(), pugi::parse_default | pugi::parse_ws_pcdata);
     if (!parsed) {
-        error = concat(parsed.description(), " (at byte ", parsed.offset, ").");
-        return std::nullopt;
+        return failure(concat(parsed.description(), " (at byte ", parsed.offset, ")."));
     }
     const pugi::xml_node list = document.child("plist").find_child(
         [](const pugi::xml_node& child) { return child.type() == pugi::node_element; });
     Reader reader;
     if (std::string_view(list.name()) != "dict") {
-        error = "The file holds no property list with a dictionary.";
-        return std::nullopt;
+        return failure("The file holds no property list with a dictionary.");
     }
     auto result = reader.dictionary(list, 1);
-    error = result ? error : reader.error;
-    return result;
+    return result ? Result<PropertyDictionary>(*std::move(result)) : failure(reader.error);
 }
 
 } // namespace volvelle

@@ -160,15 +160,14 @@ private:
 
 } // namespace
 
-std::optional<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& list, std::string& error)
+Result<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& list)
 {
     Writer writer;
     writer.output = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n";
     writer.dictionary(list);
     writer.output += "</plist>\n";
     if (!writer.error.empty()) {
-        error = writer.error;
-        return std::nullopt;
+        return failure(writer.error);
     }
     return std::vector<std::uint8_t>(writer.output.begin(), writer.output.end());
 }

@@ -17,7 +17,7 @@ SoundGraph::~SoundGraph()
     engine->stop();
 }
 
-bool SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& bank, std::string& error)
+Result<> SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& bank)
 {
     SynthesizerOptions options;
     options.gain = 0.5; // the limiter holds what a dense arrangement brings above full scale
@@ -27,28 +27,26 @@ bool SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& 
         });
     synthesizer->create("Internal MIDI Synth (MT)");
     if (!synthesizer->midiSynth) {
-        error = "The synthesizer could not be made.";
-        return false;
+        return failure("The synthesizer could not be made.");
     }
     if (synthUnit->soundBank().empty()) {
-        error = bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
-                     : "There is no sound bank on this machine: install a SoundFont.";
-        return false;
+        return failure(bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
+                            : "There is no sound bank on this machine: install a SoundFont.");
     }
-    return connect(synthesizer->midiSynth, error);
+    return connect(synthesizer->midiSynth);
 }
 
-bool SoundGraph::connectPort(const std::string& name, std::string& error)
+Result<> SoundGraph::connectPort(const std::string& name)
 {
-    auto port = makeMIDIPorts()->openOutput(name, error);
+    auto port = makeMIDIPorts()->openOutput(name);
     if (!port) {
-        return false;
+        return failure(port.error());
     }
-    const auto unit = std::make_shared<MIDIPortUnit>(midiPortComponent, std::move(port));
-    return connect(AVAudioUnitMIDIInstrument::of(unit), error);
+    const auto unit = std::make_shared<MIDIPortUnit>(midiPortComponent, *std::move(port));
+    return connect(AVAudioUnitMIDIInstrument::of(unit));
 }
 
-bool SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error)
+Result<> SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit)
 {
     instrument = unit;
     std::shared_ptr<AVAudioNode> last = unit;
@@ -60,10 +58,7 @@ bool SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit,
         last = limiter;
     }
     isDone = isDone && engine->connect(last, engine->mainMixerNode(), 0, 0) == noErr;
-    if (!isDone) {
-        error = "The audio engine could not be built.";
-    }
-    return isDone;
+    return isDone ? Result<>() : failure("The audio engine could not be built.");
 }
 
 } // namespace volvelle

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/AudioUnitMIDISynth.h"
+#include "base/Result.h"
 #include "services/audiograph/graph/AVAudioEngine.h"
 #include "services/audiograph/graph/AVAudioUnitEffect.h"
 #include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
@@ -23,12 +24,11 @@ public:
     SoundGraph(const SoundGraph&) = delete;
     SoundGraph& operator=(const SoundGraph&) = delete;
 
-    // Makes the synthesizer with its built-in sounds or those of `bank`. False with one plain line in
-    // `error`.
-    bool connectSynthesizer(const std::optional<std::filesystem::path>& bank, std::string& error);
+    // Makes the synthesizer with its built-in sounds or those of `bank`.
+    Result<> connectSynthesizer(const std::optional<std::filesystem::path>& bank);
 
-    // Makes the instrument that sends to the port of that name. False with one plain line in `error`.
-    bool connectPort(const std::string& name, std::string& error);
+    // Makes the instrument that sends to the port of that name.
+    Result<> connectPort(const std::string& name);
 
     // Voices of the synthesizer at the end of the last block, 0 for a port. [any]
     int activeVoices() const { return synthUnit == nullptr ? 0 : synthUnit->activeVoices(); }
@@ -37,7 +37,7 @@ public:
     std::shared_ptr<AVAudioUnitMIDIInstrument> instrument; // null before a connection
 
 private:
-    bool connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit, std::string& error);
+    Result<> connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit);
 
     const bool isLimited;
     std::shared_ptr<AudioUnitMIDISynth> synthesizer;

@@ -20,20 +20,20 @@ Mixdown::Mixdown(std::vector<std::uint8_t> file, std::vector<RenderPart> ofPiece
 {
 }
 
-bool Mixdown::write(AudioFileWriter& writer, const std::function<void(int)>& progress, std::string& error)
+Result<> Mixdown::write(AudioFileWriter& writer, const std::function<void(int)>& progress)
 {
     const std::int64_t end = parts.empty() ? 0 : parts.back().endBlock;
     int quietBlocks = 0;
     int told = -1;
     const std::int64_t latest = end + RenderPart::longestTail;
     while (block < end || (quietBlocks < RenderPart::quietBlocksAtEnd && block < latest)) {
-        if (!beginParts(error)) {
-            return false;
+        if (Result<> ready = beginParts(); !ready) {
+            return ready;
         }
         mixBlock();
         limitBlock();
-        if (!writer.write(left.data(), right.data(), blockFrames, error)) {
-            return false;
+        if (Result<> written = writer.write(left.data(), right.data(), blockFrames); !written) {
+            return written;
         }
         ++block;
         const bool isQuiet = block > end && isQuieter(silence, left.data(), right.data(), blockFrames);
@@ -43,23 +43,23 @@ bool Mixdown::write(AudioFileWriter& writer, const std::function<void(int)>& pro
             progress(percent);
         }
     }
-    return true;
+    return {};
 }
 
 // As many as there are cores, counted from the one that is heard.
-bool Mixdown::beginParts(std::string& error)
+Result<> Mixdown::beginParts()
 {
     const auto isHeard = [this](const RenderPart& part) { return part.beginBlock <= block; };
     const auto heard = static_cast<std::size_t>(std::ranges::count_if(parts, isHeard));
     while (begun < std::min(parts.size(), heard + cores - 1)) {
-        auto rendering = PartRendering::make(data, parts[begun], bank, error);
+        auto rendering = PartRendering::make(data, parts[begun], bank);
         if (!rendering) {
-            return false;
+            return failure(rendering.error());
         }
-        renderings.push_back(std::make_unique<RenderAhead>(std::move(rendering), cores > 1));
+        renderings.push_back(std::make_unique<RenderAhead>(*std::move(rendering), cores > 1));
         ++begun;
     }
-    return true;
+    return {};
 }
 
 void Mixdown::mixBlock()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "rendering/RenderAhead.h"
 #include "rendering/RenderPart.h"
 #include "services/audiodevice/AudioFileWriter.h"
@@ -12,7 +13,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace volvelle {
@@ -25,13 +25,13 @@ public:
     Mixdown(std::vector<std::uint8_t> data, std::vector<RenderPart> parts,
             std::optional<std::filesystem::path> bank, int cores);
 
-    // Tells `progress` each percent of the music. False with one plain line in `error`.
-    bool write(AudioFileWriter& writer, const std::function<void(int)>& progress, std::string& error);
+    // Tells `progress` each percent of the music.
+    Result<> write(AudioFileWriter& writer, const std::function<void(int)>& progress);
 
 private:
     static constexpr std::size_t blockFrames = RenderPart::blockFrames;
 
-    bool beginParts(std::string& error);
+    Result<> beginParts();
     void mixBlock();
     void limitBlock();
 

@@ -21,17 +21,21 @@ constexpr std::int64_t effectPeriod = 480'000;
 
 PartRendering::PartRendering(const RenderPart& rendered) : part(rendered), block(rendered.beginBlock) {}
 
-std::unique_ptr<PartRendering> PartRendering::make(const std::vector<std::uint8_t>& data,
-                                                   const RenderPart& part,
-                                                   const std::optional<std::filesystem::path>& bank,
-                                                   std::string& error)
+Result<std::unique_ptr<PartRendering>> PartRendering::make(const std::vector<std::uint8_t>& data,
+                                                           const RenderPart& part,
+                                                           const std::optional<std::filesystem::path>& bank)
 {
     std::unique_ptr<PartRendering> rendering(new PartRendering(part));
-    const bool isReady = rendering->graph.connectSynthesizer(bank, error) && rendering->load(data, error);
-    return isReady ? std::move(rendering) : nullptr;
+    if (Result<> connected = rendering->graph.connectSynthesizer(bank); !connected) {
+        return failure(connected.error());
+    }
+    if (Result<> loaded = rendering->load(data); !loaded) {
+        return failure(loaded.error());
+    }
+    return rendering;
 }
 
-bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& error)
+Result<> PartRendering::load(const std::vector<std::uint8_t>& data)
 {
     MusicSequence sequence;
     OSStatus status = NewMusicSequence(sequence);
@@ -41,26 +45,24 @@ bool PartRendering::load(const std::vector<std::uint8_t>& data, std::string& err
     }
     status = status == noErr ? eraseNotesOutside(part, sequence) : status;
     if (status != noErr) {
-        error = "The music could not be read.";
-        return false;
+        return failure("The music could not be read.");
     }
-    if (!sequencer.loadFromSequence(sequence, error)) {
-        return false;
+    if (Result<> loaded = sequencer.loadFromSequence(sequence); !loaded) {
+        return loaded;
     }
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(graph.instrument);
     }
     if (graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
-        error = "The audio engine could not render by itself.";
-        return false;
+        return failure("The audio engine could not render by itself.");
     }
     sequencer.prepareToPlay();
     sequencer.setCurrentPositionInBeats(part.beginBeats);
-    if (!graph.engine->start(error)) {
-        return false;
+    if (Result<> started = graph.engine->start(); !started) {
+        return started;
     }
     swingEffects();
-    return sequencer.start(error);
+    return sequencer.start();
 }
 
 // Brings chorus and reverb to where they would be had they run from the start of the piece.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/SoundGraph.h"
+#include "base/Result.h"
 #include "rendering/RenderPart.h"
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 
@@ -8,7 +9,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace volvelle {
@@ -19,10 +19,10 @@ class PartRendering {
 public:
     static constexpr int blockFrames = RenderPart::blockFrames;
 
-    // `data` is the whole MIDI file. Null with one plain line in `error`.
-    static std::unique_ptr<PartRendering> make(const std::vector<std::uint8_t>& data, const RenderPart& part,
-                                               const std::optional<std::filesystem::path>& bank,
-                                               std::string& error);
+    // `data` is the whole MIDI file.
+    static Result<std::unique_ptr<PartRendering>> make(const std::vector<std::uint8_t>& data,
+                                                       const RenderPart& part,
+                                                       const std::optional<std::filesystem::path>& bank);
 
     // Writes the next block to both channels. False once the part has died away, and nothing is written:
     // where it is silent and no voice is left that could come back.
@@ -30,7 +30,7 @@ public:
 
 private:
     explicit PartRendering(const RenderPart& part);
-    bool load(const std::vector<std::uint8_t>& data, std::string& error);
+    Result<> load(const std::vector<std::uint8_t>& data);
     void swingEffects();
 
     const RenderPart part;

@@ -102,8 +102,7 @@ TEST_F(AudioUnitBaseGraphTest, AWrappedGeneratorIsHeardThroughItsOutputNode)
     createAs({.rate = 44100.0});
     ASSERT_EQ(engine->connect(wrapper->getOutputNode(0), engine->mainMixerNode(), 0, 0), noErr);
     ASSERT_EQ(engine->enableManualRenderingMode(512), noErr);
-    std::string error;
-    ASSERT_TRUE(engine->start(error)) << error;
+    ASSERT_EQ(engine->start().error(), "");
     std::vector<float> left(512);
     std::vector<float> right(512);
     for (int i = 0; i < 10; ++i) {

@@ -57,10 +57,9 @@ TEST_F(AudioUnitBaseStateTest, SavingReplacesTheFileAsAWhole)
 {
     folder.write("state.plist", "something older");
     wrapper->saveFullState(file);
-    std::string error;
     const std::string content = contentOf(file);
     const std::vector<std::uint8_t> bytes(content.begin(), content.end());
-    EXPECT_EQ(propertyListFromData(bytes, error), component.unit->fullState());
+    EXPECT_EQ(*propertyListFromData(bytes), component.unit->fullState());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);
 }
 

@@ -12,9 +12,10 @@ class PropertyListTest : public testing::Test {
 protected:
     std::optional<PropertyDictionary> read(std::string_view content)
     {
-        error.clear();
         const std::vector<std::uint8_t> bytes(content.begin(), content.end());
-        return propertyListFromData(bytes, error);
+        const auto list = propertyListFromData(bytes);
+        error = list.error();
+        return list ? std::optional(*list) : std::nullopt;
     }
 
     // What the dictionary with one key, "a", holds.
@@ -26,8 +27,8 @@ protected:
 
     std::optional<std::string> write(const PropertyDictionary& list)
     {
-        error.clear();
-        const auto bytes = propertyListData(list, error);
+        const auto bytes = propertyListData(list);
+        error = bytes.error();
         return bytes ? std::optional(std::string(bytes->begin(), bytes->end())) : std::nullopt;
     }
 

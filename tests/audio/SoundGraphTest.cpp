@@ -29,7 +29,6 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string error;
 };
 
 TEST_F(SoundGraphTest, EachHasTheBankThatItWasGiven)
@@ -37,10 +36,10 @@ TEST_F(SoundGraphTest, EachHasTheBankThatItWasGiven)
     const auto other = copyOfTheBank();
     SoundGraph first;
     SoundGraph second;
-    ASSERT_TRUE(first.connectSynthesizer(buildFolder() / "resources/gs_instruments.dls", error)) << error;
-    ASSERT_TRUE(second.connectSynthesizer(other, error)) << error;
+    ASSERT_EQ(first.connectSynthesizer(buildFolder() / "resources/gs_instruments.dls").error(), "");
+    ASSERT_EQ(second.connectSynthesizer(other).error(), "");
     SoundGraph third;
-    ASSERT_TRUE(third.connectSynthesizer(std::nullopt, error)) << error;
+    ASSERT_EQ(third.connectSynthesizer(std::nullopt).error(), "");
     EXPECT_EQ(bankOf(first), buildFolder() / "resources/gs_instruments.dls");
     EXPECT_EQ(bankOf(second), other);
     EXPECT_NE(bankOf(third), other);
@@ -49,15 +48,16 @@ TEST_F(SoundGraphTest, EachHasTheBankThatItWasGiven)
 TEST_F(SoundGraphTest, ABankThatCannotBeLoadedIsOnePlainLine)
 {
     SoundGraph graph;
-    EXPECT_FALSE(graph.connectSynthesizer(folder.path / "none.sf2", error));
-    EXPECT_EQ(error, "The sound bank '" + (folder.path / "none.sf2").string() + "' could not be loaded.");
+    EXPECT_EQ(graph.connectSynthesizer(folder.path / "none.sf2").error(),
+              "The sound bank '" + (folder.path / "none.sf2").string() + "' could not be loaded.");
 }
 
 TEST_F(SoundGraphTest, APortThatIsNotThereIsOnePlainLine)
 {
     SoundGraph graph;
-    EXPECT_FALSE(graph.connectPort("volvelle-no-such-port", error));
-    EXPECT_FALSE(error.empty());
+    const Result<> connected = graph.connectPort("volvelle-no-such-port");
+    EXPECT_FALSE(connected);
+    EXPECT_NE(connected.error(), "");
     EXPECT_EQ(graph.instrument, nullptr);
 }
 

@@ -52,11 +52,7 @@ protected:
 
     ~TransportTest() override { clearFaults(); }
 
-    void startEngine()
-    {
-        std::string error;
-        EXPECT_TRUE(engine->start(error)) << error;
-    }
+    void startEngine() { EXPECT_EQ(engine->start().error(), ""); }
 
     // A unit in the graph, and its fake.
     struct Part {

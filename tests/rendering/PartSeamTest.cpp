@@ -34,11 +34,10 @@ std::vector<float> rendered(const std::vector<std::uint8_t>& data, const std::ve
     std::array<float, RenderPart::blockFrames> left{};
     std::array<float, RenderPart::blockFrames> right{};
     for (const RenderPart& part : parts) {
-        std::string error;
-        const auto rendering = PartRendering::make(data, part, std::nullopt, error);
-        EXPECT_TRUE(rendering) << error;
+        const auto made = PartRendering::make(data, part, std::nullopt);
+        EXPECT_TRUE(made) << made.error();
         auto at = static_cast<std::size_t>(part.beginBlock) * RenderPart::blockFrames;
-        while (rendering != nullptr && rendering->renderBlock(left.data(), right.data())) {
+        while (made && (*made)->renderBlock(left.data(), right.data())) {
             mix.resize(std::max(mix.size(), at + left.size()));
             for (std::size_t i = 0; i < left.size(); ++i) {
                 mix[at + i] += left[i] + right[i];

@@ -26,10 +26,9 @@ protected:
         RenderPart part;
         part.endBlock = 24;
         part.endBeats = std::numeric_limits<double>::infinity();
-        std::string error;
-        auto made = PartRendering::make({file.begin(), file.end()}, part, std::nullopt, error);
-        EXPECT_TRUE(made) << error;
-        return made;
+        auto made = PartRendering::make({file.begin(), file.end()}, part, std::nullopt);
+        EXPECT_TRUE(made) << made.error();
+        return *std::move(made);
     }
 
     static std::vector<float> all(RenderAhead& ahead)
@@ -82,11 +81,9 @@ TEST_F(RenderAheadTest, AddsToWhatStandsThereAndNothingBehindTheEnd)
 TEST_F(RenderAheadTest, WhatIsNoMusicAndABankThatIsNoneAreOneLine)
 {
     const std::string file = smallMusic();
-    std::string error;
-    EXPECT_FALSE(PartRendering::make({1, 2, 3}, {}, std::nullopt, error));
-    EXPECT_EQ(error, "The music could not be read.");
-    EXPECT_FALSE(PartRendering::make({file.begin(), file.end()}, {}, "nobank.sf2", error));
-    EXPECT_EQ(error, "The sound bank 'nobank.sf2' could not be loaded.");
+    EXPECT_EQ(PartRendering::make({1, 2, 3}, {}, std::nullopt).error(), "The music could not be read.");
+    EXPECT_EQ(PartRendering::make({file.begin(), file.end()}, {}, "nobank.sf2").error(),
+              "The sound bank 'nobank.sf2' could not be loaded.");
 }
 
 TEST_F(RenderAheadTest, EndsEarlyWhereTheRestIsNotWanted)

@@ -29,18 +29,16 @@ int unityNoteOf(const SoundFontVoice& voice, const SoundFontSample& sample)
 
 } // namespace
 
-std::optional<DLSFile> SoundFontConverter::convert(std::string& error)
+Result<DLSFile> SoundFontConverter::convert()
 {
     for (const SoundFontPreset& preset : source.presets) {
         addPreset(preset);
         if (regionCount >= maximumRegions || waveBytes > maximumPoolCopies * source.pool.size()) {
-            error = "The SoundFont asks for more than its size justifies.";
-            return std::nullopt;
+            return failure("The SoundFont asks for more than its size justifies.");
         }
     }
     if (result.instruments.empty()) {
-        error = "The SoundFont has no sounds.";
-        return std::nullopt;
+        return failure("The SoundFont has no sounds.");
     }
     return std::move(result);
 }

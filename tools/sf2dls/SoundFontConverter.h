@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/synthesizer/DLSFile.h"
 #include "tools/sf2dls/SoundFontZones.h"
 
 #include <map>
 #include <optional>
-#include <string>
 #include <tuple>
 
 namespace volvelle {
@@ -20,9 +20,8 @@ public:
 
     explicit SoundFontConverter(const SoundFontFile& file) : source(file) {}
 
-    // None, with one plain sentence in `error`, where nothing is left to play or the file asks for more than
-    // its size justifies.
-    std::optional<DLSFile> convert(std::string& error);
+    // Fails where nothing is left to play or the file asks for more than its size justifies.
+    Result<DLSFile> convert();
 
     int droppedModulators = 0; // what a bank of downloadable sounds cannot say
     int droppedVoices = 0;     // without samples in the file

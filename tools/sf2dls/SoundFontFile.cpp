@@ -41,11 +41,10 @@ bool SoundFontModulator::isLike(const SoundFontModulator& other) const
            transform == other.transform;
 }
 
-std::optional<SoundFontFile> SoundFontFile::read(std::span<const std::uint8_t> bytes, std::string& error)
+Result<SoundFontFile> SoundFontFile::read(std::span<const std::uint8_t> bytes)
 {
     if (unsigned32(bytes, 0) != fourCharacters("RIFF") || unsigned32(bytes, 8) != fourCharacters("sfbk")) {
-        error = "The file is no SoundFont.";
-        return std::nullopt;
+        return failure("The file is no SoundFont.");
     }
     SoundFontFile file;
     RIFFChunks lists(bytes.subspan(12));
@@ -58,8 +57,7 @@ std::optional<SoundFontFile> SoundFontFile::read(std::span<const std::uint8_t> b
         }
     }
     if (file.presets.empty() || file.instruments.empty() || file.samples.empty() || !file.hasOrder()) {
-        error = "The SoundFont is damaged or has no sounds.";
-        return std::nullopt;
+        return failure("The SoundFont is damaged or has no sounds.");
     }
     return file;
 }

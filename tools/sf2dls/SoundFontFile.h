@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -58,8 +60,8 @@ struct SoundFontSample {
 // table.
 class SoundFontFile {
 public:
-    // None, with one plain sentence in `error`, where the bytes are no SoundFont.
-    static std::optional<SoundFontFile> read(std::span<const std::uint8_t> bytes, std::string& error);
+    // Fails where the bytes are no SoundFont.
+    static Result<SoundFontFile> read(std::span<const std::uint8_t> bytes);
 
     // The generators and modulators of a zone.
     SoundFontZone presetZone(std::size_t index) const { return zone(presetZones, index, presetTables); }

@@ -45,15 +45,14 @@ int convert(const std::string& from, const std::string& to)
     }
     const std::vector<char> text{std::istreambuf_iterator<char>(stream), {}};
     const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-    std::string error;
-    const auto source = volvelle::SoundFontFile::read(bytes, error);
+    const auto source = volvelle::SoundFontFile::read(bytes);
     if (!source) {
-        return fail(error);
+        return fail(source.error());
     }
     volvelle::SoundFontConverter converter(*source);
-    const auto bank = converter.convert(error);
+    const auto bank = converter.convert();
     if (!bank) {
-        return fail(error);
+        return fail(bank.error());
     }
     if (!writeFile(to, volvelle::writeDLS(*bank, source->name))) {
         return fail("\"" + to + "\" cannot be written.");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "base/realtime/AudioSource.h"
 
 #include <string>
@@ -12,9 +13,9 @@ class AudioSink {
 public:
     virtual ~AudioSink() = default;
 
-    // Begins to pull from `source`, which must live until close(). False with one plain line in `error` where
-    // that is not possible; nothing is pulled then. [main, worker]
-    virtual bool open(AudioSource& source, std::string& error) = 0;
+    // Begins to pull from `source`, which must live until close(). Fails where that is not
+    // possible; nothing is pulled then. [main, worker]
+    virtual Result<> open(AudioSource& source) = 0;
 
     // Ends pulling: no call into the source is under way once it returns. May be called more than once.
     // [main, worker]

@@ -24,17 +24,19 @@ std::shared_ptr<MusicPlay> MusicPlay::make(PlayDisplay display, News news, Tell 
     return std::shared_ptr<MusicPlay>(new MusicPlay(std::move(display), std::move(news), std::move(tell)));
 }
 
-bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
-                    const std::vector<std::uint8_t>& data, std::string& error)
+Result<> MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine,
+                        const std::shared_ptr<AVAudioUnit>& unit, const std::vector<std::uint8_t>& data)
 {
     transport = MIDISequencer::make();
     transport->delegate = weak_from_this();
     transport->connect(engine);
     transport->loadFromData(data);
     transport->setTrackPorts(unit);
-    error = "The music could not be started.";
-    if (!engine->start(error) || !transport->start()) {
-        return false;
+    if (Result<> started = engine->start(); !started) {
+        return started;
+    }
+    if (!transport->start()) {
+        return failure("The music could not be started.");
     }
     const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this] { look(); });
     mainRunLoop().run();
@@ -42,7 +44,7 @@ bool MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, const std::sha
     transport = nullptr;
     tellNews();
     display.finish();
-    return true;
+    return {};
 }
 
 void MusicPlay::onSequencerStateChanged(std::string_view /*state*/) {}

@@ -25,9 +25,9 @@ public:
     static std::shared_ptr<MusicPlay> make(PlayDisplay display, News news, Tell tell);
 
     // Plays the bytes of a file into a unit, and starts the engine where it does not run, when all else is
-    // ready. False with one plain line in `error` where it could not start.
-    bool run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
-             const std::vector<std::uint8_t>& data, std::string& error);
+    // ready. Fails where it could not start.
+    Result<> run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
+                 const std::vector<std::uint8_t>& data);
 
     void onSequencerStateChanged(std::string_view state) override;
     void onSequencerProgress(double current, double total) override;

@@ -24,15 +24,14 @@ constexpr double ringOut = 0.5; // seconds between the end of the music and that
 
 int listPorts(CommandOutput& output)
 {
-    std::string error;
-    const auto names = makeMIDIPorts()->outputNames(error);
-    if (!error.empty()) {
-        return output.failure(error);
+    const auto names = makeMIDIPorts()->outputNames();
+    if (!names) {
+        return output.failure(names.error());
     }
-    for (const std::string& name : names) {
+    for (const std::string& name : *names) {
         output.result(name);
     }
-    if (names.empty()) {
+    if (names->empty()) {
         output.remark("No other program has a MIDI port open.");
     }
     return exitDone;
@@ -67,13 +66,13 @@ void handleSignals()
 
 // A sound server opens a device at once, and its first pulls fill its buffer: all must be ready by then.
 // Anything else takes its time, in which the bank is loaded.
-bool connect(SoundGraph& graph, const PlayOptions& options, std::string& error)
+Result<> connect(SoundGraph& graph, const PlayOptions& options)
 {
     if (options.port) {
-        return graph.connectPort(*options.port, error);
+        return graph.connectPort(*options.port);
     }
-    return (isSoundServerRunning() || graph.engine->start(error)) &&
-           graph.connectSynthesizer(options.bank, error);
+    Result<> started = isSoundServerRunning() ? Result<>() : graph.engine->start();
+    return started ? graph.connectSynthesizer(options.bank) : started;
 }
 
 // With a port the device is but the pace, and no news.
@@ -113,16 +112,18 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     if (const std::string warning = warningLine(description); !warning.empty()) {
         output.remark(warning);
     }
-    std::string error;
     SoundGraph graph;
-    if (!graph.engine->setSink(sink, error) || !connect(graph, options, error)) {
-        return output.failure(error);
+    Result<> done = graph.engine->setSink(sink);
+    done = done ? connect(graph, options) : done;
+    if (!done) {
+        return output.failure(done.error());
     }
     handleSignals();
     const auto play = MusicPlay::make(PlayDisplay(std::move(description)), newsOf(options, sink),
                                       [&output](const std::string& line) { output.remark(line); });
-    if (!play->run(graph.engine, graph.instrument, data, error)) {
-        return output.failure(error);
+    done = play->run(graph.engine, graph.instrument, data);
+    if (!done) {
+        return output.failure(done.error());
     }
     waitFor(ringOut);
     graph.engine->stop();

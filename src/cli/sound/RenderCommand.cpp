@@ -19,9 +19,9 @@ int coresOf(const RenderOptions& options)
     return options.cores > 0 ? options.cores : all;
 }
 
-// Reads the file and cuts it into parts; what keeps it from being rendered, else empty.
-std::string readParts(const RenderOptions& options, std::vector<std::uint8_t>& data,
-                      std::vector<RenderPart>& parts)
+// Reads the file and cuts it into parts.
+Result<> readParts(const RenderOptions& options, std::vector<std::uint8_t>& data,
+                   std::vector<RenderPart>& parts)
 {
     MusicSequence sequence;
     std::uint32_t tracks = 0;
@@ -33,15 +33,17 @@ std::string readParts(const RenderOptions& options, std::vector<std::uint8_t>& d
     }
     status = status == noErr ? MusicSequenceGetTrackCount(sequence, tracks) : status;
     if (status != noErr) {
-        return readFailure(options.file, status);
+        return failure(readFailure(options.file, status));
     }
     if (tracks == 0) {
-        return trackFailure(options.file);
+        return failure(trackFailure(options.file));
     }
     parts = cutIntoParts(sequence, coresOf(options));
     const bool isTooLong = !parts.empty() && parts.back().endBlock > RenderPart::longestPiece;
-    return isTooLong ? concat("'", options.file.string(), "' is too long: at most 24 hours are rendered.")
-                     : std::string();
+    if (isTooLong) {
+        return failure(concat("'", options.file.string(), "' is too long: at most 24 hours are rendered."));
+    }
+    return {};
 }
 
 } // namespace
@@ -50,27 +52,31 @@ int runRender(const RenderOptions& options, CommandOutput& output)
 {
     std::vector<std::uint8_t> data;
     std::vector<RenderPart> parts;
-    std::string error;
     const bool isNamed = options.out != standardOutputName;
-    if (isNamed && !AudioFileFormat::of(options.out, options.rate, error)) {
-        return output.misuse(error);
+    if (isNamed) {
+        if (const auto format = AudioFileFormat::of(options.out, options.rate); !format) {
+            return output.misuse(format.error());
+        }
     }
-    error = readParts(options, data, parts);
-    if (!error.empty()) {
-        return output.failure(error);
+    Result<> done = readParts(options, data, parts);
+    if (!done) {
+        return output.failure(done.error());
     }
     AudioFileWriter writer;
-    if (!writer.open(isNamed ? options.out : "standard output", {options.rate, !isNamed}, error)) {
-        return output.failure(error);
+    done = writer.open(isNamed ? options.out : "standard output", {options.rate, !isNamed});
+    if (!done) {
+        return output.failure(done.error());
     }
     Mixdown mixdown(std::move(data), std::move(parts), options.bank, coresOf(options));
     const auto showProgress = [&](int percent) { output.progress(percent, 100); };
-    if (!mixdown.write(writer, showProgress, error)) {
-        return output.failure(error);
+    done = mixdown.write(writer, showProgress);
+    if (!done) {
+        return output.failure(done.error());
     }
     const double seconds = static_cast<double>(writer.length()) / AudioSource::sampleRate;
-    if (!writer.finish(error)) {
-        return output.failure(error);
+    done = writer.finish();
+    if (!done) {
+        return output.failure(done.error());
     }
     if (!isNamed) {
         return exitDone;

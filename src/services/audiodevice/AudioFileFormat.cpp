@@ -42,22 +42,19 @@ int codeOf(const std::string& ending)
 
 } // namespace
 
-std::optional<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, int rate,
-                                                   std::string& error)
+Result<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, int rate)
 {
     const std::string ending = endingOf(path);
     const int code = codeOf(ending);
     const AudioFileFormat format{code == 0 && isStream(path) ? codeOf(".wav") : code, rate};
     if (format.code == 0) {
-        error = ending.empty() ? "An audio file's name must end in .wav, .flac or .ogg."
-                               : concat("Audio files cannot be written as ", ending,
-                                        ": the name must end in .wav, .flac or .ogg.");
-        return std::nullopt;
+        return failure(ending.empty() ? "An audio file's name must end in .wav, .flac or .ogg."
+                                      : concat("Audio files cannot be written as ", ending,
+                                               ": the name must end in .wav, .flac or .ogg."));
     }
     if (rate < lowestRate || rate > highestRate) {
-        error = concat("Audio files cannot be written at ", rate, " Hz: it must be ", lowestRate, " to ",
-                       highestRate, ".");
-        return std::nullopt;
+        return failure(concat("Audio files cannot be written at ", rate, " Hz: it must be ", lowestRate,
+                              " to ", highestRate, "."));
     }
     return format;
 }

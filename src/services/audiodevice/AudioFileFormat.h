@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <filesystem>
-#include <optional>
-#include <string>
 
 namespace volvelle {
 
@@ -15,9 +15,9 @@ struct AudioFileFormat {
     int rate = 0; // Hz
 
     // The format for "x.wav", "x.flac" or "x.ogg", whatever the case, the first two of 24 bits; a pipe
-    // or a device of another name takes WAV. Nothing, with one plain line in `error`, for a file with another
-    // ending or a rate that no such file has. [any]
-    static std::optional<AudioFileFormat> of(const std::filesystem::path& path, int rate, std::string& error);
+    // or a device of another name takes WAV. Fails for a file with another ending or a rate that no such file
+    // has. [any]
+    static Result<AudioFileFormat> of(const std::filesystem::path& path, int rate);
 };
 
 } // namespace volvelle

@@ -68,12 +68,12 @@ std::int64_t AudioFileWriter::length() const
     return file ? file->length : 0;
 }
 
-bool AudioFileWriter::open(const std::filesystem::path& path, const Options& options, std::string& error)
+Result<> AudioFileWriter::open(const std::filesystem::path& path, const Options& options)
 {
     file = nullptr;
-    const auto format = AudioFileFormat::of(options.isStandardOutput ? "a.wav" : path, options.rate, error);
+    const auto format = AudioFileFormat::of(options.isStandardOutput ? "a.wav" : path, options.rate);
     if (!format) {
-        return fail(error, error);
+        return fail(format.error());
     }
     file = std::make_unique<File>();
     file->path = path;
@@ -81,7 +81,7 @@ bool AudioFileWriter::open(const std::filesystem::path& path, const Options& opt
     const bool isCreated =
         options.isStandardOutput ? file->target.createFor(STDOUT_FILENO) : file->target.create(path);
     if (!isCreated) {
-        return fail(error, lineOfFailure());
+        return fail(lineOfFailure());
     }
     SF_INFO information = {};
     information.samplerate = format->rate;
@@ -90,7 +90,7 @@ bool AudioFileWriter::open(const std::filesystem::path& path, const Options& opt
     SF_VIRTUAL_IO io = writingInto();
     file->sound = sf_open_virtual(&io, SFM_WRITE, &information, &file->target);
     if (file->sound == nullptr || file->target.failure() != 0) {
-        return fail(error, lineOfFailure());
+        return fail(lineOfFailure());
     }
     double quality = 0.7;
     sf_command(file->sound, SFC_SET_CLIPPING, nullptr, SF_TRUE);
@@ -99,13 +99,13 @@ bool AudioFileWriter::open(const std::filesystem::path& path, const Options& opt
     if (options.rate != static_cast<int>(AudioSource::sampleRate)) {
         file->converter.emplace(options.rate / AudioSource::sampleRate);
     }
-    return true;
+    return {};
 }
 
-bool AudioFileWriter::write(const float* left, const float* right, int frames, std::string& error)
+Result<> AudioFileWriter::write(const float* left, const float* right, int frames)
 {
     if (!file) {
-        return fail(error, failure);
+        return fail(reason);
     }
     const auto count = static_cast<std::size_t>(std::max(frames, 0));
     file->interleaved.resize(2 * count);
@@ -114,46 +114,48 @@ bool AudioFileWriter::write(const float* left, const float* right, int frames, s
         file->interleaved[2 * i + 1] = right[i];
     }
     file->length += static_cast<std::int64_t>(count);
-    return writeConverted(false, error);
+    return writeConverted(false);
 }
 
-bool AudioFileWriter::finish(std::string& error)
+Result<> AudioFileWriter::finish()
 {
     if (!file) {
-        return fail(error, failure);
+        return fail(reason);
     }
     file->interleaved.clear();
-    if (file->converter && !writeConverted(true, error)) {
-        return false;
+    if (file->converter) {
+        if (Result<> written = writeConverted(true); !written) {
+            return written;
+        }
     }
     const int closed = sf_close(file->sound);
     file->sound = nullptr;
     if (closed != 0 || !file->target.takePlace()) {
-        return fail(error, lineOfFailure());
+        return fail(lineOfFailure());
     }
     file = nullptr;
-    failure = "No audio file is being written.";
-    return true;
+    reason = "No audio file is being written.";
+    return {};
 }
 
-bool AudioFileWriter::writeConverted(bool isEnd, std::string& error)
+Result<> AudioFileWriter::writeConverted(bool isEnd)
 {
     const std::vector<float>* samples = &file->interleaved;
     if (auto& converter = file->converter; converter.has_value()) {
         file->converted.clear();
         if (!converter->convert(file->interleaved, isEnd, file->converted)) {
-            return fail(error, concat("The rate could not be converted to ", file->format.rate, " Hz."));
+            return fail(concat("The rate could not be converted to ", file->format.rate, " Hz."));
         }
         samples = &file->converted;
     }
     const auto frames = static_cast<sf_count_t>(samples->size() / 2);
     if (sf_writef_float(file->sound, samples->data(), frames) != frames || file->target.failure() != 0) {
-        return fail(error, lineOfFailure());
+        return fail(lineOfFailure());
     }
     if ((file->format.code & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV && file->target.length() > longestWAV) {
-        return fail(error, "A WAV file cannot grow beyond 4 GB: take .flac.");
+        return fail("A WAV file cannot grow beyond 4 GB: take .flac.");
     }
-    return true;
+    return {};
 }
 
 std::string AudioFileWriter::lineOfFailure() const
@@ -166,12 +168,11 @@ std::string AudioFileWriter::lineOfFailure() const
     return concat("'", file->path.string(), "' could not be written: ", sf_strerror(file->sound), ".");
 }
 
-bool AudioFileWriter::fail(std::string& error, const std::string& line)
+Result<> AudioFileWriter::fail(const std::string& line)
 {
-    failure = line;
-    error = line;
+    reason = line;
     file = nullptr;
-    return false;
+    return failure(line);
 }
 
 } // namespace volvelle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "base/realtime/AudioSource.h"
 #include "services/audiodevice/AudioFileFormat.h"
 
@@ -13,8 +14,7 @@ namespace volvelle {
 // Writes stereo audio of 48,000 Hz into a WAV, FLAC or OGG file at a rate of choice. The file grows beside
 // its target under another name and takes its place in finish(), where a device or a pipe gets its bytes;
 // until then, and on any failure, an existing file is as it was, and nothing is left of a file that was not
-// finished. Each operation gives false with one plain line in `error`, and after a failure all that follow
-// fail with the same line. [any]
+// finished. After a failure all operations that follow fail with the same line. [any]
 class AudioFileWriter {
 public:
     struct Options {
@@ -28,13 +28,13 @@ public:
     AudioFileWriter& operator=(const AudioFileWriter&) = delete;
 
     // Begins a file; one that was begun before is dropped.
-    bool open(const std::filesystem::path& path, const Options& options, std::string& error);
+    Result<> open(const std::filesystem::path& path, const Options& options);
 
     // Appends `frames` frames. What exceeds full scale is clipped.
-    bool write(const float* left, const float* right, int frames, std::string& error);
+    Result<> write(const float* left, const float* right, int frames);
 
     // Completes the file and puts it in its place.
-    bool finish(std::string& error);
+    Result<> finish();
 
     // Frames that were written, before conversion.
     std::int64_t length() const;
@@ -42,12 +42,12 @@ public:
 private:
     struct File;
 
-    bool fail(std::string& error, const std::string& line);
-    bool writeConverted(bool isEnd, std::string& error);
+    Result<> fail(const std::string& line);
+    Result<> writeConverted(bool isEnd);
     std::string lineOfFailure() const;
 
     std::unique_ptr<File> file; // null while none is written
-    std::string failure = "No audio file is being written.";
+    std::string reason = "No audio file is being written.";
 };
 
 } // namespace volvelle

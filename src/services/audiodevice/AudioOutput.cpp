@@ -37,7 +37,7 @@ AudioOutput::~AudioOutput()
     close();
 }
 
-bool AudioOutput::open(AudioSource& source, std::string& error)
+Result<> AudioOutput::open(AudioSource& source)
 {
     close();
     auto newGate = std::make_shared<RenderGate>(source);
@@ -46,14 +46,14 @@ bool AudioOutput::open(AudioSource& source, std::string& error)
         newGate->awaitDevice(static_cast<int>(seconds * AudioSource::sampleRate));
     }
     auto clockSink = std::make_unique<SilentClockSink>(options.clock);
-    if (!clockSink->open(newGate->clockEntry(), error)) {
-        return false;
+    if (Result<> opened = clockSink->open(newGate->clockEntry()); !opened) {
+        return opened;
     }
     gate = std::move(newGate);
     silentClock = std::move(clockSink);
     worker = std::make_shared<AudioOutputWorker>(options, gate);
     AudioOutputWorker::start(worker);
-    return true;
+    return {};
 }
 
 void AudioOutput::close()

@@ -42,9 +42,8 @@ public:
     AudioOutput& operator=(const AudioOutput&) = delete;
 
     // Begins to pull from `source`, which must live until close(), and never waits for a device. Where it
-    // runs already it stops first. False with one line in `error` where not even the clock could be started.
-    // [main]
-    bool open(AudioSource& source, std::string& error) override;
+    // runs already it stops first. Fails where not even the clock could be started. [main]
+    Result<> open(AudioSource& source) override;
 
     // Ends pulling: no call into the source is under way once it returns, nor comes later. Waits for a device
     // to close, but no longer than `patience`; one that hangs is left to itself. [main]

@@ -66,11 +66,11 @@ void AudioOutputWorker::run()
 
 bool AudioOutputWorker::openDevice(AudioSink* device)
 {
-    std::string error = "No audio device could be looked for.";
-    const bool opened = device != nullptr && device->open(gate->deviceEntry(), error);
+    const Result<> opened = device != nullptr ? device->open(gate->deviceEntry())
+                                              : failure("No audio device could be looked for.");
     {
         const std::lock_guard lock(mutex);
-        deviceProblem = opened ? "" : error;
+        deviceProblem = opened.error();
         deviceDescription = opened ? device->description() : "";
     }
     noDevice = !opened;
@@ -80,9 +80,9 @@ bool AudioOutputWorker::openDevice(AudioSink* device)
     if (!opened && !std::exchange(toldOfNone, true)) {
         tell("There is no audio device: the music plays silently.");
     }
-    toldOfNone = toldOfNone || opened;
+    toldOfNone = toldOfNone || static_cast<bool>(opened);
     options.clock->wake();
-    return opened;
+    return static_cast<bool>(opened);
 }
 
 void AudioOutputWorker::watch(const AudioSink& device)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -13,9 +15,8 @@ class MIDIOutput {
 public:
     virtual ~MIDIOutput() = default;
 
-    // Sends one whole message at once. False with one plain line in `error` where that fails.
-    // [main, worker, sender]
-    virtual bool send(std::span<const std::uint8_t> bytes, std::string& error) = 0;
+    // Sends one whole message at once. [main, worker, sender]
+    virtual Result<> send(std::span<const std::uint8_t> bytes) = 0;
 
     // The name of the port.
     virtual std::string name() const = 0;
@@ -27,17 +28,15 @@ class MIDIPorts {
 public:
     virtual ~MIDIPorts() = default;
 
-    // The names of the ports of other programs and of devices that take messages; none, with the line in
-    // `error`, where the system has no MIDI.
-    virtual std::vector<std::string> outputNames(std::string& error) = 0;
+    // The names of the ports of other programs and of devices that take messages.
+    virtual Result<std::vector<std::string>> outputNames() = 0;
 
     // Opens the port of that name, else the first that has `name` in its own, whatever the case of the
-    // letters from a to z. Null with a line in `error` where that is not possible.
-    virtual std::unique_ptr<MIDIOutput> openOutput(const std::string& name, std::string& error) = 0;
+    // letters from a to z.
+    virtual Result<std::unique_ptr<MIDIOutput>> openOutput(const std::string& name) = 0;
 
-    // Opens a port that other programs can connect to. Null with a line in `error` where that is not
-    // possible.
-    virtual std::unique_ptr<MIDIOutput> openVirtualOutput(const std::string& name, std::string& error) = 0;
+    // Opens a port that other programs can connect to.
+    virtual Result<std::unique_ptr<MIDIOutput>> openVirtualOutput(const std::string& name) = 0;
 };
 
 // The services that may stand behind the ports, in the order of their use.

@@ -35,22 +35,24 @@ void RtAudioSink::prepare()
     static const LibraryLines libraryLines(std::cerr);
 }
 
-bool RtAudioSink::open(AudioSource& source, std::string& error)
+Result<> RtAudioSink::open(AudioSource& source)
 {
     close();
-    error = "No sound server and no sound card was found.";
+    std::string reason = "No sound server and no sound card was found.";
     for (const RtAudio::Api api : {RtAudio::LINUX_PULSE, RtAudio::UNIX_JACK, RtAudio::LINUX_ALSA}) {
         if (api == RtAudio::LINUX_ALSA && !isSoundCardFree()) {
             continue;
         }
         auto opened = std::make_unique<RtAudioStream>(api);
-        if (opened->open(source, error)) {
+        const Result<> done = opened->open(source);
+        if (done) {
             const std::lock_guard lock(mutex);
             stream = std::move(opened);
-            return true;
+            return {};
         }
+        reason = done.error().empty() ? reason : done.error();
     }
-    return false;
+    return failure(reason);
 }
 
 void RtAudioSink::close()

@@ -25,7 +25,7 @@ public:
     // [main] Before the first sink is made.
     static void prepare();
 
-    bool open(AudioSource& source, std::string& error) override;
+    Result<> open(AudioSource& source) override;
     void close() override;
     std::string description() const override;
     bool isAudible() const override;

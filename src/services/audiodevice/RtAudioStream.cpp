@@ -44,29 +44,31 @@ RtAudioStream::~RtAudioStream()
     closeQuietly();
 }
 
-bool RtAudioStream::open(AudioSource& source, std::string& error)
+Result<> RtAudioStream::open(AudioSource& source)
 {
     try {
         audio = std::make_unique<RtAudio>(api);
         audio->showWarnings(false);
         if (openAtOnce(source)) {
-            return true;
+            return {};
         }
         if (!findDevice()) {
-            return false;
+            return failure("");
         }
-    } catch (const std::exception& failure) {
-        error = concat(nameOf(api), ": ", failure.what());
-        return false;
+    } catch (const std::exception& exception) {
+        return failure(concat(nameOf(api), ": ", exception.what()));
     }
+    std::string reason;
     for (const unsigned int candidate : ratesToTry()) {
         for (const unsigned int channels : channelsToTry()) {
-            if (openAs(source, candidate, channels, error)) {
-                return true;
+            const Result<> opened = openAs(source, candidate, channels);
+            if (opened) {
+                return {};
             }
+            reason = opened.error().empty() ? reason : opened.error();
         }
     }
-    return false;
+    return failure(reason);
 }
 
 std::string RtAudioStream::description() const
@@ -82,10 +84,9 @@ bool RtAudioStream::isLost() const
 // Each question to JACK takes its time, so that the first device is asked only once it plays.
 bool RtAudioStream::openAtOnce(AudioSource& source)
 {
-    std::string error;
     device = 0;
     const bool isOpen =
-        api == RtAudio::UNIX_JACK && audio->getCurrentApi() == api && openAs(source, wantedRate, 2, error);
+        api == RtAudio::UNIX_JACK && audio->getCurrentApi() == api && openAs(source, wantedRate, 2);
     if (isOpen) {
         takeDevice(device);
     }
@@ -139,12 +140,11 @@ std::vector<unsigned int> RtAudioStream::channelsToTry() const
                                                   : std::vector<unsigned int>{std::min(all, 2U)};
 }
 
-bool RtAudioStream::openAs(AudioSource& source, unsigned int candidate, unsigned int channels,
-                           std::string& error)
+Result<> RtAudioStream::openAs(AudioSource& source, unsigned int candidate, unsigned int channels)
 {
     puller = std::make_unique<DevicePuller>(source, candidate, static_cast<int>(channels));
     if (!puller->isUsable()) {
-        return false;
+        return failure("");
     }
     RtAudio::StreamParameters parameters;
     parameters.deviceId = device;
@@ -153,20 +153,21 @@ bool RtAudioStream::openAs(AudioSource& source, unsigned int candidate, unsigned
     options.streamName = "Volvelle";
     options.flags = api == RtAudio::LINUX_ALSA ? RTAUDIO_ALSA_USE_DEFAULT : 0;
     unsigned int buffer = wantedBuffer;
+    std::string reason;
     try {
         audio->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, candidate, &buffer, pull, puller.get(),
                           &options, noteError);
         audio->startStream();
         if (audio->isStreamRunning()) {
             rate = candidate;
-            return true;
+            return {};
         }
-        error = concat(nameOf(api), ": ", information.name, " could not be started.");
-    } catch (const std::exception& failure) {
-        error = concat(nameOf(api), ": ", failure.what());
+        reason = concat(nameOf(api), ": ", information.name, " could not be started.");
+    } catch (const std::exception& exception) {
+        reason = concat(nameOf(api), ": ", exception.what());
     }
     closeQuietly();
-    return false;
+    return failure(reason);
 }
 
 void RtAudioStream::closeQuietly()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/audiodevice/DevicePuller.h"
 
 #include <RtAudio.h>
@@ -19,9 +20,8 @@ public:
     RtAudioStream(const RtAudioStream&) = delete;
     RtAudioStream& operator=(const RtAudioStream&) = delete;
 
-    // False where the interface has no device, with `error` as it was, or where its device did not open, with
-    // a line in `error`. [main, worker]
-    bool open(AudioSource& source, std::string& error);
+    // Fails with an empty line where the interface has no device. [main, worker]
+    Result<> open(AudioSource& source);
 
     std::string description() const;
 
@@ -34,7 +34,7 @@ private:
     bool takeDevice(unsigned int candidate); // false where it has no outputs
     std::vector<unsigned int> ratesToTry() const;
     std::vector<unsigned int> channelsToTry() const;
-    bool openAs(AudioSource& source, unsigned int rate, unsigned int channels, std::string& error);
+    Result<> openAs(AudioSource& source, unsigned int rate, unsigned int channels);
 
     void closeQuietly();
 

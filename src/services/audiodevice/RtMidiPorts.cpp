@@ -76,14 +76,13 @@ public:
     RtMidiOutput(const RtMidiOutput&) = delete;
     RtMidiOutput& operator=(const RtMidiOutput&) = delete;
 
-    bool send(std::span<const std::uint8_t> bytes, std::string& error) override
+    Result<> send(std::span<const std::uint8_t> bytes) override
     {
         try {
             midi->sendMessage(bytes.data(), bytes.size());
-            return true;
-        } catch (const std::exception& failure) {
-            error = concat("MIDI could not be sent to \"", portName, "\": ", failure.what());
-            return false;
+            return {};
+        } catch (const std::exception& exception) {
+            return failure(concat("MIDI could not be sent to \"", portName, "\": ", exception.what()));
         }
     }
 
@@ -116,7 +115,7 @@ RtMidiPorts::RtMidiPorts(MIDIServices services)
     }
 }
 
-std::unique_ptr<RtMidiOut> RtMidiPorts::connect(std::string& error) const
+Result<std::unique_ptr<RtMidiOut>> RtMidiPorts::connect() const
 {
     for (const RtMidi::Api api : order) {
         try {
@@ -127,54 +126,52 @@ std::unique_ptr<RtMidiOut> RtMidiPorts::connect(std::string& error) const
             continue;
         }
     }
-    error = "There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.";
-    return nullptr;
+    return failure("There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.");
 }
 
-std::vector<std::string> RtMidiPorts::outputNames(std::string& error)
+Result<std::vector<std::string>> RtMidiPorts::outputNames()
 {
-    const auto midi = connect(error);
-    try {
-        return midi ? namesOf(*midi) : std::vector<std::string>();
-    } catch (const std::exception& failure) {
-        error = concat("The MIDI ports could not be listed: ", failure.what());
-        return {};
-    }
-}
-
-std::unique_ptr<MIDIOutput> RtMidiPorts::openOutput(const std::string& name, std::string& error)
-{
-    auto midi = connect(error);
+    const auto midi = connect();
     if (!midi) {
-        return nullptr;
+        return failure(midi.error());
     }
     try {
-        const std::vector<std::string> names = namesOf(*midi);
+        return namesOf(**midi);
+    } catch (const std::exception& exception) {
+        return failure(concat("The MIDI ports could not be listed: ", exception.what()));
+    }
+}
+
+Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::openOutput(const std::string& name)
+{
+    auto midi = connect();
+    if (!midi) {
+        return failure(midi.error());
+    }
+    try {
+        const std::vector<std::string> names = namesOf(**midi);
         const std::size_t index = find(names, name);
         if (index == names.size()) {
-            error = concat("There is no MIDI port \"", name, "\".");
-            return nullptr;
+            return failure(concat("There is no MIDI port \"", name, "\"."));
         }
-        midi->openPort(static_cast<unsigned int>(index), clientName);
-        return std::make_unique<RtMidiOutput>(std::move(midi), names[index]);
-    } catch (const std::exception& failure) {
-        error = concat("The MIDI port \"", name, "\" could not be opened: ", failure.what());
-        return nullptr;
+        (*midi)->openPort(static_cast<unsigned int>(index), clientName);
+        return std::make_unique<RtMidiOutput>(*std::move(midi), names[index]);
+    } catch (const std::exception& exception) {
+        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
     }
 }
 
-std::unique_ptr<MIDIOutput> RtMidiPorts::openVirtualOutput(const std::string& name, std::string& error)
+Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::openVirtualOutput(const std::string& name)
 {
-    auto midi = connect(error);
+    auto midi = connect();
     if (!midi) {
-        return nullptr;
+        return failure(midi.error());
     }
     try {
-        midi->openVirtualPort(name);
-        return std::make_unique<RtMidiOutput>(std::move(midi), name);
-    } catch (const std::exception& failure) {
-        error = concat("The MIDI port \"", name, "\" could not be opened: ", failure.what());
-        return nullptr;
+        (*midi)->openVirtualPort(name);
+        return std::make_unique<RtMidiOutput>(*std::move(midi), name);
+    } catch (const std::exception& exception) {
+        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
     }
 }
 

@@ -14,13 +14,13 @@ class RtMidiPorts : public MIDIPorts {
 public:
     explicit RtMidiPorts(MIDIServices services);
 
-    std::vector<std::string> outputNames(std::string& error) override;
-    std::unique_ptr<MIDIOutput> openOutput(const std::string& name, std::string& error) override;
-    std::unique_ptr<MIDIOutput> openVirtualOutput(const std::string& name, std::string& error) override;
+    Result<std::vector<std::string>> outputNames() override;
+    Result<std::unique_ptr<MIDIOutput>> openOutput(const std::string& name) override;
+    Result<std::unique_ptr<MIDIOutput>> openVirtualOutput(const std::string& name) override;
 
 private:
-    // Null, with the line for no MIDI in `error`, where no service answers.
-    std::unique_ptr<RtMidiOut> connect(std::string& error) const;
+    // Fails where no service answers.
+    Result<std::unique_ptr<RtMidiOut>> connect() const;
 
     std::vector<RtMidi::Api> order;
 };

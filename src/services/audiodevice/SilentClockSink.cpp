@@ -30,17 +30,16 @@ SilentClockSink::~SilentClockSink()
     close();
 }
 
-bool SilentClockSink::open(AudioSource& source, std::string& error)
+Result<> SilentClockSink::open(AudioSource& source)
 {
     close();
     stopping = false;
     try {
         thread = std::thread([this, &source] { run(source); });
     } catch (const std::system_error&) {
-        error = "The silent clock could not be started.";
-        return false;
+        return failure("The silent clock could not be started.");
     }
-    return true;
+    return {};
 }
 
 void SilentClockSink::close()

@@ -24,7 +24,7 @@ public:
     SilentClockSink(const SilentClockSink&) = delete;
     SilentClockSink& operator=(const SilentClockSink&) = delete;
 
-    bool open(AudioSource& source, std::string& error) override;
+    Result<> open(AudioSource& source) override;
     void close() override;
 
     std::string description() const override { return "Silent clock"; }

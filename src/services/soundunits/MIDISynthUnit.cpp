@@ -131,23 +131,22 @@ bool MIDISynthUnit::keep(const AUMIDIProgram& program)
 
 bool MIDISynthUnit::open(const std::filesystem::path& url)
 {
-    std::string error;
-    const std::shared_ptr<const BankFile> file = BankFile::open(url, error);
-    if (file == nullptr) {
-        debugprint(error);
+    const auto file = BankFile::open(url);
+    if (!file) {
+        debugprint(file.error());
         return false;
     }
-    return renew(file);
+    return renew(*file);
 }
 
 bool MIDISynthUnit::renew(const std::shared_ptr<const BankFile>& from)
 {
-    std::string error;
-    auto synthesizer = Synthesizer::make(from, options, error);
-    if (!synthesizer) {
-        debugprint(error);
+    auto made = Synthesizer::make(from, options);
+    if (!made) {
+        debugprint(made.error());
         return false;
     }
+    std::unique_ptr<Synthesizer> synthesizer = *std::move(made);
     if (synthesizer->readsOnDemand()) {
         for (const AUMIDIProgram& sound : kept) {
             synthesizer->preload({sound.channel, sound.bankMSB, sound.bankLSB, sound.program});

@@ -68,10 +68,10 @@ void PortSender::waitUntil(Moment due) const
 
 void PortSender::send(std::span<const std::uint8_t> message)
 {
-    std::string error;
     sounds.apply(message);
-    if (!port->send(message, error) && !lost.exchange(true)) {
-        debugprint(error);
+    const Result<> done = port->send(message);
+    if (!done && !lost.exchange(true)) {
+        debugprint(done.error());
     }
     ++sent;
 }

@@ -111,7 +111,7 @@ BankFile::~BankFile()
     }
 }
 
-std::shared_ptr<const BankFile> BankFile::open(const fs::path& path, std::string& error)
+Result<std::shared_ptr<const BankFile>> BankFile::open(const fs::path& path)
 {
     struct stat about{};
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -119,8 +119,7 @@ std::shared_ptr<const BankFile> BankFile::open(const fs::path& path, std::string
         if (file != none) {
             close(file);
         }
-        error = concat("The sound bank \"", path.string(), "\" cannot be read.");
-        return nullptr;
+        return failure(concat("The sound bank \"", path.string(), "\" cannot be read."));
     }
     const auto size = static_cast<std::uintmax_t>(about.st_size);
     if (size < largeSize) {

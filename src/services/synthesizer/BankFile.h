@@ -1,9 +1,10 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <string>
 
 namespace volvelle {
 
@@ -14,9 +15,9 @@ class BankFile {
 public:
     static constexpr std::uintmax_t largeSize = 32U << 20U; // bytes
 
-    // Null with one plain sentence where the file cannot be read. Where no copy can be kept a log line says
+    // Fails where the file cannot be read. Where no copy can be kept a log line says
     // so, and the file itself is held open: then it may be deleted, but not overwritten.
-    static std::shared_ptr<const BankFile> open(const std::filesystem::path& path, std::string& error);
+    static Result<std::shared_ptr<const BankFile>> open(const std::filesystem::path& path);
 
     ~BankFile();
     BankFile(const BankFile&) = delete;

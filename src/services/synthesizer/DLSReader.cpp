@@ -33,11 +33,10 @@ bool isDLS(std::span<const std::uint8_t> bytes)
     return unsigned32(bytes, 0) == fourCharacters("RIFF") && unsigned32(bytes, 8) == fourCharacters("DLS ");
 }
 
-std::optional<DLSFile> DLSReader::read(std::string& error)
+Result<DLSFile> DLSReader::read()
 {
     if (!isDLS(file)) {
-        error = "The file is no bank of downloadable sounds.";
-        return std::nullopt;
+        return failure("The file is no bank of downloadable sounds.");
     }
     RIFFChunks chunks(file);
     RIFFChunk top;
@@ -47,11 +46,8 @@ std::optional<DLSFile> DLSReader::read(std::string& error)
     const bool isPlayable = std::ranges::any_of(
         result.instruments, [](const DLSInstrument& instrument) { return !instrument.regions.empty(); });
     if (!isPlayable) {
-        error = "The bank holds no instrument with a sound.";
-        if (!result.warnings.empty()) {
-            error += " " + result.warnings.front();
-        }
-        return std::nullopt;
+        const std::string reason = result.warnings.empty() ? "" : " " + result.warnings.front();
+        return failure("The bank holds no instrument with a sound." + reason);
     }
     return std::move(result);
 }

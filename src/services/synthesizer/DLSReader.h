@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/synthesizer/DLSFile.h"
 #include "services/synthesizer/RIFFChunks.h"
 
@@ -23,8 +24,8 @@ public:
 
     explicit DLSReader(std::span<const std::uint8_t> bytes) : file(bytes) {}
 
-    // The bank, or none with one plain sentence in `error` where there is nothing to play.
-    std::optional<DLSFile> read(std::string& error);
+    // The bank; fails where there is nothing to play.
+    Result<DLSFile> read();
 
 private:
     void readTop(std::span<const std::uint8_t> bytes);

@@ -28,37 +28,37 @@ Synthesizer::Synthesizer(std::shared_ptr<const BankFile> file, std::unique_ptr<S
 
 Synthesizer::~Synthesizer() = default;
 
-std::unique_ptr<Synthesizer> Synthesizer::make(const std::filesystem::path& path,
-                                               const SynthesizerOptions& options, std::string& error)
+Result<std::unique_ptr<Synthesizer>> Synthesizer::make(const std::filesystem::path& path,
+                                                       const SynthesizerOptions& options)
 {
-    const std::shared_ptr<const BankFile> file = BankFile::open(path, error);
-    return file == nullptr ? nullptr : make(file, options, error);
+    const auto file = BankFile::open(path);
+    if (!file) {
+        return failure(file.error());
+    }
+    return make(*file, options);
 }
 
-std::unique_ptr<Synthesizer> Synthesizer::make(const std::shared_ptr<const BankFile>& bank,
-                                               const SynthesizerOptions& options, std::string& error)
+Result<std::unique_ptr<Synthesizer>> Synthesizer::make(const std::shared_ptr<const BankFile>& bank,
+                                                       const SynthesizerOptions& options)
 {
     routeFluidLog();
     SynthesizerBank content;
-    if (!content.open(*bank, error)) {
-        return nullptr;
+    if (Result<> opened = content.open(*bank); !opened) {
+        return failure(opened.error());
     }
     auto state = std::make_unique<SynthesizerState>();
     state->readsOnDemand = bank->isLarge();
     state->settings = makeSettings(options, bank->isLarge());
     state->synth.reset(state->settings ? new_fluid_synth(state->settings.get()) : nullptr);
     if (!state->synth) {
-        error = "The synthesizer could not be made.";
-        return nullptr;
+        return failure("The synthesizer could not be made.");
     }
     if (content.sounds && !DLSSoundFont::offer(state->synth.get(), std::move(*content.sounds))) {
-        error = "The synthesizer could not be made.";
-        return nullptr;
+        return failure("The synthesizer could not be made.");
     }
     state->font = fluid_synth_sfload(state->synth.get(), bank->readable.c_str(), 1);
     if (state->font == FLUID_FAILED) {
-        error = concat("The sound bank \"", bank->path.string(), "\" cannot be loaded.");
-        return nullptr;
+        return failure(concat("The sound bank \"", bank->path.string(), "\" cannot be loaded."));
     }
     std::unique_ptr<Synthesizer> made(new Synthesizer(bank, std::move(state)));
     if (bank->isLarge()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/synthesizer/BankFile.h"
 #include "services/synthesizer/SoundChoice.h"
 #include "services/synthesizer/SynthesizerOptions.h"
@@ -9,7 +10,6 @@
 #include <filesystem>
 #include <memory>
 #include <span>
-#include <string>
 
 namespace volvelle {
 
@@ -35,12 +35,11 @@ public:
     static constexpr int drumChannel = volvelle::drumChannel;
     static constexpr int notesAtOnce = 48;
 
-    // A synthesizer with the bank, or null with one plain sentence in `error`. Warnings about a bank go to
-    // the log. Takes 10 to 600 ms. [main, worker]
-    static std::unique_ptr<Synthesizer> make(const std::shared_ptr<const BankFile>& bank,
-                                             const SynthesizerOptions& options, std::string& error);
-    static std::unique_ptr<Synthesizer> make(const std::filesystem::path& path,
-                                             const SynthesizerOptions& options, std::string& error);
+    // A synthesizer with the bank. Warnings about a bank go to the log. Takes 10 to 600 ms. [main, worker]
+    static Result<std::unique_ptr<Synthesizer>> make(const std::shared_ptr<const BankFile>& bank,
+                                                     const SynthesizerOptions& options);
+    static Result<std::unique_ptr<Synthesizer>> make(const std::filesystem::path& path,
+                                                     const SynthesizerOptions& options);
 
     ~Synthesizer();
     Synthesizer(const Synthesizer&) = delete;

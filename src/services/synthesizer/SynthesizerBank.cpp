@@ -52,41 +52,35 @@ bool isWholeSoundFont(std::ifstream& stream, std::uintmax_t size)
 
 } // namespace
 
-bool SynthesizerBank::open(const BankFile& file, std::string& error)
+Result<> SynthesizerBank::open(const BankFile& file)
 {
     const std::filesystem::path& path = file.path;
     const std::uintmax_t size = file.size;
     std::ifstream stream(file.readable, std::ios::binary);
     if (!stream) {
-        error = sentence(path, "cannot be read.");
-        return false;
+        return failure(sentence(path, "cannot be read."));
     }
     std::array<std::uint8_t, 12> head{};
     const bool hasHead = readBytes(stream, head) && unsigned32(head, 0) == fourCharacters("RIFF");
     if (hasHead && unsigned32(head, 8) == fourCharacters("sfbk")) {
-        const bool isWhole = isWholeSoundFont(stream, size);
-        error = isWhole ? "" : sentence(path, "is damaged.");
-        return isWhole;
+        return isWholeSoundFont(stream, size) ? Result<>() : failure(sentence(path, "is damaged."));
     }
     if (!hasHead || !isDLS(head) || size > greatestSize) {
-        error = sentence(path, "is neither a SoundFont nor a bank of downloadable sounds.");
-        return false;
+        return failure(sentence(path, "is neither a SoundFont nor a bank of downloadable sounds."));
     }
     std::vector<std::uint8_t> bytes(size);
     stream.seekg(0);
-    std::string reason;
-    if (readBytes(stream, bytes)) {
-        sounds = DLSReader(bytes).read(reason);
+    Result<DLSFile> read = readBytes(stream, bytes) ? DLSReader(bytes).read() : failure("");
+    if (!read) {
+        const std::string line = sentence(path, "cannot be used. " + read.error());
+        debugprint(line);
+        return failure(line);
     }
-    if (!sounds) {
-        error = sentence(path, "cannot be used. " + reason);
-        debugprint(error);
-        return false;
-    }
+    sounds = *std::move(read);
     for (const std::string& warning : sounds->warnings) {
         debugprint(sentence(path, "has a fault: " + warning));
     }
-    return true;
+    return {};
 }
 
 FluidPointer<fluid_settings_t> makeSettings(const SynthesizerOptions& options, bool isLarge)

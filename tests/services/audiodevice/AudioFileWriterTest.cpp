@@ -78,27 +78,27 @@ ReadFile readBack(const std::filesystem::path& path)
 }
 
 // Appends what a source renders, in blocks of 512 frames and a shorter last one.
-bool pull(AudioFileWriter& writer, AudioSource& source, int frames, std::string& error)
+Result<> pull(AudioFileWriter& writer, AudioSource& source, int frames)
 {
     std::vector<float> left(512);
     std::vector<float> right(512);
-    bool good = true;
-    for (int done = 0; good && done < frames; done += 512) {
+    Result<> written;
+    for (int done = 0; written && done < frames; done += 512) {
         const int count = std::min(512, frames - done);
         source.render(left.data(), right.data(), count);
-        good = writer.write(left.data(), right.data(), count, error);
+        written = writer.write(left.data(), right.data(), count);
     }
-    return good;
+    return written;
 }
 
 class AudioFileWriterTest : public testing::Test {
 protected:
     void writeTone(const std::string& name, int frames, const AudioFileWriter::Options& options)
     {
-        ASSERT_TRUE(writer.open(folder / name, options, error)) << error;
-        ASSERT_TRUE(pull(writer, tone, frames, error)) << error;
+        ASSERT_EQ(writer.open(folder / name, options).error(), "");
+        ASSERT_EQ(pull(writer, tone, frames).error(), "");
         EXPECT_EQ(writer.length(), frames);
-        ASSERT_TRUE(writer.finish(error)) << error;
+        ASSERT_EQ(writer.finish().error(), "");
     }
 
     void expectTone(const std::string& name, int rate, int frames, int format, double tolerance)
@@ -130,7 +130,6 @@ protected:
     std::filesystem::path folder = temporary.path;
     Tone tone;
     AudioFileWriter writer;
-    std::string error;
 };
 
 } // namespace
@@ -194,10 +193,10 @@ TEST_F(AudioFileWriterTest, LeavesAnExistingFileUntouchedUntilItIsFinished)
 {
     putFile("a.wav", "before");
     chmod((folder / "a.wav").c_str(), 0640);
-    ASSERT_TRUE(writer.open(folder / "a.wav", {}, error));
-    ASSERT_TRUE(pull(writer, tone, 100'000, error));
+    ASSERT_EQ(writer.open(folder / "a.wav", {}).error(), "");
+    ASSERT_EQ(pull(writer, tone, 100'000).error(), "");
     EXPECT_EQ(textOf("a.wav"), "before");
-    ASSERT_TRUE(writer.finish(error));
+    ASSERT_EQ(writer.finish().error(), "");
     expectTone("a.wav", 48'000, 100'000, SF_FORMAT_WAV | SF_FORMAT_PCM_24, 1e-4);
     EXPECT_EQ(std::filesystem::status(folder / "a.wav").permissions(), std::filesystem::perms(0640));
 }
@@ -215,8 +214,8 @@ TEST_F(AudioFileWriterTest, LeavesNothingBehindWhereItIsDropped)
 {
     for (const std::string name : {"a.wav", "a.flac", "a.ogg"}) {
         AudioFileWriter dropped;
-        ASSERT_TRUE(dropped.open(folder / name, {}, error));
-        ASSERT_TRUE(pull(dropped, tone, 10'000, error));
+        ASSERT_EQ(dropped.open(folder / name, {}).error(), "");
+        ASSERT_EQ(pull(dropped, tone, 10'000).error(), "");
         EXPECT_EQ(filesInFolder(), 1U);
     }
     EXPECT_EQ(filesInFolder(), 0U);
@@ -224,17 +223,16 @@ TEST_F(AudioFileWriterTest, LeavesNothingBehindWhereItIsDropped)
 
 TEST_F(AudioFileWriterTest, RemovesWhatIsPendingWhereTheProgramEndsAtOnce)
 {
-    ASSERT_TRUE(writer.open(folder / "a.wav", {}, error));
+    ASSERT_EQ(writer.open(folder / "a.wav", {}).error(), "");
     removePendingFiles();
     EXPECT_EQ(filesInFolder(), 0U);
 }
 
 TEST_F(AudioFileWriterTest, RefusesAnUnknownEnding)
 {
-    EXPECT_FALSE(writer.open(folder / "a.mp3", {}, error));
-    EXPECT_EQ(error, "Audio files cannot be written as .mp3: the name must end in .wav, .flac or .ogg.");
-    EXPECT_FALSE(writer.open(folder / "a", {}, error));
-    EXPECT_EQ(error, "An audio file's name must end in .wav, .flac or .ogg.");
+    EXPECT_EQ(writer.open(folder / "a.mp3", {}).error(),
+              "Audio files cannot be written as .mp3: the name must end in .wav, .flac or .ogg.");
+    EXPECT_EQ(writer.open(folder / "a", {}).error(), "An audio file's name must end in .wav, .flac or .ogg.");
     EXPECT_EQ(filesInFolder(), 0U);
 }
 
@@ -242,53 +240,53 @@ TEST_F(AudioFileWriterTest, GivesAPipeOrADeviceWithoutAnEndingAWAVFile)
 {
     const std::filesystem::path pipe = folder / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const auto wave = AudioFileFormat::of("a.wav", 48'000, error);
-    const auto free = AudioFileFormat::of("a.flac", 48'000, error);
+    const auto wave = AudioFileFormat::of("a.wav", 48'000);
+    const auto free = AudioFileFormat::of("a.flac", 48'000);
     ASSERT_TRUE(wave && free);
     for (const std::filesystem::path& path :
          {pipe, std::filesystem::path("/dev/null"), std::filesystem::path("/dev/stdout")}) {
-        const auto format = AudioFileFormat::of(path, 48'000, error);
+        const auto format = AudioFileFormat::of(path, 48'000);
         ASSERT_TRUE(format) << path;
         EXPECT_EQ(format->code, wave->code) << path;
     }
     ASSERT_EQ(mkfifo((folder / "pipe.flac").c_str(), 0600), 0);
-    EXPECT_EQ(AudioFileFormat::of(folder / "pipe.flac", 48'000, error)->code, free->code);
-    EXPECT_FALSE(AudioFileFormat::of(folder, 48'000, error));
+    EXPECT_EQ(AudioFileFormat::of(folder / "pipe.flac", 48'000)->code, free->code);
+    EXPECT_FALSE(AudioFileFormat::of(folder, 48'000));
 }
 
 TEST_F(AudioFileWriterTest, RefusesARateBeyondTheBounds)
 {
-    EXPECT_FALSE(writer.open(folder / "a.wav", {7999}, error));
-    EXPECT_EQ(error, "Audio files cannot be written at 7999 Hz: it must be 8000 to 192000.");
-    EXPECT_FALSE(writer.open(folder / "a.wav", {192'001}, error));
-    EXPECT_TRUE(writer.open(folder / "a.wav", {8000}, error));
-    EXPECT_TRUE(writer.open(folder / "a.ogg", {192'000}, error)) << error;
+    EXPECT_EQ(writer.open(folder / "a.wav", {7999}).error(),
+              "Audio files cannot be written at 7999 Hz: it must be 8000 to 192000.");
+    EXPECT_FALSE(writer.open(folder / "a.wav", {192'001}));
+    EXPECT_EQ(writer.open(folder / "a.wav", {8000}).error(), "");
+    EXPECT_EQ(writer.open(folder / "a.ogg", {192'000}).error(), "");
 }
 
 TEST_F(AudioFileWriterTest, RefusesAFolderThatIsNotThere)
 {
     const std::filesystem::path path = folder / "none" / "a.wav";
-    EXPECT_FALSE(writer.open(path, {}, error));
-    EXPECT_EQ(error, "'" + path.string() + "' could not be written: its folder does not exist.");
+    EXPECT_EQ(writer.open(path, {}).error(),
+              "'" + path.string() + "' could not be written: its folder does not exist.");
 }
 
 TEST_F(AudioFileWriterTest, RefusesAFolderInPlaceOfAFile)
 {
     std::filesystem::create_directory(folder / "a.wav");
-    EXPECT_FALSE(writer.open(folder / "a.wav", {}, error));
-    EXPECT_EQ(error, "'" + (folder / "a.wav").string() + "' could not be written: it is a folder.");
+    EXPECT_EQ(writer.open(folder / "a.wav", {}).error(),
+              "'" + (folder / "a.wav").string() + "' could not be written: it is a folder.");
 }
 
 TEST_F(AudioFileWriterTest, ADeviceGetsTheCompleteFile)
 {
     std::filesystem::create_symlink("/dev/null", folder / "a.wav");
-    ASSERT_TRUE(writer.open(folder / "a.wav", {}, error)) << error;
-    EXPECT_TRUE(writer.finish(error)) << error;
+    ASSERT_EQ(writer.open(folder / "a.wav", {}).error(), "");
+    EXPECT_EQ(writer.finish().error(), "");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
     std::filesystem::create_symlink("/dev/full", folder / "b.wav");
-    ASSERT_TRUE(writer.open(folder / "b.wav", {}, error)) << error;
-    EXPECT_FALSE(writer.finish(error));
-    EXPECT_EQ(error, "'" + (folder / "b.wav").string() + "' could not be written: the device is full.");
+    ASSERT_EQ(writer.open(folder / "b.wav", {}).error(), "");
+    EXPECT_EQ(writer.finish().error(),
+              "'" + (folder / "b.wav").string() + "' could not be written: the device is full.");
 }
 
 TEST_F(AudioFileWriterTest, RefusesAFolderThatMayNotBeWritten)
@@ -297,9 +295,9 @@ TEST_F(AudioFileWriterTest, RefusesAFolderThatMayNotBeWritten)
         GTEST_SKIP() << "nothing is forbidden to this user";
     }
     chmod(folder.c_str(), 0555);
-    EXPECT_FALSE(writer.open(folder / "a.wav", {}, error));
+    const Result<> opened = writer.open(folder / "a.wav", {});
     chmod(folder.c_str(), 0755);
-    EXPECT_EQ(error,
+    EXPECT_EQ(opened.error(),
               "'" + (folder / "a.wav").string() + "' could not be written: its folder is not writable.");
 }
 
@@ -311,20 +309,18 @@ TEST_F(AudioFileWriterTest, FailsOnceAndForAllWhereNoMoreFits)
     const rlimit small = {100'000, before.rlim_max};
     for (const std::string name : {"a.wav", "a.flac", "a.ogg"}) {
         putFile(name, "before");
-        ASSERT_TRUE(writer.open(folder / name, {}, error)) << error;
+        ASSERT_EQ(writer.open(folder / name, {}).error(), "");
         setrlimit(RLIMIT_FSIZE, &small);
         Tone noise;
         noise.gain = 1e4;
-        const bool pulled = pull(writer, noise, 4'800'000, error);
-        const bool finished = pulled && writer.finish(error);
+        const Result<> pulled = pull(writer, noise, 4'800'000);
+        const Result<> finished = pulled ? writer.finish() : pulled;
         setrlimit(RLIMIT_FSIZE, &before);
         EXPECT_FALSE(finished) << name;
-        EXPECT_EQ(error, "'" + (folder / name).string() +
-                             "' could not be written: it would be larger than allowed.");
-        std::string again;
-        EXPECT_FALSE(pull(writer, noise, 1, again));
-        EXPECT_FALSE(writer.finish(again));
-        EXPECT_EQ(again, error);
+        EXPECT_EQ(finished.error(), "'" + (folder / name).string() +
+                                        "' could not be written: it would be larger than allowed.");
+        EXPECT_EQ(pull(writer, noise, 1).error(), finished.error());
+        EXPECT_EQ(writer.finish().error(), finished.error());
         EXPECT_EQ(textOf(name), "before");
     }
     EXPECT_EQ(filesInFolder(), 3U);
@@ -332,11 +328,9 @@ TEST_F(AudioFileWriterTest, FailsOnceAndForAllWhereNoMoreFits)
 
 TEST_F(AudioFileWriterTest, RefusesToWriteWhereNothingIsOpen)
 {
-    EXPECT_FALSE(writer.finish(error));
-    EXPECT_EQ(error, "No audio file is being written.");
+    EXPECT_EQ(writer.finish().error(), "No audio file is being written.");
     writeTone("a.wav", 10, {});
-    EXPECT_FALSE(pull(writer, tone, 10, error));
-    EXPECT_EQ(error, "No audio file is being written.");
+    EXPECT_EQ(pull(writer, tone, 10).error(), "No audio file is being written.");
     EXPECT_EQ(writer.length(), 0);
 }
 

@@ -29,7 +29,7 @@ class AudioOutputTest : public testing::Test {
 protected:
     void start(int waiters)
     {
-        ASSERT_TRUE(output.open(source, error)) << error;
+        ASSERT_EQ(output.open(source).error(), "");
         clock->settle(waiters);
     }
 
@@ -75,7 +75,6 @@ protected:
     std::shared_ptr<HandWaitableClock> clock = std::make_shared<HandWaitableClock>();
     FakeDevices devices;
     CountingSource source;
-    std::string error;
     AudioOutput output{options()};
 };
 
@@ -117,7 +116,7 @@ TEST_F(AudioOutputTest, GivesTheFirstFrameToADeviceThatItWaitsFor)
     AudioOutput::Options waiting = options();
     waiting.firstWait = std::chrono::seconds(1);
     AudioOutput patient(waiting);
-    ASSERT_TRUE(patient.open(source, error)) << error;
+    ASSERT_EQ(patient.open(source).error(), "");
     clock->settle(bothThreads);
     devices.waitForOpen(1);
     clock->advanceBlocks(3, bothThreads);
@@ -135,7 +134,7 @@ TEST_F(AudioOutputTest, BeginsAtOnceWhereTheDeviceThatItWaitsForFailsAndTellsNot
     waiting.firstWait = std::chrono::hours(1);
     waiting.logs = false;
     AudioOutput patient(waiting);
-    ASSERT_TRUE(patient.open(source, error)) << error;
+    ASSERT_EQ(patient.open(source).error(), "");
     devices.waitForAttempts(1);
     clock->settle(bothThreads);
     EXPECT_NE(patient.description(), "");
@@ -278,7 +277,7 @@ TEST_F(AudioOutputTest, StartsAgain)
     startWithDevice();
     output.close();
     const int before = source.frames;
-    ASSERT_TRUE(output.open(source, error));
+    ASSERT_EQ(output.open(source).error(), "");
     clock->settle(bothThreads);
     devices.waitForOpen(2);
     clock->advanceBlocks(1, bothThreads);
@@ -291,7 +290,7 @@ TEST_F(AudioOutputTest, StartsAnewWhereItRuns)
 {
     startWithDevice();
     CountingSource other;
-    ASSERT_TRUE(output.open(other, error));
+    ASSERT_EQ(output.open(other).error(), "");
     clock->settle(bothThreads);
     const int before = source.frames;
     devices.pull(warmUp);
@@ -334,7 +333,7 @@ TEST_F(AudioOutputTest, TakesAnAbsentDeviceForNone)
     AudioOutput::Options without = options();
     without.makeDevice = [] { return nullptr; };
     AudioOutput silent(without);
-    ASSERT_TRUE(silent.open(source, error));
+    ASSERT_EQ(silent.open(source).error(), "");
     clock->settle(bothThreads);
     EXPECT_EQ(silent.problem(), "No audio device could be looked for.");
     EXPECT_THAT(lines.take(), ElementsAre(noDevice));

@@ -33,21 +33,20 @@ class FakeDevice : public AudioSink {
 public:
     explicit FakeDevice(std::shared_ptr<FakeDevices::State> state) : state(std::move(state)) {}
 
-    bool open(AudioSource& source, std::string& error) override
+    Result<> open(AudioSource& source) override
     {
         std::unique_lock lock(state->mutex);
         ++state->attempts;
         state->changed.notify_all();
         state->changed.wait(lock, [this] { return state->opening != FakeDevices::Answer::hangs; });
         if (state->opening == FakeDevices::Answer::fails) {
-            error = "Fake: refused";
-            return false;
+            return failure("Fake: refused");
         }
         ++state->opened;
         state->lost = false;
         state->source = &source;
         state->changed.notify_all();
-        return true;
+        return {};
     }
 
     void close() override

@@ -10,10 +10,10 @@ namespace volvelle::test {
 // A sink without a pace: a test pulls by hand, and everything is kept.
 class RecordingSink : public AudioSink {
 public:
-    bool open(AudioSource& given, std::string& /*error*/) override
+    Result<> open(AudioSource& given) override
     {
         source = &given;
-        return true;
+        return {};
     }
 
     void close() override { source = nullptr; }

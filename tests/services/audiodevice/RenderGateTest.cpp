@@ -17,9 +17,8 @@ class RenderGateTest : public testing::Test {
 protected:
     RenderGateTest()
     {
-        std::string error;
-        clock.open(gate.clockEntry(), error);
-        device.open(gate.deviceEntry(), error);
+        EXPECT_TRUE(clock.open(gate.clockEntry()));
+        EXPECT_TRUE(device.open(gate.deviceEntry()));
     }
 
     void warmUp()

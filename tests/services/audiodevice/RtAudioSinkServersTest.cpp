@@ -59,7 +59,7 @@ protected:
     // Plays to a server of its own, kills that, and expects the silent clock to take over quietly.
     void expectFallback(SoundServersFolder& servers, const std::string& server, AudioOutput& output)
     {
-        ASSERT_TRUE(output.open(source, error)) << error;
+        ASSERT_EQ(output.open(source).error(), "");
         ASSERT_TRUE(output.waitForDevice(seconds(10))) << output.problem();
         ASSERT_TRUE(source.waitFor(24'000));
         servers.signal(server, SIGKILL);
@@ -72,7 +72,6 @@ protected:
 
     ConsoleCapture lines;
     SineSource source;
-    std::string error;
 };
 
 } // namespace
@@ -86,7 +85,7 @@ TEST_F(RtAudioSinkServersTest, PlaysATruthfulSineThroughPulseAudio)
                            "--channels=2", "--latency-msec=20"},
                           recording.string());
     RtAudioSink sink;
-    ASSERT_TRUE(sink.open(source, error)) << error;
+    ASSERT_EQ(sink.open(source).error(), "");
     EXPECT_THAT(sink.description(), StartsWith("PulseAudio: "));
     EXPECT_THAT(sink.description(), HasSubstr(" at 48000 Hz"));
     ToneMeasure measure;
@@ -108,7 +107,7 @@ TEST_F(RtAudioSinkServersTest, IsPulledByJACKAtItsPace)
     const SoundServersFolder servers(Kind::shared);
     USE_SERVER(servers, "jack");
     RtAudioSink sink;
-    ASSERT_TRUE(sink.open(source, error)) << error;
+    ASSERT_EQ(sink.open(source).error(), "");
     EXPECT_THAT(sink.description(), StartsWith("JACK: "));
     EXPECT_NEAR(paceOf(source), 2.0, 0.1);
     EXPECT_TRUE(sink.isAudible());
@@ -134,7 +133,7 @@ TEST_F(RtAudioSinkServersTest, ConvertsForAServerOfAnotherRate)
     servers.start("jack");
     USE_SERVER(servers, "jack");
     RtAudioSink sink;
-    ASSERT_TRUE(sink.open(source, error)) << error;
+    ASSERT_EQ(sink.open(source).error(), "");
     EXPECT_THAT(sink.description(), HasSubstr(" at 44100 Hz"));
     EXPECT_NEAR(paceOf(source), 2.0, 0.1);
 }
@@ -172,7 +171,7 @@ TEST_F(RtAudioSinkServersTest, StopsInBoundedTimeWherePulseAudioHangs)
     servers.start("pulse");
     USE_SERVER(servers, "pulse");
     AudioOutput output;
-    ASSERT_TRUE(output.open(source, error)) << error;
+    ASSERT_EQ(output.open(source).error(), "");
     ASSERT_TRUE(output.waitForDevice(seconds(10))) << output.problem();
     servers.signal("pulse", SIGSTOP);
     waitUntilAudible(output, false);
@@ -190,8 +189,7 @@ TEST_F(RtAudioSinkServersTest, FindsNoDeviceWhereThereIsNone)
         GTEST_SKIP() << "this machine has a sound card";
     }
     RtAudioSink sink;
-    EXPECT_FALSE(sink.open(source, error));
-    EXPECT_EQ(error, "No sound server and no sound card was found.");
+    EXPECT_EQ(sink.open(source).error(), "No sound server and no sound card was found.");
     EXPECT_EQ(source.frames(), 0);
     EXPECT_FALSE(sink.isAudible());
 }

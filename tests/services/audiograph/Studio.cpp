@@ -13,17 +13,15 @@ Studio::Studio(int blockFrames, double rate)
       recorder(std::make_shared<RecordingUnit>(rate)),
       sequencer(std::make_unique<AVAudioSequencer>(engine))
 {
-    std::string error;
     EXPECT_EQ(engine->attachNode(instrument), noErr);
     EXPECT_EQ(engine->connect(instrument, engine->mainMixerNode(), 0, 0), noErr);
     EXPECT_EQ(engine->enableManualRenderingMode(AudioSource::maximumFrames), noErr);
-    EXPECT_TRUE(engine->start(error)) << error;
+    EXPECT_EQ(engine->start().error(), "");
 }
 
 void Studio::load(const Song& song)
 {
-    std::string error;
-    ASSERT_TRUE(sequencer->loadFromData(song.file(), AVAudioSequencer::channelsToTracks, error)) << error;
+    ASSERT_EQ(sequencer->loadFromData(song.file(), AVAudioSequencer::channelsToTracks).error(), "");
     for (const auto& track : sequencer->tracks()) {
         track->setDestinationAudioUnit(instrument);
     }
@@ -31,9 +29,8 @@ void Studio::load(const Song& song)
 
 void Studio::start(double beats)
 {
-    std::string error;
     sequencer->setCurrentPositionInBeats(beats);
-    EXPECT_TRUE(sequencer->start(error)) << error;
+    EXPECT_EQ(sequencer->start().error(), "");
 }
 
 Lines Studio::run(std::int64_t wanted)

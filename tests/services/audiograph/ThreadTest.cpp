@@ -12,11 +12,11 @@ namespace {
 // Pulls without a pause on a thread of its own, and watches whether the left channel goes on counting.
 class PullingSink final : public AudioSink {
 public:
-    bool open(AudioSource& source, std::string&) override
+    Result<> open(AudioSource& source) override
     {
         isOpen = true;
         thread = std::thread([this, &source] { pull(source); });
-        return true;
+        return {};
     }
 
     void close() override
@@ -67,13 +67,12 @@ private:
 struct LiveStudio {
     LiveStudio()
     {
-        std::string error;
         EXPECT_EQ(engine->attachNode(counter), noErr);
         EXPECT_EQ(engine->attachNode(instrument), noErr);
         EXPECT_EQ(engine->connect(counter, engine->mainMixerNode(), 0, 0), noErr);
         EXPECT_EQ(engine->connect(instrument, engine->mainMixerNode(), 0, 1), noErr);
-        EXPECT_TRUE(engine->setSink(sink, error));
-        EXPECT_TRUE(engine->start(error));
+        EXPECT_EQ(engine->setSink(sink).error(), "");
+        EXPECT_EQ(engine->start().error(), "");
         sink->wait(1);
     }
 
@@ -119,12 +118,11 @@ TEST(Threads, SequencersComeAndGoWithoutAHangingNote)
     const std::vector<std::uint8_t> file = song.file();
     for (int i = 0; i < 60; ++i) {
         AVAudioSequencer sequencer(studio.engine);
-        std::string error;
-        ASSERT_TRUE(sequencer.loadFromData(file, AVAudioSequencer::channelsToTracks, error));
+        ASSERT_EQ(sequencer.loadFromData(file, AVAudioSequencer::channelsToTracks).error(), "");
         for (const auto& track : sequencer.tracks()) {
             track->setDestinationAudioUnit(studio.instrument);
         }
-        ASSERT_TRUE(sequencer.start(error));
+        ASSERT_EQ(sequencer.start().error(), "");
         studio.sink->wait(2);
         sequencer.setCurrentPositionInBeats(0.5);
         EXPECT_GE(sequencer.currentPositionInBeats(), 0.5);
@@ -145,8 +143,7 @@ TEST(Threads, PositionsNeverGoBackWhilePlaying)
 {
     LiveStudio studio;
     AVAudioSequencer sequencer(studio.engine);
-    std::string error;
-    ASSERT_TRUE(sequencer.start(error));
+    ASSERT_EQ(sequencer.start().error(), "");
     double last = 0.0;
     bool isForward = true;
     const int end = studio.sink->blocks + 300;

@@ -252,15 +252,14 @@ TEST_F(LargeBanks, TheStateOfTheChannelsGoesOnInAnotherBank)
 // The library has a cache of samples for the process: two parts of a rendering hold one copy.
 TEST_F(LargeBanks, AllSynthesizersOfABankShareItsCopy)
 {
-    std::string error;
-    const auto one = BankFile::open(bank.path, error);
-    const auto other = BankFile::open(bank.path, error);
+    const auto one = *BankFile::open(bank.path);
+    const auto other = *BankFile::open(bank.path);
     ASSERT_NE(one, nullptr);
     EXPECT_EQ(one, other);
     EXPECT_TRUE(one->isLarge());
     EXPECT_FALSE(fs::equivalent(one->readable, one->path));
     overwriteBank();
-    EXPECT_NE(BankFile::open(bank.path, error), one);
+    EXPECT_NE(*BankFile::open(bank.path), one);
 }
 
 } // namespace

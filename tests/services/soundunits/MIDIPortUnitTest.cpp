@@ -21,14 +21,13 @@ using Bytes = std::vector<std::uint8_t>;
 struct FakePort : MIDIOutput {
     FakePort(std::vector<Bytes>& into, bool isBroken) : sent(into), broken(isBroken) {}
 
-    bool send(std::span<const std::uint8_t> bytes, std::string& error) override
+    Result<> send(std::span<const std::uint8_t> bytes) override
     {
         if (broken) {
-            error = "The port is gone.";
-            return false;
+            return failure("The port is gone.");
         }
         sent.emplace_back(bytes.begin(), bytes.end());
-        return true;
+        return {};
     }
 
     std::string name() const override { return "Fake"; }
@@ -50,8 +49,7 @@ protected:
         ASSERT_EQ(engine->attachNode(instrument), noErr);
         ASSERT_EQ(engine->connect(instrument, engine->mainMixerNode(), 0, 0), noErr);
         engine->enableManualRenderingMode(512);
-        std::string error;
-        ASSERT_TRUE(engine->start(error));
+        ASSERT_EQ(engine->start().error(), "");
         const auto unit = instrument->auAudioUnit();
         EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0x91, 60, 100, 0), noErr);
         EXPECT_EQ(MusicDeviceMIDIEvent(unit, 0xC1, 5, 0, 10), noErr);
@@ -90,12 +88,12 @@ protected:
 struct TellingPort : MIDIOutput {
     explicit TellingPort(std::binary_semaphore& toTell) : ended(toTell) {}
 
-    bool send(std::span<const std::uint8_t> bytes, std::string&) override
+    Result<> send(std::span<const std::uint8_t> bytes) override
     {
         if (bytes[0] == 0x80) {
             ended.release();
         }
-        return true;
+        return {};
     }
 
     std::string name() const override { return "Telling"; }
@@ -174,11 +172,11 @@ TEST_F(MIDIPort, WhatSoundsWhereTheUnitLeavesItsEngineIsEndedOnce)
 struct SlowPort : MIDIOutput {
     SlowPort(std::vector<Bytes>& into, std::atomic<bool>& isFree) : sent(into), free(isFree) {}
 
-    bool send(std::span<const std::uint8_t> bytes, std::string&) override
+    Result<> send(std::span<const std::uint8_t> bytes) override
     {
         free.wait(false);
         sent.emplace_back(bytes.begin(), bytes.end());
-        return true;
+        return {};
     }
 
     std::string name() const override { return "Slow"; }
@@ -203,12 +201,12 @@ struct StuckPort : MIDIOutput {
         signals.isClosed.notify_all();
     }
 
-    bool send(std::span<const std::uint8_t>, std::string&) override
+    Result<> send(std::span<const std::uint8_t>) override
     {
         signals.isEntered = true;
         signals.isEntered.notify_all();
         signals.mayGoOn.wait(false);
-        return true;
+        return {};
     }
 
     std::string name() const override { return "Stuck"; }

@@ -45,8 +45,7 @@ protected:
         ASSERT_NE(instrument, nullptr);
         ASSERT_EQ(engine->attachNode(instrument), noErr);
         ASSERT_EQ(engine->connect(instrument, engine->mainMixerNode(), 0, 0), noErr);
-        std::string error;
-        ASSERT_TRUE(engine->start(error)) << error;
+        ASSERT_EQ(engine->start().error(), "");
     }
 
     MIDISynthUnit& unit() { return dynamic_cast<MIDISynthUnit&>(*instrument->auAudioUnit()); }
@@ -210,8 +209,7 @@ TEST_F(MIDISynth, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
     begin();
     const auto render = [this] { engine->render(left.data(), right.data(), blockFrames); };
     render();
-    std::string error;
-    const std::weak_ptr<const BankFile> first = BankFile::open(large.path, error);
+    const std::weak_ptr<const BankFile> first = *BankFile::open(large.path);
     ASSERT_FALSE(first.expired());
     ASSERT_EQ(setBank(test::buildFolder() / "resources/gs_instruments.dls"), noErr);
     render();

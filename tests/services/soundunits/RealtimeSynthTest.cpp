@@ -34,8 +34,7 @@ protected:
         ASSERT_EQ(engine->connect(instrument, limiter, 0, 0), noErr);
         ASSERT_EQ(engine->connect(limiter, engine->mainMixerNode(), 0, 0), noErr);
         engine->enableManualRenderingMode(AudioSource::maximumFrames);
-        std::string error;
-        ASSERT_TRUE(engine->start(error)) << error;
+        ASSERT_EQ(engine->start().error(), "");
     }
 
     ~RealtimeSynth() override
@@ -89,14 +88,12 @@ TEST_F(RealtimeSynth, HeldNotesTakeNoLockNoMemoryAndOneReleaseABlock)
 TEST_F(RealtimeSynth, PlayingASongTakesNoLockAndNoMemory)
 {
     AVAudioSequencer sequencer(engine);
-    std::string error;
-    ASSERT_TRUE(sequencer.loadFromData(busySong().file(), AVAudioSequencer::channelsToTracks, error))
-        << error;
+    ASSERT_EQ(sequencer.loadFromData(busySong().file(), AVAudioSequencer::channelsToTracks).error(), "");
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(instrument);
     }
     sequencer.prepareToPlay();
-    ASSERT_TRUE(sequencer.start(error)) << error;
+    ASSERT_EQ(sequencer.start().error(), "");
     render(400, 8);
     sequencer.setCurrentPositionInBeats(3.0);
     render(400, 8);

@@ -22,8 +22,7 @@ SynthStudio::SynthStudio(const std::optional<std::filesystem::path>& bank)
     EXPECT_EQ(engine->attachNode(instrument), noErr);
     EXPECT_EQ(engine->connect(instrument, engine->mainMixerNode(), 0, 0), noErr);
     engine->enableManualRenderingMode(blockFrames);
-    std::string error;
-    EXPECT_TRUE(engine->start(error)) << error;
+    EXPECT_EQ(engine->start().error(), "");
     sequencer = std::make_unique<AVAudioSequencer>(engine);
 }
 
@@ -35,8 +34,7 @@ SynthStudio::~SynthStudio()
 
 void SynthStudio::load(const Song& song)
 {
-    std::string error;
-    EXPECT_TRUE(sequencer->loadFromData(song.file(), AVAudioSequencer::channelsToTracks, error)) << error;
+    EXPECT_EQ(sequencer->loadFromData(song.file(), AVAudioSequencer::channelsToTracks).error(), "");
     for (const auto& track : sequencer->tracks()) {
         track->setDestinationAudioUnit(instrument);
     }
@@ -44,10 +42,9 @@ void SynthStudio::load(const Song& song)
 
 void SynthStudio::start(double beats)
 {
-    std::string error;
     sequencer->prepareToPlay();
     sequencer->setCurrentPositionInBeats(beats);
-    EXPECT_TRUE(sequencer->start(error)) << error;
+    EXPECT_EQ(sequencer->start().error(), "");
 }
 
 std::vector<float> SynthStudio::run(int blocks)

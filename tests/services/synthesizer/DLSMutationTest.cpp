@@ -49,16 +49,16 @@ TEST(DLSMutation, EveryMutatedBankIsRefusedOrPlaysFiniteSound)
     int played = 0;
     const auto before = std::chrono::steady_clock::now();
     for (int i = 0; i < 300; ++i) {
-        std::string error;
         SynthesizerOptions options;
         options.reverb = false;
         options.chorus = false;
         const auto path = folder.write("mutated.dls", mutated(random));
-        const auto synthesizer = Synthesizer::make(path, options, error);
-        if (!synthesizer) {
-            EXPECT_FALSE(error.empty());
+        auto made = Synthesizer::make(path, options);
+        if (!made) {
+            EXPECT_FALSE(made.error().empty());
             continue;
         }
+        const auto synthesizer = *std::move(made);
         for (const int channel : {0, 9}) {
             for (const int key : {0, 38, 60, 127}) {
                 synthesizer->noteOn(channel, key, 100);

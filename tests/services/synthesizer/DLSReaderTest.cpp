@@ -33,7 +33,11 @@ struct Reading {
 Reading reading(const Bytes& bytes)
 {
     Reading result;
-    result.file = DLSReader(bytes).read(result.error);
+    auto read = DLSReader(bytes).read();
+    result.error = read.error();
+    if (read) {
+        result.file = *std::move(read);
+    }
     return result;
 }
 

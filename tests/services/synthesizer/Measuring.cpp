@@ -79,10 +79,9 @@ std::unique_ptr<Synthesizer> drySynthesizer(const std::filesystem::path& bank)
     SynthesizerOptions options;
     options.reverb = false;
     options.chorus = false;
-    std::string error;
-    auto made = Synthesizer::make(bank, options, error);
-    EXPECT_NE(made, nullptr) << error;
-    return made;
+    auto made = Synthesizer::make(bank, options);
+    EXPECT_TRUE(made) << made.error();
+    return *std::move(made);
 }
 
 Stereo renderFrames(Synthesizer& synthesizer, int frames, int block)

@@ -28,24 +28,22 @@ protected:
         bytes.assign(text.begin(), text.end());
     }
 
-    // The bank of `from`, or none and why.
-    std::optional<DLSFile> converted(const std::vector<std::uint8_t>& from)
+    Result<DLSFile> converted(const std::vector<std::uint8_t>& from)
     {
-        const auto file = SoundFontFile::read(from, error);
-        return file ? SoundFontConverter(*file).convert(error) : std::nullopt;
+        const auto file = SoundFontFile::read(from);
+        return file ? SoundFontConverter(*file).convert() : failure(file.error());
     }
 
     std::vector<std::uint8_t> bytes;
-    std::string error;
 };
 
 } // namespace
 
 TEST_F(SoundFontConverterTest, KeepsRootTuningAndLoopOfEveryVoice)
 {
-    const auto source = SoundFontFile::read(bytes, error);
+    const auto source = SoundFontFile::read(bytes);
     const auto bank = converted(bytes);
-    ASSERT_TRUE(source && bank) << error;
+    ASSERT_TRUE(source && bank) << bank.error();
     ASSERT_EQ(bank->instruments.size(), source->presets.size());
     for (std::size_t i = 0; i < bank->instruments.size(); ++i) {
         const auto voices = voicesOf(*source, source->presets[i], 100000);
@@ -75,8 +73,8 @@ TEST_F(SoundFontConverterTest, WritesWhatTheReaderReads)
     const auto bank = converted(bytes);
     ASSERT_TRUE(bank);
     const auto written = writeDLS(*bank, "Bank");
-    const auto read = DLSReader(written).read(error);
-    ASSERT_TRUE(read) << error;
+    const auto read = DLSReader(written).read();
+    ASSERT_TRUE(read) << read.error();
     EXPECT_TRUE(read->warnings.empty());
     ASSERT_EQ(read->instruments.size(), bank->instruments.size());
     EXPECT_EQ(read->articulations, bank->articulations);
@@ -89,11 +87,10 @@ TEST_F(SoundFontConverterTest, WritesWhatTheReaderReads)
 
 TEST_F(SoundFontConverterTest, RefusesWhatIsNoSoundFont)
 {
-    EXPECT_FALSE(converted({}));
-    EXPECT_EQ(error, "The file is no SoundFont.");
+    EXPECT_EQ(converted({}).error(), "The file is no SoundFont.");
     EXPECT_FALSE(converted(tinyBankBytes()));
-    EXPECT_FALSE(converted({bytes.begin(), bytes.begin() + 4000000}));
-    EXPECT_EQ(error, "The SoundFont is damaged or has no sounds.");
+    EXPECT_EQ(converted({bytes.begin(), bytes.begin() + 4000000}).error(),
+              "The SoundFont is damaged or has no sounds.");
 }
 
 TEST_F(SoundFontConverterTest, EndsSoonWhateverTheTablesSay)
@@ -106,8 +103,8 @@ TEST_F(SoundFontConverterTest, EndsSoonWhateverTheTablesSay)
         for (int k = 0; k < 200; ++k) {
             damaged[tables + random() % (damaged.size() - tables)] = static_cast<std::uint8_t>(random());
         }
-        error.clear();
-        EXPECT_TRUE(converted(damaged) || !error.empty());
+        const auto bank = converted(damaged);
+        EXPECT_TRUE(bank || !bank.error().empty());
     }
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(60));
 }

@@ -25,11 +25,7 @@ protected:
         ASSERT_TRUE(dry);
     }
 
-    static std::unique_ptr<Synthesizer> wet()
-    {
-        std::string error;
-        return Synthesizer::make(builtInBank(), {}, error);
-    }
+    static std::unique_ptr<Synthesizer> wet() { return *Synthesizer::make(builtInBank(), {}); }
 
     // A short piece with messages off the 64-frame grid, all of them sent ahead of their blocks.
     static Stereo piece(Synthesizer& synthesizer, int block)
@@ -363,11 +359,7 @@ TEST(SynthesizerMaking, SaysWhatIsWrongWithABank)
 {
     ConsoleCapture console;
     const TemporaryFolder folder;
-    std::string error;
-    const auto says = [&](const std::filesystem::path& bank) {
-        EXPECT_EQ(Synthesizer::make(bank, {}, error), nullptr);
-        return error;
-    };
+    const auto says = [](const std::filesystem::path& bank) { return Synthesizer::make(bank, {}).error(); };
     const auto absent = folder.path / "absent.sf2";
     EXPECT_EQ(says(absent), "The sound bank \"" + absent.string() + "\" cannot be read.");
     EXPECT_EQ(says(folder.path), "The sound bank \"" + folder.path.string() + "\" cannot be read.");
@@ -382,14 +374,15 @@ TEST(SynthesizerMaking, LogsABankThatCannotBeUsed)
 {
     ConsoleCapture console;
     const TemporaryFolder folder;
-    std::string error;
     auto bytes = tinyBankBytes();
     bytes.resize(60);
-    EXPECT_EQ(Synthesizer::make(folder.write("cut.dls", bytes), {}, error), nullptr);
-    EXPECT_EQ(console.take(), std::vector{error});
+    const auto cut = Synthesizer::make(folder.write("cut.dls", bytes), {});
+    EXPECT_FALSE(cut);
+    EXPECT_EQ(console.take(), std::vector{cut.error()});
     const std::vector<std::uint8_t> font{'R', 'I', 'F', 'F', 4, 0, 0, 0, 's', 'f', 'b', 'k'};
-    EXPECT_EQ(Synthesizer::make(folder.write("cut.sf2", font), {}, error), nullptr);
-    EXPECT_NE(error.find("is damaged"), std::string::npos);
+    const auto damaged = Synthesizer::make(folder.write("cut.sf2", font), {});
+    EXPECT_FALSE(damaged);
+    EXPECT_NE(damaged.error().find("is damaged"), std::string::npos);
 }
 
 TEST(SynthesizerMaking, PlaysATinyBankWithTheFrequencyOfItsWave)

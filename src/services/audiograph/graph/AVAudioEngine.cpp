@@ -27,12 +27,12 @@ AVAudioEngine::~AVAudioEngine()
 
 // MARK: Running
 
-bool AVAudioEngine::setSink(std::shared_ptr<AudioSink> newSink, std::string& error)
+Result<> AVAudioEngine::setSink(std::shared_ptr<AudioSink> newSink)
 {
     assertMainThread();
     closeSink();
     sink = std::move(newSink);
-    return !isRunning() || openSink(error);
+    return isRunning() ? openSink() : Result<>();
 }
 
 void AVAudioEngine::prepare()
@@ -40,19 +40,19 @@ void AVAudioEngine::prepare()
     publish();
 }
 
-bool AVAudioEngine::start(std::string& error)
+Result<> AVAudioEngine::start()
 {
     assertMainThread();
     if (isRunning()) {
-        return true;
+        return {};
     }
     running.store(true, std::memory_order_release);
-    if (!openSink(error)) {
+    if (Result<> opened = openSink(); !opened) {
         running.store(false, std::memory_order_release);
-        return false;
+        return opened;
     }
     keepHouse();
-    return true;
+    return {};
 }
 
 void AVAudioEngine::keepHouse()
@@ -86,13 +86,14 @@ void AVAudioEngine::stop()
     collectGarbage();
 }
 
-bool AVAudioEngine::openSink(std::string& error)
+Result<> AVAudioEngine::openSink()
 {
     if (sink == nullptr || isInManualRenderingMode()) {
-        return true;
+        return {};
     }
-    isSinkOpen = sink->open(*this, error);
-    return isSinkOpen;
+    Result<> opened = sink->open(*this);
+    isSinkOpen = static_cast<bool>(opened);
+    return opened;
 }
 
 void AVAudioEngine::closeSink()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "base/Timer.h"
 #include "base/realtime/AudioSink.h"
 #include "base/realtime/Handoff.h"
@@ -12,7 +13,6 @@
 #include <atomic>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace volvelle {
@@ -71,16 +71,15 @@ public:
     // MARK: Running [main]
 
     // What pulls while the engine runs; null for nothing. While it runs the old sink is closed and the new
-    // one opened: false with a text where that fails, and then nothing pulls. A sink that opens a device
+    // one opened; where that fails nothing pulls. A sink that opens a device
     // slowly begins on a clock of its own.
-    bool setSink(std::shared_ptr<AudioSink> sink, std::string& error);
+    Result<> setSink(std::shared_ptr<AudioSink> sink);
 
     // Makes ready what start() needs, so that it takes no time.
     void prepare();
 
-    // True if it runs. False with a text in `error` where the sink does not open. Without a sink, and in
-    // manual rendering mode, it just runs.
-    bool start(std::string& error);
+    // Fails where the sink does not open. Without a sink, and in manual rendering mode, it just runs.
+    Result<> start();
 
     // The graph stands still and keeps what sounds.
     void pause();
@@ -120,7 +119,7 @@ public:
 private:
     [[nodiscard]] OSStatus check(const std::shared_ptr<AVAudioNode>& node) const;
     void publish();
-    bool openSink(std::string& error);
+    Result<> openSink();
     void closeSink();
     void keepHouse();
 

@@ -34,44 +34,41 @@ AVAudioSequencer::~AVAudioSequencer()
     }
 }
 
-bool AVAudioSequencer::loadFromURL(const std::filesystem::path& url, std::uint32_t options,
-                                   std::string& error)
+Result<> AVAudioSequencer::loadFromURL(const std::filesystem::path& url, std::uint32_t options)
 {
     MusicSequence sequence;
     OSStatus status = NewMusicSequence(sequence);
     if (status == noErr) {
         status = MusicSequenceFileLoad(sequence, url, kMusicSequenceFile_MIDIType, options);
     }
-    return take(sequence, status, error);
+    return take(sequence, status);
 }
 
-bool AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options,
-                                    std::string& error)
+Result<> AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options)
 {
     MusicSequence sequence;
     OSStatus status = NewMusicSequence(sequence);
     if (status == noErr) {
         status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, options);
     }
-    return take(sequence, status, error);
+    return take(sequence, status);
 }
 
-bool AVAudioSequencer::loadFromSequence(const MusicSequence& sequence, std::string& error)
+Result<> AVAudioSequencer::loadFromSequence(const MusicSequence& sequence)
 {
     assertMainThread();
-    return take(sequence, sequence == nullptr ? kAudio_ParamError : noErr, error);
+    return take(sequence, sequence == nullptr ? kAudio_ParamError : noErr);
 }
 
-bool AVAudioSequencer::take(const MusicSequence& sequence, OSStatus status, std::string& error)
+Result<> AVAudioSequencer::take(const MusicSequence& sequence, OSStatus status)
 {
     const auto loaded = std::make_shared<SequencerEvents>();
     status = status == noErr ? loaded->read(sequence) : status;
     if (status != noErr) {
-        error = "The MIDI file could not be read (" + std::to_string(status) + ").";
-        return false;
+        return failure("The MIDI file could not be read (" + std::to_string(status) + ").");
     }
     setEvents(loaded);
-    return true;
+    return {};
 }
 
 void AVAudioSequencer::setEvents(std::shared_ptr<const SequencerEvents> newEvents)
@@ -150,13 +147,12 @@ void AVAudioSequencer::prepareToPlay()
     }
 }
 
-bool AVAudioSequencer::start(std::string& error)
+Result<> AVAudioSequencer::start()
 {
     assertMainThread();
     const std::shared_ptr<AVAudioEngine> running = engine.lock();
     if (running == nullptr || !running->isRunning()) {
-        error = "The audio engine is not running.";
-        return false;
+        return failure("The audio engine is not running.");
     }
     if (!playing) {
         if (isContentOld) {
@@ -167,7 +163,7 @@ bool AVAudioSequencer::start(std::string& error)
         ++command.startSerial;
         move(command.beats);
     }
-    return true;
+    return {};
 }
 
 void AVAudioSequencer::stop()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "services/audiograph/parameters/PropertyDictionary.h"
 #include "services/audiograph/sequencer/AVMusicTrack.h"
 #include "services/audiograph/sequencer/SequencerCore.h"
@@ -7,7 +8,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace volvelle {
@@ -32,12 +32,12 @@ public:
     // MARK: Content
     //
     // Loading replaces tracks and content and forgets the destinations; position, rate and playing stay.
-    // False with a text on failure, and then nothing changes.
+    // After a failure nothing has changed.
 
-    bool loadFromURL(const std::filesystem::path& url, std::uint32_t options, std::string& error);
-    bool loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options, std::string& error);
+    Result<> loadFromURL(const std::filesystem::path& url, std::uint32_t options);
+    Result<> loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options);
     // Takes what the sequence holds now: later changes of it are not heard.
-    bool loadFromSequence(const MusicSequence& sequence, std::string& error);
+    Result<> loadFromSequence(const MusicSequence& sequence);
 
     const std::vector<std::shared_ptr<AVMusicTrack>>& tracks() const { return trackList; }
 
@@ -53,10 +53,9 @@ public:
     // Tells the destinations which programs will be needed, so that they are there in time.
     void prepareToPlay();
 
-    // Plays from the current position; true where it plays already. False with a text where the engine does
-    // not run. At 0 the destinations are reset; elsewhere program, bank, controllers and bend are brought up
-    // to date.
-    bool start(std::string& error);
+    // Plays from the current position; done where it plays already. Fails where the engine does not run. At 0
+    // the destinations are reset; elsewhere program, bank, controllers and bend are brought up to date.
+    Result<> start();
 
     // Ends what sounds and keeps the position.
     void stop();
@@ -84,7 +83,7 @@ public:
     void collectGarbage() { core->collectGarbage(); }
 
 private:
-    bool take(const MusicSequence& sequence, OSStatus status, std::string& error);
+    Result<> take(const MusicSequence& sequence, OSStatus status);
     void letTracksGo();
     void move(double beats);
     void send();

@@ -11,12 +11,11 @@ using testing::ElementsAre;
 
 class ScriptedSink final : public AudioSink {
 public:
-    bool open(AudioSource& newSource, std::string& error) override
+    Result<> open(AudioSource& newSource) override
     {
         ++opened;
         source = &newSource;
-        error = opens ? "" : "No device.";
-        return opens;
+        return opens ? Result<>() : failure("No device.");
     }
 
     void close() override { ++closed; }
@@ -43,9 +42,8 @@ std::vector<float> rendered(AVAudioEngine& engine, int frames)
 struct RunningEngine {
     RunningEngine()
     {
-        std::string error;
         EXPECT_EQ(engine.enableManualRenderingMode(4096), noErr);
-        EXPECT_TRUE(engine.start(error));
+        EXPECT_EQ(engine.start().error(), "");
     }
 
     AVAudioEngine engine;
@@ -60,8 +58,7 @@ TEST(AVAudioEngine, WhatWaitsWhenTheEngineStopsIsNotHeardBehindTheNextStart)
     EXPECT_EQ(unit->musicDeviceMIDIEvent(0x90, 61, 100, 0), noErr);
     studio.engine->stop();
     EXPECT_EQ(unit->musicDeviceMIDIEvent(0x90, 62, 100, 0), noErr);
-    std::string error;
-    ASSERT_TRUE(studio.engine->start(error));
+    ASSERT_EQ(studio.engine->start().error(), "");
     EXPECT_EQ(studio.run(4096), Lines{"512: 90 3E 64"});
 }
 
@@ -158,8 +155,7 @@ TEST(AVAudioEngine, AUnitThatLeavesTheGraphTakesNoMessagesUntilItIsBack)
 {
     AVAudioEngine engine;
     ASSERT_EQ(engine.enableManualRenderingMode(512), noErr);
-    std::string error;
-    ASSERT_TRUE(engine.start(error)) << error;
+    ASSERT_EQ(engine.start().error(), "");
     const auto unit = std::make_shared<RecordingUnit>();
     const auto node = std::make_shared<AVAudioUnitMIDIInstrument>(unit);
     const std::array<std::uint8_t, 3> message{0x90, 60, 100};
@@ -230,12 +226,11 @@ TEST(AVAudioEngine, RenderingByHandHasItsConditions)
     AVAudioEngine engine;
     float left = 7.0F;
     float right = 7.0F;
-    std::string error;
     EXPECT_EQ(engine.renderOffline(1, &left, &right), kAudioEngineErr_InvalidMode);
     EXPECT_EQ(engine.enableManualRenderingMode(0), kAudio_ParamError);
     EXPECT_EQ(engine.enableManualRenderingMode(8), noErr);
     EXPECT_EQ(engine.renderOffline(1, &left, &right), kAudioEngineErr_NotRunning);
-    ASSERT_TRUE(engine.start(error));
+    ASSERT_EQ(engine.start().error(), "");
     EXPECT_EQ(engine.renderOffline(9, &left, &right), kAudio_ParamError);
     EXPECT_EQ(engine.renderOffline(0, &left, &right), kAudio_ParamError);
     EXPECT_EQ(engine.enableManualRenderingMode(16), kAudioEngineErr_Initialized);
@@ -263,21 +258,20 @@ TEST(AVAudioEngine, TheSinkIsOpenWhileTheEngineRuns)
     AVAudioEngine engine;
     const auto sink = std::make_shared<ScriptedSink>();
     const auto next = std::make_shared<ScriptedSink>();
-    std::string error;
-    EXPECT_TRUE(engine.setSink(sink, error));
+    EXPECT_EQ(engine.setSink(sink).error(), "");
     EXPECT_EQ(sink->opened, 0);
     engine.prepare();
-    EXPECT_TRUE(engine.start(error));
-    EXPECT_TRUE(engine.start(error));
+    EXPECT_EQ(engine.start().error(), "");
+    EXPECT_EQ(engine.start().error(), "");
     EXPECT_EQ(sink->opened, 1);
     EXPECT_EQ(sink->source, &engine);
-    EXPECT_TRUE(engine.setSink(next, error));
+    EXPECT_EQ(engine.setSink(next).error(), "");
     EXPECT_EQ(sink->closed, 1);
     EXPECT_EQ(next->opened, 1);
     engine.pause();
     EXPECT_FALSE(engine.isRunning());
     EXPECT_EQ(next->closed, 1);
-    EXPECT_TRUE(engine.start(error));
+    EXPECT_EQ(engine.start().error(), "");
     engine.stop();
     EXPECT_EQ(next->closed, 2);
 }
@@ -287,14 +281,12 @@ TEST(AVAudioEngine, ASinkThatDoesNotOpenIsAnError)
     AVAudioEngine engine;
     const auto sink = std::make_shared<ScriptedSink>();
     sink->opens = false;
-    std::string error;
-    EXPECT_TRUE(engine.setSink(sink, error));
-    EXPECT_FALSE(engine.start(error));
-    EXPECT_EQ(error, "No device.");
+    EXPECT_EQ(engine.setSink(sink).error(), "");
+    EXPECT_EQ(engine.start().error(), "No device.");
     EXPECT_FALSE(engine.isRunning());
-    EXPECT_TRUE(engine.setSink(nullptr, error));
-    EXPECT_TRUE(engine.start(error));
-    EXPECT_FALSE(engine.setSink(sink, error));
+    EXPECT_EQ(engine.setSink(nullptr).error(), "");
+    EXPECT_EQ(engine.start().error(), "");
+    EXPECT_FALSE(engine.setSink(sink));
     EXPECT_TRUE(engine.isRunning());
     EXPECT_EQ(sink->closed, 0);
 }
@@ -303,10 +295,9 @@ TEST(AVAudioEngine, NoSinkIsOpenedWhileRenderingByHand)
 {
     AVAudioEngine engine;
     const auto sink = std::make_shared<ScriptedSink>();
-    std::string error;
-    EXPECT_TRUE(engine.setSink(sink, error));
+    EXPECT_EQ(engine.setSink(sink).error(), "");
     EXPECT_EQ(engine.enableManualRenderingMode(64), noErr);
-    EXPECT_TRUE(engine.start(error));
+    EXPECT_EQ(engine.start().error(), "");
     EXPECT_EQ(sink->opened, 0);
 }
 

@@ -448,9 +448,7 @@ TEST(AVAudioSequencer, StartingOnAnEngineThatDoesNotRunFails)
 {
     Studio studio;
     studio.engine->stop();
-    std::string error;
-    EXPECT_FALSE(studio.sequencer->start(error));
-    EXPECT_EQ(error, "The audio engine is not running.");
+    EXPECT_EQ(studio.sequencer->start().error(), "The audio engine is not running.");
     EXPECT_FALSE(studio.sequencer->isPlaying());
 }
 
@@ -459,9 +457,7 @@ TEST(AVAudioSequencer, StartingOnAnEngineThatIsGoneFails)
     auto engine = std::make_shared<AVAudioEngine>();
     AVAudioSequencer sequencer(engine);
     engine.reset();
-    std::string error;
-    EXPECT_FALSE(sequencer.start(error));
-    EXPECT_EQ(error, "The audio engine is not running.");
+    EXPECT_EQ(sequencer.start().error(), "The audio engine is not running.");
 }
 
 TEST(AVAudioSequencer, StoppingTheEngineStopsTheSequencerAndResetsTheUnits)
@@ -472,8 +468,7 @@ TEST(AVAudioSequencer, StoppingTheEngineStopsTheSequencerAndResetsTheUnits)
     studio.run(600);
     studio.engine->stop();
     EXPECT_FALSE(studio.sequencer->isPlaying());
-    std::string error;
-    ASSERT_TRUE(studio.engine->start(error));
+    ASSERT_EQ(studio.engine->start().error(), "");
     studio.run(64);
     EXPECT_EQ(studio.recorder->resets, 1);
     EXPECT_EQ(studio.recorder->sounding(), 0);
@@ -483,12 +478,10 @@ TEST(AVAudioSequencer, AFileThatCannotBeReadChangesNothing)
 {
     Studio studio;
     studio.load(Song().note(0.0, 0, 60, 100, 8.0));
-    std::string error;
-    EXPECT_FALSE(studio.sequencer->loadFromData({1, 2, 3}, AVAudioSequencer::channelsToTracks, error));
-    EXPECT_THAT(error, testing::StartsWith("The MIDI file could not be read (-"));
-    EXPECT_FALSE(
-        studio.sequencer->loadFromURL("/no/such/file.mid", AVAudioSequencer::channelsToTracks, error));
-    EXPECT_EQ(error, "The MIDI file could not be read (-43).");
+    EXPECT_THAT(studio.sequencer->loadFromData({1, 2, 3}, AVAudioSequencer::channelsToTracks).error(),
+                testing::StartsWith("The MIDI file could not be read (-"));
+    EXPECT_EQ(studio.sequencer->loadFromURL("/no/such/file.mid", AVAudioSequencer::channelsToTracks).error(),
+              "The MIDI file could not be read (-43).");
     ASSERT_EQ(studio.sequencer->tracks().size(), 1U);
     EXPECT_EQ(studio.sequencer->tracks()[0]->destinationAudioUnit(), studio.instrument);
 }
@@ -501,8 +494,7 @@ TEST(AVAudioSequencer, AFileOnDiskIsLoadedLikeItsBytes)
         std::filesystem::temp_directory_path() / ("volvelle-sequencer-" + std::to_string(getpid()) + ".mid");
     std::ofstream(path, std::ios::binary)
         .write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
-    std::string error;
-    EXPECT_TRUE(studio.sequencer->loadFromURL(path, AVAudioSequencer::channelsToTracks, error)) << error;
+    EXPECT_EQ(studio.sequencer->loadFromURL(path, AVAudioSequencer::channelsToTracks).error(), "");
     std::filesystem::remove(path);
     ASSERT_EQ(studio.sequencer->tracks().size(), 1U);
     EXPECT_DOUBLE_EQ(studio.sequencer->tracks()[0]->lengthInBeats, 2.0);
@@ -576,8 +568,7 @@ TEST(AVAudioSequencer, TracksWithoutDestinationOrOutOfUseStaySilent)
     Studio studio;
     studio.load(Song().note(0.0, 0, 60, 100, 8.0));
     const std::shared_ptr<AVMusicTrack> old = studio.sequencer->tracks()[0];
-    std::string error;
-    ASSERT_TRUE(studio.sequencer->loadFromData(Song().note(0.0, 0, 61, 100, 8.0).file(), 1, error));
+    ASSERT_EQ(studio.sequencer->loadFromData(Song().note(0.0, 0, 61, 100, 8.0).file(), 1).error(), "");
     old->setDestinationAudioUnit(nullptr);
     studio.start();
     EXPECT_THAT(studio.run(1000), ElementsAre());
