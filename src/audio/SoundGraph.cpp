@@ -1,5 +1,7 @@
 #include "audio/SoundGraph.h"
 
+#include "audio/MusicSynthesizer.h"
+#include "base/Checked.h"
 #include "base/Text.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiograph/graph/AVAudioMixerNode.h"
@@ -19,17 +21,13 @@ SoundGraph::~SoundGraph()
 
 Result<> SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& bank)
 {
-    SynthesizerOptions options;
-    options.gain = 0.5; // the limiter holds what a dense arrangement brings above full scale
-    synthesizer =
-        AudioUnitMIDISynth::make(engine, findSoundBank, [&](const AudioComponentDescription& description) {
-            return synthUnit = std::make_shared<MIDISynthUnit>(description, options, bank);
-        });
+    synthesizer = AudioUnitMIDISynth::make(engine, findSoundBank, musicSynthesizer(bank));
     synthesizer->create("Internal MIDI Synth (MT)");
     if (!synthesizer->midiSynth) {
         return failure("The synthesizer could not be made.");
     }
-    if (synthUnit->soundBank().empty()) {
+    synthUnit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
+    if (required(synthUnit).soundBank().empty()) {
         return failure(bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
                             : "There is no sound bank on this machine: install a SoundFont.");
     }

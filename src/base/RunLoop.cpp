@@ -29,6 +29,7 @@ std::shared_ptr<Timer> RunLoop::schedule(double interval, std::weak_ptr<void> ta
 {
     auto timer = std::make_shared<Timer>(clock.now(), interval, std::move(target), std::move(action));
     timers.push_back(timer);
+    mainQueue().post([] {});
     return timer;
 }
 

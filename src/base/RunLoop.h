@@ -18,7 +18,7 @@ public:
     // The clock must outlive the loop.
     explicit RunLoop(const Clock& clock);
 
-    // A repeating timer; see Timer.
+    // A repeating timer; see Timer. Wakes who waits for the next one.
     std::shared_ptr<Timer> schedule(double interval, std::weak_ptr<void> target, Timer::Action action);
 
     // Drains the main queue and fires the timers that are due, each at most once.

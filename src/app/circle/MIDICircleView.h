@@ -21,6 +21,7 @@ public:
 
     bool isHidden = false;
     CGRect bounds;
+    UIColor backgroundColor = UIColor::clearColor();
 
     // Asks the window to draw again.
     std::function<void()> setNeedsDisplay = [] {};

@@ -21,6 +21,11 @@ UIColor UIColor::gray(double white)
     return {white, white, white, 1.0};
 }
 
+UIColor UIColor::clearColor()
+{
+    return {0.0, 0.0, 0.0, 0.0};
+}
+
 UIColor UIColor::redColor()
 {
     return {1.0, 0.0, 0.0, 1.0};

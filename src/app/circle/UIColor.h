@@ -25,6 +25,9 @@ struct UIColor {
 
     static UIColor redColor();
 
+    // Nothing at all.
+    static UIColor clearColor();
+
     // A grey has the hue 0, black the saturation 0 too.
     HSB getHSB() const;
 

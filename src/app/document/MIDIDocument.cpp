@@ -1,7 +1,7 @@
 #include "app/document/MIDIDocument.h"
 
+#include "app/document/CircleBeats.h"
 #include "app/document/DocumentBrowser.h"
-#include "base/Checked.h"
 #include "base/Console.h"
 #include "services/documents/NSFileVersion.h"
 
@@ -65,11 +65,8 @@ std::vector<std::shared_ptr<AUMIDIEventEx>> MIDIDocument::getEvents()
 
 double MIDIDocument::getBeatCount()
 {
-    constexpr double fewest = 16.0;
     const auto browser = browserViewController.lock();
-    const double count = browser ? browser->playingBeats().value_or(fewest) : fewest;
-    const auto whole = checkedCast<std::int64_t>(count);
-    return whole <= 16 ? fewest : static_cast<double>(whole);
+    return circleBeats(browser ? browser->playingBeats().value_or(0.0) : 0.0);
 }
 
 // MARK: State

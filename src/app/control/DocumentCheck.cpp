@@ -1,0 +1,34 @@
+#include "app/control/DocumentCheck.h"
+
+#include "app/control/LocalizedName.h"
+#include "base/Text.h"
+#include "services/files/SafeFile.h"
+#include "services/musicsequence/MusicSequence.h"
+
+namespace volvelle {
+
+Result<> checkDocument(const std::filesystem::path& file)
+{
+    const std::string name = concat("'", shownName(file), "'");
+    std::vector<std::uint8_t> bytes;
+    const OSStatus status = readFile(file, bytes);
+    if (status == fileNotFoundErr) {
+        return failure(concat(name, " is not there any more."));
+    }
+    if (status != noErr) {
+        return failure(concat(name, " could not be read."));
+    }
+    MusicSequence sequence;
+    std::uint32_t tracks = 0;
+    if (NewMusicSequence(sequence) != noErr ||
+        MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType,
+                                  kMusicSequenceLoadSMF_ChannelsToTracks) != noErr) {
+        return failure(concat(name, " is not a MIDI file."));
+    }
+    if (MusicSequenceGetTrackCount(sequence, tracks) != noErr || tracks == 0) {
+        return failure(concat(name, " holds no track."));
+    }
+    return {};
+}
+
+} // namespace volvelle

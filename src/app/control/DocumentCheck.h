@@ -1,0 +1,13 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <filesystem>
+
+namespace volvelle {
+
+// Whether a document can be made of a file: that it can be read, and holds a MIDI file with a track. Else one
+// plain sentence. [any]
+Result<> checkDocument(const std::filesystem::path& file);
+
+} // namespace volvelle

@@ -1,0 +1,197 @@
+#include "app/control/DocumentFolder.h"
+
+#include "app/control/LocalizedName.h"
+#include "base/PlainText.h"
+#include "base/Text.h"
+#include "services/files/FileFailure.h"
+#include "services/files/FileNames.h"
+#include "services/files/MoveFile.h"
+#include "services/files/SafeFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <sys/stat.h>
+#include <tuple>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int mostNumbers = 100'000; // of files with one name
+
+// Puts a file at `wanted` or the next free number of it: `put` answers 0 or the system's number.
+template <class Put>
+Result<fs::path> putFree(const fs::path& wanted, Put put)
+{
+    for (int number = 1; number <= mostNumbers; ++number) {
+        const fs::path file = numberedFile(wanted, number);
+        const int failed = isNameTaken(file) ? EEXIST : put(file);
+        if (failed == 0) {
+            return file;
+        }
+        if (failed != EEXIST) {
+            return failure(writeFailure(file, failed));
+        }
+    }
+    return failure(writeFailure(wanted, EEXIST));
+}
+
+Result<fs::path> copyFree(const fs::path& from, const fs::path& wanted)
+{
+    std::vector<std::uint8_t> bytes;
+    if (readFile(from, bytes) != noErr) {
+        return failure(concat("'", shownName(from), "' could not be read."));
+    }
+    return putFree(wanted, [&bytes](const fs::path& file) { return putFile(file, bytes, false); });
+}
+
+std::string quoted(const fs::path& file)
+{
+    return concat("'", plainLine(utf8Text(file.filename().string())), "'");
+}
+
+// The system's number for what a move answers.
+int moved(const fs::path& from, const fs::path& to)
+{
+    switch (moveFile(from, to)) {
+    case noErr:
+        return 0;
+    case fileExistsErr:
+        return EEXIST;
+    case fileNotFoundErr:
+        return ENOENT;
+    default:
+        return EIO;
+    }
+}
+
+std::string refusalOf(const std::string& name)
+{
+    if (name.empty()) {
+        return "A name needs at least one letter.";
+    }
+    if (name.front() == '.') {
+        return "A name cannot begin with a point.";
+    }
+    if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
+        return "A name cannot hold a slash.";
+    }
+    return "";
+}
+
+} // namespace
+
+DocumentFolder::DocumentFolder(fs::path at, std::shared_ptr<TrashCan> can)
+    : folder(std::move(at)), trash(std::move(can))
+{
+}
+
+std::vector<FolderDocument> DocumentFolder::documents() const
+{
+    std::vector<FolderDocument> found;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        const fs::path& file = entry->path();
+        struct stat status{};
+        if (isMIDIFileName(file) && file.filename().native().front() != '.' &&
+            stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+            found.push_back({file, shownName(file), status.st_mtime, status.st_size});
+        }
+    }
+    std::ranges::sort(found, [](const FolderDocument& a, const FolderDocument& b) {
+        return std::tie(b.modified, a.location) < std::tie(a.modified, b.location);
+    });
+    return found;
+}
+
+bool DocumentFolder::contains(const fs::path& file) const
+{
+    std::error_code error;
+    return fs::equivalent(file.parent_path().empty() ? fs::path(".") : file.parent_path(), folder, error);
+}
+
+Result<fs::path> DocumentFolder::takeCopy(const fs::path& file) const
+{
+    if (auto made = makeFolder(); !made) {
+        return failure(made.error());
+    }
+    fs::path wanted = folder / file.filename();
+    if (!isMIDIFileName(wanted)) {
+        wanted += ".mid";
+    }
+    return copyFree(file, wanted);
+}
+
+Result<fs::path> DocumentFolder::takeMove(const fs::path& file) const
+{
+    if (auto made = makeFolder(); !made) {
+        return failure(made.error());
+    }
+    return putFree(folder / file.filename(), [&file](const fs::path& to) { return moved(file, to); });
+}
+
+Result<fs::path> DocumentFolder::duplicate(const fs::path& file) const
+{
+    return copyFree(file, file);
+}
+
+Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string& name) const
+{
+    if (const std::string refusal = refusalOf(name); !refusal.empty()) {
+        return failure(refusal);
+    }
+    fs::path to = file.parent_path() / concat(name, file.extension().string());
+    if (to == file) {
+        return to;
+    }
+    if (to.filename().native().size() > NAME_MAX) {
+        return failure("The name is too long.");
+    }
+    const int failed = moved(file, to);
+    if (failed == EEXIST) {
+        return failure(concat("There is already an idea called '", plainLine(name), "'."));
+    }
+    if (failed != 0) {
+        return failure(concat(quoted(file), " could not be renamed."));
+    }
+    return to;
+}
+
+Result<> DocumentFolder::moveToTrash(const fs::path& file)
+{
+    auto place = trash->take(file);
+    if (!place) {
+        return failure(place.error());
+    }
+    removed.push_back({file, *place});
+    return {};
+}
+
+Result<fs::path> DocumentFolder::restore()
+{
+    if (removed.empty()) {
+        return failure("There is nothing to bring back.");
+    }
+    const Removed last = removed.back();
+    removed.pop_back();
+    if (auto restored = trash->restore(last.place, last.file); !restored) {
+        return failure(restored.error());
+    }
+    return last.file;
+}
+
+Result<> DocumentFolder::makeFolder() const
+{
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        return failure(concat("The folder '", plainLine(utf8Text(folder.string())), "' could not be made."));
+    }
+    return {};
+}
+
+} // namespace volvelle

@@ -1,0 +1,277 @@
+#include "app/control/UIDocumentBrowserViewController.h"
+
+#include "app/control/DocumentCheck.h"
+#include "app/control/LocalizedName.h"
+#include "base/PlainText.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string smallLetters(std::string text)
+{
+    std::ranges::transform(text, text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return text;
+}
+
+std::string counted(std::size_t count)
+{
+    return concat(count, count == 1 ? " idea" : " ideas");
+}
+
+} // namespace
+
+void UIDocumentBrowserViewController::showFolder(fs::path path, std::shared_ptr<TrashCan> trash)
+{
+    folder = std::make_unique<DocumentFolder>(std::move(path), std::move(trash));
+    refresh();
+}
+
+std::string UIDocumentBrowserViewController::folderName() const
+{
+    if (!folder) {
+        return "";
+    }
+    const fs::path& path = folder->path();
+    const std::string parent = path.parent_path().filename().string();
+    return plainLine(utf8Text(concat(parent, parent.empty() ? "" : " / ", path.filename().string())));
+}
+
+void UIDocumentBrowserViewController::refresh()
+{
+    const auto before = selected ? indexOf(*selected) : std::nullopt;
+    all = folder ? folder->documents() : std::vector<FolderDocument>();
+    filter();
+    if (before && !selected && !found.empty()) {
+        selected = found[std::min(*before, found.size() - 1)].location;
+    }
+    tellChange();
+}
+
+void UIDocumentBrowserViewController::filter()
+{
+    const std::string wanted = smallLetters(search);
+    found.clear();
+    std::ranges::copy_if(all, std::back_inserter(found), [&wanted](const FolderDocument& document) {
+        return smallLetters(document.name).find(wanted) != std::string::npos;
+    });
+    if (selected && !indexOf(*selected)) {
+        selected.reset();
+    }
+}
+
+void UIDocumentBrowserViewController::setSearchText(std::string text)
+{
+    search = std::move(text);
+    filter();
+    tellChange();
+}
+
+void UIDocumentBrowserViewController::select(const std::optional<fs::path>& file)
+{
+    selected = file && indexOf(*file) ? file : std::nullopt;
+    tellChange();
+}
+
+std::string UIDocumentBrowserViewController::countLine() const
+{
+    if (all.empty()) {
+        return concat(folderName(), " is empty");
+    }
+    const std::string some = search.empty() ? "" : concat(found.size(), " of ");
+    return concat(some, counted(all.size()), " in ", folderName());
+}
+
+std::string UIDocumentBrowserViewController::emptySearchLine() const
+{
+    return found.empty() && !all.empty() ? concat("No idea is called \"", search, "\".") : "";
+}
+
+void UIDocumentBrowserViewController::createDocument()
+{
+    const auto delegate = browserDelegate.lock();
+    if (!allowsDocumentCreation || !folder || !delegate || isOccupied()) {
+        return;
+    }
+    delegate->documentBrowserDidRequestDocumentCreation(
+        [this](const std::optional<fs::path>& location, UIDocumentBrowserImportMode mode) {
+            if (!location || mode == UIDocumentBrowserImportMode::none) {
+                showMessage("File Error", "The new idea could not be written.");
+                return;
+            }
+            const auto place = mode == UIDocumentBrowserImportMode::move ? folder->takeMove(*location)
+                                                                         : folder->takeCopy(*location);
+            if (!place) {
+                showMessage("File Error", place.error());
+                return;
+            }
+            show(*place);
+            pick({*place});
+        });
+}
+
+void UIDocumentBrowserViewController::importDocument(const fs::path& file)
+{
+    const auto delegate = browserDelegate.lock();
+    if (!folder || !delegate || isOccupied()) {
+        return;
+    }
+    if (folder->contains(file)) {
+        show(file);
+        pick({folder->path() / file.filename()});
+        return;
+    }
+    const auto place = takeDocument(file);
+    if (!place) {
+        delegate->documentBrowserFailedToImportDocument(file, place.error());
+        return;
+    }
+    show(*place);
+    delegate->documentBrowserDidImportDocument(file, *place);
+}
+
+Result<fs::path> UIDocumentBrowserViewController::takeDocument(const fs::path& file) const
+{
+    if (auto check = checkDocument(file); !check) {
+        return failure(check.error());
+    }
+    return folder->takeCopy(file);
+}
+
+void UIDocumentBrowserViewController::pick(const std::vector<fs::path>& files)
+{
+    const auto delegate = browserDelegate.lock();
+    if (!delegate) {
+        return;
+    }
+    if (!files.empty() && !isOccupied()) {
+        if (const auto check = checkDocument(files.front()); !check) {
+            showMessage("File Error", check.error());
+            refresh();
+            return;
+        }
+    }
+    const bool onlyOne = !allowsPickingMultipleItems && files.size() > 1;
+    delegate->documentBrowserDidPickDocuments(onlyOne ? std::vector{files.front()} : files);
+}
+
+void UIDocumentBrowserViewController::pickSelection()
+{
+    if (selected) {
+        pick({*selected});
+    }
+}
+
+void UIDocumentBrowserViewController::revealDocument(
+    const fs::path& file, bool importIfNeeded,
+    const std::function<void(const Result<fs::path>& place)>& completion)
+{
+    Result<fs::path> place = file;
+    if (folder && importIfNeeded && !folder->contains(file)) {
+        place = takeDocument(file);
+    }
+    if (place && folder && folder->contains(*place)) {
+        show(*place);
+    }
+    completion(place);
+}
+
+void UIDocumentBrowserViewController::renameSelection(const std::string& name)
+{
+    if (!folder || !selected) {
+        return;
+    }
+    if (const auto place = folder->rename(*selected, name)) {
+        show(*place);
+    } else {
+        showMessage("File Error", place.error());
+    }
+}
+
+void UIDocumentBrowserViewController::duplicateSelection()
+{
+    if (!folder || !selected) {
+        return;
+    }
+    if (const auto place = folder->duplicate(*selected)) {
+        show(*place);
+    } else {
+        showMessage("File Error", place.error());
+    }
+}
+
+void UIDocumentBrowserViewController::moveSelectionToTrash()
+{
+    if (!folder || !selected) {
+        return;
+    }
+    if (const auto gone = folder->moveToTrash(*selected); !gone) {
+        showMessage("File Error", gone.error());
+    }
+    refresh();
+}
+
+void UIDocumentBrowserViewController::undo()
+{
+    if (!canUndo()) {
+        return;
+    }
+    if (const auto place = folder->restore()) {
+        show(*place);
+    } else {
+        showMessage("File Error", place.error());
+        refresh();
+    }
+}
+
+bool UIDocumentBrowserViewController::canUndo() const
+{
+    return folder && folder->canRestore();
+}
+
+bool UIDocumentBrowserViewController::canPerformAction(std::string_view selector)
+{
+    if (selector == "undo:") {
+        return canUndo();
+    }
+    const bool needsSelection =
+        selector == "open:" || selector == "rename:" || selector == "duplicate:" || selector == "delete:";
+    return !needsSelection || selected.has_value();
+}
+
+void UIDocumentBrowserViewController::show(const fs::path& spelling)
+{
+    const fs::path file = folder->path() / spelling.filename();
+    all = folder->documents();
+    filter();
+    if (!indexOf(file)) {
+        search.clear();
+        filter();
+    }
+    selected = indexOf(file) ? std::optional(file) : std::nullopt;
+    tellChange();
+}
+
+void UIDocumentBrowserViewController::tellChange() const
+{
+    if (onBrowserChanged) {
+        onBrowserChanged();
+    }
+}
+
+std::optional<std::size_t> UIDocumentBrowserViewController::indexOf(const fs::path& file) const
+{
+    const auto at = std::ranges::find(found, file, &FolderDocument::location);
+    return at == found.end() ? std::nullopt
+                             : std::optional(static_cast<std::size_t>(std::distance(found.begin(), at)));
+}
+
+} // namespace volvelle

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace volvelle {
+
+// What follows the last point of a file's name, with the point and in small letters; empty for none. [any]
+std::string fileEnding(const std::filesystem::path& file);
+
+// True for the name of a MIDI file: .mid or .midi, in large letters or small. [any]
+bool isMIDIFileName(const std::filesystem::path& file);
+
+// "a/NAME.mid" for 1, "a/NAME 2.mid" for 2 and so on. [any]
+std::filesystem::path numberedFile(const std::filesystem::path& file, int number);
+
+// True where something has that name, a link that leads nowhere included. [any]
+bool isNameTaken(const std::filesystem::path& file);
+
+} // namespace volvelle
