@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/circle/CircleScene.h"
+
+#include <QImage>
+#include <QPainter>
+
+namespace volvelle {
+
+// Paints a circle. Its notes stay in a picture; where some become thick or thin, all that touch these places
+// are painted anew, in the order of the events and each once. [main]
+class CirclePainter {
+public:
+    // Paints all of it from nothing.
+    static void paint(QPainter& painter, const CircleDrawing& drawing);
+
+    // Paints the circle as `drawSymbolMain` draws it, by way of the picture. It is made anew where anything
+    // but the position has changed: beats, events, colours, frame, or what a length is in pixels.
+    void paint(QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing);
+
+private:
+    // Where the picture's pixels stand.
+    struct Grid {
+        QTransform transform; // from lengths to pixels of the picture
+        QPoint origin;        // of the picture, pixels of the device
+        QSize size;           // pixels
+        double reach = 0.0;   // half the width of a thick note and what a pixel's edge adds, in lengths
+
+        // Whether the same picture serves.
+        bool isLike(const Grid& other) const;
+    };
+
+    static constexpr int tile = 16;         // pixels
+    static constexpr int mostPixels = 8192; // of a picture's side; without one beyond
+
+    CircleScene scene;
+    Grid grid;
+    QImage picture;
+    int columns = 0;                     // of tiles
+    std::vector<std::vector<int>> tiles; // that each arc may touch, thick or thin
+
+    static Grid gridOf(const QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
+                       ResizingBehavior resizing);
+    void paintAll();
+    void paintChanged(const std::vector<int>& changed);
+    std::vector<int> tilesOf(const CircleArc& arc) const;
+    QRegion region(const std::vector<bool>& marked) const;
+};
+
+} // namespace volvelle

@@ -1,0 +1,108 @@
+#include "app/screens/DiscPainter.h"
+
+#include "app/circle/GraphicsContext.h"
+#include "app/screens/CirclePainter.h"
+#include "app/screens/DiscParts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace volvelle {
+
+namespace {
+
+void prepare(QPainter& painter, double side, const DiscGeometry& disc)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(side / 2.0, side / 2.0);
+    painter.scale(disc.unit, disc.unit);
+}
+
+// Without what moves.
+DiscContent atRest(DiscContent content)
+{
+    content.position = 0.0;
+    content.isPlaying = false;
+    return content;
+}
+
+QImage stillPicture(const DiscGeometry& disc, bool isSmall, double side, double ratio, const Tokens& tokens)
+{
+    const int pixels = std::max(1, static_cast<int>(std::ceil(side * ratio)));
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    prepare(painter, side, disc);
+    if (isSmall) {
+        paintSmallParts(painter, tokens);
+    } else {
+        paintStillParts(painter, disc, tokens);
+    }
+    return image;
+}
+
+CircleDrawing drawingOf(MIDICircleViewBase& circle, const CGRect& frame)
+{
+    GraphicsContext context;
+    const GraphicsContext::Current current(context);
+    circle.drawSymbolMain(frame, ResizingBehavior::fitInside);
+    return context.drawing;
+}
+
+// Notes of a tile: thin, but never so thin that they vanish.
+CircleDrawing smallDrawing(MIDICircleViewBase& circle, const CGRect& frame)
+{
+    const double position = circle.currentBeat;
+    circle.currentBeat = std::numeric_limits<double>::infinity();
+    CircleDrawing drawing = drawingOf(circle, frame);
+    circle.currentBeat = position;
+    for (CircleArc& arc : drawing.arcs) {
+        arc.width = std::max(arc.width, 1.25);
+    }
+    return drawing;
+}
+
+} // namespace
+
+CGRect DiscPainter::canvas(const DiscContent& content, double side)
+{
+    const double own = MIDICircleViewBase::canvas.width * DiscGeometry(content, side).unit;
+    return {(side - own) / 2.0, (side - own) / 2.0, own, own};
+}
+
+void DiscPainter::paint(QPainter& painter, const DiscContent& content, double side, Theme theme)
+{
+    const Tokens& tokens = Tokens::of(theme);
+    const DiscGeometry disc(content, side);
+    const Ground newGround{atRest(content), side, painter.device()->devicePixelRatio(), theme};
+    if (ground != newGround) {
+        ground = newGround;
+        still = stillPicture(disc, content.isSmall, side, newGround.ratio, tokens);
+    }
+    painter.drawImage(QPointF(), still);
+    if (content.isSmall) {
+        return;
+    }
+    painter.save();
+    prepare(painter, side, disc);
+    paintMovingParts(painter, disc, tokens);
+    painter.restore();
+}
+
+QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,
+                 const QColor& background)
+{
+    const int pixels = std::max(1, static_cast<int>(std::lround(side * ratio)));
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(background);
+    QPainter painter(&image);
+    DiscPainter().paint(painter, content, side, theme);
+    const CGRect frame = DiscPainter::canvas(content, side);
+    CirclePainter::paint(painter, content.isSmall ? smallDrawing(circle, frame) : drawingOf(circle, frame));
+    return image;
+}
+
+} // namespace volvelle

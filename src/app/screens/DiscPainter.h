@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/circle/DiscContent.h"
+#include "app/circle/DiscGeometry.h"
+#include "app/circle/MIDICircleViewBase.h"
+#include "app/screens/Tokens.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <optional>
+
+namespace volvelle {
+
+// Paints the disc that the notes lie on, a square from 0, 0 on. What stands still is kept as a picture, and
+// made anew with another side, theme, document or pixel ratio. [main]
+class DiscPainter {
+public:
+    // `side`: lengths. The painter must be neither turned nor scaled but by its device.
+    void paint(QPainter& painter, const DiscContent& content, double side, Theme theme);
+
+    // Where the circle's canvas goes.
+    static CGRect canvas(const DiscContent& content, double side);
+
+private:
+    // What the kept picture shows.
+    struct Ground {
+        DiscContent content;
+        double side = 0.0;
+        double ratio = 0.0;
+        Theme theme = Theme::dark;
+
+        bool operator==(const Ground&) const = default;
+    };
+
+    std::optional<Ground> ground;
+    QImage still;
+};
+
+// A whole disc with its notes: `side` lengths wide, each `ratio` pixels, on `background`, or clear without
+// one. The notes of a small one are never thick.
+QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,
+                 const QColor& background = Qt::transparent);
+
+} // namespace volvelle

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "app/circle/DiscGeometry.h"
+#include "app/screens/Tokens.h"
+
+#include <QPainter>
+
+namespace volvelle {
+
+// The parts of a disc, painted about the origin in units of the canvas. [main]
+
+// Shadow, rim, ink, guides and scale.
+void paintStillParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
+
+// Sounding sector, wedge, hub, chords, the way that has been played, and the index mark.
+void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
+
+// Rim, ink and hub of a tile's disc.
+void paintSmallParts(QPainter& painter, const Tokens& tokens);
+
+} // namespace volvelle

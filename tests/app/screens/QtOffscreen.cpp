@@ -1,0 +1,30 @@
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+
+#include <memory>
+
+namespace {
+
+// Qt without a screen, around all tests of the program.
+class QtOffscreen : public testing::Environment {
+public:
+    void SetUp() override
+    {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application = std::make_unique<QGuiApplication>(count, arguments);
+    }
+
+    void TearDown() override { application.reset(); }
+
+private:
+    int count = 1;
+    char name[12] = "screenstest";
+    char* arguments[2] = {name, nullptr};
+    std::unique_ptr<QGuiApplication> application;
+};
+
+[[maybe_unused]] const testing::Environment* const offscreen =
+    testing::AddGlobalTestEnvironment(new QtOffscreen);
+
+} // namespace
