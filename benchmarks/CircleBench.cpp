@@ -80,6 +80,10 @@ void cached(benchmark::State& state)
 {
     Playing playing(state);
     CirclePainter kept;
+    {
+        QPainter painter(&playing.image);
+        kept.paint(painter, playing.circle, playing.frame, ResizingBehavior::fitInside);
+    }
     for (auto _ : state) {
         QPainter painter(&playing.image);
         kept.paint(painter, playing.circle, playing.frame, ResizingBehavior::fitInside);
@@ -99,6 +103,11 @@ void disc(benchmark::State& state)
     }
     CirclePainter kept;
     DiscPainter below;
+    {
+        QPainter painter(&playing.image);
+        kept.paint(painter, playing.circle, DiscPainter::canvas(content, playing.side),
+                   ResizingBehavior::fitInside);
+    }
     for (auto _ : state) {
         QPainter painter(&playing.image);
         content.position = playing.circle.currentBeat;

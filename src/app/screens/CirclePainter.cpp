@@ -69,7 +69,7 @@ void CirclePainter::paint(QPainter& painter, MIDICircleViewBase& circle, const C
 
 bool CirclePainter::Grid::isLike(const Grid& other) const
 {
-    return transform == other.transform && size == other.size && reach == other.reach;
+    return transform == other.transform && size == other.size;
 }
 
 // No size where the painter's axes are not those of the device.
@@ -93,7 +93,6 @@ CirclePainter::Grid CirclePainter::gridOf(const QPainter& painter, MIDICircleVie
     found.size = whole.size();
     found.transform =
         QTransform(device.m11(), 0.0, 0.0, device.m22(), device.dx() - whole.x(), device.dy() - whole.y());
-    found.reach = 5.0 * std::max(target.width, target.height) / 512.0 + 1.5 / device.m11();
     return found;
 }
 
@@ -118,10 +117,16 @@ void CirclePainter::paintChanged(const std::vector<int>& changed)
         return;
     }
     std::vector<bool> marked(static_cast<std::size_t>(columns * ((grid.size.height() + tile - 1) / tile)));
-    for (const int arc : changed) {
-        for (const int index : checkedAt(tiles, arc)) {
+    const auto mark = [&](const std::vector<int>& indices) {
+        for (const int index : indices) {
             marked[static_cast<std::size_t>(index)] = true;
         }
+    };
+    for (const int arc : changed) {
+        std::vector<int>& own = checkedAt(tiles, arc);
+        mark(own);
+        own = tilesOf(checkedAt(scene.drawing.arcs, arc));
+        mark(own);
     }
     picture.setDevicePixelRatio(1.0);
     QPainter painter(&picture);
@@ -150,7 +155,9 @@ std::vector<int> CirclePainter::tilesOf(const CircleArc& arc) const
     const double length =
         arc.radius * arc.sweep * std::max(1.0, arc.stretch) * grid.transform.m11(); // pixels
     const int steps = std::max(1, static_cast<int>(std::ceil(length / (tile / 2.0))));
-    const double reach = grid.reach + length / steps / 2.0 / grid.transform.m11();
+    // Half the stroke, half a step, and a pixel for its edge.
+    const double reach =
+        arc.width / 2.0 * std::max(1.0, arc.stretch) + (length / steps / 2.0 + 1.0) / grid.transform.m11();
     for (int i = 0; i < steps; ++i) {
         const QPointF middle = pointOf(arc, arc.startAngle + arc.sweep * (i + 0.5) / steps);
         const QRectF pixels =

@@ -24,24 +24,24 @@ private:
         QTransform transform; // from lengths to pixels of the picture
         QPoint origin;        // of the picture, pixels of the device
         QSize size;           // pixels
-        double reach = 0.0;   // half the width of a thick note and what a pixel's edge adds, in lengths
 
         // Whether the same picture serves.
         bool isLike(const Grid& other) const;
     };
 
-    static constexpr int tile = 16;         // pixels
+    static constexpr int tile = 8;          // pixels
     static constexpr int mostPixels = 8192; // of a picture's side; without one beyond
 
     CircleScene scene;
     Grid grid;
     QImage picture;
     int columns = 0;                     // of tiles
-    std::vector<std::vector<int>> tiles; // that each arc may touch, thick or thin
+    std::vector<std::vector<int>> tiles; // that each arc may touch
 
     static Grid gridOf(const QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
                        ResizingBehavior resizing);
     void paintAll();
+    // Takes the tiles that these arcs touched and now touch.
     void paintChanged(const std::vector<int>& changed);
     std::vector<int> tilesOf(const CircleArc& arc) const;
     QRegion region(const std::vector<bool>& marked) const;

@@ -135,7 +135,7 @@ void paintPosition(QPainter& painter, const DiscGeometry& disc, const Tokens& to
     const double cell = metrics.horizontalAdvance('0');
     const double pointWidth = metrics.horizontalAdvance('.');
     const double positionWidth = cell * static_cast<double>(position.size() - 1) + pointWidth;
-    const double gap = 8.0;
+    const double gap = 12.0;
     painter.save();
     painter.translate(0.0, DiscGeometry::positionBaseline);
     painter.scale(1.0 / disc.unit, 1.0 / disc.unit);
@@ -161,7 +161,9 @@ void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
     if (QFontMetricsF(nameFont).horizontalAdvance(name) <= 1.7 * DiscGeometry::hub * disc.unit) {
         centredText(painter, disc, DiscGeometry::chordBaseline, nameFont, tokens.fg, name);
     }
-    paintPosition(painter, disc, tokens);
+    if ((DiscGeometry::positionBaseline - DiscGeometry::chordBaseline) * disc.unit >= 12.0) {
+        paintPosition(painter, disc, tokens);
+    }
     circle(painter, 5.0 / disc.unit, QPen(tokens.fg3, 1.5 / disc.unit), tokens.disc);
 }
 
