@@ -28,9 +28,9 @@ std::vector<std::string> onTicks(MIDIDocument& document)
 class MIDIDocumentLoading : public MIDIDocuments {
 protected:
     // What the start of each loading writes.
-    Lines loadLines(const fs::path& file, const Lines& rest, const char* type = "audio/midi") const
+    static Lines loadLines(const fs::path& url, const Lines& rest, const char* type = "audio/midi")
     {
-        Lines lines{"MIDIDocument::read()", "MIDIDocument::load() :", " - url: " + file.string(),
+        Lines lines{"MIDIDocument::read()", "MIDIDocument::load() :", " - url: " + url.string(),
                     std::string(" - type: ") + type};
         lines.insert(lines.end(), rest.begin(), rest.end());
         lines.emplace_back("MIDIDocument::updateDocumentState() : Document entered normal state.");

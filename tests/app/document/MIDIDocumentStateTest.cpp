@@ -104,6 +104,39 @@ TEST_F(MIDIDocumentState, AConflictThatCannotBeResolvedIsToldAndMetAgain)
     EXPECT_EQ(NSFileVersion::otherVersionsOfItemAtURL(file).value().size(), 0U);
 }
 
+TEST_F(MIDIDocumentState, ASaveThatFailsKeepsTheDocumentOpen)
+{
+    document->updateChangeCount(UIDocumentChangeKind::done);
+    fs::remove_all(folder.path);
+    EXPECT_FALSE(closes(*document));
+    EXPECT_EQ(console.take(),
+              (Lines{"MIDIDocument::contents()", " - type: audio/midi", told("Error: Document saving error."),
+                     "MIDIDocument::handleError() : Error: '" + file.string() +
+                         "' could not be written: its folder does not exist.",
+                     "MIDIDocument::contents()", " - type: audio/midi",
+                     "MIDIDocument::handleError() : Error: '" + file.string() +
+                         "' could not be written: its folder does not exist."}));
+    EXPECT_EQ(document->documentState(), UIDocumentState::savingError);
+    EXPECT_TRUE(document->hasUnsavedChanges());
+}
+
+TEST_F(MIDIDocumentState, AGeneratedArrangementIsSavedOnlyWhenItIsAskedFor)
+{
+    document->data = document->generateMIDIFile();
+    document->updateChangeCount(UIDocumentChangeKind::cleared);
+    EXPECT_TRUE(closes(*document));
+    std::vector<std::uint8_t> bytes;
+    EXPECT_EQ(readFile(file, bytes), noErr);
+    EXPECT_EQ(bytes, smallFile());
+    EXPECT_TRUE(opens(*document));
+    document->data = document->generateMIDIFile();
+    const auto generated = document->data;
+    document->updateChangeCount(UIDocumentChangeKind::done);
+    EXPECT_TRUE(closes(*document));
+    EXPECT_EQ(readFile(file, bytes), noErr);
+    EXPECT_EQ(bytes, generated);
+}
+
 } // namespace
 
 } // namespace volvelle::test

@@ -141,6 +141,31 @@ TEST_F(FileVersions, VersionsThatCannotBeMovedStayOnTheList)
     EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
 }
 
+TEST_F(FileVersions, AVersionThatCannotBeMovedStaysOnTheList)
+{
+    NSFileVersion::addVersionOfItemAtURL(file, {});
+    const fs::path kept = versionsOf("kept", "a.mid");
+    fs::create_directories(kept.parent_path());
+    fs::create_directory_symlink("/proc", kept);
+    EXPECT_EQ(NSFileVersion::removeOtherVersionsOfItemAtURL(file).error(),
+              "'" + (versionsOf("open", "a.mid") / "conflict 1.mid").string() + "' could not be moved to '" +
+                  kept.string() + "'.");
+    EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
+}
+
+TEST_F(FileVersions, VersionsThatCannotBeToldAreNoEmptyList)
+{
+    fs::create_directory(states.path / "volvelle");
+    fs::create_symlink("versions", states.path / "volvelle/versions");
+    EXPECT_FALSE(NSFileVersion::otherVersionsOfItemAtURL(file));
+    EXPECT_FALSE(NSFileVersion::unresolvedConflictVersionsOfItemAtURL(file));
+    EXPECT_EQ(NSFileVersion::removeOtherVersionsOfItemAtURL(file).error(),
+              "The versions of '" + file.string() + "' could not be read.");
+    EXPECT_FALSE(NSFileVersion::addVersionOfItemAtURL(file, {}));
+    const auto document = opened();
+    EXPECT_EQ(document->documentState(), UIDocumentState::normal);
+}
+
 // MARK: Conflicts of documents
 
 TEST_F(FileVersions, AFileThatAnotherProgramChangedIsKeptBeforeItIsReplaced)
@@ -207,6 +232,15 @@ TEST_F(FileVersions, WhereAVersionCannotBeKeptTheSaveFailsAndNothingIsLost)
     EXPECT_TRUE(document->hasUnsavedChanges());
     EXPECT_EQ(document->save(folder.path / "b.mid", forCreating), "yes");
     EXPECT_EQ(contentOf(folder.path / "b.mid"), "ours");
+}
+
+TEST_F(FileVersions, AForeignFileThatCannotBeReadIsNotReplaced)
+{
+    const auto document = opened();
+    fs::resize_file(file, std::uintmax_t{3} << 30U);
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read.");
+    EXPECT_EQ(fs::file_size(file), std::uintmax_t{3} << 30U);
 }
 
 TEST_F(FileVersions, AVersionIsKeptOfAFileThatADocumentNeverRead)

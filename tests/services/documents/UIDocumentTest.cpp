@@ -66,6 +66,14 @@ TEST_F(Documents, AMissingFileIsNotOpened)
     EXPECT_EQ(document->lastError(), "");
 }
 
+TEST_F(Documents, AFileOfMoreThanTwoGibibytesIsNotOpened)
+{
+    const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
+    fs::resize_file(file, std::uintmax_t{3} << 30U);
+    EXPECT_EQ(document->open(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read.");
+}
+
 TEST_F(Documents, AFileThatMayNotBeReadIsNotOpened)
 {
     if (geteuid() == 0) {
