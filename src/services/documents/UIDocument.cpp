@@ -198,7 +198,11 @@ Result<> UIDocument::keepOther()
     if (known && known->bytes == bytes) {
         return {};
     }
-    return NSFileVersion::addVersionOfItemAtURL(location, bytes);
+    Result<> kept = NSFileVersion::addVersionOfItemAtURL(location, bytes);
+    if (kept) {
+        known = FileContent{*stamp, std::move(bytes)};
+    }
+    return kept;
 }
 
 std::optional<UIDocument::FileStamp> UIDocument::stampOf(const fs::path& file)

@@ -107,7 +107,7 @@ private:
         bool operator==(const FileStamp&) const = default;
     };
 
-    // A file as it was read or written last.
+    // A file as it was read, written or kept last.
     struct FileContent {
         FileStamp stamp;
         std::vector<std::uint8_t> bytes;

@@ -234,6 +234,20 @@ TEST_F(FileVersions, WhereAVersionCannotBeKeptTheSaveFailsAndNothingIsLost)
     EXPECT_EQ(contentOf(folder.path / "b.mid"), "ours");
 }
 
+TEST_F(FileVersions, AForeignChangeIsKeptOnceThoughTheSaveFailsAgainAndAgain)
+{
+    const auto document = opened();
+    folder.write("a.mid", "theirs");
+    fs::permissions(file, fs::perms::owner_read);
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->save(), "no");
+    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+    StateListener listener(*document);
+    EXPECT_EQ(document->save(), "yes");
+    EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
+    EXPECT_EQ(listener.take(), (States{UIDocumentState::inConflict, 0}));
+}
+
 TEST_F(FileVersions, AForeignFileThatCannotBeReadIsNotReplaced)
 {
     const auto document = opened();
