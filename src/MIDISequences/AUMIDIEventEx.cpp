@@ -45,8 +45,8 @@ AUMIDIEventEx::AUMIDIEventEx(AURenderEventType type, const std::vector<std::uint
     : AUMIDIEventEx(type, bytes.data(), checkedCast<std::uint32_t>(bytes.size()), time)
 {
     if (bytes.size() < length) {
-        safeprint(concat("WARNING: The length parameter ", length, " is not equal to the data length ",
-                         bytes.size(), "."));
+        safeprint("WARNING: The length parameter ", length, " is not equal to the data length ", bytes.size(),
+                  ".");
     }
 }
 

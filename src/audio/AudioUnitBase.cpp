@@ -124,8 +124,8 @@ void AudioUnitBase::addRateConverters()
 {
     const AVAudioFormat format = checkedAt(audioUnit->outputBusses, 0).format;
     if (audioUnit->inputBusses.empty()) {
-        directPrint(concat("AudioUnitBase:create(): The audio unit '", contextText(),
-                           "' needs to be wrapped with sample rate converters."));
+        directPrint("AudioUnitBase:create(): The audio unit '", contextText(),
+                    "' needs to be wrapped with sample rate converters.");
         inputNode = nullptr;
         outputNode = attachMixer();
     } else {
@@ -148,7 +148,7 @@ void AudioUnitBase::destroy()
     if (!engine) {
         directPrint("AudioUnitBase::destroy(): ERROR: Engine is nil.");
     } else if (audioNode) {
-        directPrint(concat("AudioUnitBase::destroy(): INFO: desytroy for ", contextText(), " called."));
+        directPrint("AudioUnitBase::destroy(): INFO: desytroy for ", contextText(), " called.");
         if (audioUnit && !audioUnit->inputBusses.empty()) {
             std::ignore = engine->disconnectNodeInput(audioNode);
         }

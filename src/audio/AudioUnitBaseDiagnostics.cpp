@@ -123,7 +123,7 @@ Lines settingLines(const AUAudioUnit& unit)
 void print(std::string_view indentation, const Lines& lines)
 {
     for (const auto& [label, value] : lines) {
-        directPrint(concat(indentation, label, value));
+        directPrint(indentation, label, value);
     }
 }
 

@@ -10,16 +10,14 @@ void AudioUnitBase::makeParameters()
 {
     const std::string name = contextText();
     if (!audioUnit) {
-        directPrint(concat("AudioUnitBase::makeParameters(): ERROR: The audio unit (", name, ") is nil."));
+        directPrint("AudioUnitBase::makeParameters(): ERROR: The audio unit (", name, ") is nil.");
         return;
     }
-    directPrint(
-        concat("AudioUnitBase::makeParameters(): Retriving parameters from the audio unit (", name, "): "));
+    directPrint("AudioUnitBase::makeParameters(): Retriving parameters from the audio unit (", name, "): ");
     parameterTree = audioUnit->parameterTree;
     if (!parameterTree) {
-        directPrint(
-            concat("AudioUnitBase::makeParameters(): ERROR: Calling up parameter tree from the audio unit (",
-                   name, ") failed."));
+        directPrint("AudioUnitBase::makeParameters(): ERROR: Calling up parameter tree from the audio unit (",
+                    name, ") failed.");
         return;
     }
     extractParameters("parameterTree", *parameterTree, 0);
@@ -29,12 +27,10 @@ void AudioUnitBase::makeParameters()
             observe(wrapper, address, value);
         });
     if (parameterObserverToken == 0) {
-        directPrint(
-            concat("AudioUnitBase::makeParameters(): ERROR: Could not initialize parameter observer for (",
-                   name, ")."));
+        directPrint("AudioUnitBase::makeParameters(): ERROR: Could not initialize parameter observer for (",
+                    name, ").");
     } else {
-        directPrint(
-            concat("AudioUnitBase::makeParameters(): Connected parameters to the observer (", name, ")."));
+        directPrint("AudioUnitBase::makeParameters(): Connected parameters to the observer (", name, ").");
     }
 }
 
@@ -65,8 +61,8 @@ void AudioUnitBase::setParameter(std::int64_t address, float value)
     } else if (const auto parameter = parameterAt(address)) {
         parameter->setValue(value);
     } else {
-        directPrint(concat("AudioUnitBase::setParameter(): ERROR: The parameter address ", address,
-                           " is not there in ", contextText(), "."));
+        directPrint("AudioUnitBase::setParameter(): ERROR: The parameter address ", address,
+                    " is not there in ", contextText(), ".");
     }
 }
 
@@ -79,8 +75,8 @@ float AudioUnitBase::getParameter(std::int64_t address) const
     if (const auto parameter = parameterAt(address)) {
         return parameter->value();
     }
-    directPrint(concat("AudioUnitBase::getParameter(): ERROR: The parameter address ", address,
-                       " is not therein ", contextText(), "."));
+    directPrint("AudioUnitBase::getParameter(): ERROR: The parameter address ", address, " is not therein ",
+                contextText(), ".");
     return 0.0F;
 }
 

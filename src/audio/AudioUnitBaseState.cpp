@@ -11,8 +11,7 @@ namespace volvelle {
 void AudioUnitBase::saveFullState(const std::filesystem::path& url) const
 {
     if (!audioUnit) {
-        directPrint(
-            concat("AudioUnitBase::saveFullState(): ERROR: The audio unit (", className(), ") is nil."));
+        directPrint("AudioUnitBase::saveFullState(): ERROR: The audio unit (", className(), ") is nil.");
         return;
     }
     const auto bytes = propertyListData(audioUnit->fullState());
@@ -28,14 +27,13 @@ void AudioUnitBase::saveFullState(const std::filesystem::path& url) const
 void AudioUnitBase::loadFullState(const std::filesystem::path& url)
 {
     if (!audioUnit) {
-        directPrint(
-            concat("AudioUnitBase::loadFullState(): ERROR: The audio unit (", className(), ") is nil."));
+        directPrint("AudioUnitBase::loadFullState(): ERROR: The audio unit (", className(), ") is nil.");
         return;
     }
     std::error_code missing;
     if (!std::filesystem::exists(url, missing)) {
-        directPrint(concat("AudioUnitBase::loadFullState(): ERROR: The path ", url.string(),
-                           " for loading presets does not exist."));
+        directPrint("AudioUnitBase::loadFullState(): ERROR: The path ", url.string(),
+                    " for loading presets does not exist.");
         return;
     }
     std::vector<std::uint8_t> bytes;
@@ -45,9 +43,8 @@ void AudioUnitBase::loadFullState(const std::filesystem::path& url)
     }
     const auto state = propertyListFromData(bytes);
     if (!state) {
-        directPrint(
-            concat("AudioUnitBase::loadFullState(): FEHLER: Die Datei konnte nicht eingelesen werden: ",
-                   state.error(), ", Format: ", propertyListXMLFormat));
+        directPrint("AudioUnitBase::loadFullState(): FEHLER: Die Datei konnte nicht eingelesen werden: ",
+                    state.error(), ", Format: ", propertyListXMLFormat);
         return;
     }
     audioUnit->setFullState(*state);

@@ -110,11 +110,11 @@ bool AudioUnitMIDISynth::loadSoundFont(const std::filesystem::path& url)
         AudioUnitSetProperty(required(midiSynth).audioUnit(), soundBankProperty, kAudioUnitScope_Global, 0,
                              static_cast<const void*>(&location), sizeof(void*));
     if (status != noErr) {
-        debugprint(concat("error ", status));
+        debugprint("error ", status);
         return false;
     }
-    debugprint(concat("AudioUnitMIDISynth::loadSoundFont() : The soundfont at '", url.string(),
-                      "' was successfully loaded."));
+    debugprint("AudioUnitMIDISynth::loadSoundFont() : The soundfont at '", url.string(),
+               "' was successfully loaded.");
     return true;
 }
 

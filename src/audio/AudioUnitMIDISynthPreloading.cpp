@@ -20,23 +20,21 @@ void AudioUnitMIDISynth::preloadPatches(std::uint8_t channel, const std::vector<
                                         std::uint32_t msb, std::uint32_t lsb)
 {
     if (const OSStatus status = enablePreload(true); status != noErr) {
-        debugprint(
-            concat("AudioUnitMIDISynth::preloadPatches() : ERROR: Preloading patches could not be enabled. ",
-                   status));
+        debugprint("AudioUnitMIDISynth::preloadPatches() : ERROR: Preloading patches could not be enabled. ",
+                   status);
         return;
     }
     for (const std::uint32_t patch : patches) {
         std::ignore = sendController(channel, CONTROLLER_BANKSELECT_MSB, msb);
         std::ignore = sendController(channel, CONTROLLER_BANKSELECT_LSB, lsb);
         if (const OSStatus status = sendProgram(channel, patch); status != noErr) {
-            debugprint(concat("AudioUnitMIDISynth::preloadPatches() : ERROR: A patch (", patch,
-                              ") could not be preloaded. ", status));
+            debugprint("AudioUnitMIDISynth::preloadPatches() : ERROR: A patch (", patch,
+                       ") could not be preloaded. ", status);
         }
     }
     if (const OSStatus status = enablePreload(false); status != noErr) {
-        debugprint(
-            concat("AudioUnitMIDISynth::preloadPatches() : ERROR: Preloading patches could not be disabled. ",
-                   status));
+        debugprint("AudioUnitMIDISynth::preloadPatches() : ERROR: Preloading patches could not be disabled. ",
+                   status);
         return;
     }
     debugprint("AudioUnitMIDISynth::preloadPatches() : Sound patch(es) (melodic) was/where preloaded.");
@@ -45,21 +43,20 @@ void AudioUnitMIDISynth::preloadPatches(std::uint8_t channel, const std::vector<
 void AudioUnitMIDISynth::preloadPatches2(const std::vector<std::uint32_t>& patches)
 {
     if (const OSStatus status = enablePreload(true); status != noErr) {
-        debugprint(
-            concat("AudioUnitMIDISynth::preloadPatches2() : ERROR: Preloading patches could not be enabled. ",
-                   status));
+        debugprint("AudioUnitMIDISynth::preloadPatches2() : ERROR: Preloading patches could not be enabled. ",
+                   status);
         return;
     }
     for (const std::uint32_t patch : patches) {
         if (const OSStatus status = sendProgram(drumChannel, patch); status != noErr) {
-            debugprint(concat(
-                "AudioUnitMIDISynth::preloadPatches2() : ERROR: A patch could not be preloaded. ", status));
+            debugprint("AudioUnitMIDISynth::preloadPatches2() : ERROR: A patch could not be preloaded. ",
+                       status);
         }
     }
     if (const OSStatus status = enablePreload(false); status != noErr) {
-        debugprint(concat(
+        debugprint(
             "AudioUnitMIDISynth::preloadPatches2() : ERROR: Preloading patches could not be disabled. ",
-            status));
+            status);
         return;
     }
     debugprint("AudioUnitMIDISynth::Sound patch(es) (rhythmic) was/where preloaded.");
@@ -69,8 +66,8 @@ void AudioUnitMIDISynth::preloadPatch(std::uint8_t msb, std::uint8_t lsb, std::u
                                       std::uint8_t channel)
 {
     if (const OSStatus status = enablePreload(true); status != noErr) {
-        debugprint(concat(
-            "AudioUnitMIDISynth::preloadPatch() : ERROR: Preloading patches could not be enabled. ", status));
+        debugprint("AudioUnitMIDISynth::preloadPatch() : ERROR: Preloading patches could not be enabled. ",
+                   status);
         return;
     }
     OSStatus status = sendController(channel, CONTROLLER_BANKSELECT_MSB, msb);
@@ -81,18 +78,16 @@ void AudioUnitMIDISynth::preloadPatch(std::uint8_t msb, std::uint8_t lsb, std::u
         status = sendProgram(channel, patch);
     }
     if (status != noErr) {
-        debugprint(
-            concat("AudioUnitMIDISynth::preloadPatch() : ERROR: A patch could not be preloaded. ", status));
+        debugprint("AudioUnitMIDISynth::preloadPatch() : ERROR: A patch could not be preloaded. ", status);
         return;
     }
     if (status = enablePreload(false); status != noErr) {
-        debugprint(
-            concat("AudioUnitMIDISynth::preloadPatch() : ERROR: Preloading patches could not be disabled. ",
-                   status));
+        debugprint("AudioUnitMIDISynth::preloadPatch() : ERROR: Preloading patches could not be disabled. ",
+                   status);
         return;
     }
-    debugprint(concat("AudioUnitMIDISynth::preloadPatch() : Sound patch ", msb, ", ", lsb, ", ", patch,
-                      " was preloaded."));
+    debugprint("AudioUnitMIDISynth::preloadPatch() : Sound patch ", msb, ", ", lsb, ", ", patch,
+               " was preloaded.");
 }
 
 OSStatus AudioUnitMIDISynth::enablePreload(bool isOn)

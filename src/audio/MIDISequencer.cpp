@@ -38,8 +38,7 @@ bool MIDISequencer::isPlaying() const
 bool MIDISequencer::start()
 {
     if (const Result<> begun = begin(0.0); !begun) {
-        directPrint(
-            concat("MIDISequencer::start() : Error: The sequencer could not be started: ", begun.error()));
+        directPrint("MIDISequencer::start() : Error: The sequencer could not be started: ", begun.error());
         return false;
     }
     directPrint("MIDISequencer::start() : The sequencer is playing.");
@@ -50,8 +49,8 @@ bool MIDISequencer::play()
 {
     if (const Result<> begun = begin(currentPosition); !begun) {
         required(sequencer).setCurrentPositionInBeats(0.0);
-        directPrint(concat("MIDISequencer::play() : Error: The sequencer could not be started. Status: ",
-                           begun.error()));
+        directPrint("MIDISequencer::play() : Error: The sequencer could not be started. Status: ",
+                    begun.error());
         return false;
     }
     directPrint("MIDISequencer::play() : The sequencer is playing / continuing.");

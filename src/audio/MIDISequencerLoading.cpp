@@ -28,12 +28,12 @@ void MIDISequencer::loadMIDIFile(const std::filesystem::path& url)
         return;
     }
     if (const auto loaded = sequencer->loadFromURL(url, AVAudioSequencer::channelsToTracks); !loaded) {
-        directPrint(concat("MIDISequencer::loadMIDIFile() : ERROR: The MIDI file could not be loaded: ",
-                           loaded.error()));
+        directPrint("MIDISequencer::loadMIDIFile() : ERROR: The MIDI file could not be loaded: ",
+                    loaded.error());
         return;
     }
-    debugprint(concat("MIDISequencer::loadMIDIFile() : The following file was loaded into the sequencer: ",
-                      url.string()));
+    debugprint("MIDISequencer::loadMIDIFile() : The following file was loaded into the sequencer: ",
+               url.string());
     currentMIDIFile = url;
     routeLoadedTracks();
 }
@@ -57,10 +57,9 @@ void MIDISequencer::loadMIDIFileAndParse(const std::filesystem::path& url)
         return;
     }
     if (const auto loaded = sequencer->loadFromData(*data, AVAudioSequencer::channelsToTracks); !loaded) {
-        debugprint(
-            concat("MIDISequencer::loadMIDIFileAndParse() : ERROR: The external sequencer could not load "
+        debugprint("MIDISequencer::loadMIDIFileAndParse() : ERROR: The external sequencer could not load "
                    "Data. Status: ",
-                   loaded.error()));
+                   loaded.error());
         return;
     }
     debugprint("MIDISequencer::loadMIDIFileAndParse() : The external sequencer was loaded with data.");
@@ -83,10 +82,9 @@ void MIDISequencer::loadFromData(const std::vector<std::uint8_t>& data)
 {
     const auto loaded = required(sequencer).loadFromData(data, AVAudioSequencer::channelsToTracks);
     if (!loaded) {
-        debugprint(
-            concat("MIDISequencer::loadFromSequence() : ERROR: The external sequencer could not load Data. "
+        debugprint("MIDISequencer::loadFromSequence() : ERROR: The external sequencer could not load Data. "
                    "Status: ",
-                   loaded.error()));
+                   loaded.error());
         return;
     }
     debugprint("MIDISequencer::loadFromSequence() : The external sequencer was loaded with data.");
@@ -100,7 +98,7 @@ std::optional<std::vector<std::uint8_t>> MIDISequencer::sequenceData(const Music
     if (const OSStatus status = sequenceFileBytes(sequence, data); status != noErr) {
         debugprint(concat(
             "MIDISequencer::sequenceData() : Error: Could not convert music sequence to data. Status: ",
-            status));
+            status);
         return std::nullopt;
     }
     return data;

@@ -17,7 +17,7 @@ void MIDISequencer::setTrackPorts()
     required(sequencer).tempoTrack()->setDestinationAudioUnit(unit);
     for (const auto& track : sequencer->tracks()) {
         followLength(*track);
-        debugprint(concat("lengthInSeconds: ", lengthInSeconds, ", lengthInBeats: ", lengthInBeats));
+        debugprint("lengthInSeconds: ", lengthInSeconds, ", lengthInBeats: ", lengthInBeats);
         track->setDestinationAudioUnit(unit);
     }
 }
@@ -28,7 +28,7 @@ void MIDISequencer::setTrackPorts(const std::vector<std::shared_ptr<AVAudioUnit>
     std::size_t index = 0;
     for (const auto& track : sequencer->tracks()) {
         followLength(*track);
-        debugprint(concat("lengthInSeconds: ", lengthInSeconds, ", lengthInBeats: ", lengthInBeats));
+        debugprint("lengthInSeconds: ", lengthInSeconds, ", lengthInBeats: ", lengthInBeats);
         const std::uint8_t channel =
             required(sequences).getChannelAssignment(checkedCast<std::uint8_t>(index++));
         if (std::cmp_less(units.size(), channel)) {
@@ -48,8 +48,8 @@ void MIDISequencer::setTrackPorts(const std::shared_ptr<AVAudioUnit>& toUnit)
     for (const auto& track : required(sequencer).tracks()) {
         followLength(*track);
         if (isFirst) {
-            debugprint(concat(" - track 0 lengthInSeconds: ", track->lengthInSeconds,
-                              ", lengthInBeats: ", track->lengthInBeats));
+            debugprint(" - track 0 lengthInSeconds: ", track->lengthInSeconds,
+                       ", lengthInBeats: ", track->lengthInBeats);
         }
         isFirst = false;
         track->setDestinationAudioUnit(toUnit);

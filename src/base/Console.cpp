@@ -2,7 +2,6 @@
 
 #include "base/MainQueue.h"
 #include "base/PlainText.h"
-#include "base/Text.h"
 #include "base/realtime/LineRing.h"
 
 #include <cstdio>
@@ -42,16 +41,9 @@ void StandardOutputSink::write(std::string_view line)
     std::fflush(stdout);
 }
 
-void safeprint(std::string message)
+void queueLine(std::string line)
 {
-    if (console().isHeard()) {
-        mainQueue().postLine(std::move(message));
-    }
-}
-
-void debugprint(std::string message)
-{
-    safeprint(std::move(message));
+    mainQueue().postLine(std::move(line));
 }
 
 void realtimeprint(std::string_view beginning, std::string_view rest) noexcept
@@ -72,12 +64,10 @@ void writeRealtimeLines()
     }
 }
 
-void directPrint(std::string_view message)
+void writeAtOnce(std::string_view line)
 {
-    if (console().isHeard()) {
-        flushLog();
-        console().write(message);
-    }
+    flushLog();
+    console().write(line);
 }
 
 void flushLog()

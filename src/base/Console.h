@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Text.h"
+
 #include <atomic>
 #include <string>
 #include <string_view>
@@ -38,10 +40,13 @@ public:
     void write(std::string_view line) override;
 };
 
-// The log of the whole system: hands the message to the main queue, which writes it as one line. The lines of
-// one thread keep their order, and the caller does not wait. [any]
-void safeprint(std::string message);
-void debugprint(std::string message);
+// The log of the whole system: hands the texts of all arguments, joined, to the main queue, which writes them
+// as one line. The lines of one thread keep their order, and the caller does not wait. Without a sink no text
+// is built. [any]
+template <class... Values>
+void safeprint(const Values&... values);
+template <class... Values>
+void debugprint(const Values&... values);
 
 // The log for a thread that renders: a line of two texts, which reaches the console when the main queue is
 // drained next. What finds no room is counted, and the count is a line of its own; a line is cut off at
@@ -51,11 +56,38 @@ void realtimeprint(std::string_view beginning, std::string_view rest = "") noexc
 // Writes the lines of rendering threads that wait. [main] In a fatal stop any.
 void writeRealtimeLines();
 
-// Writes a line at once, on the caller's thread; on the main thread the log lines that wait are written
-// first.
-void directPrint(std::string_view message);
+// Writes the texts of all arguments, joined, as a line at once, on the caller's thread; on the main thread
+// the log lines that wait are written first. Without a sink no text is built.
+template <class... Values>
+void directPrint(const Values&... values);
 
 // Writes the log lines that wait, those of rendering threads too; called off the main thread it does nothing.
 void flushLog();
+
+// Private to the templates.
+void queueLine(std::string line);
+void writeAtOnce(std::string_view line);
+
+template <class... Values>
+void safeprint(const Values&... values)
+{
+    if (console().isHeard()) {
+        queueLine(concat(values...));
+    }
+}
+
+template <class... Values>
+void debugprint(const Values&... values)
+{
+    safeprint(values...);
+}
+
+template <class... Values>
+void directPrint(const Values&... values)
+{
+    if (console().isHeard()) {
+        writeAtOnce(concat(values...));
+    }
+}
 
 } // namespace volvelle

@@ -272,8 +272,8 @@ bool ensureDirectoryExists(const std::filesystem::path& url)
     if (!error) {
         return true;
     }
-    debugprint(concat("ensureDirectoryExists() : ERROR: Creating required directory '", url.string(),
-                      "' failed: ", error.message()));
+    debugprint("ensureDirectoryExists() : ERROR: Creating required directory '", url.string(),
+               "' failed: ", error.message());
     return false;
 }
 

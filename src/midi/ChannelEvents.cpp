@@ -8,10 +8,10 @@ namespace volvelle {
 void MidiNoteEvent::dumpout() const
 {
     EventNode::dumpout();
-    safeprint(concat("\t\tduration: ", duration, "."));
-    safeprint(concat("\t\tnumber: ", number, "."));
-    safeprint(concat("\t\tvelocity: ", velocity, "."));
-    safeprint(concat("\t\treleaseVelocity: ", releaseVelocity, "."));
+    safeprint("\t\tduration: ", duration, ".");
+    safeprint("\t\tnumber: ", number, ".");
+    safeprint("\t\tvelocity: ", velocity, ".");
+    safeprint("\t\treleaseVelocity: ", releaseVelocity, ".");
 }
 
 } // namespace volvelle

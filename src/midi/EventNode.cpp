@@ -14,13 +14,13 @@ std::string EventNode::toHex(std::uint8_t value) const
 
 void EventNode::dumpout() const
 {
-    safeprint(concat("\t\tpattern: ", pattern == nullptr ? "nil" : pattern->className(), "."));
-    safeprint(concat("\t\ttrack: ", track == nullptr ? "nil" : track->className(), "."));
-    safeprint(concat("\t\tuid: ", uid, "."));
-    safeprint(concat("\t\tstatus mask: ", statusMask, "."));
-    safeprint(concat("\t\tstatus byte: ", getStausByte(), "."));
-    safeprint(concat("\t\tposition: ", position, "."));
-    safeprint(concat("\t\tchannel: ", channel, "."));
+    safeprint("\t\tpattern: ", pattern == nullptr ? "nil" : pattern->className(), ".");
+    safeprint("\t\ttrack: ", track == nullptr ? "nil" : track->className(), ".");
+    safeprint("\t\tuid: ", uid, ".");
+    safeprint("\t\tstatus mask: ", statusMask, ".");
+    safeprint("\t\tstatus byte: ", getStausByte(), ".");
+    safeprint("\t\tposition: ", position, ".");
+    safeprint("\t\tchannel: ", channel, ".");
 }
 
 std::uint8_t EventNode::getStausByte() const

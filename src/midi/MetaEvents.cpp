@@ -64,7 +64,7 @@ void MetaSequenceNumberEvent::setSequenceNumber(std::uint16_t number)
 void MetaSequenceNumberEvent::dumpout() const
 {
     MetaEvent::dumpout();
-    safeprint(concat("\t\tnumber: ", getSequenceNumber(), "."));
+    safeprint("\t\tnumber: ", getSequenceNumber(), ".");
 }
 
 MetaChannelPrefixEvent::MetaChannelPrefixEvent(double position, std::uint8_t value)

@@ -112,20 +112,20 @@ void PatternNode::clearEvents()
 
 void PatternNode::dumpout() const
 {
-    directPrint(concat("\tsequence: ", sequence == nullptr ? "nil" : sequence->className(), "."));
-    directPrint(concat("\ttrack: ", track == nullptr ? "nil" : track->className(), "."));
-    directPrint(concat("\tid: ", id, "."));
-    directPrint(concat("\tchannel: ", channel, "."));
-    directPrint(concat("\toffset: ", offset, "."));
-    directPrint(concat("\tbars: ", bars, "."));
-    directPrint(concat("\tbeats: ", beats, "."));
-    directPrint(concat("\tloop: ", loop, "."));
-    directPrint(concat("\tmute: ", mute, "."));
-    directPrint(concat("\tsolo: ", solo, "."));
-    directPrint(concat("\n\tDie Anzahl der Events ist ", events.size(), "."));
+    directPrint("\tsequence: ", sequence == nullptr ? "nil" : sequence->className(), ".");
+    directPrint("\ttrack: ", track == nullptr ? "nil" : track->className(), ".");
+    directPrint("\tid: ", id, ".");
+    directPrint("\tchannel: ", channel, ".");
+    directPrint("\toffset: ", offset, ".");
+    directPrint("\tbars: ", bars, ".");
+    directPrint("\tbeats: ", beats, ".");
+    directPrint("\tloop: ", loop, ".");
+    directPrint("\tmute: ", mute, ".");
+    directPrint("\tsolo: ", solo, ".");
+    directPrint("\n\tDie Anzahl der Events ist ", events.size(), ".");
     directPrint("\tEvents:");
     for (const auto& event : events) {
-        directPrint(concat("\n\t\tEvent ", required(event).className(), ":"));
+        directPrint("\n\t\tEvent ", required(event).className(), ":");
     }
 }
 

@@ -8,7 +8,7 @@ namespace volvelle {
 void TempoEvent::dumpout() const
 {
     EventNode::dumpout();
-    safeprint(concat("\t\tvalue: ", value, "."));
+    safeprint("\t\tvalue: ", value, ".");
 }
 
 } // namespace volvelle

@@ -14,7 +14,7 @@ constexpr std::uint8_t tempoChannel = 0xFF;
 
 void printLimit()
 {
-    directPrint(concat("Fehler: Die Anzahl der Spuren ist auf ", SequenceNode::maxTracks, " begrenzt"));
+    directPrint("Fehler: Die Anzahl der Spuren ist auf ", SequenceNode::maxTracks, " begrenzt");
 }
 
 } // namespace
@@ -87,7 +87,7 @@ std::shared_ptr<TrackNode> SequenceNode::getrack(std::uint16_t id) const
 std::shared_ptr<TrackNode> SequenceNode::getTrack(std::uint16_t index) const
 {
     if (index >= numberOfTracks) {
-        directPrint(concat("Warnung: Der Spur Index wurde auf das Maximum (", numberOfTracks, ") gesetzt. "));
+        directPrint("Warnung: Der Spur Index wurde auf das Maximum (", numberOfTracks, ") gesetzt. ");
         index = checkedSubtract(numberOfTracks, 1);
     }
     return checkedAt(tracks, index);
@@ -128,10 +128,10 @@ void SequenceNode::diagnostics() const
         "\n\n+++++++++++++++++++++++++++++++++++++ Sequence +++++++++++++++++++++++++++++++++++++START\n\n");
     directPrint("\n\tTrack 0 / Tempo Track:");
     getTempoTrack()->dumpout();
-    directPrint(concat("\nDie Anzahl der (Music) Tracks ist ", tracks.size(), "."));
+    directPrint("\nDie Anzahl der (Music) Tracks ist ", tracks.size(), ".");
     directPrint("Tracks:");
     for (const auto& track : tracks) {
-        directPrint(concat("\n\tTrack ", required(track).className(), ":"));
+        directPrint("\n\tTrack ", required(track).className(), ":");
     }
     directPrint(
         "\n\n+++++++++++++++++++++++++++++++++++++ Sequence ++++++++++++++++++++++++++++++++++++++STOP\n\n");

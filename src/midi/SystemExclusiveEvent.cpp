@@ -7,10 +7,10 @@ namespace volvelle {
 
 void SystemExclusiveEvent::dumpout() const
 {
-    safeprint(concat("\t\ttype: ", type, "."));
-    safeprint(concat("\t\tlength: ", length, "."));
-    safeprint(concat("\t\tdata: ", data, "."));
-    safeprint(concat("\t\thexadecimal: ", toHex(), "."));
+    safeprint("\t\ttype: ", type, ".");
+    safeprint("\t\tlength: ", length, ".");
+    safeprint("\t\tdata: ", data, ".");
+    safeprint("\t\thexadecimal: ", toHex(), ".");
 }
 
 } // namespace volvelle

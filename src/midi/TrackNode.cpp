@@ -106,18 +106,18 @@ void TrackNode::clearPatterns()
 
 void TrackNode::dumpout() const
 {
-    directPrint(concat("\tsequence: ", sequence == nullptr ? "nil" : sequence->className(), "."));
-    directPrint(concat("\tisTempoTrack: ", isTempoTrack, "."));
-    directPrint(concat("\tchannel: ", channel, "."));
-    directPrint(concat("\n\tDie Anzahl der Events ist ", events.size(), "."));
+    directPrint("\tsequence: ", sequence == nullptr ? "nil" : sequence->className(), ".");
+    directPrint("\tisTempoTrack: ", isTempoTrack, ".");
+    directPrint("\tchannel: ", channel, ".");
+    directPrint("\n\tDie Anzahl der Events ist ", events.size(), ".");
     directPrint("\tEvents:");
     for (const auto& event : events) {
-        directPrint(concat("\n\t\tEvent ", required(event).className(), ":"));
+        directPrint("\n\t\tEvent ", required(event).className(), ":");
     }
-    directPrint(concat("\n\tDie Anzahl der Patterns ist ", patterns.size(), "."));
+    directPrint("\n\tDie Anzahl der Patterns ist ", patterns.size(), ".");
     directPrint("\tPatterns:");
     for (const auto& pattern : patterns) {
-        directPrint(concat("\n\t\tPattern ", required(pattern).className(), ":"));
+        directPrint("\n\t\tPattern ", required(pattern).className(), ":");
     }
 }
 

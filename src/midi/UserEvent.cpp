@@ -65,10 +65,10 @@ bool UserEvent::holds(std::size_t count, std::string_view message) const
 
 void UserEvent::dumpPayload() const
 {
-    safeprint(concat("\t\tlength: ", length, "."));
-    safeprint(concat("\t\tdata: ", data, "."));
-    safeprint(concat("\t\thexadecimal: ", toHex(), "."));
-    safeprint(concat("\t\tverbose: ", toText(), "."));
+    safeprint("\t\tlength: ", length, ".");
+    safeprint("\t\tdata: ", data, ".");
+    safeprint("\t\thexadecimal: ", toHex(), ".");
+    safeprint("\t\tverbose: ", toText(), ".");
 }
 
 } // namespace volvelle

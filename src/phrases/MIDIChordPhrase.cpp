@@ -112,8 +112,7 @@ void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding,
     chord->position = quantizesEvents ? std::round(event->position * quantizePrecision) / quantizePrecision
                                       : event->position;
     chord->nrule = copyOf(*checkedAt(matches, index));
-    directPrint(
-        concat("Following chord rule was detected: ", chord->nrule->longName, " at ", chord->position, "."));
+    directPrint("Following chord rule was detected: ", chord->nrule->longName, " at ", chord->position, ".");
     addChord(chord);
 }
 
@@ -133,8 +132,8 @@ std::shared_ptr<ChordRule> MIDIChordPhrase::findChordRule(ChordEvent& chord)
         return chord.nrule;
     } else if (std::cmp_less(index, matches.size())) {
         chord.nrule = copyOf(*checkedAt(matches, index));
-        directPrint(concat("MIDIChordPhrase::findChordRule() : Following chord rule was detected: ",
-                           chord.nrule->longName, " at ", chord.position, "."));
+        directPrint("MIDIChordPhrase::findChordRule() : Following chord rule was detected: ",
+                    chord.nrule->longName, " at ", chord.position, ".");
         return chord.nrule;
     }
     chord.nrule = std::make_shared<ChordRule>();
@@ -168,7 +167,7 @@ void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
         }
     }
     if (!chords.empty() && chords.back()->position == chord->position) {
-        directPrint(concat("Warning: Multiple chords at position ", chord->position, " were filtered out."));
+        directPrint("Warning: Multiple chords at position ", chord->position, " were filtered out.");
         append(chord->notes, chords.back()->notes);
         return;
     }

@@ -73,7 +73,7 @@ void MIDIChordPhrase::keepChordNote(ChordEvent& chord, const std::shared_ptr<Phr
     }
     note->duration = span - DONOTOVERLAPP;
     if (!(note->duration >= MINDURATION)) {
-        directPrint(concat("Warning: A chord event is too short ", note->duration, " and filtered out."));
+        directPrint("Warning: A chord event is too short ", note->duration, " and filtered out.");
         note->duration = MINDURATION;
         return;
     }

@@ -78,8 +78,8 @@ std::shared_ptr<MIDISequence16> MIDIClipGenerator::makeArrangementLong(int count
         makeArrangement(false);
         const double offset = i * double{arrangementBeats};
         if (phraseMixer->mixedEvents.empty()) {
-            directPrint(concat("Arranger::makeSequence() : WARNING: There are no events at ", offset,
-                               " for mixing together."));
+            directPrint("Arranger::makeSequence() : WARNING: There are no events at ", offset,
+                        " for mixing together.");
             continue;
         }
         for (const auto& event : phraseMixer->mixedEvents) {
@@ -140,7 +140,7 @@ void MIDIClipGenerator::saveArrangement(MIDIPhraseMixer& arrangement, int number
 {
     const auto documents = documentsFolder();
     const std::string folder = required(documents).string() + "/Phrases/output";
-    directPrint(concat("MIDIClipGenerator::saveArrangement() Saving '", folder, "'..."));
+    directPrint("MIDIClipGenerator::saveArrangement() Saving '", folder, "'...");
     arrangement.save(fs::path(folder) / concat("phraseMixer_", formatNumber(number), ".mid"));
 }
 
@@ -148,28 +148,28 @@ void MIDIClipGenerator::save(int /*channel*/, const std::string& /*name*/) {}
 
 fs::path MIDIClipGenerator::loadRandomFileAt(const std::string& path)
 {
-    directPrint(concat("MIDIClipGenerator::loadRandomFileAt() Loading '", path, "'..."));
+    directPrint("MIDIClipGenerator::loadRandomFileAt() Loading '", path, "'...");
     const std::vector<std::string> entries = entriesOf(path);
     const int count = countFiles(entries, path);
     if (count == 0) {
         fatalStop(concat("No files found in '", path, "'"));
     }
     if (std::cmp_not_equal(entries.size(), count)) {
-        directPrint(concat("WARNING: There are other files at '", path, "' too."));
+        directPrint("WARNING: There are other files at '", path, "' too.");
     }
     const std::string file = concat(path, formatNumber(randomInteger(1, count)), ".mid");
     std::error_code error;
     if (!fs::exists(file, error)) {
         fatalStop(concat("The file '", file, "' does not exist."));
     }
-    directPrint(concat("MIDIClipGenerator::loadRandomFileAt() Loading '", file, "'"));
+    directPrint("MIDIClipGenerator::loadRandomFileAt() Loading '", file, "'");
     return file;
 }
 
 int MIDIClipGenerator::countFiles(const std::vector<std::string>& files, const std::string& at)
 {
     const auto count = std::ranges::count_if(files, isMIDIFile);
-    directPrint(concat("There were ", count, " MIDI files found at '", at, "'."));
+    directPrint("There were ", count, " MIDI files found at '", at, "'.");
     return checkedCast<int>(count);
 }
 

@@ -66,7 +66,7 @@ void MIDIPhrase::loadPhrase(const std::filesystem::path& url, int transpose)
     sequence->loadFromFile(url);
     required(sequence, implicitNilMessage).musicSequenceToSequenceNode();
     const double length = required(sequence, implicitNilMessage).getLength();
-    directPrint(concat("MIDIPhrase: Sequence length is: ", length));
+    directPrint("MIDIPhrase: Sequence length is: ", length);
     const auto beats = checkedCast<std::int64_t>(std::ceil(length));
     currentLength = static_cast<int>(std::min<std::int64_t>(beats, MAXBEATLENGTH));
     if (transpose != 0) {
@@ -125,8 +125,8 @@ void MIDIPhrase::foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event)
     if (!loadedEvents.empty()) {
         const PhraseEvent& last = *loadedEvents.back();
         if (last.position == found.position && last.number == found.number && last.channel == found.channel) {
-            directPrint(concat("Warning: Duplicated note event (", found.number, ") at position ",
-                               found.position, "."));
+            directPrint("Warning: Duplicated note event (", found.number, ") at position ", found.position,
+                        ".");
             return;
         }
     }
@@ -166,7 +166,7 @@ void MIDIPhrase::foundControllerEvent(const std::shared_ptr<MidiControllerEvent>
 
 void MIDIPhrase::foundMetaMarkerEvent(const std::shared_ptr<MetaMarkerEvent>& event)
 {
-    directPrint(concat("marker: ", required(event, implicitNilMessage).position));
+    directPrint("marker: ", required(event, implicitNilMessage).position);
 }
 
 } // namespace volvelle

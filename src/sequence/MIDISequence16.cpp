@@ -49,9 +49,9 @@ bool MIDISequence16::checkTracks()
     for (std::uint32_t index = 0; index < trackCount; ++index) {
         MusicTrack track;
         if (const OSStatus status = MusicSequenceGetIndTrack(musicSequence, index, track); status != noErr) {
-            directPrint(concat("Warnung: Die Sequenz ist nicht kompatibel. Es müssen 16 Spuren für 16 MIDI "
-                               "Kanäle vorhanden sein. : ",
-                               status));
+            directPrint("Warnung: Die Sequenz ist nicht kompatibel. Es müssen 16 Spuren für 16 MIDI "
+                        "Kanäle vorhanden sein. : ",
+                        status);
             checkStatus(status);
             return false;
         }
@@ -85,7 +85,7 @@ std::vector<MIDISequence16::TimedMIDIEvent> MIDISequence16::getTrackEvents(const
     walkTrack(track, reportFailure, [&events](const TrackEvent& event, const MusicEventIterator&) {
         const EventRecord record = copyOf(event);
         if (std::holds_alternative<std::monostate>(record)) {
-            directPrint(concat("Something or other ", event.type));
+            directPrint("Something or other ", event.type);
         } else {
             events.push_back({event.type, event.time, record});
         }
@@ -119,7 +119,7 @@ void MIDISequence16::play()
 void MIDISequence16::report(std::string_view word, OSStatus status, std::string_view text,
                             std::source_location place)
 {
-    directPrint(concat(place.line(), " ", word, ": ", status, ". \n", text));
+    directPrint(place.line(), " ", word, ": ", status, ". \n", text);
     checkStatus(status);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Console.h"
-#include "base/Text.h"
 
 namespace volvelle {
 
@@ -9,9 +8,7 @@ namespace volvelle {
 template <class... Values>
 void logLine(const Values&... values)
 {
-    if (console().isHeard()) {
-        safeprint(concat(values...));
-    }
+    safeprint(values...);
 }
 
 } // namespace volvelle

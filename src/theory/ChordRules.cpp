@@ -206,9 +206,9 @@ std::vector<int> ChordRules::getCurrentKeys() const
 
 void ChordRules::dumpout() const
 {
-    directPrint(concat("The count of chord rules is: ", rules.size()));
+    directPrint("The count of chord rules is: ", rules.size());
     for (const auto& rule : rules) {
-        directPrint(concat(rule->index, ": ", rule->shortName, ", ", rule->longName));
+        directPrint(rule->index, ": ", rule->shortName, ", ", rule->longName);
     }
 }
 

@@ -14,6 +14,35 @@ namespace {
 using test::ConsoleCapture;
 using Lines = std::vector<std::string>;
 
+// A value that counts how often it is written into a text.
+struct Counted {
+    int& count;
+};
+
+std::string text(const Counted& value)
+{
+    return std::to_string(++value.count);
+}
+
+TEST(Console, TheTextsOfAllArgumentsAreOneLine)
+{
+    ConsoleCapture capture;
+    int count = 0;
+    safeprint("safe: ", 1, " ", Counted{count});
+    debugprint("debug: ", true, " ", Counted{count});
+    directPrint("direct: ", 0.5, " ", Counted{count});
+    EXPECT_EQ(capture.take(), (Lines{"safe: 1 1", "debug: true 2", "direct: 0.5 3"}));
+}
+
+TEST(Console, WithoutASinkNoTextIsBuilt)
+{
+    int count = 0;
+    safeprint("nobody hears ", Counted{count});
+    debugprint("nobody hears ", Counted{count});
+    directPrint("nobody hears ", Counted{count});
+    EXPECT_EQ(count, 0);
+}
+
 TEST(Console, SafeprintOfAnEmptyMessagePrintsAnEmptyLine)
 {
     ConsoleCapture capture;

@@ -31,7 +31,7 @@ bool AppDelegate::applicationDidFinishLaunching()
     if (const auto done = setUpAudioSession()) {
         UIApplication::sharedApplication().beginReceivingRemoteControlEvents();
     } else {
-        directPrint(concat("AppDelegate::application() : Error: ", done.error()));
+        directPrint("AppDelegate::application() : Error: ", done.error());
     }
     return true;
 }
@@ -42,7 +42,7 @@ void AppDelegate::applicationWillTerminate()
         browser->stopEngine();
     }
     if (const auto done = AVAudioSession::sharedInstance().setActive(false, 0); !done) {
-        directPrint(concat("AppDelegate::applicationWillTerminate() : Error: ", done.error()));
+        directPrint("AppDelegate::applicationWillTerminate() : Error: ", done.error());
         return;
     }
     UIApplication::sharedApplication().endReceivingRemoteControlEvents();

@@ -17,8 +17,8 @@ namespace {
 void report(std::string_view step, OSStatus status)
 {
     if (status != noErr) {
-        safeprint(concat("DocumentBrowserViewController::initializeEngine() : Error: ", step,
-                         " failed. Status: ", status));
+        safeprint("DocumentBrowserViewController::initializeEngine() : Error: ", step,
+                         " failed. Status: ", status);
     }
 }
 
@@ -40,7 +40,7 @@ void DocumentBrowserViewController::initializeEngine()
     if (services.makeSink) {
         output = services.makeSink();
         if (const auto set = engine->setSink(output); !set) {
-            safeprint(concat("DocumentBrowserViewController::initializeEngine() : Error: ", set.error()));
+            safeprint("DocumentBrowserViewController::initializeEngine() : Error: ", set.error());
         }
     }
     startEngine();
@@ -74,8 +74,8 @@ void DocumentBrowserViewController::startEngine()
     if (const auto started = engine->start()) {
         safeprint("DocumentBrowserViewController::startEngine() : The audio engine was started.");
     } else {
-        safeprint(concat("DocumentBrowserViewController::startEngine() : Error: ", started.error(),
-                         ". \nThe audio engine could not be started."));
+        safeprint("DocumentBrowserViewController::startEngine() : Error: ", started.error(),
+                         ". \nThe audio engine could not be started.");
     }
 }
 
@@ -151,7 +151,7 @@ void DocumentBrowserViewController::onTerminate()
 
 void DocumentBrowserViewController::onSequencerStateChanged(std::string_view state)
 {
-    safeprint(concat("sequencer state: ", state));
+    safeprint("sequencer state: ", state);
     const bool isPlay = state == "play";
     if (!documentViewController || (!isPlay && state != "stop")) {
         return;

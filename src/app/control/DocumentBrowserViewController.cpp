@@ -68,15 +68,15 @@ void DocumentBrowserViewController::getDirectories()
     safeprint("viewController:getDirectories() : Initialization, enumerating the apps accessible folders.");
     if (const auto resources = resourcesFolder()) {
         resourcesPath = *resources;
-        safeprint(concat("viewController:getDirectories() : The app's resources path is: ",
-                         resourcesPath.string()));
+        safeprint("viewController:getDirectories() : The app's resources path is: ",
+                         resourcesPath.string());
     } else {
         safeprint("ViewController::getDirectories() : Resources folder is nil.");
     }
     if (const auto documents = documentsFolder()) {
         documentsPath = *documents;
-        safeprint(concat("viewController:getDirectories() : The app's documents path is: ",
-                         documentsPath.string()));
+        safeprint("viewController:getDirectories() : The app's documents path is: ",
+                         documentsPath.string());
     } else {
         safeprint("viewController:getDirectories() : Documents directory is nil.");
     }
@@ -94,14 +94,14 @@ void DocumentBrowserViewController::provideDefaultDocuments()
         return;
     }
     if (fs::exists(place, error)) {
-        safeprint(concat("DocumentBrowserViewController::provideDefaultDocuments(): The default document '",
-                         place.string(), "' already existed."));
+        safeprint("DocumentBrowserViewController::provideDefaultDocuments(): The default document '",
+                         place.string(), "' already existed.");
         return;
     }
     if (const auto copied = copyExample(example, documentsPath); !copied) {
-        safeprint(concat("DocumentBrowserViewController::provideDefaultDocuments(): ERROR: Could not "
+        safeprint("DocumentBrowserViewController::provideDefaultDocuments(): ERROR: Could not "
                          "provide example file: ",
-                         copied.error()));
+                         copied.error());
     }
 }
 
@@ -132,8 +132,8 @@ void DocumentBrowserViewController::documentBrowserDidRequestDocumentCreation(co
 void DocumentBrowserViewController::documentBrowserDidImportDocument(const fs::path& source,
                                                                      const fs::path& destination)
 {
-    safeprint(concat("DocumentBrowserViewController::documentBrowser() : Imported a document from '",
-                     source.string(), "' to '", destination.string(), "'."));
+    safeprint("DocumentBrowserViewController::documentBrowser() : Imported a document from '",
+                     source.string(), "' to '", destination.string(), "'.");
     presentDocument(destination);
 }
 
@@ -171,22 +171,22 @@ void DocumentBrowserViewController::presentDocument(const fs::path& url)
     screen->setDocument(document);
     document->openWithCompletionHandler([this, &screen, &url](bool isOpen) {
         if (!isOpen) {
-            safeprint(concat("DocumentBrowserViewController::presentDocument() : Error: Document '",
-                             url.string(), "' could not be opened."));
+            safeprint("DocumentBrowserViewController::presentDocument() : Error: Document '",
+                             url.string(), "' could not be opened.");
             return;
         }
         safeprint("DocumentBrowserViewController::presentDocument() : Document opening.");
         isPresenting = true;
         present(screen, true, [url] {
-            safeprint(concat("DocumentBrowserViewController::presentDocument() : Opened document '",
-                             url.string(), "'"));
+            safeprint("DocumentBrowserViewController::presentDocument() : Opened document '",
+                             url.string(), "'");
         });
     });
 }
 
 void DocumentBrowserViewController::showMessage(const std::string& caption, const std::string& message)
 {
-    safeprint(concat("Message: ", message));
+    safeprint("Message: ", message);
     isPresenting = true;
     present({caption, concat(caption, " ", message), {{"OK", [this] { isPresenting = false; }}}});
 }

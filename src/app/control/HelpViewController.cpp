@@ -120,7 +120,7 @@ void HelpViewController::loadHelpHtml()
     const fs::path help = resource("help.html").value_or("help.html");
     std::vector<std::uint8_t> bytes;
     if (const OSStatus status = readFile(help, bytes); status != noErr) {
-        directPrint(concat("'", help.string(), "' could not be read. Status: ", status));
+        directPrint("'", help.string(), "' could not be read. Status: ", status);
         return;
     }
     if (const auto view = webView.lock()) {
@@ -135,13 +135,13 @@ void HelpViewController::onButtonExit()
 
 NavigationPolicy HelpViewController::webViewDecidePolicyForAction(const std::string& url)
 {
-    directPrint(concat("navigationAction: ", url));
+    directPrint("navigationAction: ", url);
     return NavigationPolicy::allow;
 }
 
 NavigationPolicy HelpViewController::webViewDecidePolicyForResponse(const std::string& url)
 {
-    directPrint(concat("navigationResponse: ", url));
+    directPrint("navigationResponse: ", url);
     const std::string extension = pathExtension(url);
     const bool isShown = extension.empty() || extension == "PDF" || extension == "HTML";
     return isShown ? NavigationPolicy::allow : NavigationPolicy::cancel;
@@ -149,7 +149,7 @@ NavigationPolicy HelpViewController::webViewDecidePolicyForResponse(const std::s
 
 bool HelpViewController::webViewCreateWebView(const std::string& url)
 {
-    directPrint(concat("createWebViewWith:", url));
+    directPrint("createWebViewWith:", url);
     return false;
 }
 

@@ -27,9 +27,9 @@ std::shared_ptr<NSUserDefaults> sharedDefaults()
 
 void dump(std::string_view name, const NSUserDefaults& defaults)
 {
-    directPrint(concat("PersistentAppData::dumpout() : UserDefaults.", name, " : "));
+    directPrint("PersistentAppData::dumpout() : UserDefaults.", name, " : ");
     for (const auto& [key, value] : defaults.dictionaryRepresentation()) {
-        directPrint(concat(key, " = ", text(value), " \n"));
+        directPrint(key, " = ", text(value), " \n");
     }
 }
 

@@ -49,9 +49,9 @@ std::optional<std::vector<std::uint8_t>> MIDIDocument::sequenceData(const MusicS
 {
     std::vector<std::uint8_t> bytes;
     if (const OSStatus status = sequenceFileBytes(sequence, bytes); status != noErr) {
-        directPrint(concat("MIDIDocument::sequenceData() : Error: Could not convert music sequence to data. "
+        directPrint("MIDIDocument::sequenceData() : Error: Could not convert music sequence to data. "
                            "Status: ",
-                           status));
+                           status);
         return std::nullopt;
     }
     return bytes.empty() ? std::nullopt : std::optional(std::move(bytes));
@@ -62,17 +62,17 @@ MusicSequence MIDIDocument::sequenceFromData(const std::vector<std::uint8_t>& by
     MusicSequence sequence;
     OSStatus status = NewMusicSequence(sequence);
     if (status != noErr) {
-        directPrint(concat("MIDIDocument::sequenceFromData() : Error: Could not create a new music sequence. "
+        directPrint("MIDIDocument::sequenceFromData() : Error: Could not create a new music sequence. "
                            "Status: ",
-                           status));
+                           status);
         return nullptr;
     }
     status = MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType,
                                        kMusicSequenceLoadSMF_ChannelsToTracks);
     if (status != noErr) {
-        directPrint(concat("MIDIDocument::sequenceFromData() : Error: Could not populate music sequence with "
+        directPrint("MIDIDocument::sequenceFromData() : Error: Could not populate music sequence with "
                            "data. Status: ",
-                           status));
+                           status);
         return nullptr;
     }
     return sequence;
@@ -83,12 +83,11 @@ Result<> MIDIDocument::load(const DocumentContents& fromContents,
 {
     fileEvents.clear();
     directPrint("MIDIDocument::load() :");
-    directPrint(concat(" - url: ", fileURL().string()));
-    directPrint(concat(" - type: ", fileType().value_or("?")));
+    directPrint(" - url: ", fileURL().string());
+    directPrint(" - type: ", fileType().value_or("?"));
     data = fromContents.bytes;
     if (!data) {
-        directPrint(
-            concat("MIDIDocument::load() : Error: ", fromContents.name, " is not an instance of NSData."));
+        directPrint("MIDIDocument::load() : Error: ", fromContents.name, " is not an instance of NSData.");
         return {};
     }
     const MusicSequence musicSequence = sequenceFromData(*data);
@@ -108,7 +107,7 @@ Result<> MIDIDocument::load(const DocumentContents& fromContents,
 std::optional<DocumentContents> MIDIDocument::contents(const std::string& forType)
 {
     directPrint("MIDIDocument::contents()");
-    directPrint(concat(" - type: ", forType));
+    directPrint(" - type: ", forType);
     if (!data) {
         directPrint("MIDIDocument::contents() : Error: Data is nil.");
         return std::nullopt;

@@ -57,9 +57,9 @@ std::string eventText(MusicEventType type, const void* payload)
 void showTrack(const std::string& title, MusicTrackObject& track)
 {
     const auto events = track.events.all();
-    directPrint(concat(title, ": ", events.size(), " events, length ", track.length));
+    directPrint(title, ": ", events.size(), " events, length ", track.length);
     for (const MusicEvent& event : events) {
-        directPrint(concat("  ", event.time, "  ", eventText(event.type, track.events.payload(event))));
+        directPrint("  ", event.time, "  ", eventText(event.type, track.events.payload(event)));
     }
 }
 
@@ -71,7 +71,7 @@ void CAShow(const MusicSequence& sequence)
         directPrint("MusicSequence: none");
         return;
     }
-    directPrint(concat("MusicSequence: ", sequence->tracks.size(), " tracks"));
+    directPrint("MusicSequence: ", sequence->tracks.size(), " tracks");
     showTrack("Tempo track", *sequence->tempoTrack);
     for (std::size_t i = 0; i < sequence->tracks.size(); ++i) {
         showTrack(concat("Track ", i), *sequence->tracks[i]);

@@ -23,7 +23,7 @@ MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const
     if (!first) {
         debugprint("There is no sound bank: the music plays without sound. Install a SoundFont.");
     } else if (!open(*first)) {
-        debugprint(concat("The sound bank '", first->string(), "' could not be loaded."));
+        debugprint("The sound bank '", first->string(), "' could not be loaded.");
     }
 }
 

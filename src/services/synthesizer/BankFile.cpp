@@ -141,8 +141,8 @@ std::shared_ptr<const BankFile> BankFile::openLarge(const fs::path& path, int fi
 {
     const int copy = privateCopy(file, size);
     if (copy == none) {
-        debugprint(concat("There is no room for a copy of the sound bank \"", path.string(),
-                          "\": it must not change while it is used."));
+        debugprint("There is no room for a copy of the sound bank \"", path.string(),
+                   "\": it must not change while it is used.");
         return std::shared_ptr<const BankFile>(new BankFile(path, file, size));
     }
     close(file);

@@ -168,7 +168,7 @@ void DLSSoundFont::addArticulations()
         articulations.push_back(std::move(ready));
     }
     if (unknown > 0) {
-        debugprint(concat("The sound bank has ", unknown, " connections that are not played."));
+        debugprint("The sound bank has ", unknown, " connections that are not played.");
     }
 }
 

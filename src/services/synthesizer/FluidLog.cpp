@@ -22,7 +22,7 @@ void print(int level, const char* message, void* /*data*/)
     if (isRendering) {
         realtimeprint(speaker, message);
     } else {
-        debugprint(concat(speaker, message));
+        debugprint(speaker, message);
     }
 }
 
