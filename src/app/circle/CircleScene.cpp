@@ -40,6 +40,7 @@ CircleScene::Change CircleScene::redraw(MIDICircleViewBase& circle, const CGRect
         return {};
     }
     std::vector<int> events;
+    events.reserve(arcs.size());
     for (const int arc : arcs) {
         events.push_back(checkedAt(notes, arc).event);
     }

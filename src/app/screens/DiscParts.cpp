@@ -167,18 +167,17 @@ void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
     circle(painter, 5.0 / disc.unit, QPen(tokens.fg3, 1.5 / disc.unit), tokens.disc);
 }
 
-void paintElapsed(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
+void paintElapsed(QPainter& painter, const DiscGeometry& disc, double sweep, const Tokens& tokens)
 {
     const double radius = DiscGeometry::progress;
     const QRectF square(-radius, -radius, 2.0 * radius, 2.0 * radius);
     QPainterPath path;
     path.arcMoveTo(square, 90.0);
-    path.arcTo(square, 90.0, -disc.elapsed->sweep * degrees);
+    path.arcTo(square, 90.0, -sweep * degrees);
     painter.strokePath(path, QPen(tokens.accent, 2.5 / disc.unit, Qt::SolidLine, Qt::FlatCap));
     painter.setPen(QPen(tokens.rim, 2.0 / disc.unit));
     painter.setBrush(tokens.accent);
-    painter.drawEllipse(point(DiscGeometry::place(disc.elapsed->sweep, radius)), 6.0 / disc.unit,
-                        6.0 / disc.unit);
+    painter.drawEllipse(point(DiscGeometry::place(sweep, radius)), 6.0 / disc.unit, 6.0 / disc.unit);
 }
 
 } // namespace
@@ -212,7 +211,7 @@ void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens&
         paintName(painter, disc, chord, tokens);
     }
     if (disc.elapsed) {
-        paintElapsed(painter, disc, tokens);
+        paintElapsed(painter, disc, disc.elapsed->sweep, tokens);
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(tokens.accent);
