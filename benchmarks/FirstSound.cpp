@@ -84,6 +84,5 @@ int watchedPlay(const PlayOptions& options, CommandOutput& output)
 
 int main(int argc, char** argv)
 {
-    const volvelle::SoundCommands sound{volvelle::watchedPlay, volvelle::runRender};
-    return volvelle::runCommandLine(argc, argv, &sound);
+    return volvelle::runCommandLine(argc, argv, {.play = volvelle::watchedPlay, .render = volvelle::runRender});
 }

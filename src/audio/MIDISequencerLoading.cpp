@@ -96,7 +96,7 @@ std::optional<std::vector<std::uint8_t>> MIDISequencer::sequenceData(const Music
 {
     std::vector<std::uint8_t> data;
     if (const OSStatus status = sequenceFileBytes(sequence, data); status != noErr) {
-        debugprint(concat(
+        debugprint(
             "MIDISequencer::sequenceData() : Error: Could not convert music sequence to data. Status: ",
             status);
         return std::nullopt;

@@ -11,12 +11,14 @@
 #include "cli/LibraryCompileCommand.h"
 #include "cli/NearestName.h"
 #include "cli/SuddenEnds.h"
+#include "services/files/FileNames.h"
 
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -36,10 +38,15 @@ struct Request {
     LibraryCompileOptions libraryCompile;
     PlayOptions play;
     RenderOptions render;
+    PictureOptions picture;
+    AppOptions app;
     Action action;
 };
 
-const SoundCommands* soundCommands = nullptr; // of this process, null for none
+constexpr const char* soundProgram = "volvelle-sound";
+constexpr const char* screenProgram = "volvelle-app";
+
+HandedCommands handed; // that this process has
 
 // For all commands: they are understood before and after the name of one.
 void addCommonOptions(CLI::App& app, Request& request)
@@ -147,14 +154,24 @@ void addLibrary(CLI::App& app, Request& request)
     addLibraryCompile(library, request);
 }
 
-// Replaces this process by the program with sound beside it. Returns only where that fails.
-int handOver(char** argv, CommandOutput& output)
+// Replaces this process by another one beside it. Returns only where that fails.
+int handOver(char** argv, const char* program, CommandOutput& output)
 {
     std::error_code error;
     const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::string other = (self.parent_path() / "volvelle-sound").string();
+    const std::string other = (self.parent_path() / program).string();
     execv(other.c_str(), argv);
-    return output.failure("The program 'volvelle-sound' is missing beside this one: it plays and renders.");
+    return output.failure(concat("The program '", program, "' is missing beside this one."));
+}
+
+// An action of this process where it has it, else of `program`.
+template <class Options>
+Action actionOf(int (*command)(const Options&, CommandOutput&), const Options& options, char** argv,
+                const char* program)
+{
+    return [=, &options](CommandOutput& output) {
+        return command != nullptr ? command(options, output) : handOver(argv, program, output);
+    };
 }
 
 void addPlay(CLI::App& app, Request& request, char** argv)
@@ -176,10 +193,7 @@ void addPlay(CLI::App& app, Request& request, char** argv)
         if (file->count() == 0 && request.play.port != "list") {
             throw CLI::RequiredError("FILE");
         }
-        request.action = [&request, argv](CommandOutput& output) {
-            return soundCommands != nullptr ? soundCommands->play(request.play, output)
-                                            : handOver(argv, output);
-        };
+        request.action = actionOf(handed.play, request.play, argv, soundProgram);
     });
 }
 
@@ -204,12 +218,38 @@ void addRender(CLI::App& app, Request& request, char** argv)
     command.add_option("--cores", options.cores, "cores to use, 1 to 64; all without it")
         ->check(CLI::Range(1, 64))
         ->option_text("N");
+    command.callback(
+        [&request, argv] { request.action = actionOf(handed.render, request.render, argv, soundProgram); });
+}
+
+void addPicture(CLI::App& app, Request& request, char** argv)
+{
+    CLI::App& command = addCommand(app, "picture", "Paint the circle of a MIDI file",
+                                   "Also --verbose, --quiet.\n"
+                                   "Example: volvelle picture Idea.mid --out Idea.png");
+    PictureOptions& options = request.picture;
+    command.add_option("FILE", options.file, "the MIDI file")->required()->option_text("F.mid (required)");
+    command.add_option("--out", options.out, "the PNG to write or replace, \"-\" for standard output")
+        ->required()
+        ->option_text("F.png (required)");
+    command.add_option("--size", options.size, "pixels of a side, 64 to 8192; 1024 without it")
+        ->check(CLI::Range(PictureOptions::smallest, PictureOptions::largest))
+        ->option_text("N");
+    command.add_option("--beat", options.beat, "show it playing at that beat, from 0")
+        ->check(CLI::Range(0.0, 1e9))
+        ->option_text("B");
     command.callback([&request, argv] {
-        request.action = [&request, argv](CommandOutput& output) {
-            return soundCommands != nullptr ? soundCommands->render(request.render, output)
-                                            : handOver(argv, output);
-        };
+        request.action = actionOf(handed.picture, request.picture, argv, screenProgram);
     });
+}
+
+// Without a command the files are opened in the window.
+void addApp(CLI::App& app, Request& request, char** argv)
+{
+    app.add_option("FILE", request.app.files, "MIDI files to open in the window")->option_text("F.mid ...");
+    app.add_flag("--self-test", request.app.isSelfTest,
+                 "walk one whole road of the window, without a display");
+    request.action = actionOf(handed.open, request.app, argv, screenProgram);
 }
 
 int run(const Request& request)
@@ -244,6 +284,19 @@ int tellUnknownCommand(const CLI::App& app, const std::string& word)
                                 ". --help lists all."));
 }
 
+// A word in the place of a command that is no file and not named like one.
+std::optional<std::string> unknownWord(const CLI::App& app, const AppOptions& options)
+{
+    std::error_code error;
+    if (!app.get_subcommands().empty() || options.files.empty()) {
+        return std::nullopt;
+    }
+    const std::filesystem::path& first = options.files.front();
+    const bool isFile =
+        std::filesystem::exists(first, error) || isMIDIFileName(first) || first.has_parent_path();
+    return isFile ? std::nullopt : std::optional(first.string());
+}
+
 int tellMisuse(const CLI::App& app, const CLI::ParseError& error)
 {
     const auto given = app.get_subcommands();
@@ -260,17 +313,18 @@ int tellMisuse(const CLI::App& app, const CLI::ParseError& error)
 
 } // namespace
 
-int runCommandLine(int argc, char** argv, const SoundCommands* sound)
+int runCommandLine(int argc, char** argv, const HandedCommands& commands)
 {
-    soundCommands = sound;
+    handed = commands;
     mainQueue();
     prepareSuddenEnds();
     holdStandardStreams();
 
     CLI::App app("Volvelle makes musical ideas: sixteen-track MIDI files from a library of phrases.",
                  "volvelle");
-    app.require_subcommand(1);
-    app.footer("Each command has a --help of its own.\nExample: volvelle generate --out Idea.mid");
+    app.require_subcommand(0, 1);
+    app.footer("Without a command the window opens. Each command has a --help of its own.\nExample: volvelle "
+               "generate --out Idea.mid");
     Request request;
     addCommonOptions(app, request);
     addGenerate(app, request);
@@ -278,8 +332,13 @@ int runCommandLine(int argc, char** argv, const SoundCommands* sound)
     addLibrary(app, request);
     addPlay(app, request, argv);
     addRender(app, request, argv);
+    addPicture(app, request, argv);
+    addApp(app, request, argv);
     try {
         app.parse(argc, argv);
+        if (const auto word = unknownWord(app, request.app)) {
+            return tellUnknownCommand(app, *word);
+        }
     } catch (const CLI::ParseError& error) {
         return tellMisuse(app, error);
     }

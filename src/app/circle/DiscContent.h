@@ -21,6 +21,7 @@ struct DiscContent {
     double tempo = 120.0;      // beats a minute
     bool isPlaying = false;
     bool isSmall = false; // a tile's: rim, ink, hub and notes alone
+    bool hasTexts = true; // position and tempo in the hub
 
     bool operator==(const DiscContent&) const = default;
 };

@@ -111,6 +111,9 @@ void DiscGeometry::makeChords(const DiscContent& content)
 
 void DiscGeometry::makeTexts(const DiscContent& content)
 {
+    if (!content.hasTexts) {
+        return;
+    }
     const double bar = content.beatsPerBar > 0.0 ? content.beatsPerBar : 4.0;
     const double position = std::isfinite(content.position) ? std::clamp(content.position, 0.0, 1e9) : 0.0;
     const double bars = std::floor(std::min(position / bar, 1e9));

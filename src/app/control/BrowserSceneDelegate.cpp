@@ -41,8 +41,8 @@ void BrowserSceneDelegate::openURLContext(const UIOpenURLContext& context) const
     browser->revealDocument(context.url, !context.openInPlace,
                             [&](const Result<std::filesystem::path>& revealed) {
                                 if (!context.openInPlace && !revealed) {
-                                    directPrint("Failed to reveal the document at ",
-                                                       context.url.string(), " : ", revealed.error(), ".");
+                                    directPrint("Failed to reveal the document at ", context.url.string(),
+                                                " : ", revealed.error(), ".");
                                     return;
                                 }
                                 browser->presentDocument(context.openInPlace ? context.url : *revealed);

@@ -18,7 +18,7 @@ void report(std::string_view step, OSStatus status)
 {
     if (status != noErr) {
         safeprint("DocumentBrowserViewController::initializeEngine() : Error: ", step,
-                         " failed. Status: ", status);
+                  " failed. Status: ", status);
     }
 }
 
@@ -75,7 +75,7 @@ void DocumentBrowserViewController::startEngine()
         safeprint("DocumentBrowserViewController::startEngine() : The audio engine was started.");
     } else {
         safeprint("DocumentBrowserViewController::startEngine() : Error: ", started.error(),
-                         ". \nThe audio engine could not be started.");
+                  ". \nThe audio engine could not be started.");
     }
 }
 

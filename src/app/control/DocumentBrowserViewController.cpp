@@ -68,15 +68,13 @@ void DocumentBrowserViewController::getDirectories()
     safeprint("viewController:getDirectories() : Initialization, enumerating the apps accessible folders.");
     if (const auto resources = resourcesFolder()) {
         resourcesPath = *resources;
-        safeprint("viewController:getDirectories() : The app's resources path is: ",
-                         resourcesPath.string());
+        safeprint("viewController:getDirectories() : The app's resources path is: ", resourcesPath.string());
     } else {
         safeprint("ViewController::getDirectories() : Resources folder is nil.");
     }
     if (const auto documents = documentsFolder()) {
         documentsPath = *documents;
-        safeprint("viewController:getDirectories() : The app's documents path is: ",
-                         documentsPath.string());
+        safeprint("viewController:getDirectories() : The app's documents path is: ", documentsPath.string());
     } else {
         safeprint("viewController:getDirectories() : Documents directory is nil.");
     }
@@ -95,13 +93,13 @@ void DocumentBrowserViewController::provideDefaultDocuments()
     }
     if (fs::exists(place, error)) {
         safeprint("DocumentBrowserViewController::provideDefaultDocuments(): The default document '",
-                         place.string(), "' already existed.");
+                  place.string(), "' already existed.");
         return;
     }
     if (const auto copied = copyExample(example, documentsPath); !copied) {
         safeprint("DocumentBrowserViewController::provideDefaultDocuments(): ERROR: Could not "
-                         "provide example file: ",
-                         copied.error());
+                  "provide example file: ",
+                  copied.error());
     }
 }
 
@@ -133,7 +131,7 @@ void DocumentBrowserViewController::documentBrowserDidImportDocument(const fs::p
                                                                      const fs::path& destination)
 {
     safeprint("DocumentBrowserViewController::documentBrowser() : Imported a document from '",
-                     source.string(), "' to '", destination.string(), "'.");
+              source.string(), "' to '", destination.string(), "'.");
     presentDocument(destination);
 }
 
@@ -171,15 +169,15 @@ void DocumentBrowserViewController::presentDocument(const fs::path& url)
     screen->setDocument(document);
     document->openWithCompletionHandler([this, &screen, &url](bool isOpen) {
         if (!isOpen) {
-            safeprint("DocumentBrowserViewController::presentDocument() : Error: Document '",
-                             url.string(), "' could not be opened.");
+            safeprint("DocumentBrowserViewController::presentDocument() : Error: Document '", url.string(),
+                      "' could not be opened.");
             return;
         }
         safeprint("DocumentBrowserViewController::presentDocument() : Document opening.");
         isPresenting = true;
         present(screen, true, [url] {
-            safeprint("DocumentBrowserViewController::presentDocument() : Opened document '",
-                             url.string(), "'");
+            safeprint("DocumentBrowserViewController::presentDocument() : Opened document '", url.string(),
+                      "'");
         });
     });
 }

@@ -50,8 +50,8 @@ std::optional<std::vector<std::uint8_t>> MIDIDocument::sequenceData(const MusicS
     std::vector<std::uint8_t> bytes;
     if (const OSStatus status = sequenceFileBytes(sequence, bytes); status != noErr) {
         directPrint("MIDIDocument::sequenceData() : Error: Could not convert music sequence to data. "
-                           "Status: ",
-                           status);
+                    "Status: ",
+                    status);
         return std::nullopt;
     }
     return bytes.empty() ? std::nullopt : std::optional(std::move(bytes));
@@ -63,16 +63,16 @@ MusicSequence MIDIDocument::sequenceFromData(const std::vector<std::uint8_t>& by
     OSStatus status = NewMusicSequence(sequence);
     if (status != noErr) {
         directPrint("MIDIDocument::sequenceFromData() : Error: Could not create a new music sequence. "
-                           "Status: ",
-                           status);
+                    "Status: ",
+                    status);
         return nullptr;
     }
     status = MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType,
                                        kMusicSequenceLoadSMF_ChannelsToTracks);
     if (status != noErr) {
         directPrint("MIDIDocument::sequenceFromData() : Error: Could not populate music sequence with "
-                           "data. Status: ",
-                           status);
+                    "data. Status: ",
+                    status);
         return nullptr;
     }
     return sequence;

@@ -161,7 +161,8 @@ void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
     if (QFontMetricsF(nameFont).horizontalAdvance(name) <= 1.7 * DiscGeometry::hub * disc.unit) {
         centredText(painter, disc, DiscGeometry::chordBaseline, nameFont, tokens.fg, name);
     }
-    if ((DiscGeometry::positionBaseline - DiscGeometry::chordBaseline) * disc.unit >= 12.0) {
+    if (!disc.positionText.empty() &&
+        (DiscGeometry::positionBaseline - DiscGeometry::chordBaseline) * disc.unit >= 12.0) {
         paintPosition(painter, disc, tokens);
     }
     circle(painter, 5.0 / disc.unit, QPen(tokens.fg3, 1.5 / disc.unit), tokens.disc);

@@ -4,6 +4,5 @@
 
 int main(int argc, char** argv)
 {
-    const volvelle::SoundCommands sound{volvelle::runPlay, volvelle::runRender};
-    return volvelle::runCommandLine(argc, argv, &sound);
+    return volvelle::runCommandLine(argc, argv, {.play = volvelle::runPlay, .render = volvelle::runRender});
 }

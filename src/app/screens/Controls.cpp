@@ -1,0 +1,47 @@
+#include "app/screens/Controls.h"
+
+#include "app/screens/Appearance.h"
+
+#include <array>
+#include <utility>
+
+namespace volvelle {
+
+QString tipWithKey(const QString& tip, const QString& key)
+{
+    if (key.isEmpty()) {
+        return tip;
+    }
+    QColor faint = Appearance::shared().tokens().bg;
+    faint.setAlphaF(0.72F);
+    return QString("<span style='white-space:pre'>%1  <span style='color:%2'>%3</span></span>")
+        .arg(tip.toHtmlEscaped(), faint.name(QColor::HexArgb), key.toHtmlEscaped());
+}
+
+QPushButton* makeButton(const QString& text, ButtonKind kind, const QString& tip, const QString& key,
+                        QWidget* parent)
+{
+    static constexpr std::array names{"primary", "secondary", "quiet", "link"};
+    auto* button = new QPushButton(text, parent);
+    button->setProperty("kind", names[static_cast<std::size_t>(kind)]);
+    button->setAccessibleName(text);
+    button->setAccessibleDescription(tip);
+    button->setToolTip(tipWithKey(tip, key));
+    button->setAutoDefault(false);
+    button->setCursor(kind == ButtonKind::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    QSizePolicy policy = button->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    button->setSizePolicy(policy);
+    return button;
+}
+
+ScreenButton::ScreenButton(QWidget* of, Hide how) : button(of), hide(std::move(how)) {}
+
+void ScreenButton::setHidden(bool isHidden)
+{
+    if (button) {
+        hide(*button, isHidden);
+    }
+}
+
+} // namespace volvelle

@@ -1,0 +1,117 @@
+#include "app/screens/DiscWidget.h"
+
+#include "app/screens/Appearance.h"
+#include "app/screens/Controls.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace volvelle {
+
+DiscWidget::DiscWidget(QWidget* parent) : QWidget(parent), view(std::make_shared<MIDICircleView>())
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setProperty("isRound", true);
+    setAccessibleName("Circle of notes");
+    view->setNeedsDisplay = [this] {
+        update();
+        Q_EMIT positionChanged(view->baseClass->currentBeat);
+    };
+    setPlaying(false);
+}
+
+DiscWidget::~DiscWidget()
+{
+    view->setNeedsDisplay = [] {};
+}
+
+void DiscWidget::setContent(DiscContent content)
+{
+    content.isPlaying = shown.isPlaying;
+    shown = std::move(content);
+    update();
+}
+
+void DiscWidget::setPlaying(bool isPlaying)
+{
+    shown.isPlaying = isPlaying;
+    if (!isPlaying) {
+        view->baseClass->currentBeat = 0.0;
+    }
+    setToolTip(isPlaying ? tipWithKey("Stop", "Space") : tipWithKey("Play", "Space"));
+    update();
+}
+
+void DiscWidget::setSpoken(const QString& music)
+{
+    setAccessibleDescription(music);
+}
+
+double DiscWidget::side() const
+{
+    return std::min(width(), height());
+}
+
+bool DiscWidget::isOnDisc(const QPointF& point) const
+{
+    const QPointF from = point - QPointF(width() / 2.0, height() / 2.0);
+    return std::hypot(from.x(), from.y()) <=
+           side() / 2.0 * DiscGeometry::rim / (DiscGeometry::sideUnits / 2.0);
+}
+
+void DiscWidget::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    MIDICircleViewBase& circle = *view->baseClass;
+    const MIDICircleViewDelegate* hasMusic = view->delegate();
+    shown.beats = hasMusic != nullptr ? view->delegate()->getBeatCount() : 16.0;
+    shown.position = circle.currentBeat;
+    DiscContent drawn = shown;
+    if (drawn.isPlaying && Appearance::reducesMotion()) {
+        drawn.position = std::floor(drawn.position);
+    }
+    discPainter.paint(painter, drawn, side(), Appearance::shared().theme());
+    view->bounds = DiscPainter::canvas(drawn, side());
+    if (!view->isHidden) {
+        circlePainter.paint(painter, circle, view->bounds, ResizingBehavior::fitInside);
+    }
+}
+
+void DiscWidget::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    update();
+}
+
+void DiscWidget::mousePressEvent(QMouseEvent* event)
+{
+    isPressed = event->button() == Qt::LeftButton && isOnDisc(event->position());
+}
+
+void DiscWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool isClick = std::exchange(isPressed, false) && event->button() == Qt::LeftButton;
+    if (isClick && isOnDisc(event->position())) {
+        Q_EMIT clicked();
+    }
+}
+
+void DiscWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    setCursor(shown.isPlaying && isOnDisc(event->position()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+void DiscWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+        update();
+    }
+}
+
+} // namespace volvelle

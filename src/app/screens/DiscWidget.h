@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/circle/DiscContent.h"
+#include "app/circle/MIDICircleView.h"
+#include "app/screens/CirclePainter.h"
+#include "app/screens/DiscPainter.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace volvelle {
+
+// The disc with the circle on it. A click plays or stops. [main]
+class DiscWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DiscWidget(QWidget* parent);
+    ~DiscWidget() override;
+
+    // The circle, as the screen's logic knows it.
+    const std::shared_ptr<MIDICircleView>& circle() const { return view; }
+
+    // All but the position, which is the circle's.
+    void setContent(DiscContent content);
+
+    const DiscContent& content() const { return shown; }
+
+    void setPlaying(bool isPlaying);
+
+    // What a screen reader says of it; `position` while it plays.
+    void setSpoken(const QString& music);
+
+Q_SIGNALS:
+    void clicked();
+    void positionChanged(double beats);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    bool isOnDisc(const QPointF& point) const;
+    double side() const;
+
+    std::shared_ptr<MIDICircleView> view;
+    DiscContent shown;
+    DiscPainter discPainter;
+    CirclePainter circlePainter;
+    bool isPressed = false;
+};
+
+} // namespace volvelle

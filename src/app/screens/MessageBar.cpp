@@ -1,0 +1,33 @@
+#include "app/screens/MessageBar.h"
+
+#include "app/screens/Controls.h"
+
+#include <QHBoxLayout>
+
+namespace volvelle {
+
+MessageBar::MessageBar(QWidget* parent)
+    : QFrame(parent), label(new QLabel(this)), button(makeButton("", ButtonKind::secondary, "", "", this))
+{
+    setProperty("kind", "bar");
+    auto* close = makeButton("Close", ButtonKind::link, "Close this line", "", this);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(16, 8, 8, 8);
+    layout->addWidget(label, 1);
+    layout->addWidget(button);
+    layout->addWidget(close);
+    connect(button, &QPushButton::clicked, this, &MessageBar::acted);
+    connect(close, &QPushButton::clicked, this, &MessageBar::closed);
+    hide();
+}
+
+void MessageBar::tell(const QString& line, const QString& action)
+{
+    label->setText(line);
+    button->setText(action);
+    button->setAccessibleName(action);
+    setAccessibleName(line);
+    setVisible(true);
+}
+
+} // namespace volvelle

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+
+namespace volvelle {
+
+// A line at the foot of the browser with one thing to do, and a way to be rid of it. [main]
+class MessageBar : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit MessageBar(QWidget* parent);
+
+    void tell(const QString& line, const QString& action);
+
+Q_SIGNALS:
+    void acted();
+    void closed();
+
+private:
+    QLabel* label;
+    QPushButton* button;
+};
+
+} // namespace volvelle

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "app/screens/Tokens.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+class QThreadPool;
+
+namespace volvelle {
+
+// The small discs of documents, made on a thread of their own and kept in the cache folder. A file that
+// changed is made anew. [main]
+class Thumbnails : public QObject {
+    Q_OBJECT
+
+public:
+    // What tells one picture from another.
+    struct Key {
+        std::filesystem::path file;
+        std::int64_t modified = 0; // seconds since 1970
+        std::int64_t size = 0;     // bytes
+        int side = 0;              // lengths
+        double ratio = 1.0;        // pixels of the screen to a length
+        Theme theme = Theme::dark;
+
+        bool operator==(const Key&) const = default;
+        QString name() const; // of its file in the cache
+    };
+
+    struct Thumbnail {
+        QImage disc;
+        int notes = -1; // unknown: the file could not be read
+    };
+
+    // Pictures are kept in `folder`, nowhere where it is empty.
+    explicit Thumbnails(std::filesystem::path folder);
+    ~Thumbnails() override; // waits for the picture that is being made
+
+    // The picture, where it is there; else it is made and told. What was asked for last comes first.
+    std::optional<Thumbnail> find(const Key& key);
+
+    // Makes one at once, from the file. [any]
+    static Thumbnail make(const Key& key);
+
+    // "volvelle/tiles" in the user's cache folder.
+    static std::filesystem::path usualFolder();
+
+Q_SIGNALS:
+    void made(const QString& file);
+
+private:
+    void begin();
+    void take(const Key& key, const Thumbnail& thumbnail);
+
+    static constexpr std::size_t most = 4096;      // pictures in memory
+    static constexpr std::size_t mostWaiting = 64; // older wishes are dropped
+
+    const std::filesystem::path folder;
+    std::unordered_map<std::string, Thumbnail> known; // by Key::name()
+    std::deque<std::string> order;                    // of them, the oldest first
+    std::deque<Key> waiting;                          // the newest first
+    bool isMaking = false;
+    std::unique_ptr<QThreadPool> pool;
+};
+
+} // namespace volvelle

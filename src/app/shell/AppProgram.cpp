@@ -1,0 +1,122 @@
+#include "app/shell/AppProgram.h"
+
+#include "app/screens/Appearance.h"
+#include "app/shell/ColorScheme.h"
+#include "app/shell/OneInstance.h"
+#include "app/shell/PictureCommand.h"
+#include "app/shell/RunLoopBridge.h"
+#include "app/shell/SelfTest.h"
+#include "app/shell/SettingsFile.h"
+#include "app/shell/Shell.h"
+#include "base/Console.h"
+#include "cli/CommandLine.h"
+#include "services/audiodevice/AudioOutput.h"
+#include "services/settings/NSUserDefaults.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+
+#include <csignal>
+
+namespace volvelle {
+
+namespace {
+
+constexpr const char* applicationID = "com.orvane.Volvelle";
+constexpr const char* helpSiteKey = "helpSite";
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+QStringList absolute(const std::vector<std::filesystem::path>& files)
+{
+    QStringList result;
+    for (const auto& file : files) {
+        result << QDir().absoluteFilePath(QFile::decodeName(file.c_str()));
+    }
+    return result;
+}
+
+std::shared_ptr<AudioSink> musicOutput()
+{
+    return std::make_shared<AudioOutput>(AudioOutput::forMusic());
+}
+
+void prepareApplication()
+{
+    QApplication::setApplicationName("volvelle");
+    QApplication::setApplicationDisplayName("Volvelle");
+    QApplication::setDesktopFileName(applicationID);
+    QApplication::setWindowIcon(QIcon::fromTheme(applicationID, QIcon(":/icon.svg")));
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void followColorScheme(ColorScheme& scheme)
+{
+    Appearance::shared().apply(scheme.theme());
+    QObject::connect(&scheme, &ColorScheme::changed, &scheme,
+                     [](Theme theme) { Appearance::shared().apply(theme); });
+}
+
+int runWindow(const AppOptions& options)
+{
+    int count = 1;
+    char name[] = "volvelle";
+    char* arguments[] = {name, nullptr};
+    const QApplication application(count, arguments);
+    prepareApplication();
+    const QStringList files = absolute(options.files);
+    Shell* running = nullptr;
+    QStringList early; // handed over before the shell is there
+    OneInstance instance(OneInstance::usualName());
+    if (!instance.begin(files, [&running, &early](const QStringList& more) {
+            running != nullptr ? running->receive(more) : early.append(more);
+        })) {
+        return exitDone;
+    }
+    NSUserDefaults::setStoreMaker(openSettings);
+    ColorScheme scheme;
+    followColorScheme(scheme);
+    const RunLoopBridge bridge;
+    const auto site = NSUserDefaults::standardUserDefaults()->stringForKey(helpSiteKey);
+    Shell shell({musicOutput, Thumbnails::usualFolder(), site.value_or(""), true});
+    running = &shell;
+    shell.launch(files);
+    if (!early.isEmpty()) {
+        shell.receive(early);
+    }
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        std::signal(signal,
+                    [](int) { QMetaObject::invokeMethod(qApp, [] { qApp->quit(); }, Qt::QueuedConnection); });
+    }
+    return QApplication::exec();
+}
+
+int open(const AppOptions& options, CommandOutput& output)
+{
+    if (options.isSelfTest) {
+        return runSelfTest(output);
+    }
+    if (!hasDisplay()) {
+        return output.failure("There is no display: 'volvelle generate' writes an idea without one.");
+    }
+    StandardOutputSink sink;
+    ConsoleSink* const before = console().setSink(&sink);
+    const int status = runWindow(options);
+    console().setSink(before);
+    return status;
+}
+
+} // namespace
+
+int runApp(int argc, char** argv)
+{
+    return runCommandLine(argc, argv, {.picture = runPicture, .open = open});
+}
+
+} // namespace volvelle

@@ -1,0 +1,75 @@
+#include "app/shell/PictureCommand.h"
+
+#include "app/control/DocumentOverview.h"
+#include "app/document/FileCircle.h"
+#include "app/screens/DiscImage.h"
+#include "base/Text.h"
+#include "services/files/FileFailure.h"
+#include "services/files/NewFile.h"
+#include "services/files/SafeFile.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QPainter>
+
+#include <cerrno>
+#include <unistd.h>
+
+namespace volvelle {
+
+namespace {
+
+QByteArray pngOf(const std::vector<std::uint8_t>& data, const PictureOptions& options)
+{
+    FileCircle circle(data);
+    const QImage disc =
+        documentDiscImage(circle, overviewOf(data), options.beat, options.size, 1.0, Theme::dark);
+    QImage picture(disc.size(), QImage::Format_RGB32);
+    picture.fill(Tokens::of(Theme::dark).bg);
+    QPainter(&picture).drawImage(0, 0, disc);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    picture.save(&buffer, "PNG");
+    return bytes;
+}
+
+int write(const std::filesystem::path& out, const QByteArray& png)
+{
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(png.data()),
+                          static_cast<std::size_t>(png.size()));
+    if (out == standardOutputName) {
+        return writeAll(STDOUT_FILENO, bytes.data(), png.size());
+    }
+    return putFile(out, bytes, true);
+}
+
+} // namespace
+
+int runPicture(const PictureOptions& options, CommandOutput& output)
+{
+    std::vector<std::uint8_t> data;
+    if (const OSStatus status = readFile(options.file, data); status != noErr) {
+        return output.failure(readFailure(options.file, status));
+    }
+    if (FileCircle(data).notes() < 0) {
+        return output.failure(readFailure(options.file, fileFormatErr));
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 1;
+    char name[] = "volvelle";
+    char* arguments[] = {name, nullptr};
+    const QGuiApplication application(count, arguments);
+    const QByteArray png = pngOf(data, options);
+    if (png.isEmpty()) {
+        return output.failure(writeFailure(options.out, EIO));
+    }
+    if (const int failed = write(options.out, png); failed != 0) {
+        return output.failure(writeFailure(options.out, failed));
+    }
+    if (options.out != standardOutputName) {
+        output.remark(concat("Wrote '", options.out.string(), "'."));
+    }
+    return exitDone;
+}
+
+} // namespace volvelle

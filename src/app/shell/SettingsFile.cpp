@@ -1,0 +1,125 @@
+#include "app/shell/SettingsFile.h"
+
+#include "base/Text.h"
+
+#include <QVariant>
+
+namespace volvelle {
+
+namespace {
+
+QString quoted(const std::string& key)
+{
+    return QString::fromStdString(key).toUtf8().toPercentEncoding();
+}
+
+std::string unquoted(const QString& key)
+{
+    return QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
+}
+
+std::string kindOf(const SettingsValue& value)
+{
+    static constexpr const char* names[] = {"text",  "integer", "float", "double",
+                                            "truth", "url",     "frame", "bytes"};
+    return names[value.index()];
+}
+
+// A value as the text that follows its kind in the file.
+QString bodyOf(const SettingsValue& value)
+{
+    if (const auto* held = std::get_if<std::vector<std::uint8_t>>(&value)) {
+        return QByteArray(reinterpret_cast<const char*>(held->data()), static_cast<qsizetype>(held->size()))
+            .toBase64();
+    }
+    if (const auto* frame = std::get_if<SettingsFrame>(&value)) {
+        QStringList parts;
+        for (const auto& [key, number] : *frame) {
+            parts << quoted(key) + "=" + QString::fromStdString(text(number));
+        }
+        return parts.join('&');
+    }
+    return QString::fromStdString(text(value));
+}
+
+SettingsFrame frameOf(const QString& body)
+{
+    SettingsFrame frame;
+    for (const QString& part : body.split('&', Qt::SkipEmptyParts)) {
+        const qsizetype at = part.indexOf('=');
+        frame[unquoted(part.left(at))] = part.mid(at + 1).toFloat();
+    }
+    return frame;
+}
+
+std::optional<SettingsValue> valueOf(const QString& kind, const QString& body)
+{
+    if (kind == "text") {
+        return body.toStdString();
+    }
+    if (kind == "integer") {
+        return static_cast<std::int64_t>(body.toLongLong());
+    }
+    if (kind == "float") {
+        return body.toFloat();
+    }
+    if (kind == "double") {
+        return body.toDouble();
+    }
+    if (kind == "truth") {
+        return body == "true";
+    }
+    if (kind == "url") {
+        return SettingsURL{body.toStdString()};
+    }
+    if (kind == "frame") {
+        return frameOf(body);
+    }
+    if (kind == "bytes") {
+        const QByteArray bytes = QByteArray::fromBase64(body.toUtf8());
+        return std::vector<std::uint8_t>(bytes.begin(), bytes.end());
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(const std::string& name)
+    : settings(QSettings::IniFormat, QSettings::UserScope, "volvelle", QString::fromStdString(name))
+{
+    settings.setFallbacksEnabled(false);
+    settings.setAtomicSyncRequired(true);
+}
+
+std::optional<SettingsValue> SettingsFile::value(const std::string& key) const
+{
+    const QStringList parts = settings.value(quoted(key)).toStringList();
+    return parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
+}
+
+void SettingsFile::setValue(const std::string& key, std::optional<SettingsValue> value)
+{
+    if (value) {
+        settings.setValue(quoted(key), QStringList{QString::fromStdString(kindOf(*value)), bodyOf(*value)});
+    } else {
+        settings.remove(quoted(key));
+    }
+}
+
+std::map<std::string, SettingsValue> SettingsFile::entries() const
+{
+    std::map<std::string, SettingsValue> all;
+    for (const QString& key : settings.allKeys()) {
+        if (const auto found = value(unquoted(key))) {
+            all.emplace(unquoted(key), *found);
+        }
+    }
+    return all;
+}
+
+std::shared_ptr<SettingsStore> openSettings(const std::string& name)
+{
+    return std::make_shared<SettingsFile>(name.empty() ? "volvelle" : name);
+}
+
+} // namespace volvelle

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "services/settings/SettingsStore.h"
+
+#include <QSettings>
+
+namespace volvelle {
+
+// A store of settings in a file of the user's configuration, which several processes may use. Values keep
+// their types. [main]
+class SettingsFile : public SettingsStore {
+public:
+    // `name` is the file's, without its ending.
+    explicit SettingsFile(const std::string& name);
+
+    std::optional<SettingsValue> value(const std::string& key) const override;
+    void setValue(const std::string& key, std::optional<SettingsValue> value) override;
+    std::map<std::string, SettingsValue> entries() const override;
+
+private:
+    QSettings settings;
+};
+
+// The application's own settings for "", else those of a suite; null where the configuration folder cannot be
+// written.
+std::shared_ptr<SettingsStore> openSettings(const std::string& name);
+
+} // namespace volvelle

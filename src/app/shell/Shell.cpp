@@ -1,0 +1,158 @@
+#include "app/shell/Shell.h"
+
+#include "app/screens/BrowserScreen.h"
+#include "app/screens/DocumentScreen.h"
+#include "app/shell/DesktopTrash.h"
+#include "base/Paths.h"
+#include "base/RunLoop.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QGuiApplication>
+#include <QUrl>
+
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+constexpr double soundInterval = 0.5; // seconds between two looks at the sink
+constexpr int folderPause = 200;      // ms, in which several changes of a folder become one
+constexpr const char* noSound = "There is no sound device: the music plays on silently.";
+
+std::filesystem::path pathOf(const QString& file)
+{
+    return QFile::encodeName(file).toStdString();
+}
+
+std::vector<UIOpenURLContext> contextsOf(const QStringList& files)
+{
+    std::vector<UIOpenURLContext> contexts;
+    for (const QString& file : files) {
+        contexts.push_back({pathOf(file), true});
+    }
+    return contexts;
+}
+
+} // namespace
+
+Shell::Shell(Options given)
+    : options(std::move(given)),
+      thumbnails(std::make_unique<Thumbnails>(options.thumbnails)),
+      mainWindow(std::make_unique<MainWindow>(options.helpSite)),
+      scene(std::make_shared<UIWindow>()),
+      session(std::make_shared<UISceneSession>())
+{
+    BrowserServices services;
+    services.storyboard = mainWindow->storyboard();
+    services.makeSink = options.makeSink;
+    services.openURL = [](const std::string& url) {
+        QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
+    };
+    services.helpSite = options.helpSite;
+    services.trash = std::make_shared<DesktopTrash>();
+    rootScreen = DocumentBrowserViewController::make(std::move(services));
+    rootScreen->host = mainWindow->host();
+    rootScreen->askForPlace = [this](const std::filesystem::path& proposal, auto chosen) {
+        mainWindow->askForPlace(proposal, chosen);
+    };
+    scene->rootViewController = rootScreen;
+    application.window = scene;
+    sceneDelegate.window = scene;
+}
+
+Shell::~Shell()
+{
+    terminate();
+    UIApplication::sharedApplication().remoteControl.reset();
+    UIApplication::sharedApplication().openSessions.clear();
+    mainWindow.reset();
+}
+
+void Shell::launch(const QStringList& files)
+{
+    UIApplication& system = UIApplication::sharedApplication();
+    system.openSessions = {session};
+    if (options.hasRemoteControl) {
+        player = std::make_shared<MediaPlayer>(
+            RemoteCommands(rootScreen),
+            MediaPlayer::Window{[this] { mainWindow->bringToFront(); }, [this] { mainWindow->close(); },
+                                [this](const QString& file) { receive({file}); }});
+        system.remoteControl = player;
+    }
+    application.applicationDidFinishLaunching();
+    rootScreen->loadViewIfNeeded();
+    mainWindow->setRoot(rootScreen, *thumbnails);
+    connectSystem();
+    watchFolder();
+    mainWindow->show();
+    sceneDelegate.sceneWillConnectTo(session, {});
+    receive(files);
+}
+
+void Shell::receive(const QStringList& files)
+{
+    for (const UIOpenURLContext& context : contextsOf(files)) {
+        sceneDelegate.sceneOpenURLContexts({context});
+    }
+    if (mainWindow->isVisible()) {
+        mainWindow->bringToFront();
+    }
+}
+
+void Shell::connectSystem()
+{
+    connect(mainWindow.get(), &MainWindow::closing, this, [this] {
+        terminate();
+        QCoreApplication::quit();
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { terminate(); });
+    connect(mainWindow.get(), &MainWindow::screenChanged, this, [this] {
+        lookAtSound();
+        if (player) {
+            player->tellChange();
+        }
+        if (mainWindow->document() == nullptr) {
+            rootScreen->refresh();
+        }
+    });
+    soundTimer = mainRunLoop().schedule(soundInterval, rootScreen, [this] { lookAtSound(); });
+}
+
+void Shell::watchFolder()
+{
+    folderTimer.setSingleShot(true);
+    folderTimer.setInterval(folderPause);
+    connect(&folderTimer, &QTimer::timeout, this, [this] { rootScreen->refresh(); });
+    connect(&folderWatcher, &QFileSystemWatcher::directoryChanged, this, [this] { folderTimer.start(); });
+    if (const auto folder = documentsFolder()) {
+        folderWatcher.addPath(QFile::decodeName(folder->c_str()));
+    }
+}
+
+void Shell::lookAtSound()
+{
+    DocumentScreen* screen = mainWindow->document();
+    if (screen == nullptr) {
+        return;
+    }
+    const auto& sink = rootScreen->sink();
+    const bool isSilent = sink && !sink->isAudible() && !sink->description().empty();
+    screen->setSoundLine(isSilent ? noSound : "");
+}
+
+void Shell::terminate()
+{
+    if (std::exchange(isTerminated, true)) {
+        return;
+    }
+    if (soundTimer) {
+        soundTimer->invalidate();
+    }
+    defaultNotificationCenter().post(UIApplicationWillTerminateNotification, nullptr);
+    application.applicationWillTerminate();
+}
+
+} // namespace volvelle
