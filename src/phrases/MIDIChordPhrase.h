@@ -42,7 +42,7 @@ public:
     // begin with "(?)", where none fits at all it is "NO CHORD" with the notes' pitch classes. Never null.
     virtual std::shared_ptr<ChordRule> findChordRule(ChordEvent& chord);
 
-private:
+protected:
     virtual void addChord(const std::shared_ptr<ChordEvent>& chord);
     virtual void reduceChords();
 
@@ -58,7 +58,7 @@ public:
     // Maps the chords of `track` onto the chords of this master track.
     virtual void transposeTrackChords(MIDIChordPhrase& track);
 
-private:
+protected:
     virtual void transposeChords(double from, double to, MIDIChordPhrase& track, int index);
 
 public:
@@ -68,13 +68,11 @@ public:
 protected:
     MIDIChordPhrase();
 
-private:
-    friend struct MIDIChordPhraseProbe;
-
-    bool ascends = false; // whether the chords being built stand by position
-
     void keepChordNote(ChordEvent& chord, const std::shared_ptr<PhraseEvent>& note, std::size_t place,
                        const std::vector<double>& positions);
+
+private:
+    bool ascends = false; // whether the chords being built stand by position
 };
 
 } // namespace volvelle

@@ -75,13 +75,12 @@ public:
     // Does nothing.
     void save(int channel, const std::string& name);
 
-private:
-    friend struct MIDIClipGeneratorProbe;
-
+protected:
     std::filesystem::path loadRandomFileAt(const std::string& path);
     int countFiles(const std::vector<std::string>& files, const std::string& at);
     std::string formatNumber(int number);
 
+private:
     MIDIPhraseMixer& mixer();
     void fill(const ArrangementTrack& track, const std::optional<std::filesystem::path>& resources);
     void followChords();

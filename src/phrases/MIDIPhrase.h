@@ -68,7 +68,7 @@ public:
     // its position. Notes before the first chord and at beat 16 or later are left out.
     virtual void transposeTrackNotes(MIDIChordPhrase& chordTrack);
 
-private:
+protected:
     virtual void transposeNotesToChord(MIDIChordPhrase& chordTrack, double from, double to, int index);
     virtual bool transpose(const ChordRule& rule, std::uint8_t note, double position);
     virtual bool hasNoteAtPosition(const PhraseEvents& notes, std::uint8_t note, double position);
@@ -98,9 +98,6 @@ public:
 
 protected:
     MIDIPhrase();
-
-private:
-    friend struct MIDIPhraseProbe;
 };
 
 } // namespace volvelle

@@ -111,7 +111,7 @@ TEST_F(Regeneration, ElsewhereTheChordsNotesGiveTheDurations)
 TEST_F(Regeneration, APlaceBehindThePositionsIsAWarning)
 {
     const auto phrase = masterOf({{0.0, "CM"}});
-    MIDIChordPhraseProbe::keepChordNote(*phrase, *phrase->chords[0], noteAt(0.0, 60), 0, {0.0});
+    MIDIChordPhraseProbe::keepChordNoteOf(*phrase, *phrase->chords[0], noteAt(0.0, 60), 0, {0.0});
     EXPECT_EQ(console.take(), Lines{"Warning: The position is out of index."});
     EXPECT_TRUE(phrase->generatedEvents.empty());
 }

@@ -182,11 +182,11 @@ TEST_F(ChordPhrase, OfTwoChordsAtOnePositionTheLargerStays)
     const auto large = chordAt(2.0, ruleNamed("CM"));
     small->notes = {noteAt(2.0, 60)};
     large->notes = {noteAt(2.0, 67)};
-    Probe::addChord(*phrase, small);
-    Probe::addChord(*phrase, large);
+    Probe::addChordOf(*phrase, small);
+    Probe::addChordOf(*phrase, large);
     EXPECT_EQ(shortNamesOf(*phrase), Names{"CM"});
     EXPECT_EQ(numbersOf(large->notes), (std::vector<int>{67, 60}));
-    Probe::addChord(*phrase, small);
+    Probe::addChordOf(*phrase, small);
     EXPECT_EQ(shortNamesOf(*phrase), Names{"CM"});
     EXPECT_EQ(numbersOf(large->notes), (std::vector<int>{67, 60}));
     EXPECT_EQ(numbersOf(small->notes), (std::vector<int>{60, 67, 60}));
@@ -195,13 +195,13 @@ TEST_F(ChordPhrase, OfTwoChordsAtOnePositionTheLargerStays)
 
 TEST_F(ChordPhrase, ChordsWithoutRulesAtOnePositionAreTold)
 {
-    Probe::addChord(*phrase, chordAt(0.0, ruleNamed("CM")));
-    Probe::addChord(*phrase, chordAt(0.0, nullptr));
+    Probe::addChordOf(*phrase, chordAt(0.0, ruleNamed("CM")));
+    Probe::addChordOf(*phrase, chordAt(0.0, nullptr));
     EXPECT_EQ(console.take(), (Lines{"MIDIChordPhrase: Warning: A chord without a rule.",
                                      "Warning: Multiple chords at position 0.0 were filtered out."}));
-    Probe::addChord(*phrase, chordAt(4.0, nullptr));
+    Probe::addChordOf(*phrase, chordAt(4.0, nullptr));
     EXPECT_EQ(console.take(), Lines{});
-    Probe::addChord(*phrase, chordAt(4.0, ruleNamed("CM")));
+    Probe::addChordOf(*phrase, chordAt(4.0, ruleNamed("CM")));
     EXPECT_EQ(console.take(), (Lines{"MIDIChordPhrase: Warning: A chord without a rule in chords array.",
                                      "Warning: Multiple chords at position 4.0 were filtered out."}));
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"CM", "none"}));
@@ -210,7 +210,7 @@ TEST_F(ChordPhrase, ChordsWithoutRulesAtOnePositionAreTold)
 TEST_F(ChordPhrase, AReplacedChordNeedNotBeTheLast)
 {
     phrase->chords = {chordAt(0.0, ruleNamed("C8")), chordAt(4.0, ruleNamed("F8"))};
-    Probe::addChord(*phrase, chordAt(0.0, ruleNamed("CM")));
+    Probe::addChordOf(*phrase, chordAt(0.0, ruleNamed("CM")));
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"F8", "CM"}));
     EXPECT_EQ(console.take(), Lines{});
 }
@@ -220,7 +220,7 @@ TEST_F(ChordPhrase, RepetitionsAreTakenOutUntilAnotherChordLiesBetween)
     const auto repeated = chordAt(1.0, ruleNamed("CM"));
     phrase->chords = {chordAt(0.0, ruleNamed("CM")), repeated, chordAt(2.0, ruleNamed("FM")),
                       chordAt(3.0, ruleNamed("CM"))};
-    Probe::reduceChords(*phrase);
+    Probe::reduceChordsOf(*phrase);
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"CM", "FM", "CM"}));
     EXPECT_EQ(chordPositions(), (std::vector<double>{0.0, 2.0, 3.0}));
     EXPECT_EQ(repeated->nrule, nullptr);
@@ -229,7 +229,7 @@ TEST_F(ChordPhrase, RepetitionsAreTakenOutUntilAnotherChordLiesBetween)
 TEST_F(ChordPhrase, AFirstChordOutsideTheCatalogueIsTakenOutToo)
 {
     phrase->chords = {chordAt(0.0, ruleOf({0, 4, 7})), chordAt(2.0, ruleNamed("FM"))};
-    Probe::reduceChords(*phrase);
+    Probe::reduceChordsOf(*phrase);
     EXPECT_EQ(shortNamesOf(*phrase), Names{"FM"});
 }
 
@@ -339,7 +339,7 @@ TEST_F(FoundRule, WithoutNotesTheRuleIsEmpty)
 TEST_F(ChordPhraseDeathTest, ReducingAChordWithoutARuleStops)
 {
     phrase->chords = {chordAt(0.0, nullptr)};
-    EXPECT_DEATH(Probe::reduceChords(*phrase), onlyLine(nilMessage));
+    EXPECT_DEATH(Probe::reduceChordsOf(*phrase), onlyLine(nilMessage));
 }
 
 } // namespace

@@ -98,7 +98,7 @@ TEST_F(ChordTransposing, AStretchWithoutAMastersChordIsAnError)
 {
     master({{0.0, "CM"}});
     const auto track = chordTrackOf({{0.0, "Am"}});
-    Probe::transposeChords(*own, 0.0, 16.0, *track, 1);
+    Probe::transposeChordsOf(*own, 0.0, 16.0, *track, 1);
     EXPECT_EQ(console.take(), Lines{"Error: The index exceeds the master chords count."});
     EXPECT_EQ(shortNamesOf(*track), std::vector<std::string>{"Am"});
 }

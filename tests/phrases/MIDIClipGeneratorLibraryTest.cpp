@@ -36,7 +36,7 @@ TEST_F(Choice, EachOfThreeFilesComesUpAndNoOther)
     SeededRandomSource source(3);
     std::set<std::string> names;
     for (int i = 0; i < 100; ++i) {
-        names.insert(Probe::loadRandomFileAt(generator, path).string());
+        names.insert(Probe::loadRandomFileAtOf(generator, path).string());
     }
     EXPECT_EQ(names, (std::set<std::string>{path + "001.mid", path + "002.mid", path + "003.mid"}));
 }
@@ -47,7 +47,7 @@ TEST_F(Choice, TheOneDrawGoesFromOneToTheCount)
         touch(name);
     }
     ScriptedRandomSource source({2});
-    EXPECT_EQ(Probe::loadRandomFileAt(generator, path), path + "002.mid");
+    EXPECT_EQ(Probe::loadRandomFileAtOf(generator, path), path + "002.mid");
     EXPECT_EQ(source.ranges, (Ranges{{1, 3}}));
     EXPECT_EQ(console.take(), (Lines{"MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "'...",
                                      "There were 3 MIDI files found at '" + path + "'.",
@@ -58,7 +58,7 @@ TEST_F(Choice, OtherFilesAreAWarningOnly)
 {
     touch("001.mid");
     touch("readme.txt");
-    EXPECT_EQ(Probe::loadRandomFileAt(generator, path), path + "001.mid");
+    EXPECT_EQ(Probe::loadRandomFileAtOf(generator, path), path + "001.mid");
     EXPECT_EQ(console.take(), (Lines{"MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "'...",
                                      "There were 1 MIDI files found at '" + path + "'.",
                                      "WARNING: There are other files at '" + path + "' too.",
@@ -67,10 +67,10 @@ TEST_F(Choice, OtherFilesAreAWarningOnly)
 
 TEST_F(Choice, FilesAreCountedByTheirEndingInAnyCase)
 {
-    EXPECT_EQ(Probe::countFiles(
+    EXPECT_EQ(Probe::countFilesOf(
                   generator, {"001.mid", "002.MID", "x.MiD", ".mid", "mid", "a.midi", "b.mid.txt"}, "there"),
               4);
-    EXPECT_EQ(Probe::countFiles(generator, {}, "nowhere"), 0);
+    EXPECT_EQ(Probe::countFilesOf(generator, {}, "nowhere"), 0);
     EXPECT_EQ(console.take(), (Lines{"There were 4 MIDI files found at 'there'.",
                                      "There were 0 MIDI files found at 'nowhere'."}));
 }
@@ -85,27 +85,27 @@ TEST_F(Choice, NumbersHaveThreeDigitsAtLeast)
                                                                                {100, "100"},
                                                                                {1000, "1000"},
                                                                                {-1, "00-1"}}) {
-        EXPECT_EQ(Probe::formatNumber(generator, number), text);
+        EXPECT_EQ(Probe::formatNumberOf(generator, number), text);
     }
 }
 
 TEST_F(ChoiceDeathTest, AFolderThatCannotBeListedStops)
 {
-    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path + "none/"),
+    EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path + "none/"),
                  onlyLine("Getting contents of '" + path + "none/' failed."));
 }
 
 TEST_F(ChoiceDeathTest, AFolderWithoutMIDIFilesStops)
 {
-    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path), onlyLine("No files found in '" + path + "'"));
+    EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path), onlyLine("No files found in '" + path + "'"));
     touch("readme.txt");
-    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path), onlyLine("No files found in '" + path + "'"));
+    EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path), onlyLine("No files found in '" + path + "'"));
 }
 
 TEST_F(ChoiceDeathTest, ANumberedFileThatIsMissingStops)
 {
     touch("001.MID");
-    EXPECT_DEATH(Probe::loadRandomFileAt(generator, path),
+    EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path),
                  onlyLine("The file '" + path + "001.mid' does not exist."));
 }
 

@@ -133,7 +133,7 @@ TEST_F(Following, AStretchWithoutAChordIsAnError)
 {
     ConsoleCapture console;
     phrase->loadedEvents = {noteAt(0.0, 60)};
-    MIDIPhraseProbe::transposeNotesToChord(*phrase, *chordTrackOf({{0.0, "CM"}}), 0.0, 16.0, 1);
+    MIDIPhraseProbe::transposeNotesToChordOf(*phrase, *chordTrackOf({{0.0, "CM"}}), 0.0, 16.0, 1);
     EXPECT_EQ(console.take(), std::vector<std::string>{"Error: The index exceeds the master chords count."});
     EXPECT_TRUE(phrase->generatedEvents.empty());
 }
@@ -142,20 +142,20 @@ TEST_F(Following, AToneIsFreeUntilAnEventPlaysItAtThatVeryPosition)
 {
     phrase->generatedEvents = {noteAt(1.0, 64)};
     const auto rule = ruleNamed("CM");
-    EXPECT_TRUE(MIDIPhraseProbe::transpose(*phrase, *rule, 60, 1.0));
-    EXPECT_FALSE(MIDIPhraseProbe::transpose(*phrase, *rule, 64, 1.0));
-    EXPECT_TRUE(MIDIPhraseProbe::transpose(*phrase, *rule, 64, 1.0000001));
-    EXPECT_TRUE(MIDIPhraseProbe::transpose(*phrase, *rule, 76, 1.0));
-    EXPECT_FALSE(MIDIPhraseProbe::transpose(*phrase, *rule, 61, 1.0));
+    EXPECT_TRUE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 60, 1.0));
+    EXPECT_FALSE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 64, 1.0));
+    EXPECT_TRUE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 64, 1.0000001));
+    EXPECT_TRUE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 76, 1.0));
+    EXPECT_FALSE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 61, 1.0));
 }
 
 TEST_F(Following, ANoteIsHeldWhateverItsTypeAndChannel)
 {
     const auto other = eventOf(3, 2.0, 64);
     other->channel = 9;
-    EXPECT_TRUE(MIDIPhraseProbe::hasNoteAtPosition(*phrase, {noteAt(1.0, 60), other}, 64, 2.0));
-    EXPECT_FALSE(MIDIPhraseProbe::hasNoteAtPosition(*phrase, {noteAt(1.0, 60), other}, 60, 2.0));
-    EXPECT_FALSE(MIDIPhraseProbe::hasNoteAtPosition(*phrase, {}, 60, 2.0));
+    EXPECT_TRUE(MIDIPhraseProbe::hasNoteAtPositionOf(*phrase, {noteAt(1.0, 60), other}, 64, 2.0));
+    EXPECT_FALSE(MIDIPhraseProbe::hasNoteAtPositionOf(*phrase, {noteAt(1.0, 60), other}, 60, 2.0));
+    EXPECT_FALSE(MIDIPhraseProbe::hasNoteAtPositionOf(*phrase, {}, 60, 2.0));
 }
 
 TEST_F(FollowingDeathTest, ARuleWithoutTonesStops)

@@ -5,65 +5,79 @@
 #include <string>
 #include <vector>
 
-// The private operations, for tests.
+// The protected operations for tests, reached as a derived class reaches them.
 namespace volvelle {
 
-struct MIDIPhraseProbe {
-    static void transposeNotesToChord(MIDIPhrase& phrase, MIDIChordPhrase& chordTrack, double from, double to,
-                                      int index)
+struct MIDIPhraseProbe : MIDIPhrase {
+    static void transposeNotesToChordOf(MIDIPhrase& phrase, MIDIChordPhrase& chordTrack, double from,
+                                        double to, int index)
     {
-        phrase.transposeNotesToChord(chordTrack, from, to, index);
+        constexpr auto operation = &MIDIPhraseProbe::transposeNotesToChord;
+        (phrase.*operation)(chordTrack, from, to, index);
     }
 
-    static bool transpose(MIDIPhrase& phrase, const ChordRule& rule, std::uint8_t note, double position)
+    static bool transposeOf(MIDIPhrase& phrase, const ChordRule& rule, std::uint8_t note, double position)
     {
-        return phrase.transpose(rule, note, position);
+        constexpr bool (MIDIPhrase::*operation)(const ChordRule&, std::uint8_t, double) =
+            &MIDIPhraseProbe::transpose;
+        return (phrase.*operation)(rule, note, position);
     }
 
-    static bool hasNoteAtPosition(MIDIPhrase& phrase, const PhraseEvents& notes, std::uint8_t note,
-                                  double position)
+    static bool hasNoteAtPositionOf(MIDIPhrase& phrase, const PhraseEvents& notes, std::uint8_t note,
+                                    double position)
     {
-        return phrase.hasNoteAtPosition(notes, note, position);
-    }
-};
-
-struct MIDIChordPhraseProbe {
-    static void addChord(MIDIChordPhrase& phrase, const std::shared_ptr<ChordEvent>& chord)
-    {
-        phrase.addChord(chord);
-    }
-
-    static void reduceChords(MIDIChordPhrase& phrase) { phrase.reduceChords(); }
-
-    static void transposeChords(MIDIChordPhrase& phrase, double from, double to, MIDIChordPhrase& track,
-                                int index)
-    {
-        phrase.transposeChords(from, to, track, index);
-    }
-
-    static void keepChordNote(MIDIChordPhrase& phrase, ChordEvent& chord,
-                              const std::shared_ptr<PhraseEvent>& note, std::size_t place,
-                              const std::vector<double>& positions)
-    {
-        phrase.keepChordNote(chord, note, place, positions);
+        constexpr auto operation = &MIDIPhraseProbe::hasNoteAtPosition;
+        return (phrase.*operation)(notes, note, position);
     }
 };
 
-struct MIDIClipGeneratorProbe {
-    static std::filesystem::path loadRandomFileAt(MIDIClipGenerator& generator, const std::string& path)
+struct MIDIChordPhraseProbe : MIDIChordPhrase {
+    static void addChordOf(MIDIChordPhrase& phrase, const std::shared_ptr<ChordEvent>& chord)
     {
-        return generator.loadRandomFileAt(path);
+        constexpr auto operation = &MIDIChordPhraseProbe::addChord;
+        (phrase.*operation)(chord);
     }
 
-    static int countFiles(MIDIClipGenerator& generator, const std::vector<std::string>& files,
-                          const std::string& at)
+    static void reduceChordsOf(MIDIChordPhrase& phrase)
     {
-        return generator.countFiles(files, at);
+        constexpr auto operation = &MIDIChordPhraseProbe::reduceChords;
+        (phrase.*operation)();
     }
 
-    static std::string formatNumber(MIDIClipGenerator& generator, int number)
+    static void transposeChordsOf(MIDIChordPhrase& phrase, double from, double to, MIDIChordPhrase& track,
+                                  int index)
     {
-        return generator.formatNumber(number);
+        constexpr auto operation = &MIDIChordPhraseProbe::transposeChords;
+        (phrase.*operation)(from, to, track, index);
+    }
+
+    static void keepChordNoteOf(MIDIChordPhrase& phrase, ChordEvent& chord,
+                                const std::shared_ptr<PhraseEvent>& note, std::size_t place,
+                                const std::vector<double>& positions)
+    {
+        constexpr auto operation = &MIDIChordPhraseProbe::keepChordNote;
+        (phrase.*operation)(chord, note, place, positions);
+    }
+};
+
+struct MIDIClipGeneratorProbe : MIDIClipGenerator {
+    static std::filesystem::path loadRandomFileAtOf(MIDIClipGenerator& generator, const std::string& path)
+    {
+        constexpr auto operation = &MIDIClipGeneratorProbe::loadRandomFileAt;
+        return (generator.*operation)(path);
+    }
+
+    static int countFilesOf(MIDIClipGenerator& generator, const std::vector<std::string>& files,
+                            const std::string& at)
+    {
+        constexpr auto operation = &MIDIClipGeneratorProbe::countFiles;
+        return (generator.*operation)(files, at);
+    }
+
+    static std::string formatNumberOf(MIDIClipGenerator& generator, int number)
+    {
+        constexpr auto operation = &MIDIClipGeneratorProbe::formatNumber;
+        return (generator.*operation)(number);
     }
 };
 
