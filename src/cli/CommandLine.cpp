@@ -297,12 +297,20 @@ std::optional<std::string> unknownWord(const CLI::App& app, const AppOptions& op
     return isFile ? std::nullopt : std::optional(first.string());
 }
 
-int tellMisuse(const CLI::App& app, const CLI::ParseError& error)
+std::vector<std::string> namesOf(const std::vector<std::filesystem::path>& files)
+{
+    return {files.begin(), files.end()};
+}
+
+// `words` are those that no command took.
+int tellMisuse(const CLI::App& app, const CLI::ParseError& error, std::vector<std::string> words)
 {
     const auto given = app.get_subcommands();
     const CLI::App& last = given.empty() ? app : *given.front();
     const bool lacksCommand = last.get_require_subcommand_min() > 0 && last.get_subcommands().empty();
-    for (const std::string& word : app.remaining()) {
+    const auto more = app.remaining();
+    words.insert(words.end(), more.begin(), more.end());
+    for (const std::string& word : words) {
         if (lacksCommand && !word.starts_with('-')) {
             return tellUnknownCommand(last, word);
         }
@@ -339,8 +347,11 @@ int runCommandLine(int argc, char** argv, const HandedCommands& commands)
         if (const auto word = unknownWord(app, request.app)) {
             return tellUnknownCommand(app, *word);
         }
+        if (!app.get_subcommands().empty() && !request.app.files.empty()) {
+            throw CLI::ExtrasError(namesOf(request.app.files));
+        }
     } catch (const CLI::ParseError& error) {
-        return tellMisuse(app, error);
+        return tellMisuse(app, error, namesOf(request.app.files));
     }
     return run(request);
 }

@@ -61,8 +61,8 @@ TEST_F(CommandLine, AnOptionThatCannotActIsAQuestionOfUsage)
 TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
 {
     for (const char* arguments :
-         {"", "sing", "generate --count 0", "generate --count x", "generate --long -1", "inspect", "library",
-          "library compile here", "generate --loud"}) {
+         {"sing", "sing song.mid", "generate song.mid", "generate --count 0", "generate --count x",
+          "generate --long -1", "inspect", "library", "library compile here", "generate --loud"}) {
         const auto result = volvelle(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
         EXPECT_THAT(result.error, testing::Not(IsEmpty())) << arguments;
@@ -78,7 +78,7 @@ TEST_F(CommandLine, AnUnknownCommandIsToldWithTheNearest)
         {"--quiet insepct a.mid",
          "There is no command 'insepct': 'inspect' is the nearest. --help lists all.\n"},
         {"library chek", "There is no command 'chek': 'check' is the nearest. --help lists all.\n"},
-        {"song.mid", "There is no command 'song.mid'. --help lists all.\n"}};
+        {"song", "There is no command 'song'. --help lists all.\n"}};
     for (const auto& [arguments, line] : cases) {
         const auto result = volvelle(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
