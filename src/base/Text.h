@@ -83,6 +83,13 @@ std::string concat(const Values&... values)
     return result;
 }
 
+// How many there are of something: "1 note", "2 notes".
+template <std::integral T>
+std::string counted(T count, std::string_view one, std::string_view many)
+{
+    return concat(count, " ", count == 1 ? one : many);
+}
+
 // A byte as two upper-case hexadecimal digits, filled up with `fill` where it has but one.
 std::string hexadecimal(std::uint8_t value, char fill = '0');
 

@@ -3,12 +3,12 @@
 #include "base/Text.h"
 #include "cli/CommandOutput.h"
 #include "services/files/FileFailure.h"
+#include "services/files/FileNames.h"
 #include "services/files/NewFile.h"
 #include "services/files/SafeFile.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cerrno>
 #include <unistd.h>
 
@@ -17,14 +17,6 @@ namespace volvelle {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string endingOf(const fs::path& file)
-{
-    std::string ending = file.extension().string();
-    std::ranges::transform(ending, ending.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return ending;
-}
 
 bool isOther(const fs::file_status& status)
 {
@@ -46,17 +38,8 @@ bool isNameOfFile(const fs::path& file)
 
 fs::path withEnding(const fs::path& file, bool isNumbered)
 {
-    const std::string ending = endingOf(file);
-    const bool isWhole =
-        ending == ".mid" || ending == ".midi" || !isNameOfFile(file) || (!isNumbered && keepsName(file));
+    const bool isWhole = isMIDIFileName(file) || !isNameOfFile(file) || (!isNumbered && keepsName(file));
     return isWhole || file == standardOutputName ? file : fs::path(file.string() + ".mid");
-}
-
-// A link counts, whatever it leads to.
-bool isTaken(const fs::path& file)
-{
-    std::error_code error;
-    return fs::exists(fs::symlink_status(file, error));
 }
 
 } // namespace
@@ -71,7 +54,7 @@ IdeaFile::IdeaFile(const std::optional<fs::path>& out, bool severalIdeas)
 std::string IdeaFile::misuseOf(const fs::path& out)
 {
     constexpr std::array<const char*, 4> sounds{".wav", ".flac", ".ogg", ".mp3"};
-    const std::string ending = endingOf(out);
+    const std::string ending = fileEnding(out);
     std::error_code error;
     if (isOther(fs::status(out, error)) || std::ranges::find(sounds, ending) == sounds.end()) {
         return "";
@@ -101,7 +84,7 @@ fs::path IdeaFile::next()
     if ((number == 1 && !isNumbered) || !isNameOfFile(base)) {
         return base;
     }
-    return base.parent_path() / concat(base.stem().string(), " ", number, base.extension().string());
+    return withNumber(base, number);
 }
 
 int IdeaFile::writeFree(std::span<const std::uint8_t> data)
@@ -109,7 +92,7 @@ int IdeaFile::writeFree(std::span<const std::uint8_t> data)
     int failed = EEXIST;
     while (failed == EEXIST) {
         file = next();
-        failed = isTaken(file) ? EEXIST : putFile(file, data, false);
+        failed = isNameTaken(file) ? EEXIST : putFile(file, data, false);
     }
     return failed;
 }

@@ -213,11 +213,10 @@ int told(const std::vector<std::string>& problems, std::size_t count, const fs::
         output.result(problem);
     }
     if (!problems.empty()) {
-        return output.failure(concat(problems.size(), problems.size() == 1 ? " problem in " : " problems in ",
-                                     count, count == 1 ? " phrase of '" : " phrases of '", root.string(),
-                                     "'."));
+        return output.failure(concat(counted(problems.size(), "problem", "problems"), " in ",
+                                     counted(count, "phrase", "phrases"), " of '", root.string(), "'."));
     }
-    output.remark(concat(count, count == 1 ? " phrase is in order." : " phrases are in order."));
+    output.remark(counted(count, "phrase is in order.", "phrases are in order."));
     return exitDone;
 }
 

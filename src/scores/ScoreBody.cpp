@@ -1,5 +1,6 @@
 #include "scores/ScoreBody.h"
 
+#include "base/Text.h"
 #include "scores/ScoreText.h"
 
 #include <array>
@@ -27,7 +28,7 @@ Result<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int o
         return bars;
     }
     return failure(atLine(body.empty() ? opened : body.back().number) + "the body has " +
-                   std::to_string(bars.size()) + (bars.size() == 1 ? " bar" : " bars") + ", not 4");
+                   counted(bars.size(), "bar", "bars") + ", not 4");
 }
 
 std::optional<int> dynamicsLevel(std::string_view word)

@@ -152,5 +152,12 @@ TEST(Text, EveryByteIsOneCharacter)
     }
 }
 
+TEST(Text, OneIsCountedAsOne)
+{
+    EXPECT_EQ(counted(0, "note", "notes"), "0 notes");
+    EXPECT_EQ(counted(1, "note", "notes"), "1 note");
+    EXPECT_EQ(counted(std::size_t{2}, "note", "notes"), "2 notes");
+}
+
 } // namespace
 } // namespace volvelle

@@ -61,7 +61,7 @@ std::string dateText(std::int64_t time, std::int64_t now)
 
 std::string notesText(int notes)
 {
-    return notes < 0 ? "" : concat(notes, notes == 1 ? " note" : " notes");
+    return notes < 0 ? "" : counted(notes, "note", "notes");
 }
 
 } // namespace volvelle

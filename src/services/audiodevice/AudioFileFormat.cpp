@@ -1,23 +1,14 @@
 #include "services/audiodevice/AudioFileFormat.h"
 
 #include "base/Text.h"
+#include "services/files/FileNames.h"
 
-#include <algorithm>
 #include <sndfile.h>
 #include <system_error>
 
 namespace volvelle {
 
 namespace {
-
-std::string endingOf(const std::filesystem::path& path)
-{
-    std::string ending = path.extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return ending;
-}
 
 // A pipe, a device, or a name of an open descriptor.
 bool isStream(const std::filesystem::path& path)
@@ -44,7 +35,7 @@ int codeOf(const std::string& ending)
 
 Result<AudioFileFormat> AudioFileFormat::of(const std::filesystem::path& path, int rate)
 {
-    const std::string ending = endingOf(path);
+    const std::string ending = fileEnding(path);
     const int code = codeOf(ending);
     const AudioFileFormat format{code == 0 && isStream(path) ? codeOf(".wav") : code, rate};
     if (format.code == 0) {

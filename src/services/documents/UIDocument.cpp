@@ -6,10 +6,10 @@
 #include "base/Text.h"
 #include "services/documents/NSFileVersion.h"
 #include "services/files/FileFailure.h"
+#include "services/files/FileNames.h"
 #include "services/files/SafeFile.h"
 
 #include <new>
-#include <strings.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <utility>
@@ -29,9 +29,7 @@ void complete(const UIDocument::Completion& completion, bool success)
 
 std::optional<std::string> typeOf(const fs::path& file)
 {
-    const std::string ending = file.extension().string();
-    const bool isMIDI = strcasecmp(ending.c_str(), ".mid") == 0 || strcasecmp(ending.c_str(), ".midi") == 0;
-    return isMIDI ? std::optional<std::string>("audio/midi") : std::nullopt;
+    return isMIDIFileName(file) ? std::optional<std::string>("audio/midi") : std::nullopt;
 }
 
 bool isOneFile(const fs::path& one, const fs::path& other)

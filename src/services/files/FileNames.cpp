@@ -22,12 +22,14 @@ bool isMIDIFileName(const std::filesystem::path& file)
     return ending == ".mid" || ending == ".midi";
 }
 
+std::filesystem::path withNumber(const std::filesystem::path& file, int number)
+{
+    return file.parent_path() / concat(file.stem().string(), " ", number, file.extension().string());
+}
+
 std::filesystem::path numberedFile(const std::filesystem::path& file, int number)
 {
-    if (number <= 1) {
-        return file;
-    }
-    return file.parent_path() / concat(file.stem().string(), " ", number, file.extension().string());
+    return number <= 1 ? file : withNumber(file, number);
 }
 
 bool isNameTaken(const std::filesystem::path& file)

@@ -11,6 +11,9 @@ std::string fileEnding(const std::filesystem::path& file);
 // True for the name of a MIDI file: .mid or .midi, in large letters or small. [any]
 bool isMIDIFileName(const std::filesystem::path& file);
 
+// "a/NAME 1.mid" for 1 and so on. [any]
+std::filesystem::path withNumber(const std::filesystem::path& file, int number);
+
 // "a/NAME.mid" for 1, "a/NAME 2.mid" for 2 and so on. [any]
 std::filesystem::path numberedFile(const std::filesystem::path& file, int number);
 

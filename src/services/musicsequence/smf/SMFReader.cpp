@@ -187,8 +187,8 @@ void FileReader::skipJunk(std::size_t from, std::size_t to)
 {
     const bool isSilent = isRiff && std::cmp_greater_equal(file.tracks.size(), promisedTracks);
     if (from < to && !isSilent) {
-        warnings.add(concat(to - from, to - from == 1 ? " byte that belongs" : " bytes that belong",
-                            " to no track ", to - from == 1 ? "was" : "were", " left out."));
+        warnings.add(counted(to - from, "byte that belongs to no track was left out.",
+                             "bytes that belong to no track were left out."));
     }
 }
 
@@ -196,8 +196,8 @@ void FileReader::settleFormat()
 {
     const std::size_t count = file.tracks.size();
     if (hasHeader && std::cmp_not_equal(count, promisedTracks)) {
-        warnings.add(concat("The file promises ", promisedTracks, promisedTracks == 1 ? " track" : " tracks",
-                            " and holds ", count, "."));
+        warnings.add(concat("The file promises ", counted(promisedTracks, "track", "tracks"), " and holds ",
+                            count, "."));
     }
     if (file.format == 0 && count > 1) {
         warnings.add("The file says that it has a single track; all were read.");

@@ -2,18 +2,7 @@
 
 #include "base/Text.h"
 
-#include <string_view>
-
 namespace volvelle {
-
-namespace {
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many)
-{
-    return concat(count, " ", count == 1 ? one : many);
-}
-
-} // namespace
 
 void SMFTrackReport::tell(std::size_t number, SMFWarnings& warnings) const
 {

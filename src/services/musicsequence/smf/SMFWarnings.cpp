@@ -18,7 +18,7 @@ std::vector<std::string> SMFWarnings::take()
 {
     if (count > lines.size()) {
         const std::size_t more = count - lines.size();
-        lines.push_back(concat(more, more == 1 ? " more place was mended." : " more places were mended."));
+        lines.push_back(counted(more, "more place was mended.", "more places were mended."));
     }
     count = 0;
     return std::exchange(lines, {});
