@@ -38,6 +38,10 @@ void BrowserSceneDelegate::openURLContext(const UIOpenURLContext& context) const
     if (!browser) {
         fatalStop("*** The root view is not a document browser ***");
     }
+    if (!context.openInPlace && browser->isOccupied()) {
+        browser->importOrWait(context.url);
+        return;
+    }
     browser->revealDocument(context.url, !context.openInPlace,
                             [&](const Result<std::filesystem::path>& revealed) {
                                 if (!context.openInPlace && !revealed) {

@@ -116,7 +116,7 @@ void DocumentBrowserViewController::playSequence(const std::vector<std::uint8_t>
     }
     stopSequencer();
     sequencer = MIDISequencer::make();
-    sequencer->delegate = std::static_pointer_cast<DocumentBrowserViewController>(shared_from_this());
+    sequencer->delegate = self();
     sequencer->connect(engine);
     if (!synth || !synth->getAVAudioUnit()) {
         fatalStop("DocumentBrowserViewController::playSequence Error: Audio unit not initialized.");

@@ -1,6 +1,7 @@
 #include "app/control/DocumentBrowserViewController.h"
 
 #include "app/control/HelpViewController.h"
+#include "app/control/LocalizedName.h"
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Paths.h"
@@ -21,6 +22,9 @@ Result<> copyExample(const fs::path& from, const fs::path& folder)
 {
     std::vector<std::uint8_t> bytes;
     std::error_code error;
+    if (folder.empty()) {
+        return failure("There is no folder for it.");
+    }
     if (readFile(from, bytes) != noErr) {
         return failure("The file could not be read.");
     }
@@ -49,13 +53,17 @@ DocumentBrowserViewController::~DocumentBrowserViewController()
     stopEngine();
 }
 
+std::shared_ptr<DocumentBrowserViewController> DocumentBrowserViewController::self()
+{
+    return std::static_pointer_cast<DocumentBrowserViewController>(shared_from_this());
+}
+
 void DocumentBrowserViewController::viewDidLoad()
 {
     UIDocumentBrowserViewController::viewDidLoad();
-    const auto self = std::static_pointer_cast<DocumentBrowserViewController>(shared_from_this());
     provideDefaultDocuments();
-    browserViewController = self;
-    browserDelegate = self;
+    browserViewController = self();
+    browserDelegate = self();
     allowsDocumentCreation = true;
     allowsPickingMultipleItems = false;
     showFolder(documentsPath, services.trash);
@@ -86,12 +94,12 @@ void DocumentBrowserViewController::provideDefaultDocuments()
     const fs::path example = resourcesPath / exampleName;
     const fs::path place = documentsPath / exampleName;
     std::error_code error;
-    if (!fs::exists(example, error)) {
+    if (resourcesPath.empty() || !fs::exists(example, error)) {
         safeprint("DocumentBrowserViewController::provideDefaultDocuments(): ERROR: Missing resource file "
                   "'New MIDI Idea.mid'.");
         return;
     }
-    if (fs::exists(place, error)) {
+    if (!documentsPath.empty() && fs::exists(place, error)) {
         safeprint("DocumentBrowserViewController::provideDefaultDocuments(): The default document '",
                   place.string(), "' already existed.");
         return;
@@ -138,9 +146,8 @@ void DocumentBrowserViewController::documentBrowserDidImportDocument(const fs::p
 void DocumentBrowserViewController::documentBrowserFailedToImportDocument(const fs::path& url,
                                                                           const std::string& error)
 {
-    const std::string message =
-        concat(concat("Error: ", error), " ", concat("Could not open file '", url.string(), "'."));
-    showFileError(message, {{"OK", {}}});
+    const std::string message = concat("Error: ", error, " Could not open file '", shownPath(url), "'.");
+    showAlert("File Error", message, {{"OK", {}}});
 }
 
 void DocumentBrowserViewController::documentBrowserDidPickDocuments(const std::vector<fs::path>& urls)
@@ -154,16 +161,14 @@ void DocumentBrowserViewController::documentBrowserDidPickDocuments(const std::v
 
 void DocumentBrowserViewController::presentDocument(const fs::path& url)
 {
-    if (isPresenting) {
-        safeprint("DocumentBrowserViewController::presentDocument() : Warning: There is already a view "
-                  "controller presenting. Canceling.");
-        keepWaiting({url, true});
+    if (isOccupied()) {
+        refuse({url, true});
         return;
     }
     const auto screen = std::dynamic_pointer_cast<MIDIDocumentViewController>(
         required(services.storyboard).instantiateViewController("MIDIDocumentViewController"));
     documentViewController = screen;
-    required(screen).browser = std::static_pointer_cast<DocumentBrowserViewController>(shared_from_this());
+    required(screen).browser = self();
     screen->loadViewIfNeeded();
     const auto document = MIDIDocument::make(url);
     screen->setDocument(document);
@@ -175,6 +180,9 @@ void DocumentBrowserViewController::presentDocument(const fs::path& url)
         }
         safeprint("DocumentBrowserViewController::presentDocument() : Document opening.");
         isPresenting = true;
+        if (const auto above = presentedViewController()) {
+            above->dismiss(false, {});
+        }
         present(screen, true, [url] {
             safeprint("DocumentBrowserViewController::presentDocument() : Opened document '", url.string(),
                       "'");
@@ -185,23 +193,26 @@ void DocumentBrowserViewController::presentDocument(const fs::path& url)
 void DocumentBrowserViewController::showMessage(const std::string& caption, const std::string& message)
 {
     safeprint("Message: ", message);
-    isPresenting = true;
-    present({caption, concat(caption, " ", message), {{"OK", [this] { isPresenting = false; }}}});
+    showAlert(caption, concat(caption, " ", message), {{"OK", {}}});
 }
 
-void DocumentBrowserViewController::showFileError(const std::string& message,
-                                                  std::vector<UIAlertAction> actions)
+void DocumentBrowserViewController::showAlert(const std::string& alertTitle, const std::string& message,
+                                              std::vector<UIAlertAction> actions)
 {
     for (UIAlertAction& action : actions) {
-        action.handler = [this, handler = std::move(action.handler)] {
-            isPresenting = false;
+        action.handler = [root = std::weak_ptr(self()), handler = std::move(action.handler)] {
+            const auto there = root.lock();
+            if (!there) {
+                return;
+            }
+            there->isPresenting = false;
             if (handler) {
                 handler();
             }
         };
     }
     isPresenting = true;
-    present({"File Error", message, std::move(actions)});
+    present({alertTitle, message, std::move(actions)});
 }
 
 void DocumentBrowserViewController::showHelp()
@@ -216,6 +227,7 @@ void DocumentBrowserViewController::performSegue(const std::string& identifier)
 {
     const UIStoryboardSegue segue{identifier,
                                   required(services.storyboard).instantiateViewController(identifier)};
+    required(segue.destination);
     prepareForSegue(segue);
     std::shared_ptr<UIViewController> top = shared_from_this();
     while (top->presentedViewController()) {

@@ -100,7 +100,8 @@ public:
     // Writes the selector.
     bool canPerformAction(std::string_view selector) override;
 
-    bool isOccupied() const override { return isPresenting; }
+    // Also while a document that could not be saved waits for the user's word.
+    bool isOccupied() const override { return isPresenting || unsaved; }
 
     // MARK: The engine
 
@@ -129,7 +130,7 @@ public:
     // "'Slow tide' waits to be opened.", "3 ideas wait to be opened."; empty for none.
     std::string waitingLine() const;
 
-    // Copies a file from elsewhere here and opens it, or has it wait.
+    // Copies a file from elsewhere here and opens it; refused, and kept, as by presentDocument().
     void importOrWait(const std::filesystem::path& file);
 
     // Leaves the document that is up, and opens the first one that waits.
@@ -155,13 +156,17 @@ private:
     void initializeEngine();
     void setupNotifications();
     void getDirectories();
-    void showFileError(const std::string& message, std::vector<UIAlertAction> actions);
-    void keepWaiting(UIOpenURLContext context);
+    void showAlert(const std::string& alertTitle, const std::string& message,
+                   std::vector<UIAlertAction> actions);
+    std::shared_ptr<DocumentBrowserViewController> self();
+    void refuse(UIOpenURLContext context);
+    void openFirstWaiting();
     void offerUnsaved();
     void closeUnsaved();
     void dropUnsaved();
     void stopSequencer() const;
     void saveUnsavedElsewhere();
+    void saveUnsavedTo(const std::optional<std::filesystem::path>& chosen);
 
     BrowserServices services;
     std::shared_ptr<AudioSink> output;

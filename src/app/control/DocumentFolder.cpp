@@ -1,6 +1,7 @@
 #include "app/control/DocumentFolder.h"
 
 #include "app/control/LocalizedName.h"
+#include "base/Checked.h"
 #include "base/PlainText.h"
 #include "base/Text.h"
 #include "services/files/FileFailure.h"
@@ -163,7 +164,7 @@ Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string&
 
 Result<> DocumentFolder::moveToTrash(const fs::path& file)
 {
-    auto place = trash->take(file);
+    auto place = required(trash).take(file);
     if (!place) {
         return failure(place.error());
     }
@@ -178,7 +179,7 @@ Result<fs::path> DocumentFolder::restore()
     }
     const Removed last = removed.back();
     removed.pop_back();
-    if (auto restored = trash->restore(last.place, last.file); !restored) {
+    if (auto restored = required(trash).restore(last.place, last.file); !restored) {
         return failure(restored.error());
     }
     return last.file;

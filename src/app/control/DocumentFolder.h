@@ -50,7 +50,7 @@ public:
 
     bool canRestore() const { return !removed.empty(); }
 
-    // Brings back what was removed last, and forgets it where that fails for good.
+    // Brings back what was removed last, and forgets it in any case.
     Result<std::filesystem::path> restore();
 
 private:

@@ -12,11 +12,6 @@ namespace volvelle {
 
 namespace {
 
-std::string counted(int count, std::string_view one, std::string_view many)
-{
-    return concat(count, " ", count == 1 ? one : many);
-}
-
 std::vector<DocumentOverview::Part> partsOf(const std::array<int, channelCount>& notes)
 {
     std::vector<DocumentOverview::Part> parts;

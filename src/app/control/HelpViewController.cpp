@@ -57,6 +57,13 @@ HelpViewController::HelpViewController(Layout connect, std::string maker)
 {
 }
 
+HelpViewController::~HelpViewController()
+{
+    if (const auto view = webView.lock()) {
+        view->setDelegate(nullptr);
+    }
+}
+
 void HelpViewController::loadView()
 {
     if (layout) {

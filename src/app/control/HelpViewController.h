@@ -21,6 +21,10 @@ public:
     // `site` is the maker's site, empty for none.
     static std::shared_ptr<HelpViewController> make(Layout layout, std::string site);
 
+    ~HelpViewController() override;
+    HelpViewController(const HelpViewController&) = delete;
+    HelpViewController& operator=(const HelpViewController&) = delete;
+
     std::string identifier = "showHelp";
     std::optional<std::filesystem::path> documentURL;
     std::weak_ptr<WebView> webView;

@@ -10,7 +10,10 @@ namespace volvelle {
 // file. [any]
 std::string shownName(const std::filesystem::path& file);
 
-// The same, without a value where nothing stands there. [any]
+// Its whole path in UTF-8, without control characters. [any]
+std::string shownPath(const std::filesystem::path& file);
+
+// The name, without a value where nothing stands there. [any]
 std::optional<std::string> localizedName(const std::filesystem::path& file);
 
 } // namespace volvelle

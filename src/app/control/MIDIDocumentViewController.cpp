@@ -162,6 +162,7 @@ void MIDIDocumentViewController::viewDidDisappear(bool animated)
                 root->sequencer->stop();
             }
             root->isPresenting = false;
+            root->refreshAndSelect(shown->fileURL());
         }
     });
 }

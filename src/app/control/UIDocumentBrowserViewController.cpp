@@ -22,11 +22,6 @@ std::string smallLetters(std::string text)
     return text;
 }
 
-std::string counted(std::size_t count)
-{
-    return concat(count, count == 1 ? " idea" : " ideas");
-}
-
 } // namespace
 
 void UIDocumentBrowserViewController::showFolder(fs::path path, std::shared_ptr<TrashCan> trash)
@@ -54,6 +49,15 @@ void UIDocumentBrowserViewController::refresh()
         selected = found[std::min(*before, found.size() - 1)].location;
     }
     tellChange();
+}
+
+void UIDocumentBrowserViewController::refreshAndSelect(const fs::path& file)
+{
+    if (folder && folder->contains(file)) {
+        show(file);
+    } else {
+        refresh();
+    }
 }
 
 void UIDocumentBrowserViewController::filter()
@@ -87,7 +91,7 @@ std::string UIDocumentBrowserViewController::countLine() const
         return concat(folderName(), " is empty");
     }
     const std::string some = search.empty() ? "" : concat(found.size(), " of ");
-    return concat(some, counted(all.size()), " in ", folderName());
+    return concat(some, counted(all.size(), "idea", "ideas"), " in ", folderName());
 }
 
 std::string UIDocumentBrowserViewController::emptySearchLine() const
@@ -193,6 +197,7 @@ void UIDocumentBrowserViewController::renameSelection(const std::string& name)
         show(*place);
     } else {
         showMessage("File Error", place.error());
+        refresh();
     }
 }
 
@@ -205,6 +210,7 @@ void UIDocumentBrowserViewController::duplicateSelection()
         show(*place);
     } else {
         showMessage("File Error", place.error());
+        refresh();
     }
 }
 

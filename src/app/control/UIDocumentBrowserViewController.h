@@ -59,6 +59,9 @@ public:
     // list.
     void refresh();
 
+    // The same, and selects a file that stands here; a search that hides it ends.
+    void refreshAndSelect(const std::filesystem::path& file);
+
     // All documents, and those whose names hold what is searched for, in any case of letters A to Z.
     const std::vector<FolderDocument>& allDocuments() const { return all; }
 
@@ -118,10 +121,13 @@ public:
     // True while something stands above the browser that must not be disturbed.
     virtual bool isOccupied() const = 0;
 
+protected:
+    // Calls onBrowserChanged.
+    void tellChange() const;
+
 private:
     void filter();
     void show(const std::filesystem::path& file);
-    void tellChange() const;
     Result<std::filesystem::path> takeDocument(const std::filesystem::path& file) const;
     std::optional<std::size_t> indexOf(const std::filesystem::path& file) const;
 

@@ -1,4 +1,5 @@
 #include "app/control/DocumentBrowserViewController.h"
+#include "app/control/LocalizedName.h"
 #include "base/Checked.h"
 #include "base/MainQueue.h"
 #include "base/Text.h"
@@ -13,9 +14,11 @@ namespace fs = std::filesystem;
 void DocumentBrowserViewController::keepUnsavedDocument(const std::shared_ptr<MIDIDocument>& document)
 {
     unsaved = document;
-    mainQueue().post([self = std::static_pointer_cast<DocumentBrowserViewController>(shared_from_this())] {
-        if (self->unsaved) {
-            self->offerUnsaved();
+    mainQueue().post([root = self()] {
+        if (root->unsaved && root->unsaved->hasUnsavedChanges()) {
+            root->offerUnsaved();
+        } else if (root->unsaved) {
+            root->closeUnsaved();
         }
     });
 }
@@ -27,9 +30,10 @@ void DocumentBrowserViewController::offerUnsaved()
         actions.push_back({"Save As", [this] { saveUnsavedElsewhere(); }});
     }
     actions.push_back({"OK", [this] { dropUnsaved(); }});
-    showFileError(concat("Error: ", unsaved->lastError(), " Could not save file '",
-                         unsaved->fileURL().string(), "'. With OK, what was not saved is lost."),
-                  std::move(actions));
+    showAlert("File Error",
+              concat("Error: ", unsaved->lastError(), " Could not save file '", shownPath(unsaved->fileURL()),
+                     "'. With OK, what was not saved is lost."),
+              std::move(actions));
 }
 
 void DocumentBrowserViewController::dropUnsaved()
@@ -37,6 +41,7 @@ void DocumentBrowserViewController::dropUnsaved()
     if (const auto document = std::exchange(unsaved, nullptr)) {
         document->updateChangeCount(UIDocumentChangeKind::cleared);
         document->closeWithCompletionHandler({});
+        refreshAndSelect(document->fileURL());
     }
 }
 
@@ -44,8 +49,8 @@ void DocumentBrowserViewController::closeUnsaved()
 {
     required(unsaved).closeWithCompletionHandler([this](bool isClosed) {
         if (isClosed) {
-            unsaved.reset();
-            refresh();
+            const auto document = std::exchange(unsaved, nullptr);
+            refreshAndSelect(document->fileURL());
         } else {
             offerUnsaved();
         }
@@ -55,19 +60,27 @@ void DocumentBrowserViewController::closeUnsaved()
 void DocumentBrowserViewController::saveUnsavedElsewhere()
 {
     isPresenting = true;
-    askForPlace(required(unsaved).fileURL().filename(), [this](const std::optional<fs::path>& chosen) {
-        isPresenting = false;
-        if (!chosen) {
+    askForPlace(required(unsaved).fileURL().filename(),
+                [root = std::weak_ptr(self())](const std::optional<fs::path>& chosen) {
+                    if (const auto there = root.lock()) {
+                        there->isPresenting = false;
+                        there->saveUnsavedTo(chosen);
+                    }
+                });
+}
+
+void DocumentBrowserViewController::saveUnsavedTo(const std::optional<fs::path>& chosen)
+{
+    if (!chosen) {
+        offerUnsaved();
+        return;
+    }
+    required(unsaved).saveToURL(*chosen, UIDocumentSaveOperation::forOverwriting, [this](bool isSaved) {
+        if (isSaved) {
+            closeUnsaved();
+        } else {
             offerUnsaved();
-            return;
         }
-        required(unsaved).saveToURL(*chosen, UIDocumentSaveOperation::forOverwriting, [this](bool isSaved) {
-            if (isSaved) {
-                closeUnsaved();
-            } else {
-                offerUnsaved();
-            }
-        });
     });
 }
 

@@ -1,5 +1,6 @@
 #include "app/control/DocumentBrowserViewController.h"
 #include "app/control/LocalizedName.h"
+#include "base/Console.h"
 #include "base/Text.h"
 
 #include <utility>
@@ -7,12 +8,12 @@
 // Files that come while a document is up, and what is told about the program.
 namespace volvelle {
 
-void DocumentBrowserViewController::keepWaiting(UIOpenURLContext context)
+void DocumentBrowserViewController::refuse(UIOpenURLContext context)
 {
+    safeprint("DocumentBrowserViewController::presentDocument() : Warning: There is already a view "
+              "controller presenting. Canceling.");
     waiting.push_back(std::move(context));
-    if (onBrowserChanged) {
-        onBrowserChanged();
-    }
+    tellChange();
 }
 
 std::string DocumentBrowserViewController::waitingLine() const
@@ -23,14 +24,14 @@ std::string DocumentBrowserViewController::waitingLine() const
     case 1:
         return concat("'", shownName(waiting.front().url), "' waits to be opened.");
     default:
-        return concat(waiting.size(), " ideas wait to be opened.");
+        return concat(counted(waiting.size(), "idea", "ideas"), " wait to be opened.");
     }
 }
 
 void DocumentBrowserViewController::importOrWait(const std::filesystem::path& file)
 {
-    if (isPresenting) {
-        keepWaiting({file, false});
+    if (isOccupied()) {
+        refuse({file, false});
     } else {
         importDocument(file);
     }
@@ -38,35 +39,37 @@ void DocumentBrowserViewController::importOrWait(const std::filesystem::path& fi
 
 void DocumentBrowserViewController::openWaitingDocument()
 {
-    if (waiting.empty()) {
+    if (waiting.empty() || !documentViewController || !documentViewController->isUp()) {
+        openFirstWaiting();
         return;
     }
-    const auto open = [this] {
-        if (isPresenting || waiting.empty()) {
-            return;
+    stopSequencer();
+    documentViewController->dismiss(false, [root = std::weak_ptr(self())] {
+        if (const auto there = root.lock()) {
+            there->openFirstWaiting();
         }
-        const UIOpenURLContext next = waiting.front();
-        waiting.erase(waiting.begin());
-        if (next.openInPlace) {
-            pick({next.url});
-        } else {
-            importDocument(next.url);
-        }
-    };
-    if (documentViewController && documentViewController->isUp()) {
-        stopSequencer();
-        documentViewController->dismiss(false, open);
+    });
+}
+
+void DocumentBrowserViewController::openFirstWaiting()
+{
+    if (isOccupied() || waiting.empty()) {
+        return;
+    }
+    const UIOpenURLContext next = waiting.front();
+    waiting.erase(waiting.begin());
+    tellChange();
+    if (next.openInPlace) {
+        pick({next.url});
     } else {
-        open();
+        importDocument(next.url);
     }
 }
 
 void DocumentBrowserViewController::forgetWaitingDocuments()
 {
     waiting.clear();
-    if (onBrowserChanged) {
-        onBrowserChanged();
-    }
+    tellChange();
 }
 
 void DocumentBrowserViewController::showAbout()

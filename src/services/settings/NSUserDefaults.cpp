@@ -1,5 +1,6 @@
 #include "services/settings/NSUserDefaults.h"
 
+#include "base/Checked.h"
 #include "base/Text.h"
 
 #include <charconv>
@@ -71,7 +72,9 @@ void NSUserDefaults::setStoreMaker(StoreMaker maker)
 
 std::shared_ptr<NSUserDefaults> NSUserDefaults::standardUserDefaults()
 {
-    return std::make_shared<NSUserDefaults>(stores().of(""));
+    auto store = stores().of("");
+    required(store);
+    return std::make_shared<NSUserDefaults>(std::move(store));
 }
 
 std::shared_ptr<NSUserDefaults> NSUserDefaults::makeWithSuiteName(const std::string& name)

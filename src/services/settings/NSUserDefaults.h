@@ -22,7 +22,7 @@ public:
     // start, before the settings are used.
     static void setStoreMaker(StoreMaker maker);
 
-    // The application's own.
+    // The application's own; one that cannot be made is a fatal stop.
     static std::shared_ptr<NSUserDefaults> standardUserDefaults();
 
     // A suite's, null where it cannot be made.

@@ -1,0 +1,168 @@
+#include "services/audiodevice/AVAudioSession.h"
+#include "tests/app/control/ScreenFixture.h"
+
+namespace volvelle::test {
+
+namespace {
+
+class DocumentBrowserEngineTest : public Screens {
+protected:
+    std::shared_ptr<DocumentBrowserViewController> unloaded()
+    {
+        return DocumentBrowserViewController::make(services());
+    }
+
+    void post(std::string_view notification) { defaultNotificationCenter().post(notification, nullptr); }
+
+    void openSlowTide()
+    {
+        makeRoot();
+        root->presentDocument(writeDocument("Slow tide.mid"));
+        screenLines();
+    }
+
+    const std::string started = told("startEngine() : The audio engine was started.");
+    const std::string background = told("onBackground(): The app has gone to background.");
+    const std::string foreground = told("onForeground(): The app will come to foreground.");
+    const std::string stopped = "MIDISequencer::stop() : The sequencer was stopped.";
+};
+
+TEST_F(DocumentBrowserEngineTest, StoppingAndPausingWithoutAnEngineDoesNothing)
+{
+    const auto screen = unloaded();
+    screen->stopEngine();
+    screen->pauseEngine();
+    EXPECT_EQ(console.take(), Lines{});
+}
+
+TEST_F(DocumentBrowserEngineTest, WithoutAnEngineStartingAndPlayingAreFatal)
+{
+    const auto screen = unloaded();
+    const std::string line = told("startEngine() : Error: Audio engine is nil.");
+    EXPECT_STOP(screen->startEngine(), line, {line});
+    EXPECT_STOP(screen->playSequence(smallFile()), told("playSequence Error: Audio engine not initialized"));
+}
+
+TEST_F(DocumentBrowserEngineTest, ASecondStartIsAWarning)
+{
+    makeRoot();
+    EXPECT_NE(sink->source, nullptr);
+    root->startEngine();
+    EXPECT_EQ(screenLines(), Lines{told("startEngine() : Warning: The audio engine is already active.")});
+    root->stopEngine();
+    EXPECT_EQ(sink->source, nullptr);
+    root->startEngine();
+    EXPECT_EQ(screenLines(), Lines{started});
+}
+
+TEST_F(DocumentBrowserEngineTest, AnEngineThatDoesNotStartIsTold)
+{
+    makeRoot();
+    root->stopEngine();
+    sink->failed = "The device is away.";
+    root->startEngine();
+    EXPECT_EQ(screenLines(),
+              Lines{told("startEngine() : Error: The device is away.. \nThe audio engine could "
+                         "not be started.")});
+    root->presentDocument(writeDocument("Slow tide.mid"));
+    EXPECT_TRUE(up()->isUp());
+    EXPECT_EQ(hiddenButtons(), "");
+}
+
+TEST_F(DocumentBrowserEngineTest, TheRateIsThatOfTheSession)
+{
+    makeRoot();
+    EXPECT_EQ(root->getSamplerate(), AVAudioSession::sharedInstance().sampleRate());
+    EXPECT_EQ(root->getSamplerate(), 48000.0);
+    EXPECT_EQ(root->sink(), sink);
+}
+
+TEST_F(DocumentBrowserEngineTest, WhileMusicPlaysThreeButtonsAreAway)
+{
+    openSlowTide();
+    EXPECT_EQ(hiddenButtons(), "Play Save Generate ");
+    root->onSequencerStateChanged("pause");
+    root->onSequencerStateChanged("dance");
+    EXPECT_EQ(hiddenButtons(), "Play Save Generate ");
+    root->onSequencerStateChanged("stop");
+    EXPECT_EQ(hiddenButtons(), "");
+    EXPECT_EQ(screenLines(),
+              (Lines{"sequencer state: pause", "sequencer state: dance", "sequencer state: stop"}));
+}
+
+TEST_F(DocumentBrowserEngineTest, WithoutADocumentNothingIsHidden)
+{
+    makeRoot();
+    root->onSequencerStateChanged("play");
+    root->onSequencerProgress(1.0, 4.0);
+    root->onMIDILoad("a.mid");
+    EXPECT_EQ(screenLines(), Lines{"sequencer state: play"});
+    EXPECT_EQ(root->playingBeats(), std::nullopt);
+}
+
+TEST_F(DocumentBrowserEngineTest, ProgressReachesTheCircleAndTheEndShowsTheButtons)
+{
+    openSlowTide();
+    goOn(0.5);
+    EXPECT_GT(up()->contentView->baseClass->currentBeat, 0.5);
+    EXPECT_LT(up()->contentView->baseClass->currentBeat, 1.5);
+    EXPECT_EQ(hiddenButtons(), "Play Save Generate ");
+    goOn(1.5);
+    EXPECT_EQ(hiddenButtons(), "");
+    EXPECT_EQ(screenLines(), (Lines{stopped, "sequencer state: stop", "sequencer finished."}));
+    EXPECT_EQ(root->playingBeats(), 2.5);
+}
+
+TEST_F(DocumentBrowserEngineTest, EachPlayingHasATransportOfItsOwn)
+{
+    openSlowTide();
+    const auto first = root->sequencer;
+    up()->onButtonPlay();
+    EXPECT_NE(root->sequencer, first);
+    EXPECT_FALSE(first->isPlaying());
+    EXPECT_TRUE(root->sequencer->isPlaying());
+    EXPECT_EQ(screenLines(), (Lines{stopped, "MIDIDocumentViewController::midiDocumentPlaySequence()",
+                                    "MIDISequencer::start() : The sequencer is playing.",
+                                    "sequencer state: stop", "sequencer state: play"}));
+    EXPECT_EQ(hiddenButtons(), "Play Save Generate ");
+}
+
+TEST_F(DocumentBrowserEngineTest, TheBackgroundStopsTheMusicAndTheForegroundStartsTheEngineAlone)
+{
+    openSlowTide();
+    const auto transport = root->sequencer;
+    post(UIApplicationDidEnterBackgroundNotification);
+    EXPECT_EQ(screenLines(), (Lines{background, stopped, "sequencer state: stop"}));
+    EXPECT_EQ(hiddenButtons(), "");
+    post(UIApplicationWillEnterForegroundNotification);
+    EXPECT_EQ(screenLines(), (Lines{foreground, started}));
+    EXPECT_EQ(root->sequencer, transport);
+    EXPECT_FALSE(transport->isPlaying());
+    up()->onButtonPlay();
+    EXPECT_TRUE(root->sequencer->isPlaying());
+}
+
+TEST_F(DocumentBrowserEngineTest, TerminatingStopsTheMusicAndTheEngine)
+{
+    openSlowTide();
+    post(UIApplicationWillTerminateNotification);
+    EXPECT_EQ(screenLines(), (Lines{told("onTerminate(): The app is about to terminate."), stopped,
+                                    "sequencer state: stop"}));
+    EXPECT_EQ(sink->source, nullptr);
+    EXPECT_TRUE(up()->isUp());
+}
+
+TEST_F(DocumentBrowserEngineTest, ARootScreenThatDiesWhilePlayingIsToldNothingMore)
+{
+    openSlowTide();
+    const auto transport = root->sequencer;
+    root.reset();
+    EXPECT_EQ(sink->source, nullptr);
+    clock.advance(0.1);
+    post(UIApplicationDidEnterBackgroundNotification);
+    EXPECT_EQ(screenLines(), Lines{stopped});
+}
+
+} // namespace
+
+} // namespace volvelle::test
