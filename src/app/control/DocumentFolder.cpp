@@ -7,6 +7,7 @@
 #include "services/files/FileFailure.h"
 #include "services/files/FileNames.h"
 #include "services/files/MoveFile.h"
+#include "services/files/NewFile.h"
 #include "services/files/SafeFile.h"
 
 #include <algorithm>
@@ -66,7 +67,7 @@ int moved(const fs::path& from, const fs::path& to)
     case fileNotFoundErr:
         return ENOENT;
     default:
-        return EIO;
+        return isWritable(to.parent_path()) ? EIO : EACCES;
     }
 }
 
@@ -131,6 +132,9 @@ Result<fs::path> DocumentFolder::takeMove(const fs::path& file) const
 {
     if (auto made = makeFolder(); !made) {
         return failure(made.error());
+    }
+    if (!isNameTaken(file)) {
+        return failure(concat("'", shownName(file), "' is not there any more."));
     }
     return putFree(folder / file.filename(), [&file](const fs::path& to) { return moved(file, to); });
 }

@@ -69,6 +69,17 @@ TEST_F(DocumentBrowserEngineTest, AnEngineThatDoesNotStartIsTold)
     EXPECT_EQ(hiddenButtons(), "");
 }
 
+TEST_F(DocumentBrowserEngineTest, WithoutASinkTheEngineRunsAndNothingPulls)
+{
+    BrowserServices given = services();
+    given.makeSink = nullptr;
+    root = DocumentBrowserViewController::make(given);
+    root->loadViewIfNeeded();
+    EXPECT_EQ(screenLines().back(), started);
+    EXPECT_EQ(root->sink(), nullptr);
+    EXPECT_EQ(sink->source, nullptr);
+}
+
 TEST_F(DocumentBrowserEngineTest, TheRateIsThatOfTheSession)
 {
     makeRoot();

@@ -1,3 +1,4 @@
+#include "base/Paths.h"
 #include "tests/app/control/ScreenFixture.h"
 
 namespace volvelle::test {
@@ -85,6 +86,20 @@ TEST_F(DocumentBrowserViewControllerTest, WithoutAFolderForDocumentsNothingIsWri
                             started}));
     EXPECT_EQ(folder.names(), Lines{});
     EXPECT_EQ(host->alerts.size(), 1U);
+}
+
+TEST_F(DocumentBrowserViewControllerTest, WithoutResourcesTheExampleIsMissing)
+{
+    setResourcesFolder(std::nullopt);
+    folder.write("New MIDI Idea.mid", smallFile());
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path);
+    const Lines lines = linesOfLoading();
+    fs::current_path(before);
+    EXPECT_EQ(lines, (Lines{directories()[0], "ViewController::getDirectories() : Resources folder is nil.",
+                            directories()[2], provide + "ERROR: Missing resource file 'New MIDI Idea.mid'.",
+                            started}));
+    EXPECT_FALSE(fs::exists(documents));
 }
 
 TEST_F(DocumentBrowserViewControllerTest, LoadingMakesTheRootScreenKnown)

@@ -1,0 +1,67 @@
+#include "app/document/FileCircle.h"
+
+#include "app/document/CircleBeats.h"
+#include "tests/app/document/MIDIDocumentFixture.h"
+#include "tests/support/Stops.h"
+
+#include <limits>
+
+namespace volvelle::test {
+
+namespace {
+
+class FileCircleTest : public MIDIDocuments {};
+
+TEST_F(FileCircleTest, ACircleHasWholeBeatsAndAtLeastSixteen)
+{
+    EXPECT_EQ(circleBeats(0.0), 16.0);
+    EXPECT_EQ(circleBeats(16.9), 16.0);
+    EXPECT_EQ(circleBeats(17.0), 17.0);
+    EXPECT_EQ(circleBeats(-5.0), 16.0);
+    EXPECT_STOP(circleBeats(1e300), "Not enough bits to represent the passed value");
+    EXPECT_STOP(circleBeats(std::numeric_limits<double>::quiet_NaN()),
+                "Not enough bits to represent the passed value");
+}
+
+TEST_F(FileCircleTest, HoldsTheEventsThatADocumentOfTheFileHas)
+{
+    const auto file = folder.write("a.mid", smallFile());
+    const auto document = MIDIDocument::make(file);
+    EXPECT_TRUE(opens(*document));
+    FileCircle circle(file);
+    EXPECT_EQ(circle.notes(), 3);
+    EXPECT_EQ(circle.getBeatCount(), 16.0);
+    EXPECT_EQ(textsOf(circle.getEvents()), textsOf(document->getEvents()));
+    EXPECT_EQ(FileCircle(smallFile()).notes(), 3);
+}
+
+TEST_F(FileCircleTest, IsAsLongAsItsLongestTrack)
+{
+    writeFile(folder.path / "a.mid", {{{0.0, 60, 1.0}, {19.0, 62, 1.5, 3}}, {}, {}});
+    FileCircle circle(folder.path / "a.mid");
+    EXPECT_EQ(circle.notes(), 2);
+    EXPECT_EQ(circle.getBeatCount(), 20.0);
+}
+
+TEST_F(FileCircleTest, OfWhatCannotBeReadIsEmpty)
+{
+    for (const auto& file : {folder.path / "gone.mid", folder.path, folder.write("a.mid", "no music")}) {
+        FileCircle circle(file);
+        EXPECT_EQ(circle.notes(), -1) << file;
+        EXPECT_EQ(circle.getEvents().size(), 0U) << file;
+        EXPECT_EQ(circle.getBeatCount(), 16.0) << file;
+    }
+    EXPECT_EQ(FileCircle(std::vector<std::uint8_t>()).notes(), -1);
+}
+
+TEST_F(FileCircleTest, OfAnArrangementHasAllItsNotes)
+{
+    const auto document = MIDIDocument::make();
+    FileCircle circle(*document->data);
+    EXPECT_EQ(circle.getEvents().size(), document->getEvents().size());
+    EXPECT_EQ(circle.notes() * 2, static_cast<int>(circle.getEvents().size()));
+}
+
+} // namespace
+
+} // namespace volvelle::test

@@ -1,0 +1,52 @@
+#include "services/files/FileNames.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace volvelle::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(FileNames, AnEndingStandsInSmallLetters)
+{
+    EXPECT_EQ(fileEnding("a/B.C.MiD"), ".mid");
+    EXPECT_EQ(fileEnding("a.b/c"), "");
+    EXPECT_EQ(fileEnding(".mid"), "");
+    EXPECT_EQ(fileEnding("a."), ".");
+    EXPECT_EQ(fileEnding("a.\xC4"), ".\xC4");
+}
+
+TEST(FileNames, AMIDIFileHasOneOfTwoEndings)
+{
+    EXPECT_TRUE(isMIDIFileName("a.mid"));
+    EXPECT_TRUE(isMIDIFileName("a.MIDI"));
+    EXPECT_FALSE(isMIDIFileName("a.mid.txt"));
+    EXPECT_FALSE(isMIDIFileName("amid"));
+    EXPECT_FALSE(isMIDIFileName(".mid"));
+}
+
+TEST(FileNames, ANumberStandsBeforeTheEnding)
+{
+    EXPECT_EQ(withNumber("a/b.mid", 1), "a/b 1.mid");
+    EXPECT_EQ(withNumber("b", 12), "b 12");
+    EXPECT_EQ(numberedFile("a/b.mid", 1), "a/b.mid");
+    EXPECT_EQ(numberedFile("a/b.mid", 2), "a/b 2.mid");
+    EXPECT_EQ(numberedFile("a.b.mid", 3), "a.b 3.mid");
+}
+
+TEST(FileNames, ANameIsTakenByWhateverHasIt)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(isNameTaken(folder.path / "a"));
+    EXPECT_TRUE(isNameTaken(folder.path));
+    EXPECT_TRUE(isNameTaken(folder.write("a", "")));
+    fs::create_symlink("nowhere", folder.path / "b");
+    EXPECT_TRUE(isNameTaken(folder.path / "b"));
+    EXPECT_FALSE(isNameTaken(folder.path / "a/b"));
+}
+
+} // namespace
+
+} // namespace volvelle::test

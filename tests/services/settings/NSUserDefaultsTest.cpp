@@ -1,0 +1,161 @@
+#include "services/settings/NSUserDefaults.h"
+#include "tests/support/Stops.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace volvelle::test {
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class NSUserDefaultsTest : public testing::Test {
+protected:
+    NSUserDefaultsTest() { NSUserDefaults::setStoreMaker({}); }
+
+    ~NSUserDefaultsTest() override { NSUserDefaults::setStoreMaker({}); }
+};
+
+TEST_F(NSUserDefaultsTest, OneNameIsOneStore)
+{
+    NSUserDefaults::standardUserDefaults()->setIntegerForKey("a", 1);
+    NSUserDefaults::makeWithSuiteName("suite")->setIntegerForKey("a", 2);
+    EXPECT_EQ(NSUserDefaults::standardUserDefaults()->integerForKey("a"), 1);
+    EXPECT_EQ(NSUserDefaults::makeWithSuiteName("suite")->integerForKey("a"), 2);
+    EXPECT_EQ(NSUserDefaults::makeWithSuiteName("other")->integerForKey("a"), 0);
+}
+
+TEST_F(NSUserDefaultsTest, TheMakerIsAskedOnceForEachStore)
+{
+    Lines asked;
+    const auto before = NSUserDefaults::standardUserDefaults();
+    before->setIntegerForKey("a", 1);
+    NSUserDefaults::setStoreMaker([&asked](const std::string& name) {
+        asked.push_back(name);
+        return std::make_shared<MemorySettingsStore>();
+    });
+    NSUserDefaults::standardUserDefaults();
+    EXPECT_EQ(NSUserDefaults::standardUserDefaults()->integerForKey("a"), 0);
+    NSUserDefaults::makeWithSuiteName("suite");
+    NSUserDefaults::standardUserDefaults()->addSuiteNamed("suite");
+    EXPECT_EQ(asked, (Lines{"", "suite"}));
+    EXPECT_EQ(before->integerForKey("a"), 1);
+}
+
+TEST_F(NSUserDefaultsTest, AStoreThatCannotBeMadeIsNoneOrFatal)
+{
+    NSUserDefaults::setStoreMaker([](const std::string&) { return nullptr; });
+    EXPECT_EQ(NSUserDefaults::makeWithSuiteName("suite"), nullptr);
+    EXPECT_STOP(NSUserDefaults::standardUserDefaults(),
+                "Unexpectedly found nil while unwrapping an Optional value");
+    NSUserDefaults settings(std::make_shared<MemorySettingsStore>());
+    settings.addSuiteNamed("suite");
+    EXPECT_EQ(settings.objectForKey("a"), std::nullopt);
+}
+
+TEST_F(NSUserDefaultsTest, ASuiteIsReadAfterTheOwnAndNeverWritten)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    const auto suite = NSUserDefaults::makeWithSuiteName("suite");
+    settings->addSuiteNamed("suite");
+    suite->setBoolForKey("a", true);
+    suite->setBoolForKey("b", true);
+    settings->setIntegerForKey("a", 5);
+    EXPECT_EQ(settings->integerForKey("a"), 5);
+    EXPECT_TRUE(settings->boolForKey("b"));
+    EXPECT_TRUE(suite->boolForKey("a"));
+    EXPECT_EQ(settings->dictionaryRepresentation(),
+              (std::map<std::string, SettingsValue>{{"a", std::int64_t{5}}, {"b", true}}));
+    settings->setValueForKey("b", std::nullopt);
+    EXPECT_TRUE(settings->boolForKey("b"));
+    EXPECT_FALSE(NSUserDefaults::standardUserDefaults()->boolForKey("b"));
+}
+
+TEST_F(NSUserDefaultsTest, NumbersAreGivenAsEachOther)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    settings->setObjectForKey("double", 2.75);
+    EXPECT_EQ(settings->integerForKey("double"), 2);
+    EXPECT_EQ(settings->floatForKey("double"), 2.75F);
+    EXPECT_TRUE(settings->boolForKey("double"));
+    EXPECT_EQ(settings->stringForKey("double"), "2.75");
+    settings->setBoolForKey("truth", true);
+    EXPECT_EQ(settings->integerForKey("truth"), 1);
+    EXPECT_EQ(settings->floatForKey("truth"), 1.0F);
+    EXPECT_EQ(settings->stringForKey("truth"), "1");
+    settings->setIntegerForKey("whole", std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(settings->integerForKey("whole"), std::numeric_limits<std::int64_t>::max());
+    settings->setFloatForKey("zero", 0.0F);
+    EXPECT_FALSE(settings->boolForKey("zero"));
+}
+
+TEST_F(NSUserDefaultsTest, NumbersTooLargeForAnIntegerEndAtItsLimits)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    const auto whole = [&settings](double value) {
+        settings->setObjectForKey("key", value);
+        return settings->integerForKey("key");
+    };
+    EXPECT_EQ(whole(1e300), std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(whole(-1e300), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(whole(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(whole(-2.9), -2);
+}
+
+TEST_F(NSUserDefaultsTest, ATextThatIsANumberCountsAsOne)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    settings->setValueForKey("key", "12.5");
+    EXPECT_EQ(settings->integerForKey("key"), 12);
+    EXPECT_EQ(settings->floatForKey("key"), 12.5F);
+    EXPECT_TRUE(settings->boolForKey("key"));
+    for (const char* word : {"YES", "yes", "true", "1"}) {
+        settings->setValueForKey("key", word);
+        EXPECT_TRUE(settings->boolForKey("key")) << word;
+    }
+    for (const char* word : {"NO", "false", "0", "", "word"}) {
+        settings->setValueForKey("key", word);
+        EXPECT_FALSE(settings->boolForKey("key")) << word;
+        EXPECT_EQ(settings->integerForKey("key"), 0) << word;
+    }
+}
+
+TEST_F(NSUserDefaultsTest, WhatIsNoTextOrLocationGivesNone)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    settings->setObjectForKey("bytes", std::vector<std::uint8_t>{1});
+    settings->setObjectForKey("frame", SettingsFrame{{"left", 1.0F}});
+    settings->setURLForKey("url", SettingsURL{"file:///a"});
+    settings->setValueForKey("path", "/a");
+    for (const char* key : {"bytes", "frame", "url", "nothing"}) {
+        EXPECT_EQ(settings->stringForKey(key), std::nullopt) << key;
+        EXPECT_EQ(settings->integerForKey(key), 0) << key;
+        EXPECT_FALSE(settings->boolForKey(key)) << key;
+    }
+    EXPECT_EQ(settings->URLForKey("url"), SettingsURL{"file:///a"});
+    EXPECT_EQ(settings->URLForKey("path"), SettingsURL{"/a"});
+    EXPECT_EQ(settings->URLForKey("bytes"), std::nullopt);
+    settings->setURLForKey("url", std::nullopt);
+    EXPECT_EQ(settings->objectForKey("url"), std::nullopt);
+}
+
+TEST_F(NSUserDefaultsTest, AValueKeepsItsType)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    settings->setBoolForKey("a", true);
+    settings->setFloatForKey("b", 1.0F);
+    settings->setIntegerForKey("c", 1);
+    settings->setValueForKey("d", "1");
+    settings->setObjectForKey("e", 1.0);
+    EXPECT_TRUE(std::holds_alternative<bool>(*settings->objectForKey("a")));
+    EXPECT_TRUE(std::holds_alternative<float>(*settings->objectForKey("b")));
+    EXPECT_TRUE(std::holds_alternative<std::int64_t>(*settings->objectForKey("c")));
+    EXPECT_TRUE(std::holds_alternative<std::string>(*settings->objectForKey("d")));
+    EXPECT_TRUE(std::holds_alternative<double>(*settings->objectForKey("e")));
+}
+
+} // namespace
+
+} // namespace volvelle::test
