@@ -205,7 +205,7 @@ void DocumentBrowserViewController::showAlert(const std::string& alertTitle, con
             if (!there) {
                 return;
             }
-            there->isPresenting = false;
+            there->isPresenting = there->documentViewController && there->documentViewController->isUp();
             if (handler) {
                 handler();
             }

@@ -89,6 +89,7 @@ public:
     // Opens a document and shows its screen; refused, and kept in `waitingDocuments`, while another is up.
     virtual void presentDocument(const std::filesystem::path& url);
 
+    // Above a document too, which stays up.
     void showMessage(const std::string& caption, const std::string& message) override;
 
     // MARK: Screens

@@ -124,6 +124,17 @@ TEST_F(DocumentBrowserEngineTest, ProgressReachesTheCircleAndTheEndShowsTheButto
     EXPECT_EQ(root->playingBeats(), 2.5);
 }
 
+TEST_F(DocumentBrowserEngineTest, ACircleHasSixteenBeatsUntilSomethingLongerPlays)
+{
+    makeRoot();
+    const auto document = MIDIDocument::make(documents / "Other.mid");
+    EXPECT_EQ(document->getBeatCount(), 16.0);
+    writeFile(folder.path / "long.mid", {{{20.0, 60, 3.5}}, {}, {}});
+    root->presentDocument(folder.path / "long.mid");
+    EXPECT_EQ(root->playingBeats(), 23.5);
+    EXPECT_EQ(document->getBeatCount(), 23.0);
+}
+
 TEST_F(DocumentBrowserEngineTest, EachPlayingHasATransportOfItsOwn)
 {
     openSlowTide();

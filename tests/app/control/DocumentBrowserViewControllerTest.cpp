@@ -204,6 +204,19 @@ TEST_F(DocumentBrowserViewControllerTest, AMessageIsToldTwiceAndKeepsOthersAway)
     EXPECT_FALSE(root->isPresenting);
 }
 
+TEST_F(DocumentBrowserViewControllerTest, AMessageAboveADocumentLeavesNoRoomForAnother)
+{
+    makeRoot();
+    root->presentDocument(writeDocument("Slow tide.mid"));
+    root->showAbout();
+    host->press("OK");
+    EXPECT_TRUE(root->isPresenting);
+    screenLines();
+    root->presentDocument(writeDocument("Other.mid"));
+    EXPECT_EQ(screenLines(), Lines{warning});
+    EXPECT_EQ(up()->title, "Slow tide");
+}
+
 TEST_F(DocumentBrowserViewControllerTest, AnAlertThatOutlivesTheRootScreenDoesNothing)
 {
     makeRoot();
