@@ -225,14 +225,17 @@ void DocumentBrowserViewController::showHelp()
 
 void DocumentBrowserViewController::performSegue(const std::string& identifier)
 {
-    const UIStoryboardSegue segue{identifier,
-                                  required(services.storyboard).instantiateViewController(identifier)};
-    required(segue.destination);
-    prepareForSegue(segue);
     std::shared_ptr<UIViewController> top = shared_from_this();
     while (top->presentedViewController()) {
         top = top->presentedViewController();
     }
+    if (std::dynamic_pointer_cast<HelpViewController>(top)) {
+        return;
+    }
+    const UIStoryboardSegue segue{identifier,
+                                  required(services.storyboard).instantiateViewController(identifier)};
+    required(segue.destination);
+    prepareForSegue(segue);
     top->present(segue.destination, true, {});
 }
 

@@ -96,6 +96,7 @@ public:
 
     void viewDidLoad() override;
     void prepareForSegue(const UIStoryboardSegue& segue);
+    // Above the topmost screen, unless that is the help already.
     void performSegue(const std::string& identifier);
 
     // Writes the selector.

@@ -144,8 +144,10 @@ Result<fs::path> DocumentFolder::duplicate(const fs::path& file) const
     return copyFree(file, file);
 }
 
-Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string& name) const
+Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string& typed) const
 {
+    const bool hasEnding = isMIDIFileName(typed) && fs::path(typed).has_stem();
+    const std::string name = hasEnding ? fs::path(typed).stem().string() : typed;
     if (const std::string refusal = refusalOf(name); !refusal.empty()) {
         return failure(refusal);
     }

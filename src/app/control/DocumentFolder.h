@@ -42,8 +42,8 @@ public:
     Result<std::filesystem::path> takeMove(const std::filesystem::path& file) const;
     Result<std::filesystem::path> duplicate(const std::filesystem::path& file) const;
 
-    // `name` without an ending. One that is empty, begins with a point, holds a slash, is too long or is
-    // taken is refused; the same name changes nothing.
+    // The file keeps its ending; one of a MIDI file in `name` is left out. A name that is empty, begins with
+    // a point, holds a slash, is too long or is taken is refused; the same name changes nothing.
     Result<std::filesystem::path> rename(const std::filesystem::path& file, const std::string& name) const;
 
     Result<> moveToTrash(const std::filesystem::path& file);

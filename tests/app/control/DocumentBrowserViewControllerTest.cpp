@@ -242,6 +242,15 @@ TEST_F(DocumentBrowserViewControllerTest, HelpOpensTheSiteAndTheManual)
     EXPECT_EQ(storyboard->help.lock()->identifier, "showInfo");
 }
 
+TEST_F(DocumentBrowserViewControllerTest, HelpStandsAboveNoOtherHelp)
+{
+    makeRoot();
+    root->performSegue("showInfo");
+    root->performSegue("showHelp");
+    EXPECT_EQ(host->calls, Lines{"show help animated"});
+    EXPECT_EQ(storyboard->help.lock()->identifier, "showInfo");
+}
+
 TEST_F(DocumentBrowserViewControllerTest, ASegueOfAnotherNameIsPassedOver)
 {
     makeRoot();

@@ -134,7 +134,8 @@ TEST_F(DocumentFolderTest, ARenamedFileKeepsItsEnding)
     const fs::path file = ideas.write("a.MIDI", "abc");
     EXPECT_EQ(told(folder.rename(file, "a")), "a.MIDI");
     EXPECT_EQ(told(folder.rename(file, "b.c")), "b.c.MIDI");
-    EXPECT_EQ(ideas.names(), Lines{"b.c.MIDI"});
+    EXPECT_EQ(told(folder.rename(ideas.path / "b.c.MIDI", "d.mid")), "d.MIDI");
+    EXPECT_EQ(ideas.names(), Lines{"d.MIDI"});
 }
 
 TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
