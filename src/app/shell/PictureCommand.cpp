@@ -55,6 +55,7 @@ int runPicture(const PictureOptions& options, CommandOutput& output)
         return output.failure(readFailure(options.file, fileFormatErr));
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "*=false");
     int count = 1;
     char name[] = "volvelle";
     char* arguments[] = {name, nullptr};

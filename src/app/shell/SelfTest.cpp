@@ -13,6 +13,7 @@
 #include "services/files/SafeFile.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QPushButton>
 
 #include <vector>
@@ -68,6 +69,9 @@ public:
 
     std::string walk()
     {
+        if (QIcon(":/icon.svg").pixmap(64).isNull()) {
+            return "The icon cannot be painted.";
+        }
         shell.root().createDocument();
         settle();
         if (document() == nullptr) {
@@ -152,6 +156,7 @@ int runSelfTest(CommandOutput& output)
         qputenv(name, home.path().c_str());
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "*=false");
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     int count = 1;
     char name[] = "volvelle";
