@@ -10,6 +10,7 @@
 #include "cli/LibraryCheckCommand.h"
 #include "cli/LibraryCompileCommand.h"
 #include "cli/NearestName.h"
+#include "cli/SiblingProgram.h"
 #include "cli/SuddenEnds.h"
 #include "services/files/FileNames.h"
 
@@ -42,9 +43,6 @@ struct Request {
     AppOptions app;
     Action action;
 };
-
-constexpr const char* soundProgram = "volvelle-sound";
-constexpr const char* screenProgram = "volvelle-app";
 
 HandedCommands handed; // that this process has
 
@@ -87,6 +85,9 @@ void addGenerate(CLI::App& app, Request& request)
             concat("number of arrangements in a file, up to ", GenerateOptions::longest, "; 1 without it"))
         ->check(CLI::Range(1, GenerateOptions::longest))
         ->option_text("N");
+    command.add_option("--png", options.png, "its circle as a picture, to write or replace")
+        ->option_text("F.png");
+    command.add_option("--wav", options.wav, "its sound, to write or replace")->option_text("F.wav");
     command.callback([&request] {
         request.action = [&request](CommandOutput& output) { return runGenerate(request.generate, output); };
     });
@@ -157,11 +158,8 @@ void addLibrary(CLI::App& app, Request& request)
 // Replaces this process by another one beside it. Returns only where that fails.
 int handOver(char** argv, const char* program, CommandOutput& output)
 {
-    std::error_code error;
-    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::string other = (self.parent_path() / program).string();
-    execv(other.c_str(), argv);
-    return output.failure(concat("The program '", program, "' is missing beside this one."));
+    execv(siblingProgram(program).c_str(), argv);
+    return tellMissingSibling(program, output);
 }
 
 // An action of this process where it has it, else of `program`.
@@ -255,8 +253,8 @@ void addApp(CLI::App& app, Request& request, char** argv)
 int run(const Request& request)
 {
     StandardOutputSink sink;
-    const bool isFree =
-        request.generate.out != standardOutputName && request.render.out != standardOutputName;
+    const bool isFree = request.generate.out != standardOutputName &&
+                        request.render.out != standardOutputName && request.picture.out != standardOutputName;
     if (request.common.verbose && isFree) {
         console().setSink(&sink);
     }

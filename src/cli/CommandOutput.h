@@ -21,6 +21,8 @@ class CommandOutput {
 public:
     explicit CommandOutput(bool isQuiet) : quiet(isQuiet) {}
 
+    bool isQuiet() const { return quiet; }
+
     // A line that the user asked for; a remark, which a quiet command leaves out.
     void result(std::string_view line);
     void remark(std::string_view line);

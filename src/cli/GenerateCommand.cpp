@@ -3,6 +3,7 @@
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
+#include "cli/IdeaCompanions.h"
 #include "cli/IdeaFile.h"
 #include "inspection/ArrangementSummary.h"
 #include "sequence/SequenceFileBytes.h"
@@ -30,8 +31,8 @@ public:
 
 std::string misuseOf(const GenerateOptions& options)
 {
-    if (!options.out) {
-        return "";
+    if (const std::string line = IdeaCompanions::misuseOf(options); !line.empty() || !options.out) {
+        return line;
     }
     if (options.out == standardOutputName) {
         return options.count == 1 ? "" : "Standard output takes one idea: leave --count out.";
@@ -97,8 +98,12 @@ int runGenerate(const GenerateOptions& options, CommandOutput& output)
         return output.failure(line);
     }
     IdeaFile file(options.out, options.count > 1);
+    const IdeaCompanions companions(options);
     for (int number = 1; number <= options.count; ++number) {
-        if (const int status = generateFile(file, options, output); status != exitDone) {
+        int status = companions.prepare(file.lastNumber() + 1, output);
+        status = status == exitDone ? generateFile(file, options, output) : status;
+        status = status == exitDone ? companions.write(file.name(), file.lastNumber(), output) : status;
+        if (status != exitDone) {
             return status;
         }
         if (options.count > 1) {

@@ -23,8 +23,10 @@ public:
     // Writes the next idea.
     Result<> write(std::span<const std::uint8_t> data);
 
-    // The file that was written last.
+    // The file that was written last, and its number.
     std::string name() const { return file.string(); }
+
+    int lastNumber() const { return number; }
 
 private:
     std::filesystem::path next();

@@ -19,6 +19,8 @@ struct GenerateOptions {
     std::optional<std::filesystem::path> out; // "-" for standard output; the next free name without a value
     int count = 1;                            // files
     int longCount = 1;                        // arrangements in a file, up to `longest`
+    std::optional<std::filesystem::path> png; // a picture of each, and its sound
+    std::optional<std::filesystem::path> wav;
 };
 
 struct InspectOptions {

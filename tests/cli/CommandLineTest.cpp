@@ -101,6 +101,15 @@ TEST_F(CommandLine, CommonOptionsStandBeforeAndBehindTheCommand)
     EXPECT_THAT(volvelle("--verbose generate --out a").output, testing::StartsWith("MIDIClipGenerator::"));
 }
 
+TEST_F(CommandLine, APictureStandsOnStandardOutputAlone)
+{
+    volvelle("generate --out a.mid");
+    const auto result = volvelle("picture a.mid --size 64 --out - --verbose");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, testing::StartsWith("\x89PNG"));
+    EXPECT_THAT(result.error, IsEmpty());
+}
+
 TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
 {
     volvelle("generate --out a.mid");
