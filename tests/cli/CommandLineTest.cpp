@@ -101,6 +101,17 @@ TEST_F(CommandLine, CommonOptionsStandBeforeAndBehindTheCommand)
     EXPECT_THAT(volvelle("--verbose generate --out a").output, testing::StartsWith("MIDIClipGenerator::"));
 }
 
+TEST_F(CommandLine, WithoutADisplayTheWindowIsRefusedInOneLine)
+{
+    const std::string line = "There is no display: 'volvelle generate' writes an idea without one.\n";
+    for (const char* display : {"unset DISPLAY", "export DISPLAY="}) {
+        const auto result =
+            shell(std::string("unset WAYLAND_DISPLAY QT_QPA_PLATFORM; ") + display + "; exec \"$VOLVELLE\"");
+        EXPECT_EQ(result.status, 1) << display;
+        EXPECT_EQ(result.error, line);
+    }
+}
+
 TEST_F(CommandLine, APictureStandsOnStandardOutputAlone)
 {
     volvelle("generate --out a.mid");
