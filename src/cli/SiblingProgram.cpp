@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -42,11 +43,8 @@ int runSibling(const char* name, const std::vector<std::string>& arguments, Comm
     const std::string program = siblingProgram(name).string();
     std::vector<std::string> words{name};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    for (std::string& word : words) {
-        pointers.push_back(word.data());
-    }
-    pointers.push_back(nullptr);
+    std::vector<char*> pointers(words.size() + 1, nullptr);
+    std::ranges::transform(words, pointers.begin(), [](std::string& word) { return word.data(); });
     std::fflush(stdout);
     const pid_t self = getpid();
     const pid_t child = fork();
