@@ -49,9 +49,7 @@ std::string IdeaCompanions::misuseOf(const GenerateOptions& options)
 
 fs::path IdeaCompanions::numbered(const fs::path& file, int number) const
 {
-    return isNumbered
-               ? file.parent_path() / concat(file.stem().string(), " ", number, file.extension().string())
-               : file;
+    return isNumbered ? withNumber(file, number) : file;
 }
 
 int IdeaCompanions::prepare(int number, CommandOutput& output) const
