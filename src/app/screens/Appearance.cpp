@@ -48,7 +48,7 @@ QMenu { background: @surface; color: @fg; border: 1px solid @rimEdge; padding: 4
 QMenu::item { padding: 6px 24px 6px 12px; border-radius: 6px; }
 QMenu::item:selected { background: @hover; }
 QMenu::item:disabled { color: @disabled; }
-QFrame[kind="bar"] { background: @surface; border: 1px solid @rimEdge; border-radius: 8px; }
+QFrame[kind="bar"] { background: @surface; border: 0; border-top: 1px solid @rimEdge; }
 QFrame[kind="hairline"] { background: @line; border: 0; }
 )";
 

@@ -2,7 +2,6 @@
 
 #include "app/control/DocumentBrowserViewController.h"
 #include "app/screens/EmptyBrowser.h"
-#include "app/screens/MessageBar.h"
 #include "app/screens/Thumbnails.h"
 #include "app/screens/TileModel.h"
 
@@ -13,7 +12,13 @@
 #include <QStackedWidget>
 #include <QWidget>
 
+#include <filesystem>
+#include <functional>
+
 #include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace volvelle {
 
@@ -24,12 +29,26 @@ class BrowserScreen : public QWidget {
     Q_OBJECT
 
 public:
+    // One line that the window tells below the screens, with what can be done about it.
+    struct Notice {
+        QString line;
+        QString action;
+    };
+
     BrowserScreen(std::shared_ptr<DocumentBrowserViewController> logic, Thumbnails& thumbnails,
                   QWidget* parent = nullptr);
     ~BrowserScreen() override;
 
-    // The keyboard's focus to the tiles, or to New where there are none.
+    // The keyboard's focus to the tiles, with the selected one in view, or to New where there are none.
     void takeFocus();
+
+    // Documents that wait, else what was moved to the trash last and not left since; no value for neither.
+    std::optional<Notice> notice() const;
+    void actOnNotice();
+    void dropNotice();
+
+    // Shows a file in the desktop's file manager.
+    std::function<void(const std::filesystem::path& file)> reveal = [](const auto&) {};
 
     // Shows what is there now.
     void refresh();
@@ -37,12 +56,17 @@ public:
 public Q_SLOTS:
     void import();
     void about();
+    void help();
+
+Q_SIGNALS:
+    // Perhaps another notice().
+    void noticeChanged();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void makeHeader();
@@ -53,14 +77,15 @@ private:
                    void (BrowserScreen::*action)());
     void showMenu(const QPoint& at);
     void showBrowser();
-    void showBar();
+    void showPage();
     void showSelection();
+    void followScreen();
     void open();
     void rename();
     void duplicate();
     void moveToTrash();
     void undo();
-    void reveal();
+    void revealSelection();
 
     const std::shared_ptr<DocumentBrowserViewController> logic;
     QLabel* title = nullptr;
@@ -71,10 +96,12 @@ private:
     QListView* tiles = nullptr;
     EmptyBrowser* empty = nullptr;
     QLabel* noHit = nullptr;
-    MessageBar* bar = nullptr;
     QLabel* count = nullptr;
     TileModel* model = nullptr;
     std::vector<std::pair<QAction*, QString>> actions; // with their selectors
+    std::optional<std::filesystem::path> scrolledTo;   // the selection that was brought into view last
+    QString trashed;                                   // what was moved to the trash; empty for nothing
+    int margin = -1;                                   // pixels left of the tiles
     bool isShowing = false;                            // what the logic has, so that it is not told it again
 };
 

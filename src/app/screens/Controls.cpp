@@ -18,6 +18,19 @@ QString tipWithKey(const QString& tip, const QString& key)
         .arg(tip.toHtmlEscaped(), faint.name(QColor::HexArgb), key.toHtmlEscaped());
 }
 
+void setTip(QWidget* control, const QString& tip, const QString& key)
+{
+    const char* const name = "tip";
+    if (!control->property(name).isValid()) {
+        QObject::connect(&Appearance::shared(), &Appearance::changed, control, [control, name] {
+            const QStringList parts = control->property(name).toStringList();
+            control->setToolTip(tipWithKey(parts[0], parts[1]));
+        });
+    }
+    control->setProperty(name, QStringList{tip, key});
+    control->setToolTip(tipWithKey(tip, key));
+}
+
 QPushButton* makeButton(const QString& text, ButtonKind kind, const QString& tip, const QString& key,
                         QWidget* parent)
 {
@@ -26,8 +39,8 @@ QPushButton* makeButton(const QString& text, ButtonKind kind, const QString& tip
     button->setProperty("kind", names[static_cast<std::size_t>(kind)]);
     button->setAccessibleName(text);
     button->setAccessibleDescription(tip);
-    button->setToolTip(tipWithKey(tip, key));
-    button->setAutoDefault(false);
+    setTip(button, tip, key);
+    button->setAutoDefault(true); // Return presses it
     button->setCursor(kind == ButtonKind::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
     QSizePolicy policy = button->sizePolicy();
     policy.setRetainSizeWhenHidden(true);

@@ -16,8 +16,11 @@ enum class ButtonKind { primary, secondary, quiet, link };
 QPushButton* makeButton(const QString& text, ButtonKind kind, const QString& tip, const QString& key,
                         QWidget* parent);
 
-// A tooltip with its key as a second, fainter text.
+// A tooltip with its key as a second, fainter text, in the colours of now.
 QString tipWithKey(const QString& tip, const QString& key);
+
+// Gives a control such a tooltip, which follows the colours when they change.
+void setTip(QWidget* control, const QString& tip, const QString& key);
 
 // A button as the logic of a screen knows it: its room is kept while it is hidden. [main]
 class ScreenButton : public UIButton {

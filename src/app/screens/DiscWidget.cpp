@@ -43,7 +43,7 @@ void DiscWidget::setPlaying(bool isPlaying)
     if (!isPlaying) {
         view->baseClass->currentBeat = 0.0;
     }
-    setToolTip(isPlaying ? tipWithKey("Stop", "Space") : tipWithKey("Play", "Space"));
+    setTip(this, isPlaying ? "Stop" : "Play", "Space");
     update();
 }
 

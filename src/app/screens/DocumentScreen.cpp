@@ -4,7 +4,6 @@
 #include "app/screens/Controls.h"
 #include "app/screens/DiscImage.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -115,15 +114,15 @@ void DocumentScreen::connectTo(MIDIDocumentViewController& screen)
 
 void DocumentScreen::hideButton(QWidget& button, bool isHidden)
 {
-    if (isHidden && button.hasFocus()) {
+    if (isHidden && window()->focusWidget() == &button) {
         focusBefore = &button;
         circleDisc->setFocus(Qt::OtherFocusReason);
     }
     button.setVisible(!isHidden);
     if (!isHidden && focusBefore == &button) {
         focusBefore = nullptr;
-        if (circleDisc->hasFocus()) {
-            button.setFocus(Qt::OtherFocusReason);
+        if (window()->focusWidget() == circleDisc) {
+            button.setFocus(Qt::TabFocusReason); // only a key can have given it the focus
         }
     }
 }
@@ -143,12 +142,16 @@ void DocumentScreen::showPlaying()
     const bool isPlaying = screen && screen->isPlaying();
     circleDisc->setPlaying(isPlaying);
     spokenBar = -1;
+    if (!isPlaying) {
+        circleDisc->setSpoken(QString::fromStdString(overview.description()));
+    }
+    Q_EMIT playingChanged();
 }
 
 void DocumentScreen::tellPosition(double beats)
 {
     const int bar = static_cast<int>(beats) / DocumentOverview::beatsPerBar;
-    if (bar == spokenBar || !QAccessible::isActive()) {
+    if (!circleDisc->content().isPlaying || bar == spokenBar) {
         return;
     }
     spokenBar = bar;

@@ -30,6 +30,10 @@ public:
 
     DiscWidget* disc() const { return circleDisc; }
 
+Q_SIGNALS:
+    // The music began or ended.
+    void playingChanged();
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -14,28 +14,29 @@ namespace volvelle {
 
 namespace {
 
-constexpr int discSide = 344; // pixels, as all here
-constexpr int buttonTop = 500;
+constexpr int greatestDisc = 344; // pixels, as all here
+constexpr int leastDisc = 64;
+constexpr int buttonTop = 156; // below the disc
 constexpr int buttonWidth = 154;
 constexpr int buttonHeight = 52;
 constexpr int buttonGap = 12;
-constexpr int wholeHeight = 592;
+constexpr int textHeight = 248; // of all below the disc
 
 struct Line {
     const char* text;
-    int top;
+    int top; // below the disc
     int height;
     Appearance::Text font;
     bool isFaint;
 };
 
 constexpr Line lines[] = {
-    {"Press New for your first idea", 376, 34, Appearance::Text::display, false},
-    {"New makes a sixteen-track idea and plays it: chords, melody, bass and drums.", 420, 24,
+    {"Press New for your first idea", 32, 34, Appearance::Text::display, false},
+    {"New makes a sixteen-track idea and plays it: chords, melody, bass and drums.", 76, 24,
      Appearance::Text::text, true},
-    {"Keep it with Save, or press Generate until one is worth keeping.", 444, 24, Appearance::Text::text,
+    {"Keep it with Save, or press Generate until one is worth keeping.", 100, 24, Appearance::Text::text,
      true},
-    {"Import opens MIDI files. You can also drop them on this window.", 572, 20, Appearance::Text::small,
+    {"Import opens MIDI files. You can also drop them on this window.", 228, 20, Appearance::Text::small,
      true},
 };
 
@@ -58,31 +59,38 @@ EmptyBrowser::EmptyBrowser(QWidget* parent)
     });
 }
 
+int EmptyBrowser::discSide() const
+{
+    return std::clamp(height() - textHeight, leastDisc, greatestDisc);
+}
+
 int EmptyBrowser::top() const
 {
-    return std::max(0, (height() - wholeHeight) / 2 - 12);
+    return std::max(0, (height() - discSide() - textHeight) / 2 - 12);
 }
 
 void EmptyBrowser::resizeEvent(QResizeEvent* /*event*/)
 {
     const int left = width() / 2 - buttonWidth - buttonGap / 2;
-    newButton->setGeometry(left, top() + buttonTop, buttonWidth, buttonHeight);
-    importButton->setGeometry(left + buttonWidth + buttonGap, top() + buttonTop, buttonWidth, buttonHeight);
+    newButton->setGeometry(left, top() + discSide() + buttonTop, buttonWidth, buttonHeight);
+    importButton->setGeometry(left + buttonWidth + buttonGap, top() + discSide() + buttonTop, buttonWidth,
+                              buttonHeight);
 }
 
 void EmptyBrowser::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    const auto pixels = static_cast<int>(std::lround(discSide * devicePixelRatioF()));
+    const auto pixels = static_cast<int>(std::lround(discSide() * devicePixelRatioF()));
     if (disc.width() != pixels && example) {
-        disc = faintDiscImage(*example, discSide, devicePixelRatioF(), Appearance::shared().theme());
+        disc = faintDiscImage(*example, discSide(), devicePixelRatioF(), Appearance::shared().theme());
     }
-    painter.drawImage(QRect((width() - discSide) / 2, top(), discSide, discSide), disc);
+    painter.drawImage(QRect((width() - discSide()) / 2, top(), discSide(), discSide()), disc);
     const Tokens& tokens = Appearance::shared().tokens();
     for (const Line& line : lines) {
         painter.setFont(Appearance::font(line.font));
         painter.setPen(line.isFaint ? tokens.fg2 : tokens.fg);
-        painter.drawText(QRect(0, top() + line.top, width(), line.height), Qt::AlignCenter, line.text);
+        painter.drawText(QRect(0, top() + discSide() + line.top, width(), line.height), Qt::AlignCenter,
+                         line.text);
     }
 }
 

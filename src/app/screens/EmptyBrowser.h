@@ -26,6 +26,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    int discSide() const;
     int top() const;
 
     std::unique_ptr<FileCircle> example;

@@ -27,7 +27,6 @@ FadeOut::FadeOut(QWidget* over, QPixmap before) : QWidget(over), picture(std::mo
 
 void FadeOut::paintEvent(QPaintEvent* /*event*/)
 {
-    raise();
     QPainter painter(this);
     painter.setOpacity(fade.currentValue().toDouble());
     painter.drawPixmap(0, 0, picture);

@@ -11,7 +11,7 @@ namespace volvelle {
 
 namespace {
 
-constexpr int distance = 2; // pixels between the control and the ring
+constexpr int distance = 2;  // pixels between the control and the ring
 constexpr int thickness = 2; // of the ring
 constexpr int around = distance + thickness;
 constexpr double radius = 8.0; // of a control
@@ -40,7 +40,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
     }
     if (event->type() == QEvent::FocusIn) {
         follow(widget, isByKey(static_cast<QFocusEvent*>(event)->reason()));
-    } else if (widget == control) {
+    } else if (control && (widget == control || widget->isAncestorOf(control))) {
         switch (event->type()) {
         case QEvent::FocusOut:
         case QEvent::Hide:

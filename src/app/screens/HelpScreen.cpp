@@ -28,6 +28,7 @@ PageView::PageView(QWidget* parent)
     text->setAccessibleName("Help");
     pages->addWidget(text);
     pages->addWidget(pdf);
+    pages->setFocusProxy(text);
     QObject::connect(text, &QTextBrowser::anchorClicked, pages, [this](const QUrl& url) { show(url); });
 }
 
@@ -55,10 +56,20 @@ void PageView::show(const QUrl& url)
         QDesktopServices::openUrl(url);
     } else if (url.path().endsWith(".pdf", Qt::CaseInsensitive)) {
         document->load(url.toLocalFile());
-        pages->setCurrentWidget(pdf);
+        turnTo(pdf);
     } else {
         text->setSource(url);
-        pages->setCurrentWidget(text);
+        turnTo(text);
+    }
+}
+
+void PageView::turnTo(QWidget* page)
+{
+    const bool hadFocus = pages->focusProxy()->hasFocus();
+    pages->setCurrentWidget(page);
+    pages->setFocusProxy(page);
+    if (hadFocus) {
+        page->setFocus(Qt::OtherFocusReason);
     }
 }
 
@@ -77,7 +88,7 @@ void PageView::loadHTMLString(const std::string& html, const std::filesystem::pa
     if (pages) {
         text->setSearchPaths({QFile::decodeName(base.parent_path().c_str())});
         text->setHtml(QString::fromStdString(html));
-        pages->setCurrentWidget(text);
+        turnTo(text);
     }
 }
 

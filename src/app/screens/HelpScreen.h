@@ -32,6 +32,7 @@ public:
 private:
     bool isAllowed(const QUrl& url) const;
     void show(const QUrl& url);
+    void turnTo(QWidget* page);
 
     WebViewDelegate* delegate = nullptr;
     QPointer<QStackedWidget> pages;

@@ -7,10 +7,14 @@
 #include "app/screens/HelpScreen.h"
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
+#include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace volvelle {
@@ -19,6 +23,17 @@ namespace {
 
 constexpr QSize leastSize{720, 540};
 constexpr QSize usualSize{1280, 800};
+
+std::vector<std::filesystem::path> filesOf(const QMimeData& data)
+{
+    std::vector<std::filesystem::path> files;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) {
+            files.emplace_back(QFile::encodeName(url.toLocalFile()).toStdString());
+        }
+    }
+    return files;
+}
 
 } // namespace
 
@@ -76,20 +91,51 @@ MainWindow::MainWindow(std::string site)
     : helpSite(std::move(site)),
       stack(new QStackedWidget(this)),
       ring(new FocusRing(this)),
+      bar(new MessageBar(this)),
       screenHost(std::make_shared<Host>(*this)),
       screenMaker(std::make_shared<Maker>(*this))
 {
     setWindowTitle("Volvelle");
-    setCentralWidget(stack);
+    setAcceptDrops(true);
+    makeLayout();
     setMinimumSize(leastSize);
     resize(usualSize);
 }
 
 MainWindow::~MainWindow() = default;
 
+void MainWindow::makeLayout()
+{
+    auto* all = new QWidget(this);
+    auto* layout = new QVBoxLayout(all);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(stack, 1);
+    layout->addWidget(bar);
+    setCentralWidget(all);
+    connect(bar, &MessageBar::acted, this, [this] { browserScreen->actOnNotice(); });
+    connect(bar, &MessageBar::closed, this, [this] { browserScreen->dropNotice(); });
+}
+
+void MainWindow::showNotice()
+{
+    const auto notice = browserScreen->notice();
+    if (notice) {
+        bar->tell(notice->line, notice->action);
+        return;
+    }
+    const bool hadFocus = bar->isAncestorOf(focusWidget());
+    bar->hide();
+    if (hadFocus) {
+        takeFocus();
+    }
+}
+
 void MainWindow::setRoot(const std::shared_ptr<DocumentBrowserViewController>& root, Thumbnails& thumbnails)
 {
+    rootScreen = root;
     browserScreen = new BrowserScreen(root, thumbnails, stack);
+    connect(browserScreen, &BrowserScreen::noticeChanged, this, &MainWindow::showNotice);
     stack->addWidget(browserScreen);
     stack->setCurrentWidget(browserScreen);
     browserScreen->takeFocus();
@@ -104,24 +150,38 @@ std::shared_ptr<UIViewController> MainWindow::make(const std::string& identifier
 {
     if (identifier == "MIDIDocumentViewController") {
         return MIDIDocumentViewController::make([this](MIDIDocumentViewController& screen) {
-            layouts[&screen] = new DocumentScreen(screen, stack);
+            auto* layout = new DocumentScreen(screen, stack);
+            connect(layout, &DocumentScreen::playingChanged, this, &MainWindow::playingChanged);
+            keep(screen, layout);
         });
     }
     if (identifier == "showHelp" || identifier == "showInfo") {
         return HelpViewController::make(
-            [this](HelpViewController& screen) { layouts[&screen] = new HelpScreen(screen, stack); },
-            helpSite);
+            [this](HelpViewController& screen) { keep(screen, new HelpScreen(screen, stack)); }, helpSite);
     }
     return nullptr;
+}
+
+// Layouts of screens that never came up go with the next one that is made.
+void MainWindow::keep(UIViewController& screen, QWidget* widget)
+{
+    std::erase_if(layouts, [](const auto& entry) {
+        const Layout& layout = entry.second;
+        if (layout.screen.expired() && layout.widget) {
+            layout.widget->deleteLater();
+        }
+        return layout.screen.expired();
+    });
+    layouts[&screen] = {screen.weak_from_this(), widget};
 }
 
 void MainWindow::showScreen(const std::shared_ptr<UIViewController>& screen, bool animated)
 {
     const auto found = layouts.find(screen.get());
-    if (found == layouts.end() || !found->second) {
+    if (found == layouts.end() || !found->second.widget) {
         return;
     }
-    QWidget* widget = found->second;
+    QWidget* widget = found->second.widget;
     shown.emplace_back(widget);
     stack->addWidget(widget);
     switchTo(widget, animated);
@@ -133,7 +193,7 @@ void MainWindow::hideScreen(const std::shared_ptr<UIViewController>& screen, boo
     if (found == layouts.end()) {
         return;
     }
-    const QPointer<QWidget> widget = found->second;
+    const QPointer<QWidget> widget = found->second.widget;
     layouts.erase(found);
     std::erase(shown, widget);
     switchTo(shown.empty() ? browserScreen : shown.back().data(), animated);
@@ -145,17 +205,25 @@ void MainWindow::hideScreen(const std::shared_ptr<UIViewController>& screen, boo
 
 void MainWindow::switchTo(QWidget* widget, bool animated)
 {
-    if (animated && !Appearance::reducesMotion() && isVisible()) {
-        new FadeOut(stack, stack->grab());
-    }
+    const bool fades = animated && !Appearance::reducesMotion() && isVisible();
+    const QPixmap before = fades ? stack->grab() : QPixmap();
     stack->setCurrentWidget(widget);
-    if (widget == browserScreen) {
+    if (fades) {
+        new FadeOut(stack, before);
+    }
+    takeFocus();
+    ring->raise();
+    showNotice();
+    Q_EMIT screenChanged();
+}
+
+void MainWindow::takeFocus()
+{
+    if (stack->currentWidget() == browserScreen) {
         browserScreen->takeFocus();
     } else {
-        widget->setFocus(Qt::OtherFocusReason);
+        stack->currentWidget()->setFocus(Qt::OtherFocusReason);
     }
-    ring->raise();
-    Q_EMIT screenChanged();
 }
 
 void MainWindow::showAlert(const UIAlertController& alert)
@@ -170,13 +238,16 @@ void MainWindow::showAlert(const UIAlertController& alert)
         auto* button = box->addButton(QString::fromStdString(action.title), QMessageBox::ActionRole);
         box->setDefaultButton(button);
         box->setEscapeButton(button);
-        connect(button, &QPushButton::clicked, this, [handler = action.handler, box] {
-            box->hide();
+    }
+    connect(box, &QMessageBox::finished, this, [actions = alert.actions, box] {
+        const auto index = static_cast<std::size_t>(box->buttons().indexOf(box->clickedButton()));
+        if (!actions.empty()) {
+            const auto& handler = actions[std::min(index, actions.size() - 1)].handler;
             if (handler) {
                 handler();
             }
-        });
-    }
+        }
+    });
     box->open();
 }
 
@@ -209,10 +280,28 @@ void MainWindow::bringToFront()
 
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
-    if (event->matches(QKeySequence::Quit)) {
+    const bool isHelp = !shown.empty() && qobject_cast<HelpScreen*>(shown.back()) != nullptr;
+    if (event->modifiers() == Qt::ControlModifier && event->key() == Qt::Key_Q) {
         close();
+    } else if (event->key() == Qt::Key_F1 && !event->isAutoRepeat() && !isHelp) {
+        browserScreen->help();
     } else {
         QMainWindow::keyPressEvent(event);
+    }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!filesOf(*event->mimeData()).empty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    for (const auto& file : filesOf(*event->mimeData())) {
+        rootScreen->importOrWait(file);
     }
 }
 

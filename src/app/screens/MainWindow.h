@@ -4,6 +4,7 @@
 #include "app/control/ScreenHost.h"
 #include "app/control/UIStoryboard.h"
 #include "app/screens/FocusRing.h"
+#include "app/screens/MessageBar.h"
 #include "app/screens/Thumbnails.h"
 
 #include <QMainWindow>
@@ -13,13 +14,15 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace volvelle {
 
 class BrowserScreen;
 class DocumentScreen;
 
-// The window: shows one screen at a time, makes their layouts, and shows alerts. [main]
+// The window: shows one screen at a time, makes their layouts, and shows alerts. Keys: F1 help, Ctrl+Q quits.
+// Files that are dropped on it are imported. [main]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -50,29 +53,44 @@ public:
 Q_SIGNALS:
     // Another screen is shown.
     void screenChanged();
+    // The music of the document that is up began or ended.
+    void playingChanged();
     // The user closes the window: the application is to end.
     void closing();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     class Host;
     class Maker;
 
+    struct Layout {
+        std::weak_ptr<UIViewController> screen;
+        QPointer<QWidget> widget;
+    };
+
+    void makeLayout();
+    void keep(UIViewController& screen, QWidget* widget);
+    void showNotice();
     void showScreen(const std::shared_ptr<UIViewController>& screen, bool animated);
     void hideScreen(const std::shared_ptr<UIViewController>& screen, bool animated);
     void showAlert(const UIAlertController& alert);
     std::shared_ptr<UIViewController> make(const std::string& identifier);
     void switchTo(QWidget* widget, bool animated);
+    void takeFocus();
 
     const std::string helpSite;
     QStackedWidget* stack;
     FocusRing* ring;
     BrowserScreen* browserScreen = nullptr;
-    std::map<const UIViewController*, QPointer<QWidget>> layouts; // of screens that were made
-    std::vector<QPointer<QWidget>> shown;                         // above the browser, the topmost last
+    MessageBar* bar;
+    std::shared_ptr<DocumentBrowserViewController> rootScreen;
+    std::map<const UIViewController*, Layout> layouts; // of screens that were made
+    std::vector<QPointer<QWidget>> shown;              // above the browser, the topmost last
     std::shared_ptr<ScreenHost> screenHost;
     std::shared_ptr<UIStoryboard> screenMaker;
 };

@@ -12,7 +12,7 @@ MessageBar::MessageBar(QWidget* parent)
     setProperty("kind", "bar");
     auto* close = makeButton("Close", ButtonKind::link, "Close this line", "", this);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(16, 8, 8, 8);
+    layout->setContentsMargins(20, 8, 20, 8);
     layout->addWidget(label, 1);
     layout->addWidget(button);
     layout->addWidget(close);

@@ -133,9 +133,12 @@ void Thumbnails::take(const Key& key, const Thumbnail& thumbnail)
     const std::string name = key.name().toStdString();
     if (known.emplace(name, thumbnail).second) {
         order.push_back(name);
+        bytes += thumbnail.disc.sizeInBytes();
     }
-    if (order.size() > most) {
-        known.erase(order.front());
+    while (bytes > mostBytes && order.size() > 1) {
+        const auto oldest = known.find(order.front());
+        bytes -= oldest->second.disc.sizeInBytes();
+        known.erase(oldest);
         order.pop_front();
     }
     Q_EMIT made(QFile::decodeName(key.file.c_str()));

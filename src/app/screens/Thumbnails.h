@@ -62,12 +62,13 @@ private:
     void begin();
     void take(const Key& key, const Thumbnail& thumbnail);
 
-    static constexpr std::size_t most = 4096;      // pictures in memory
-    static constexpr std::size_t mostWaiting = 64; // older wishes are dropped
+    static constexpr qsizetype mostBytes = 128 << 20; // of pictures in memory
+    static constexpr std::size_t mostWaiting = 1024;  // more than a screen holds; older wishes are dropped
 
     const std::filesystem::path folder;
     std::unordered_map<std::string, Thumbnail> known; // by Key::name()
     std::deque<std::string> order;                    // of them, the oldest first
+    qsizetype bytes = 0;                              // of them
     std::deque<Key> waiting;                          // the newest first
     bool isMaking = false;
     std::unique_ptr<QThreadPool> pool;

@@ -107,6 +107,14 @@ QWidget* TileDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     return editor;
 }
 
+void TileDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    const auto* line = qobject_cast<QLineEdit*>(editor);
+    if (line == nullptr || !line->isModified()) {
+        QStyledItemDelegate::setEditorData(editor, index);
+    }
+}
+
 void TileDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex& /*index*/) const
 {

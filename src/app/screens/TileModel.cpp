@@ -7,8 +7,31 @@
 
 #include <algorithm>
 #include <ctime>
+#include <ranges>
+#include <unordered_set>
 
 namespace volvelle {
+
+namespace {
+
+constexpr int mostSteps = 64; // rows that come, go or move one by one
+
+const std::string& placeOf(const FolderDocument& document)
+{
+    return document.location.native();
+}
+
+// From the first row that differs to the last.
+std::ptrdiff_t difference(const std::vector<FolderDocument>& a, const std::vector<FolderDocument>& b)
+{
+    const auto [left, right] = std::ranges::mismatch(a, b, {}, placeOf, placeOf);
+    const auto leftRest = std::ranges::subrange(left, a.end()) | std::views::reverse;
+    const auto rightRest = std::ranges::subrange(right, b.end()) | std::views::reverse;
+    const auto same = std::ranges::mismatch(leftRest, rightRest, {}, placeOf, placeOf);
+    return std::max(leftRest.end() - same.in1, rightRest.end() - same.in2);
+}
+
+} // namespace
 
 TileModel::TileModel(Thumbnails& pictures, QObject* parent) : QAbstractListModel(parent), thumbnails(pictures)
 {
@@ -20,16 +43,55 @@ void TileModel::show(const std::vector<FolderDocument>& documents)
     if (rows == documents) {
         return;
     }
-    const bool isSameFiles =
-        std::ranges::equal(rows, documents, {}, &FolderDocument::location, &FolderDocument::location);
-    if (isSameFiles) {
+    if (rows.empty() || documents.empty() || difference(rows, documents) > mostSteps) {
+        beginResetModel();
         rows = documents;
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+        endResetModel();
         return;
     }
-    beginResetModel();
+    removeRowsWithout(documents);
+    placeRows(documents);
     rows = documents;
-    endResetModel();
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+void TileModel::removeRowsWithout(const std::vector<FolderDocument>& documents)
+{
+    std::unordered_set<std::string> kept;
+    for (const FolderDocument& document : documents) {
+        kept.insert(placeOf(document));
+    }
+    for (int row = rowCount() - 1; row >= 0; --row) {
+        const auto at = rows.begin() + row;
+        if (!kept.contains(placeOf(*at))) {
+            beginRemoveRows({}, row, row);
+            rows.erase(at);
+            endRemoveRows();
+        }
+    }
+}
+
+// Each row of `documents` in turn is there already, further down or new.
+void TileModel::placeRows(const std::vector<FolderDocument>& documents)
+{
+    for (std::size_t place = 0; place < documents.size(); ++place) {
+        const int row = static_cast<int>(place);
+        const auto at = rows.begin() + row;
+        const auto found = std::ranges::find(at, rows.end(), placeOf(documents[place]), placeOf);
+        if (found == at && at != rows.end()) {
+            continue;
+        }
+        if (found == rows.end()) {
+            beginInsertRows({}, row, row);
+            rows.insert(at, documents[place]);
+            endInsertRows();
+        } else {
+            const int from = static_cast<int>(found - rows.begin());
+            beginMoveRows({}, from, from, {}, row);
+            std::rotate(at, found, found + 1);
+            endMoveRows();
+        }
+    }
 }
 
 const FolderDocument* TileModel::document(const QModelIndex& index) const
@@ -40,7 +102,7 @@ const FolderDocument* TileModel::document(const QModelIndex& index) const
 
 QModelIndex TileModel::indexOf(const std::filesystem::path& file) const
 {
-    const auto found = std::ranges::find(rows, file, &FolderDocument::location);
+    const auto found = std::ranges::find(rows, file.native(), placeOf);
     return found == rows.end() ? QModelIndex() : index(static_cast<int>(std::distance(rows.begin(), found)));
 }
 
@@ -59,8 +121,8 @@ int TileModel::rowCount(const QModelIndex& parent) const
 
 std::optional<Thumbnails::Thumbnail> TileModel::thumbnail(const FolderDocument& document) const
 {
-    return thumbnails.find({document.location, document.modified, document.size, discSide, ratio,
-                            Appearance::shared().theme()});
+    return thumbnails.find(
+        {document.location, document.modified, document.size, discSide, ratio, Appearance::shared().theme()});
 }
 
 QVariant TileModel::data(const QModelIndex& index, int role) const
@@ -96,10 +158,11 @@ QVariant TileModel::data(const QModelIndex& index, int role) const
 
 bool TileModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (document(index) == nullptr || role != Qt::EditRole) {
+    const FolderDocument* edited = document(index);
+    if (edited == nullptr || role != Qt::EditRole) {
         return false;
     }
-    Q_EMIT renamed(value.toString());
+    Q_EMIT renamed(edited->location, value.toString());
     return true;
 }
 

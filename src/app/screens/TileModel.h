@@ -22,7 +22,7 @@ public:
 
     TileModel(Thumbnails& thumbnails, QObject* parent);
 
-    // Shows these, keeping rows that stay.
+    // Shows these, keeping rows that stay where few change.
     void show(const std::vector<FolderDocument>& documents);
 
     const FolderDocument* document(const QModelIndex& index) const;
@@ -37,9 +37,11 @@ public:
 
 Q_SIGNALS:
     // The name of a tile was edited.
-    void renamed(const QString& name);
+    void renamed(const std::filesystem::path& file, const QString& name);
 
 private:
+    void removeRowsWithout(const std::vector<FolderDocument>& documents);
+    void placeRows(const std::vector<FolderDocument>& documents);
     std::optional<Thumbnails::Thumbnail> thumbnail(const FolderDocument& document) const;
     void update(const QString& file);
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <memory>
 
@@ -12,7 +12,8 @@ public:
     void SetUp() override
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        application = std::make_unique<QGuiApplication>(count, arguments);
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        application = std::make_unique<QApplication>(count, arguments);
     }
 
     void TearDown() override { application.reset(); }
@@ -21,7 +22,7 @@ private:
     int count = 1;
     char name[12] = "screenstest";
     char* arguments[2] = {name, nullptr};
-    std::unique_ptr<QGuiApplication> application;
+    std::unique_ptr<QApplication> application;
 };
 
 [[maybe_unused]] const testing::Environment* const offscreen =

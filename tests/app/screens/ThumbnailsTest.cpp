@@ -1,0 +1,104 @@
+#include "tests/app/screens/ScreensFixture.h"
+
+#include <QSignalSpy>
+
+namespace volvelle::test {
+namespace {
+
+struct ThumbnailsTest : Screens {
+    Thumbnails::Key keyOf(const std::string& name) const
+    {
+        return {
+            folder / name, 1, static_cast<std::int64_t>(std::filesystem::file_size(folder / name)), 64, 1.0,
+            Theme::dark};
+    }
+
+    // Asks until it is there.
+    static Thumbnails::Thumbnail wait(Thumbnails& of, const Thumbnails::Key& key)
+    {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return of.find(key).has_value(); }, 30'000));
+        return of.find(key).value_or(Thumbnails::Thumbnail());
+    }
+
+    std::size_t kept() const
+    {
+        const std::filesystem::directory_iterator files(home.path / "tiles");
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+};
+
+TEST_F(ThumbnailsTest, AreMadeOnceAndKept)
+{
+    writeIdea("Slow tide.mid");
+    const auto key = keyOf("Slow tide.mid");
+    QSignalSpy made(&thumbnails, &Thumbnails::made);
+    EXPECT_FALSE(thumbnails.find(key).has_value());
+    const auto first = wait(thumbnails, key);
+    EXPECT_EQ(made.count(), 1);
+    EXPECT_EQ(first.notes, 3);
+    EXPECT_EQ(first.disc.width(), 64);
+    EXPECT_EQ(kept(), 1U);
+    std::filesystem::remove(key.file);
+    Thumbnails later(home.path / "tiles");
+    const auto second = wait(later, key);
+    EXPECT_EQ(second.notes, 3);
+    EXPECT_EQ(second.disc.convertToFormat(QImage::Format_ARGB32),
+              first.disc.convertToFormat(QImage::Format_ARGB32));
+}
+
+TEST_F(ThumbnailsTest, AreMadeAnewForAnotherStateSizeAndTheme)
+{
+    writeIdea("Slow tide.mid");
+    const auto key = keyOf("Slow tide.mid");
+    std::vector<Thumbnails::Key> others(5, key);
+    others[0].modified = 2;
+    others[1].size = 7;
+    others[2].side = 65;
+    others[3].ratio = 2.0;
+    others[4].theme = Theme::light;
+    for (const auto& other : others) {
+        EXPECT_NE(other.name(), key.name());
+    }
+    EXPECT_EQ(wait(thumbnails, others[3]).disc.width(), 128);
+}
+
+TEST_F(ThumbnailsTest, TellNoNumberOfAFileThatIsNone)
+{
+    home.write("Documents/Volvelle/Bad.mid", "none");
+    EXPECT_EQ(wait(thumbnails, keyOf("Bad.mid")).notes, -1);
+}
+
+TEST_F(ThumbnailsTest, ReplaceADamagedPicture)
+{
+    writeIdea("Slow tide.mid");
+    const auto key = keyOf("Slow tide.mid");
+    home.write(std::filesystem::path("tiles") / key.name().toStdString(), "damaged");
+    EXPECT_EQ(wait(thumbnails, key).notes, 3);
+}
+
+TEST_F(ThumbnailsTest, ComeAlsoWhereNothingCanBeKept)
+{
+    writeIdea("Slow tide.mid");
+    Thumbnails nowhere(std::filesystem::path{});
+    EXPECT_EQ(wait(nowhere, keyOf("Slow tide.mid")).notes, 3);
+    Thumbnails onAFile(home.write("file", "") / "tiles");
+    EXPECT_EQ(wait(onAFile, keyOf("Slow tide.mid")).notes, 3);
+}
+
+TEST_F(ThumbnailsTest, AllComeWhereAScreenAsksForMany)
+{
+    std::vector<Thumbnails::Key> keys;
+    for (int i = 0; i < 150; ++i) {
+        const std::string name = "Idea " + std::to_string(i) + ".mid";
+        writeIdea(name);
+        keys.push_back(keyOf(name));
+    }
+    QSignalSpy made(&thumbnails, &Thumbnails::made);
+    for (const auto& key : keys) {
+        thumbnails.find(key);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return made.count() == 150; }, 60'000)) << made.count();
+}
+
+} // namespace
+} // namespace volvelle::test
