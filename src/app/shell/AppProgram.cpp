@@ -2,6 +2,7 @@
 
 #include "app/screens/Appearance.h"
 #include "app/shell/ColorScheme.h"
+#include "app/shell/EndSignals.h"
 #include "app/shell/OneInstance.h"
 #include "app/shell/PictureCommand.h"
 #include "app/shell/RunLoopBridge.h"
@@ -18,7 +19,8 @@
 #include <QFile>
 #include <QIcon>
 
-#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 
 namespace volvelle {
 
@@ -26,6 +28,17 @@ namespace {
 
 constexpr const char* applicationID = "com.orvane.Volvelle";
 constexpr const char* helpSiteKey = "helpSite";
+
+constexpr const char* noDisplay = "There is no display: 'volvelle generate' writes an idea without one.";
+
+// What Qt says while it looks for a display, which ends the process where there is none.
+void tellNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", noDisplay);
+        std::_Exit(exitFailed);
+    }
+}
 
 bool hasDisplay()
 {
@@ -68,7 +81,9 @@ int runWindow(const AppOptions& options)
     int count = 1;
     char name[] = "volvelle";
     char* arguments[] = {name, nullptr};
+    const QtMessageHandler before = qInstallMessageHandler(tellNoDisplay);
     const QApplication application(count, arguments);
+    qInstallMessageHandler(before);
     prepareApplication();
     const QStringList files = absolute(options.files);
     Shell* running = nullptr;
@@ -90,10 +105,7 @@ int runWindow(const AppOptions& options)
     if (!early.isEmpty()) {
         shell.receive(early);
     }
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        std::signal(signal,
-                    [](int) { QMetaObject::invokeMethod(qApp, [] { qApp->quit(); }, Qt::QueuedConnection); });
-    }
+    const EndSignals signals([] { QApplication::exit(); });
     return QApplication::exec();
 }
 
@@ -103,7 +115,7 @@ int open(const AppOptions& options, CommandOutput& output)
         return runSelfTest(output);
     }
     if (!hasDisplay()) {
-        return output.failure("There is no display: 'volvelle generate' writes an idea without one.");
+        return output.failure(noDisplay);
     }
     StandardOutputSink sink;
     ConsoleSink* const before = console().setSink(&sink);

@@ -1,9 +1,9 @@
 #include "app/shell/ColorScheme.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -29,8 +29,7 @@ ColorScheme::ColorScheme()
     if (!bus.isConnected()) {
         return;
     }
-    bus.connect(service, path, interface, "SettingChanged", this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus.connect(service, path, interface, "SettingChanged", this, SLOT(settingChanged(QDBusMessage)));
     QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "Read");
     question << group << key;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
@@ -43,10 +42,12 @@ ColorScheme::ColorScheme()
     });
 }
 
-void ColorScheme::settingChanged(const QString& of, const QString& name, const QDBusVariant& value)
+// Group, key and value.
+void ColorScheme::settingChanged(const QDBusMessage& message)
 {
-    if (of == group && name == key) {
-        take(value.variant());
+    const QVariantList parts = message.arguments();
+    if (parts.size() == 3 && parts[0] == group && parts[1] == key) {
+        take(parts[2]);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "app/screens/Tokens.h"
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 namespace volvelle {
@@ -22,7 +22,7 @@ Q_SIGNALS:
     void changed(volvelle::Theme theme);
 
 private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QDBusMessage& message);
 
 private:
     void take(const QVariant& value);

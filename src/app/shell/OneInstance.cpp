@@ -16,6 +16,7 @@ namespace volvelle {
 namespace {
 
 constexpr int patience = 3000;        // ms, for one that hangs
+constexpr int pause = 20;             // ms, between two tries
 constexpr qint64 longest = 1'000'000; // bytes of a message
 
 QString folder()
@@ -48,14 +49,23 @@ OneInstance::~OneInstance()
 bool OneInstance::begin(const QStringList& files, Receive handler)
 {
     receive = std::move(handler);
-    if (lock.tryLock(0)) {
-        listen();
-        return true;
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < patience) {
+        if (lock.tryLock(0)) {
+            listen();
+            return true;
+        }
+        if (lock.error() != QLockFile::LockFailedError) {
+            return true;
+        }
+        const Answer answer = handOver(files);
+        if (answer != Answer::absent) {
+            return answer == Answer::none;
+        }
+        QThread::msleep(pause);
     }
-    if (lock.error() != QLockFile::LockFailedError) {
-        return true;
-    }
-    return !handOver(files);
+    return true;
 }
 
 void OneInstance::listen()
@@ -64,22 +74,18 @@ void OneInstance::listen()
     server.listen(name);
 }
 
-// The first one may have the lock and not listen yet.
-bool OneInstance::handOver(const QStringList& files) const
+// The one that has the lock may not listen yet, or no longer.
+OneInstance::Answer OneInstance::handOver(const QStringList& files) const
 {
-    QElapsedTimer clock;
-    clock.start();
     QLocalSocket socket;
-    while (clock.elapsed() < patience) {
-        socket.connectToServer(name);
-        if (socket.waitForConnected(patience)) {
-            QDataStream stream(&socket);
-            stream << files;
-            return socket.waitForBytesWritten(patience) && socket.waitForReadyRead(patience);
-        }
-        QThread::msleep(20);
+    socket.connectToServer(name);
+    if (!socket.waitForConnected(patience)) {
+        return Answer::absent;
     }
-    return false;
+    QDataStream stream(&socket);
+    stream << files;
+    const bool isTaken = socket.waitForBytesWritten(patience) && socket.waitForReadyRead(patience);
+    return isTaken ? Answer::taken : Answer::none;
 }
 
 void OneInstance::take()

@@ -28,7 +28,9 @@ public:
     static QString usualName();
 
 private:
-    bool handOver(const QStringList& files) const;
+    enum class Answer { none, absent, taken };
+
+    Answer handOver(const QStringList& files) const;
     void listen();
     void take();
 

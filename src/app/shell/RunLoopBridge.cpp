@@ -23,6 +23,7 @@ RunLoopBridge::RunLoopBridge()
 RunLoopBridge::~RunLoopBridge()
 {
     mainQueue().setWakeUp({});
+    mainQueue().drain();
 }
 
 void RunLoopBridge::wake()

@@ -119,7 +119,8 @@ std::map<std::string, SettingsValue> SettingsFile::entries() const
 
 std::shared_ptr<SettingsStore> openSettings(const std::string& name)
 {
-    return std::make_shared<SettingsFile>(name.empty() ? "volvelle" : name);
+    auto store = std::make_shared<SettingsFile>(name.empty() ? "volvelle" : name);
+    return name.empty() || store->isWritable() ? store : nullptr;
 }
 
 } // namespace volvelle

@@ -17,12 +17,14 @@ public:
     void setValue(const std::string& key, std::optional<SettingsValue> value) override;
     std::map<std::string, SettingsValue> entries() const override;
 
+    bool isWritable() const { return settings.isWritable(); }
+
 private:
     QSettings settings;
 };
 
-// The application's own settings for "", else those of a suite; null where the configuration folder cannot be
-// written.
+// The application's own settings for "", which last as long as the process where they cannot be written; else
+// those of a suite, null where they cannot.
 std::shared_ptr<SettingsStore> openSettings(const std::string& name);
 
 } // namespace volvelle

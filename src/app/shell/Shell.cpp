@@ -3,6 +3,7 @@
 #include "app/screens/BrowserScreen.h"
 #include "app/screens/DocumentScreen.h"
 #include "app/shell/DesktopTrash.h"
+#include "app/shell/FileManager.h"
 #include "base/Paths.h"
 #include "base/RunLoop.h"
 
@@ -27,6 +28,16 @@ std::filesystem::path pathOf(const QString& file)
     return QFile::encodeName(file).toStdString();
 }
 
+void post(std::string_view notification)
+{
+    defaultNotificationCenter().post(notification, nullptr);
+}
+
+void openFolder(const QString& folder)
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
+
 std::vector<UIOpenURLContext> contextsOf(const QStringList& files)
 {
     std::vector<UIOpenURLContext> contexts;
@@ -43,7 +54,9 @@ Shell::Shell(Options given)
       thumbnails(std::make_unique<Thumbnails>(options.thumbnails)),
       mainWindow(std::make_unique<MainWindow>(options.helpSite)),
       scene(std::make_shared<UIWindow>()),
-      session(std::make_shared<UISceneSession>())
+      session(std::make_shared<UISceneSession>()),
+      sleepWatch([] { post(UIApplicationDidEnterBackgroundNotification); },
+                 [] { post(UIApplicationWillEnterForegroundNotification); })
 {
     BrowserServices services;
     services.storyboard = mainWindow->storyboard();
@@ -85,6 +98,9 @@ void Shell::launch(const QStringList& files)
     application.applicationDidFinishLaunching();
     rootScreen->loadViewIfNeeded();
     mainWindow->setRoot(rootScreen, *thumbnails);
+    mainWindow->browser()->reveal = [](const std::filesystem::path& file) {
+        showInFileManager(file, openFolder);
+    };
     connectSystem();
     watchFolder();
     mainWindow->show();
@@ -111,14 +127,20 @@ void Shell::connectSystem()
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { terminate(); });
     connect(mainWindow.get(), &MainWindow::screenChanged, this, [this] {
         lookAtSound();
-        if (player) {
-            player->tellChange();
-        }
+        tellPlayer();
         if (mainWindow->document() == nullptr) {
             rootScreen->refresh();
         }
     });
+    connect(mainWindow.get(), &MainWindow::playingChanged, this, [this] { tellPlayer(); });
     soundTimer = mainRunLoop().schedule(soundInterval, rootScreen, [this] { lookAtSound(); });
+}
+
+void Shell::tellPlayer()
+{
+    if (player) {
+        player->tellChange();
+    }
 }
 
 void Shell::watchFolder()
@@ -151,7 +173,7 @@ void Shell::terminate()
     if (soundTimer) {
         soundTimer->invalidate();
     }
-    defaultNotificationCenter().post(UIApplicationWillTerminateNotification, nullptr);
+    post(UIApplicationWillTerminateNotification);
     application.applicationWillTerminate();
 }
 

@@ -6,6 +6,7 @@
 #include "app/screens/MainWindow.h"
 #include "app/screens/Thumbnails.h"
 #include "app/shell/MediaPlayer.h"
+#include "app/shell/SleepWatch.h"
 #include "base/Timer.h"
 
 #include <QFileSystemWatcher>
@@ -44,6 +45,7 @@ public:
 
 private:
     void connectSystem();
+    void tellPlayer();
     void watchFolder();
     void lookAtSound();
     void terminate();
@@ -57,6 +59,7 @@ private:
     std::shared_ptr<MediaPlayer> player;
     AppDelegate application;
     BrowserSceneDelegate sceneDelegate;
+    SleepWatch sleepWatch;
     QFileSystemWatcher folderWatcher;
     QTimer folderTimer;
     std::shared_ptr<Timer> soundTimer;

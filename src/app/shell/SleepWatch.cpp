@@ -1,0 +1,28 @@
+#include "app/shell/SleepWatch.h"
+
+#include <QDBusConnection>
+
+#include <utility>
+
+namespace volvelle {
+
+SleepWatch::SleepWatch(std::function<void()> onSleep, std::function<void()> onWake)
+    : sleeps(std::move(onSleep)), wakes(std::move(onWake))
+{
+    QDBusConnection bus = QDBusConnection::systemBus();
+    if (bus.isConnected()) {
+        bus.connect("org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+                    "PrepareForSleep", this, SLOT(prepareForSleep(bool)));
+    }
+}
+
+void SleepWatch::prepareForSleep(bool isStarting)
+{
+    if (std::exchange(isAsleep, isStarting) == isStarting) {
+        return;
+    }
+    const auto& told = isStarting ? sleeps : wakes;
+    told();
+}
+
+} // namespace volvelle

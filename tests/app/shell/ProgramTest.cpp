@@ -1,0 +1,98 @@
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+
+namespace volvelle::test {
+namespace {
+
+struct ProgramTest : testing::Test {
+    // The program with these arguments, in folders of its own.
+    std::vector<std::string> command(const std::vector<std::string>& variables,
+                                     const std::vector<std::string>& arguments) const
+    {
+        std::vector<std::string> words{"env",
+                                       "-u",
+                                       "DISPLAY",
+                                       "-u",
+                                       "WAYLAND_DISPLAY",
+                                       "-u",
+                                       "QT_QPA_PLATFORM",
+                                       "-u",
+                                       "DBUS_SESSION_BUS_ADDRESS"};
+        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME",
+                                 "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
+            words.push_back(std::string(name) + "=" + home.path.string());
+        }
+        words.insert(words.end(), variables.begin(), variables.end());
+        words.insert(words.end(), {"sh", "-c", "exec \"$0\" \"$@\" 2>&1", VOLVELLE_APP});
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return words;
+    }
+
+    // What it prints, and how it ends: "TEXT[STATUS]".
+    std::string run(const std::vector<std::string>& variables,
+                    const std::vector<std::string>& arguments) const
+    {
+        const std::string output = (home.path / "output").string();
+        ChildProcess child(command(variables, arguments), output);
+        const int status = child.waitForEnd();
+        std::ifstream file(output);
+        return std::string(std::istreambuf_iterator<char>(file), {}) + "[" + std::to_string(status) + "]";
+    }
+
+    TemporaryFolder home;
+    const std::string noDisplay = "There is no display: 'volvelle generate' writes an idea without one.\n[1]";
+};
+
+TEST_F(ProgramTest, TestsItself)
+{
+    EXPECT_TRUE(run({}, {"--self-test"}).ends_with("passed\n[0]"));
+}
+
+TEST_F(ProgramTest, SaysInOneLineThatThereIsNoDisplay)
+{
+    EXPECT_EQ(run({}, {}), noDisplay);
+    EXPECT_EQ(run({"DISPLAY=:7654"}, {}), noDisplay);
+}
+
+TEST_F(ProgramTest, DrawsAPicture)
+{
+    static const std::vector<std::uint8_t> notes{
+        0x4D, 0x54, 0x68, 0x64, 0,  0, 0,    6,  0,   0,  0,    1,  0,  96, 0x4D, 0x54, 0x72,
+        0x6B, 0,    0,    0,    12, 0, 0x90, 60, 100, 96, 0x80, 60, 64, 0,  0xFF, 0x2F, 0};
+    const auto file = home.write("One.mid", notes);
+    const auto picture = home.path / "One.png";
+    const std::string told = run({}, {"picture", file.string(), "--out", picture.string(), "--size", "300"});
+    EXPECT_TRUE(told.ends_with("[0]")) << told;
+    EXPECT_EQ(QImage(QString::fromStdString(picture.string())).size(), QSize(300, 300));
+}
+
+TEST_F(ProgramTest, EndsInOrderWhenItIsAsked)
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        ChildProcess child(command({"QT_QPA_PLATFORM=offscreen"}, {}));
+        std::string line = child.readLine();
+        const auto holds = [&line](const char* text) { return line.find(text) != std::string::npos; };
+        while (!line.empty() && !holds("The audio engine was started.")) {
+            line = child.readLine();
+        }
+        ASSERT_FALSE(line.empty());
+        child.signal(number);
+        while (!line.empty() && !holds("The app is about to terminate.")) {
+            line = child.readLine();
+        }
+        EXPECT_FALSE(line.empty()) << number;
+        EXPECT_EQ(child.waitForEnd(), 0) << number;
+    }
+}
+
+} // namespace
+} // namespace volvelle::test

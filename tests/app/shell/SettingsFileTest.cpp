@@ -1,0 +1,96 @@
+#include "app/shell/SettingsFile.h"
+
+#include "app/control/PersistentAppData.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace volvelle::test {
+namespace {
+
+struct SettingsFileTest : testing::Test {
+    SettingsFileTest()
+    {
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, pathOf(folder.path));
+    }
+
+    static QString pathOf(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(SettingsFileTest, KeepsValuesWithTheirTypesOverARestart)
+{
+    const std::map<std::string, SettingsValue> values{
+        {"text", std::string("Grün, \"quoted\"; = @x\n")},
+        {"number as text", std::string("12")},
+        {"empty", std::string()},
+        {"at", std::string("@Invalid()")},
+        {"integer", std::numeric_limits<std::int64_t>::min()},
+        {"float", 0.1F},
+        {"double", 1.0 / 3.0},
+        {"truth", true},
+        {"url", SettingsURL{"file:///a%20b"}},
+        {"frame", SettingsFrame{{"left", 0.5F}, {"a=b&c", -1.0F}}},
+        {"no frame", SettingsFrame{}},
+        {"bytes", std::vector<std::uint8_t>{0, 255, 10}},
+        {"a/b %2F Ü", std::int64_t{1}},
+        {"General", std::int64_t{2}}};
+    {
+        SettingsFile before("own");
+        for (const auto& [key, value] : values) {
+            before.setValue(key, value);
+        }
+    }
+    EXPECT_EQ(SettingsFile("own").entries(), values);
+}
+
+TEST_F(SettingsFileTest, ForgetsAKeyWithoutAValue)
+{
+    SettingsFile settings("own");
+    settings.setValue("key", std::int64_t{3});
+    settings.setValue("key", std::nullopt);
+    EXPECT_EQ(settings.value("key"), std::nullopt);
+    EXPECT_TRUE(settings.entries().empty());
+}
+
+TEST_F(SettingsFileTest, TellsNothingOfWhatItDidNotWrite)
+{
+    folder.write("volvelle/own.ini", "[General]\nplain=3\nlist=a, b, c\nodd=colour, red\n");
+    EXPECT_TRUE(SettingsFile("own").entries().empty());
+}
+
+TEST_F(SettingsFileTest, StoresTheApplicationsAndTheSharedSettingsApart)
+{
+    NSUserDefaults::setStoreMaker(openSettings);
+    {
+        PersistentAppData data;
+        data.setInteger("number", 1);
+        data.setInteger("number", 2, PersistentAppData::Storage::shared);
+        data.setString("only shared", "x", PersistentAppData::Storage::shared);
+    }
+    NSUserDefaults::setStoreMaker(openSettings);
+    PersistentAppData data;
+    EXPECT_EQ(data.getInteger("number"), 1);
+    EXPECT_EQ(data.getInteger("number", PersistentAppData::Storage::shared), 2);
+    EXPECT_EQ(data.getInteger("number", PersistentAppData::Storage::combined), 1);
+    EXPECT_EQ(data.getString("only shared"), std::nullopt);
+    EXPECT_EQ(data.getString("only shared", PersistentAppData::Storage::combined), "x");
+    NSUserDefaults::setStoreMaker({});
+}
+
+TEST_F(SettingsFileTest, LastsAsLongAsTheProcessWhereItCannotBeWritten)
+{
+    const auto file = folder.write("file", "");
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, pathOf(file));
+    EXPECT_EQ(openSettings("suite"), nullptr);
+    const auto own = openSettings("");
+    ASSERT_NE(own, nullptr);
+    own->setValue("key", std::int64_t{3});
+    EXPECT_EQ(own->value("key"), SettingsValue(std::int64_t{3}));
+}
+
+} // namespace
+} // namespace volvelle::test
