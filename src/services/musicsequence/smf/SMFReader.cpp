@@ -60,6 +60,7 @@ OSStatus FileReader::read(SMFFile& result)
     }
     settleFormat();
     applyTimeBase(rawDivision, file, warnings);
+    limitTime(file, warnings);
     file.warnings = warnings.take();
     result = std::move(file);
     return noErr;

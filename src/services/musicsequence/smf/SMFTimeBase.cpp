@@ -1,5 +1,7 @@
 #include "services/musicsequence/smf/SMFTimeBase.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,6 +11,7 @@ namespace {
 
 constexpr double ticksASecond = 960.0; // 480 a beat at 120 beats a minute
 constexpr double greatestTick = 1.0e18;
+constexpr std::uint64_t mostBeats = 100'000'000'000;
 
 std::uint64_t scaled(std::uint64_t tick, double factor)
 {
@@ -56,6 +59,28 @@ void applyTimeBase(int division, SMFFile& file, SMFWarnings& warnings)
         for (SMFTrack& track : file.tracks) {
             scale(file, track, ticksASecond / (rate * ticksAFrame));
         }
+    }
+}
+
+void limitTime(SMFFile& file, SMFWarnings& warnings)
+{
+    const std::uint64_t last = mostBeats * static_cast<std::uint64_t>(file.division);
+    std::size_t dropped = 0;
+    for (SMFTrack& track : file.tracks) {
+        auto events = file.eventsOf(track);
+        const auto beyond = std::ranges::partition_point(
+            events, [last](const SMFEvent& event) { return event.tick <= last; });
+        const auto kept = static_cast<std::size_t>(beyond - events.begin());
+        dropped += track.count - kept;
+        track.count = kept;
+        track.end = std::min(track.end, last);
+        for (SMFEvent& event : file.eventsOf(track)) {
+            event.end = event.kind == SMFEventKind::note ? std::min(event.end, last) : event.end;
+        }
+    }
+    if (dropped > 0) {
+        warnings.add(counted(dropped, "event beyond 100,000,000,000 beats was left out.",
+                             "events beyond 100,000,000,000 beats were left out."));
     }
 }
 

@@ -9,6 +9,10 @@ namespace volvelle {
 // it counts frames a second.
 void applyTimeBase(int division, SMFFile& file, SMFWarnings& warnings);
 
+// Leaves out what stands further away than any music, 100,000,000,000 beats: nothing that counts in samples
+// could say where it is.
+void limitTime(SMFFile& file, SMFWarnings& warnings);
+
 // Lets each track begin where the one before ends.
 void layTracksInARow(SMFFile& file);
 

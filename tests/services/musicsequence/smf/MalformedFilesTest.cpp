@@ -278,6 +278,20 @@ TEST(MalformedFile, HugeClaimsCostNothing)
         (Lines{"Track 1 ends early; 0 notes were read.", "The file promises 65535 tracks and holds 1."}));
 }
 
+// At one tick a beat each gap is 268,435,455 beats.
+TEST(MalformedFile, WhatStandsFurtherAwayThanAnyMusicIsLeftOut)
+{
+    Bytes body = hex("00 903C64 60 3C00 00 3E64");
+    for (int i = 0; i < 400; ++i) {
+        body = joined({body, hex("FFFFFF7F B00700")});
+    }
+    body = joined({body, hex("00 3E00 00 FF2F00")});
+    const MusicSequence sequence = load(joined({hex("\"MThd\" 00000006 0001 0001 0001"), chunkOf(body)}));
+    const Lines events = eventsOf(trackOf(sequence, 0));
+    EXPECT_EQ(events.size(), 2U + 372U);
+    EXPECT_EQ(warningsOf(sequence).back(), "29 events beyond 100,000,000,000 beats were left out.");
+}
+
 TEST(MalformedFile, ManyEmptyTracksAreReadInOneGo)
 {
     Bytes bytes = header;
