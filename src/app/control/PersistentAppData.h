@@ -14,7 +14,7 @@ namespace volvelle {
 inline const std::string sharedContainer = "group.com.orvane.audio";
 
 // The settings of the application, those that the maker's applications share, and a view of both. A key that
-// is missing gives no value, 0 or false. [any] One at a time.
+// is missing gives no value, 0 or false. [any] Several threads at once.
 class PersistentAppData {
 public:
     enum class Storage { defaults = 0, shared = 1, combined = 2 };

@@ -161,14 +161,20 @@ Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operatio
     if (!content || !content->bytes) {
         return failure(concat("'", url.string(), "' could not be written: there is nothing to write."));
     }
+    std::error_code error;
+    if (const auto kind = fs::status(url, error); fs::is_directory(kind)) {
+        return failure(writeFailure(url, EISDIR));
+    } else if (fs::is_fifo(kind)) {
+        return failure(concat("'", url.string(), "' could not be written: it is a pipe."));
+    }
     const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
     if (overwrites && isOneFile(url, location)) {
         if (Result<> kept = keepOther(); !kept) {
             return kept;
         }
     }
-    if (const int error = putFile(url, *content->bytes, overwrites); error != 0) {
-        return failure(writeFailure(url, error));
+    if (const int failed = putFile(url, *content->bytes, overwrites); failed != 0) {
+        return failure(writeFailure(url, failed));
     }
     location = url;
     remember(std::move(*content->bytes));
@@ -211,7 +217,8 @@ std::optional<UIDocument::FileStamp> UIDocument::stampOf(const fs::path& file)
         return std::nullopt;
     }
     return FileStamp{found.st_dev, found.st_ino, found.st_size,
-                     found.st_mtim.tv_sec * nanoseconds + found.st_mtim.tv_nsec};
+                     found.st_mtim.tv_sec * nanoseconds + found.st_mtim.tv_nsec,
+                     found.st_ctim.tv_sec * nanoseconds + found.st_ctim.tv_nsec};
 }
 
 // MARK: State

@@ -104,6 +104,7 @@ private:
         ino_t inode = 0;
         std::int64_t size = 0;     // bytes
         std::int64_t modified = 0; // nanoseconds
+        std::int64_t changed = 0;  // nanoseconds; nobody can set it back
         bool operator==(const FileStamp&) const = default;
     };
 

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <mutex>
 #include <utility>
 
 namespace volvelle {
@@ -13,11 +14,13 @@ namespace volvelle {
 namespace {
 
 struct Stores {
-    NSUserDefaults::StoreMaker maker;
+    std::mutex mutex;
+    NSUserDefaults::StoreMaker maker; // guarded by mutex, as the next
     std::map<std::string, std::shared_ptr<SettingsStore>> made;
 
     std::shared_ptr<SettingsStore> of(const std::string& name)
     {
+        const std::lock_guard lock(mutex);
         std::shared_ptr<SettingsStore>& store = made[name];
         if (!store) {
             store = maker ? maker(name) : std::make_shared<MemorySettingsStore>();
@@ -67,7 +70,10 @@ bool isYes(const std::string& word)
 
 void NSUserDefaults::setStoreMaker(StoreMaker maker)
 {
-    stores() = Stores{std::move(maker), {}};
+    Stores& all = stores();
+    const std::lock_guard lock(all.mutex);
+    all.maker = std::move(maker);
+    all.made.clear();
 }
 
 std::shared_ptr<NSUserDefaults> NSUserDefaults::standardUserDefaults()

@@ -37,17 +37,25 @@ std::string text(const SettingsValue& value)
 
 std::optional<SettingsValue> MemorySettingsStore::value(const std::string& key) const
 {
+    const std::lock_guard lock(mutex);
     const auto found = values.find(key);
     return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemorySettingsStore::setValue(const std::string& key, std::optional<SettingsValue> value)
 {
+    const std::lock_guard lock(mutex);
     if (value) {
         values.insert_or_assign(key, *std::move(value));
     } else {
         values.erase(key);
     }
+}
+
+std::map<std::string, SettingsValue> MemorySettingsStore::entries() const
+{
+    const std::lock_guard lock(mutex);
+    return values;
 }
 
 } // namespace volvelle

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <variant>
@@ -26,7 +27,7 @@ using SettingsValue = std::variant<std::string, std::int64_t, float, double, boo
 // A value as dumps write it: texts plain, a frame "[left: 5.0]", bytes as "4 bytes".
 std::string text(const SettingsValue& value);
 
-// A map from key to value that lasts. [any] One at a time.
+// A map from key to value that lasts. [any] Several threads at once.
 class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
@@ -40,16 +41,17 @@ public:
     virtual std::map<std::string, SettingsValue> entries() const = 0;
 };
 
-// A store that ends with the process.
+// A store that ends with the process. [any] Several threads at once.
 class MemorySettingsStore : public SettingsStore {
 public:
     std::optional<SettingsValue> value(const std::string& key) const override;
     void setValue(const std::string& key, std::optional<SettingsValue> value) override;
 
-    std::map<std::string, SettingsValue> entries() const override { return values; }
+    std::map<std::string, SettingsValue> entries() const override;
 
 private:
-    std::map<std::string, SettingsValue> values;
+    mutable std::mutex mutex;
+    std::map<std::string, SettingsValue> values; // guarded by mutex
 };
 
 } // namespace volvelle

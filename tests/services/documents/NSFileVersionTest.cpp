@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <fstream>
+
 namespace volvelle::test {
 
 namespace {
@@ -188,6 +190,18 @@ TEST_F(FileVersions, AFileThatWasReplacedByOneOfItsSizeAndTimeIsKept)
     struct stat before = {};
     ASSERT_EQ(stat(file.c_str(), &before), 0);
     fs::rename(folder.write("b.mid", "odd"), file);
+    const timespec times[2] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    EXPECT_EQ(document->save(), "yes");
+    EXPECT_EQ(contentOf(versionsOf("open", "a.mid") / "conflict 1.mid"), "odd");
+}
+
+TEST_F(FileVersions, AFileThatWasWrittenInItsPlaceWithItsTimeSetBackIsKept)
+{
+    const auto document = opened();
+    struct stat before = {};
+    ASSERT_EQ(stat(file.c_str(), &before), 0);
+    std::ofstream(file) << "odd";
     const timespec times[2] = {before.st_atim, before.st_mtim};
     ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
     EXPECT_EQ(document->save(), "yes");

@@ -346,6 +346,20 @@ TEST_F(Documents, LinksAndRightsAreKept)
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
+TEST_F(Documents, FoldersAndPipesAreNotWritten)
+{
+    const auto document = opened();
+    fs::remove(file);
+    fs::create_directory(file);
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be written: it is a folder.");
+    fs::remove(file);
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be written: it is a pipe.");
+    EXPECT_TRUE(fs::is_fifo(file));
+}
+
 TEST_F(Documents, ADeviceThatIsFullIsTold)
 {
     const auto document = opened();

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <thread>
+#include <vector>
 
 namespace volvelle::test {
 
@@ -42,6 +45,22 @@ TEST_F(NSUserDefaultsTest, TheMakerIsAskedOnceForEachStore)
     NSUserDefaults::standardUserDefaults()->addSuiteNamed("suite");
     EXPECT_EQ(asked, (Lines{"", "suite"}));
     EXPECT_EQ(before->integerForKey("a"), 1);
+}
+
+TEST_F(NSUserDefaultsTest, SeveralThreadsGetOneStore)
+{
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([thread] {
+            for (int i = 0; i < 200; ++i) {
+                NSUserDefaults::standardUserDefaults()->setIntegerForKey(std::to_string(thread), i);
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+    for (int thread = 0; thread < 4; ++thread) {
+        EXPECT_EQ(NSUserDefaults::standardUserDefaults()->integerForKey(std::to_string(thread)), 199);
+    }
 }
 
 TEST_F(NSUserDefaultsTest, AStoreThatCannotBeMadeIsNoneOrFatal)

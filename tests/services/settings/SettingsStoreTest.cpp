@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
+#include <vector>
+
 namespace volvelle::test {
 
 namespace {
@@ -18,6 +22,23 @@ TEST(SettingsStore, KeepsWhatWasPutIntoIt)
     store.setValue("a", std::nullopt);
     store.setValue("c", std::nullopt);
     EXPECT_EQ(store.entries().size(), 1U);
+}
+
+TEST(SettingsStore, TakesSeveralThreads)
+{
+    MemorySettingsStore store;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&store, thread] {
+            for (std::int64_t i = 0; i < 500; ++i) {
+                store.setValue(std::to_string(i % 7), i);
+                store.setValue(std::to_string(thread) + "a" + std::to_string(i), i);
+                EXPECT_TRUE(store.value(std::to_string(i % 7)).has_value());
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+    EXPECT_EQ(store.entries().size(), 2007U);
 }
 
 TEST(SettingsStore, AValueHasAText)
