@@ -21,7 +21,7 @@ public:
     virtual ~PatternNode() = default;
 
     // Counts every pattern and track ever made, and wraps.
-    static inline std::uint16_t patternCount = 1;
+    static inline thread_local std::uint16_t patternCount = 1;
 
     std::uint16_t id = 0; // 0 on every node
     BackLink<SequenceNode> sequence;

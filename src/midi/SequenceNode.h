@@ -23,7 +23,7 @@ public:
 
     // The next event number of the whole process. Every new tree sets it to 1, so uids are unique only within
     // the tree built last.
-    static inline std::int64_t counter = 1;
+    static inline thread_local std::int64_t counter = 1;
 
     static constexpr std::uint16_t maxTracks = 1000;
     std::uint16_t numberOfTracks = 1; // kept beside `tracks`; removing a track leaves it as it was

@@ -10,7 +10,7 @@
 namespace volvelle {
 
 // What a circle draws, kept from one picture to the next: as long as only the position moves, only the notes
-// that become thick or thin are drawn anew. What it holds is always what `drawSymbolMain` would draw. [main]
+// that become thick or thin are drawn anew. What it holds is always what `drawSymbolMain` would draw. [any]
 class CircleScene {
 public:
     struct Change {

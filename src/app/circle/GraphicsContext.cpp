@@ -9,7 +9,7 @@ namespace volvelle {
 
 namespace {
 
-GraphicsContext* currentContext = nullptr;
+thread_local GraphicsContext* currentContext = nullptr;
 
 } // namespace
 

@@ -8,7 +8,8 @@
 
 namespace volvelle {
 
-// Keeps what is drawn as plain values in the coordinates of the device. Strokes have round ends. [main]
+// Keeps what is drawn as plain values in the coordinates of the device. Strokes have round ends. [any] Each
+// thread has a current one of its own.
 class GraphicsContext {
 public:
     // The context of the present draw call; none is a fatal stop.

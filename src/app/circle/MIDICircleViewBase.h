@@ -10,7 +10,7 @@ namespace volvelle {
 
 // Draws all notes of a sequence as arcs on a clock: the angle is the time, the radius the pitch, the colour
 // the channel, the opacity the velocity. It draws on a canvas of 512 by 512 units, mapped to the frame by the
-// resizing, and in the current graphics context; none is a fatal stop. [main]
+// resizing, and in the current graphics context; none is a fatal stop. [any]
 class MIDICircleViewBase {
 public:
     virtual ~MIDICircleViewBase() = default;

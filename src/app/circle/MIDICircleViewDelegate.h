@@ -7,7 +7,7 @@
 
 namespace volvelle {
 
-// What the circle asks for: the events that it draws and how long they last. [main]
+// What the circle asks for: the events that it draws and how long they last. [any]
 class MIDICircleViewDelegate {
 public:
     virtual ~MIDICircleViewDelegate() = default;

@@ -8,7 +8,7 @@ namespace volvelle {
 
 class MIDICircleViewBase;
 
-// How a picture goes into a frame. [main]
+// How a picture goes into a frame. [any]
 class ResizingBehavior {
 public:
     enum Case : int { fitInside = 0, fillOutside = 1, stretch = 2, centered = 3 };

@@ -9,7 +9,7 @@ namespace volvelle {
 
 QColor qColor(const UIColor& color);
 
-// One arc, or nothing where it has no place or cannot be seen. [main]
+// One arc, or nothing where it has no place or cannot be seen. [any]
 void paintArc(QPainter& painter, const CircleArc& arc);
 
 void paintLine(QPainter& painter, const CircleLine& line);

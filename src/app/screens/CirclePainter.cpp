@@ -11,6 +11,21 @@ namespace volvelle {
 
 namespace {
 
+// About what an arc costs: microseconds, and more for each pixel of its length.
+constexpr double costOfArc = 7.0;
+constexpr double costOfPixel = 0.65;
+constexpr double mostCost = 1.5e6; // of a picture
+
+// So that every so manieth arc is painted in time.
+std::size_t strideOf(const CircleDrawing& drawing, double pixels)
+{
+    double cost = 0.0;
+    for (const CircleArc& arc : drawing.arcs) {
+        cost += arc.hasPlace() ? costOfArc + arc.radius * arc.sweep * pixels * costOfPixel : 0.0;
+    }
+    return static_cast<std::size_t>(std::max(1.0, std::ceil(cost / mostCost)));
+}
+
 void paintLines(QPainter& painter, const CircleDrawing& drawing)
 {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -32,8 +47,9 @@ void CirclePainter::paint(QPainter& painter, const CircleDrawing& drawing)
 {
     painter.save();
     paintLines(painter, drawing);
-    for (const CircleArc& arc : drawing.arcs) {
-        paintArc(painter, arc);
+    const std::size_t step = strideOf(drawing, std::abs(painter.deviceTransform().m11()));
+    for (std::size_t i = 0; i < drawing.arcs.size(); i += step) {
+        paintArc(painter, drawing.arcs[i]);
     }
     painter.restore();
 }
@@ -105,9 +121,11 @@ void CirclePainter::paintAll()
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(grid.transform);
-    for (const CircleArc& arc : scene.drawing.arcs) {
-        tiles.push_back(tilesOf(arc));
-        paintArc(painter, arc);
+    stride = strideOf(scene.drawing, grid.transform.m11());
+    tiles.resize(scene.drawing.arcs.size());
+    for (std::size_t i = 0; i < tiles.size(); i += stride) {
+        tiles[i] = tilesOf(scene.drawing.arcs[i]);
+        paintArc(painter, scene.drawing.arcs[i]);
     }
 }
 
@@ -123,6 +141,9 @@ void CirclePainter::paintChanged(const std::vector<int>& changed)
         }
     };
     for (const int arc : changed) {
+        if (static_cast<std::size_t>(arc) % stride != 0) {
+            continue;
+        }
         std::vector<int>& own = checkedAt(tiles, arc);
         mark(own);
         own = tilesOf(checkedAt(scene.drawing.arcs, arc));
@@ -137,7 +158,7 @@ void CirclePainter::paintChanged(const std::vector<int>& changed)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(grid.transform);
     const auto isMarked = [&](int index) { return marked[static_cast<std::size_t>(index)]; };
-    for (std::size_t i = 0; i < tiles.size(); ++i) {
+    for (std::size_t i = 0; i < tiles.size(); i += stride) {
         if (std::ranges::any_of(tiles[i], isMarked)) {
             paintArc(painter, checkedAt(scene.drawing.arcs, i));
         }

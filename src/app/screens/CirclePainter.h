@@ -8,10 +8,11 @@
 namespace volvelle {
 
 // Paints a circle. Its notes stay in a picture; where some become thick or thin, all that touch these places
-// are painted anew, in the order of the events and each once. [main]
+// are painted anew, in the order of the events and each once. [any]
 class CirclePainter {
 public:
-    // Paints all of it from nothing.
+    // Paints all of it from nothing. Where that took seconds, as with many thousands of notes that are held
+    // all around, every so manieth arc is painted: more could not be told apart.
     static void paint(QPainter& painter, const CircleDrawing& drawing);
 
     // Paints the circle as `drawSymbolMain` draws it, by way of the picture. It is made anew where anything
@@ -35,6 +36,7 @@ private:
     CircleScene scene;
     Grid grid;
     QImage picture;
+    std::size_t stride = 1;              // of the arcs that are painted
     int columns = 0;                     // of tiles
     std::vector<std::vector<int>> tiles; // that each arc may touch
 

@@ -13,7 +13,7 @@
 namespace volvelle {
 
 // Paints the disc that the notes lie on, a square from 0, 0 on. What stands still is kept as a picture, and
-// made anew with another side, theme, document or pixel ratio. [main]
+// made anew with another side, theme, document or pixel ratio. [any]
 class DiscPainter {
 public:
     // `side`: lengths. The painter must be neither turned nor scaled but by its device.

@@ -7,7 +7,7 @@
 
 namespace volvelle {
 
-// The parts of a disc, painted about the origin in units of the canvas. [main]
+// The parts of a disc, painted about the origin in units of the canvas. [any]
 
 // Shadow, rim, ink, guides and scale.
 void paintStillParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);

@@ -5,6 +5,7 @@
 #include "tests/support/Stops.h"
 
 #include <limits>
+#include <thread>
 
 namespace volvelle::test {
 
@@ -41,6 +42,20 @@ TEST_F(FileCircleTest, IsAsLongAsItsLongestTrack)
     FileCircle circle(folder.path / "a.mid");
     EXPECT_EQ(circle.notes(), 2);
     EXPECT_EQ(circle.getBeatCount(), 20.0);
+}
+
+TEST_F(FileCircleTest, IsMadeOnAnotherThreadWhileADocumentIsOpened)
+{
+    const auto file = folder.write("a.mid", smallFile());
+    std::thread worker([&] {
+        for (int i = 0; i < 50; ++i) {
+            EXPECT_EQ(FileCircle(file).notes(), 3);
+        }
+    });
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_TRUE(opens(*MIDIDocument::make(file)));
+    }
+    worker.join();
 }
 
 TEST_F(FileCircleTest, OfWhatCannotBeReadIsEmpty)

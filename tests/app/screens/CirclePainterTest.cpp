@@ -7,6 +7,7 @@
 
 #include <numbers>
 #include <random>
+#include <thread>
 
 namespace volvelle {
 namespace {
@@ -54,6 +55,23 @@ struct Painter : testing::Test {
         }
     }
 
+    CircleDrawing drawn()
+    {
+        GraphicsContext context;
+        const GraphicsContext::Current current(context);
+        circle.drawSymbolMain(frame, resizing);
+        return context.drawing;
+    }
+
+    QImage paintedFromNothing(const CircleDrawing& drawing) const
+    {
+        QImage image = ground(size, ratio);
+        QPainter painter(&image);
+        painter.translate(offset);
+        CirclePainter::paint(painter, drawing);
+        return image;
+    }
+
     // Holds the kept picture against one from nothing.
     void compare()
     {
@@ -63,16 +81,7 @@ struct Painter : testing::Test {
             painter.translate(offset);
             cached.paint(painter, circle, frame, resizing);
         }
-        QImage naive = ground(size, ratio);
-        {
-            GraphicsContext context;
-            const GraphicsContext::Current current(context);
-            circle.drawSymbolMain(frame, resizing);
-            QPainter painter(&naive);
-            painter.translate(offset);
-            CirclePainter::paint(painter, context.drawing);
-        }
-        EXPECT_LE(greatestDifference(kept, naive), allowed);
+        EXPECT_LE(greatestDifference(kept, paintedFromNothing(drawn())), allowed);
         EXPECT_GT(greatestDifference(kept, ground(size, ratio)), 4);
     }
 
@@ -176,6 +185,47 @@ TEST_F(Painter, ABeatCountOfNothingPaintsTheHandAlone)
     addNotes(20, 20, 127);
     sequence.beats = 0.0;
     compare();
+}
+
+// Each costs the length of its arc: every other one is left out.
+TEST_F(Painter, ThousandsOfNotesHeldAllAroundAreThinnedOut)
+{
+    for (int i = 0; i < 5'000; ++i) {
+        sequence.add({0x90, static_cast<std::uint8_t>(90 + i % 13), 1}, i % 16, 16.0);
+    }
+    allowed = 32; // of thousands that lie over each other
+    compare();
+    circle.currentBeat = 3.0;
+    compare();
+    CircleDrawing drawing = drawn();
+    const QImage all = paintedFromNothing(drawing);
+    std::vector<CircleArc> kept;
+    for (std::size_t i = 0; i < drawing.arcs.size(); i += 2) {
+        kept.push_back(drawing.arcs[i]);
+    }
+    drawing.arcs = kept;
+    EXPECT_EQ(paintedFromNothing(drawing), all);
+}
+
+TEST_F(Painter, IsPaintedOnTwoThreadsAtOnce)
+{
+    addNotes(100, 20, 110);
+
+    struct Second : Painter {
+        void TestBody() override {}
+    };
+
+    Second second;
+    second.addNotes(100, 20, 110);
+    std::thread other([&second] {
+        for (int i = 0; i < 20; ++i) {
+            second.compare();
+        }
+    });
+    for (int i = 0; i < 20; ++i) {
+        compare();
+    }
+    other.join();
 }
 
 TEST(ClippedOutline, StaysInsideItsClips)
