@@ -11,7 +11,8 @@ struct UIAlertAction {
     std::function<void()> handler; // empty for none
 };
 
-// A dialogue with a text and buttons. Closing it otherwise is the last button. [main]
+// A dialogue with a text and buttons. Return and closing it otherwise are the first button, so that nothing
+// that loses something happens by itself. [main]
 struct UIAlertController {
     std::string title;
     std::string message;

@@ -55,7 +55,7 @@ DocumentScreen::DocumentScreen(MIDIDocumentViewController& screen, QWidget* pare
       meta(new QLabel(this)),
       legend(new Legend(this)),
       sound(new QLabel(this)),
-      generate(makeButton("Generate", ButtonKind::primary, "A new idea", "G", this)),
+      generate(makeButton("Generate", ButtonKind::primary, "Make a new idea and play it", "G", this)),
       play(makeButton("Play", ButtonKind::secondary, "Play from the beginning", "Space", this)),
       save(makeButton("Save", ButtonKind::secondary, "Save and go back", "Ctrl+S", this)),
       done(makeButton("Done", ButtonKind::quiet, "Go back; what was not saved is dropped", "Esc", this))
@@ -130,7 +130,7 @@ void DocumentScreen::hideButton(QWidget& button, bool isHidden)
 void DocumentScreen::showContent(const std::vector<std::uint8_t>& data)
 {
     overview = overviewOf(data);
-    meta->setText(QString::fromStdString(overview.metaLine()));
+    meta->setText(QString::fromStdString(overview.metaLine()).replace(" · ", "  ·  "));
     legend->setParts(overview.parts);
     circleDisc->setContent(discContentOf(overview, circleDisc->content().beats));
     circleDisc->setSpoken(QString::fromStdString(overview.description()));

@@ -236,13 +236,15 @@ void MainWindow::showAlert(const UIAlertController& alert)
     box->setInformativeText(QString::fromStdString(alert.message));
     for (const UIAlertAction& action : alert.actions) {
         auto* button = box->addButton(QString::fromStdString(action.title), QMessageBox::ActionRole);
-        box->setDefaultButton(button);
-        box->setEscapeButton(button);
+        if (&action == &alert.actions.front()) {
+            box->setDefaultButton(button);
+            box->setEscapeButton(button);
+        }
     }
     connect(box, &QMessageBox::finished, this, [actions = alert.actions, box] {
         const auto index = static_cast<std::size_t>(box->buttons().indexOf(box->clickedButton()));
         if (!actions.empty()) {
-            const auto& handler = actions[std::min(index, actions.size() - 1)].handler;
+            const auto& handler = actions[index < actions.size() ? index : 0].handler;
             if (handler) {
                 handler();
             }

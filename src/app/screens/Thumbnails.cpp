@@ -21,22 +21,31 @@ namespace fs = std::filesystem;
 
 constexpr int formOfPictures = 1; // raised when they look otherwise
 const QString notesKey = "Notes";
+const QString versionKey = "Version";
 
 QString cached(const fs::path& folder, const Thumbnails::Key& key)
 {
     return QFile::decodeName((folder / key.name().toStdString()).c_str());
 }
 
-std::optional<Thumbnails::Thumbnail> read(const QString& file)
+std::string mark(const Thumbnails::Key& key)
+{
+    return (key.name() + key.version()).toStdString();
+}
+
+// The picture of that version of the document, where it is there.
+std::optional<Thumbnails::Thumbnail> read(const QString& file, const QString& version)
 {
     Thumbnails::Thumbnail thumbnail{QImage(file), -1};
     bool isNumber = false;
     thumbnail.notes = thumbnail.disc.text(notesKey).toInt(&isNumber);
-    return thumbnail.disc.isNull() || !isNumber ? std::nullopt : std::optional(thumbnail);
+    const bool isOld = thumbnail.disc.text(versionKey) != version;
+    return thumbnail.disc.isNull() || !isNumber || isOld ? std::nullopt : std::optional(thumbnail);
 }
 
-void write(const QString& file, Thumbnails::Thumbnail thumbnail)
+void write(const QString& file, Thumbnails::Thumbnail thumbnail, const QString& version)
 {
+    thumbnail.disc.setText(versionKey, version);
     thumbnail.disc.setText(notesKey, QString::number(thumbnail.notes));
     QSaveFile out(file);
     if (out.open(QIODevice::WriteOnly) && thumbnail.disc.save(&out, "PNG")) {
@@ -50,14 +59,14 @@ QString Thumbnails::Key::name() const
 {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(QByteArray::fromStdString(file.string()));
-    hash.addData(QString(" %1 %2 %3 %4 %5")
-                     .arg(modified)
-                     .arg(size)
-                     .arg(side * ratio)
-                     .arg(static_cast<int>(theme))
-                     .arg(formOfPictures)
-                     .toUtf8());
+    hash.addData(
+        QString(" %1 %2 %3").arg(side * ratio).arg(static_cast<int>(theme)).arg(formOfPictures).toUtf8());
     return hash.result().toHex() + ".png";
+}
+
+QString Thumbnails::Key::version() const
+{
+    return QString(" %1.%2 %3").arg(modified).arg(nanoseconds).arg(size);
 }
 
 Thumbnails::Thumbnails(fs::path where) : folder(std::move(where)), pool(std::make_unique<QThreadPool>())
@@ -66,6 +75,7 @@ Thumbnails::Thumbnails(fs::path where) : folder(std::move(where)), pool(std::mak
     pool->setThreadPriority(QThread::LowPriority);
     if (!folder.empty()) {
         QDir().mkpath(QFile::decodeName(folder.c_str()));
+        pool->start([this] { prune(); });
     }
 }
 
@@ -73,6 +83,18 @@ Thumbnails::~Thumbnails()
 {
     waiting.clear();
     pool->waitForDone();
+}
+
+void Thumbnails::prune() const
+{
+    qint64 kept = 0;
+    const QDir place(QFile::decodeName(folder.c_str()));
+    for (const QFileInfo& file : place.entryInfoList({"*.png"}, QDir::Files, QDir::Time)) {
+        kept += file.size();
+        if (kept > mostOnDisk) {
+            QFile::remove(file.filePath());
+        }
+    }
 }
 
 fs::path Thumbnails::usualFolder()
@@ -92,7 +114,7 @@ Thumbnails::Thumbnail Thumbnails::make(const Key& key)
 
 std::optional<Thumbnails::Thumbnail> Thumbnails::find(const Key& key)
 {
-    const auto found = known.find(key.name().toStdString());
+    const auto found = known.find(mark(key));
     if (found != known.end()) {
         return found->second;
     }
@@ -115,11 +137,11 @@ void Thumbnails::begin()
     waiting.pop_front();
     pool->start([this, key] {
         const QString file = folder.empty() ? QString() : cached(folder, key);
-        auto thumbnail = file.isEmpty() ? std::nullopt : read(file);
+        auto thumbnail = file.isEmpty() ? std::nullopt : read(file, key.version());
         if (!thumbnail) {
             thumbnail = make(key);
             if (!file.isEmpty()) {
-                write(file, *thumbnail);
+                write(file, *thumbnail, key.version());
             }
         }
         QMetaObject::invokeMethod(
@@ -130,7 +152,7 @@ void Thumbnails::begin()
 void Thumbnails::take(const Key& key, const Thumbnail& thumbnail)
 {
     isMaking = false;
-    const std::string name = key.name().toStdString();
+    const std::string name = mark(key);
     if (known.emplace(name, thumbnail).second) {
         order.push_back(name);
         bytes += thumbnail.disc.sizeInBytes();

@@ -27,14 +27,16 @@ public:
     // What tells one picture from another.
     struct Key {
         std::filesystem::path file;
-        std::int64_t modified = 0; // seconds since 1970
-        std::int64_t size = 0;     // bytes
-        int side = 0;              // lengths
-        double ratio = 1.0;        // pixels of the screen to a length
+        std::int64_t modified = 0;    // seconds since 1970
+        std::int64_t nanoseconds = 0; // and beyond
+        std::int64_t size = 0;        // bytes
+        int side = 0;                 // lengths
+        double ratio = 1.0;           // pixels of the screen to a length
         Theme theme = Theme::dark;
 
         bool operator==(const Key&) const = default;
-        QString name() const; // of its file in the cache
+        QString name() const;    // of its file in the cache: one for all that the document was
+        QString version() const; // what the document was
     };
 
     struct Thumbnail {
@@ -42,7 +44,7 @@ public:
         int notes = -1; // unknown: the file could not be read
     };
 
-    // Pictures are kept in `folder`, nowhere where it is empty.
+    // Pictures are kept in `folder`, nowhere where it is empty; the oldest go where there are too many.
     explicit Thumbnails(std::filesystem::path folder);
     ~Thumbnails() override; // waits for the picture that is being made
 
@@ -60,13 +62,15 @@ Q_SIGNALS:
 
 private:
     void begin();
+    void prune() const;
     void take(const Key& key, const Thumbnail& thumbnail);
 
     static constexpr qsizetype mostBytes = 128 << 20; // of pictures in memory
+    static constexpr qint64 mostOnDisk = 64 << 20;    // bytes of pictures in the folder
     static constexpr std::size_t mostWaiting = 1024;  // more than a screen holds; older wishes are dropped
 
     const std::filesystem::path folder;
-    std::unordered_map<std::string, Thumbnail> known; // by Key::name()
+    std::unordered_map<std::string, Thumbnail> known; // by name and version
     std::deque<std::string> order;                    // of them, the oldest first
     qsizetype bytes = 0;                              // of them
     std::deque<Key> waiting;                          // the newest first

@@ -121,8 +121,8 @@ int TileModel::rowCount(const QModelIndex& parent) const
 
 std::optional<Thumbnails::Thumbnail> TileModel::thumbnail(const FolderDocument& document) const
 {
-    return thumbnails.find(
-        {document.location, document.modified, document.size, discSide, ratio, Appearance::shared().theme()});
+    return thumbnails.find({document.location, document.modified, document.nanoseconds, document.size,
+                            discSide, ratio, Appearance::shared().theme()});
 }
 
 QVariant TileModel::data(const QModelIndex& index, int role) const

@@ -8,9 +8,10 @@ namespace {
 struct ThumbnailsTest : Screens {
     Thumbnails::Key keyOf(const std::string& name) const
     {
-        return {
-            folder / name, 1, static_cast<std::int64_t>(std::filesystem::file_size(folder / name)), 64, 1.0,
-            Theme::dark};
+        Thumbnails::Key key{folder / name, 1};
+        key.size = static_cast<std::int64_t>(std::filesystem::file_size(key.file));
+        key.side = 64;
+        return key;
     }
 
     // Asks until it is there.
@@ -46,20 +47,52 @@ TEST_F(ThumbnailsTest, AreMadeOnceAndKept)
               first.disc.convertToFormat(QImage::Format_ARGB32));
 }
 
-TEST_F(ThumbnailsTest, AreMadeAnewForAnotherStateSizeAndTheme)
+TEST_F(ThumbnailsTest, AreMadeAnewForAnotherSizeAndTheme)
 {
     writeIdea("Slow tide.mid");
     const auto key = keyOf("Slow tide.mid");
-    std::vector<Thumbnails::Key> others(5, key);
-    others[0].modified = 2;
-    others[1].size = 7;
-    others[2].side = 65;
-    others[3].ratio = 2.0;
-    others[4].theme = Theme::light;
+    std::vector<Thumbnails::Key> others(3, key);
+    others[0].side = 65;
+    others[1].ratio = 2.0;
+    others[2].theme = Theme::light;
     for (const auto& other : others) {
         EXPECT_NE(other.name(), key.name());
     }
-    EXPECT_EQ(wait(thumbnails, others[3]).disc.width(), 128);
+    EXPECT_EQ(wait(thumbnails, others[1]).disc.width(), 128);
+}
+
+TEST_F(ThumbnailsTest, TakeThePlaceOfThoseOfAnOlderState)
+{
+    writeIdea("Slow tide.mid");
+    const auto key = keyOf("Slow tide.mid");
+    EXPECT_EQ(wait(thumbnails, key).notes, 3);
+    home.write("Documents/Volvelle/Slow tide.mid", "none");
+    std::vector<Thumbnails::Key> later(3, key);
+    later[0].modified = 2;
+    later[1].nanoseconds = 1;
+    later[2].size = 4;
+    for (const auto& other : later) {
+        EXPECT_EQ(wait(thumbnails, other).notes, -1);
+        Thumbnails anew(home.path / "tiles");
+        EXPECT_EQ(wait(anew, other).notes, -1);
+    }
+    EXPECT_EQ(kept(), 1U);
+}
+
+TEST_F(ThumbnailsTest, TheOldestGoWhereTooManyAreKept)
+{
+    const std::string large(30 << 20, 'x');
+    const auto now = std::filesystem::file_time_type::clock::now();
+    for (int age = 0; age < 4; ++age) {
+        const auto file = home.write("tiles/" + std::to_string(age) + ".png", large);
+        std::filesystem::last_write_time(file, now - std::chrono::hours(age + 1));
+    }
+    home.write("tiles/foreign.txt", "");
+    Thumbnails anew(home.path / "tiles");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kept() == 3; }, 10'000));
+    EXPECT_TRUE(std::filesystem::exists(home.path / "tiles/0.png"));
+    EXPECT_TRUE(std::filesystem::exists(home.path / "tiles/1.png"));
+    EXPECT_TRUE(std::filesystem::exists(home.path / "tiles/foreign.txt"));
 }
 
 TEST_F(ThumbnailsTest, TellNoNumberOfAFileThatIsNone)

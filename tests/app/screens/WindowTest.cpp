@@ -88,10 +88,10 @@ TEST_F(WindowTest, CallsTheButtonOfAnAlertThatIsPressed)
     EXPECT_EQ(pressed, (std::vector{0, 1, 2}));
 }
 
-TEST_F(WindowTest, TakesTheLastButtonHoweverAnAlertIsClosed)
+TEST_F(WindowTest, TakesTheFirstButtonHoweverAnAlertIsClosed)
 {
     int count = 0;
-    const std::vector<UIAlertAction> actions{{"Retry", [] { ADD_FAILURE(); }}, {"OK", [&] { ++count; }}};
+    const std::vector<UIAlertAction> actions{{"Retry", [&] { ++count; }}, {"OK", [] { ADD_FAILURE(); }}};
     present(actions);
     QApplication::activeModalWidget()->close();
     settle();
@@ -100,6 +100,10 @@ TEST_F(WindowTest, TakesTheLastButtonHoweverAnAlertIsClosed)
     QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
     settle();
     EXPECT_EQ(count, 2);
+    present(actions);
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(count, 3);
 }
 
 TEST_F(WindowTest, StaysUsableAfterAnAlertWasClosedByItsWindow)
