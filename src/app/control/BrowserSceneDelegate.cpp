@@ -1,11 +1,24 @@
 #include "app/control/BrowserSceneDelegate.h"
 
 #include "app/control/DocumentBrowserViewController.h"
+#include "app/control/DocumentCheck.h"
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Text.h"
 
 namespace volvelle {
+
+namespace {
+
+std::string withoutStop(std::string sentence)
+{
+    if (sentence.ends_with('.')) {
+        sentence.pop_back();
+    }
+    return sentence;
+}
+
+} // namespace
 
 std::shared_ptr<UISceneSession> BrowserSceneDelegate::browserSceneSession()
 {
@@ -42,11 +55,17 @@ void BrowserSceneDelegate::openURLContext(const UIOpenURLContext& context) const
         browser->importOrWait(context.url);
         return;
     }
+    if (context.openInPlace && !browser->isOccupied()) {
+        if (const auto check = checkDocument(context.url); !check) {
+            browser->showMessage("File Error", check.error());
+            return;
+        }
+    }
     browser->revealDocument(context.url, !context.openInPlace,
                             [&](const Result<std::filesystem::path>& revealed) {
                                 if (!context.openInPlace && !revealed) {
                                     directPrint("Failed to reveal the document at ", context.url.string(),
-                                                " : ", revealed.error(), ".");
+                                                " : ", withoutStop(revealed.error()), ".");
                                     return;
                                 }
                                 browser->presentDocument(context.openInPlace ? context.url : *revealed);

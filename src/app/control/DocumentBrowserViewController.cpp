@@ -205,12 +205,15 @@ void DocumentBrowserViewController::showAlert(const std::string& alertTitle, con
             if (!there) {
                 return;
             }
-            there->isPresenting = there->documentViewController && there->documentViewController->isUp();
+            --there->alerts;
+            there->isPresenting =
+                there->alerts > 0 || (there->documentViewController && there->documentViewController->isUp());
             if (handler) {
                 handler();
             }
         };
     }
+    ++alerts;
     isPresenting = true;
     present({alertTitle, message, std::move(actions)});
 }

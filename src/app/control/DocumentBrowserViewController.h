@@ -149,6 +149,10 @@ public:
                        std::function<void(std::optional<std::filesystem::path>)> chosen)>
         askForPlace;
 
+    // Before the application may end: stops the music, and saves a document that could not be saved before;
+    // where that fails again, what it holds is kept as a version of its file.
+    void prepareForEnd();
+
     const std::shared_ptr<MIDIDocument>& unsavedDocument() const { return unsaved; }
 
 protected:
@@ -174,6 +178,7 @@ private:
     std::shared_ptr<AudioSink> output;
     std::array<NotificationCenter::Token, 3> observers;
     std::vector<UIOpenURLContext> waiting;
+    int alerts = 0; // that are up
     std::shared_ptr<MIDIDocument> unsaved;
 };
 

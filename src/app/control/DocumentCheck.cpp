@@ -10,11 +10,16 @@ namespace volvelle {
 Result<> checkDocument(const std::filesystem::path& file)
 {
     const std::string name = concat("'", shownName(file), "'");
-    std::vector<std::uint8_t> bytes;
-    const OSStatus status = readFile(file, bytes);
-    if (status == fileNotFoundErr) {
+    std::error_code error;
+    const auto kind = std::filesystem::status(file, error);
+    if (kind.type() == std::filesystem::file_type::not_found) {
         return failure(concat(name, " is not there any more."));
     }
+    if (std::filesystem::exists(kind) && !std::filesystem::is_regular_file(kind)) {
+        return failure(concat(name, " is not a file."));
+    }
+    std::vector<std::uint8_t> bytes;
+    const OSStatus status = readFile(file, bytes);
     if (status != noErr) {
         return failure(concat(name, " could not be read."));
     }

@@ -71,6 +71,16 @@ int moved(const fs::path& from, const fs::path& to)
     }
 }
 
+// A name that begins with a point would not be listed.
+std::string visibleName(const fs::path& file)
+{
+    const std::string name = file.filename().string();
+    const std::size_t letters = std::min(name.find_first_not_of('.'), name.size());
+    const std::string rest = name.substr(letters);
+    const bool isEnding = letters > 0 && rest.find('.') == std::string::npos && isMIDIFileName("a." + rest);
+    return rest.empty() || isEnding ? "New MIDI Idea.mid" : rest;
+}
+
 std::string refusalOf(const std::string& name)
 {
     if (name.empty()) {
@@ -101,11 +111,12 @@ std::vector<FolderDocument> DocumentFolder::documents() const
         struct stat status{};
         if (isMIDIFileName(file) && file.filename().native().front() != '.' &&
             stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
-            found.push_back({file, shownName(file), status.st_mtime, status.st_size});
+            found.push_back({file, shownName(file), status.st_mtime, status.st_size, status.st_mtim.tv_nsec});
         }
     }
     std::ranges::sort(found, [](const FolderDocument& a, const FolderDocument& b) {
-        return std::tie(b.modified, a.location) < std::tie(a.modified, b.location);
+        return std::tie(b.modified, b.nanoseconds, a.location) <
+               std::tie(a.modified, a.nanoseconds, b.location);
     });
     return found;
 }
@@ -121,7 +132,7 @@ Result<fs::path> DocumentFolder::takeCopy(const fs::path& file) const
     if (auto made = makeFolder(); !made) {
         return failure(made.error());
     }
-    fs::path wanted = folder / file.filename();
+    fs::path wanted = folder / visibleName(file);
     if (!isMIDIFileName(wanted)) {
         wanted += ".mid";
     }
@@ -184,11 +195,14 @@ Result<fs::path> DocumentFolder::restore()
         return failure("There is nothing to bring back.");
     }
     const Removed last = removed.back();
-    removed.pop_back();
-    if (auto restored = required(trash).restore(last.place, last.file); !restored) {
-        return failure(restored.error());
+    if (auto made = makeFolder(); !made) {
+        return failure(made.error());
     }
-    return last.file;
+    const auto restored = required(trash).restore(last.place, last.file);
+    if (std::error_code error; restored || !fs::exists(last.place, error)) {
+        removed.pop_back();
+    }
+    return restored ? Result<fs::path>(last.file) : failure(restored.error());
 }
 
 Result<> DocumentFolder::makeFolder() const

@@ -14,9 +14,10 @@ namespace volvelle {
 // A document as the browser lists it.
 struct FolderDocument {
     std::filesystem::path location;
-    std::string name;          // as it is shown
-    std::int64_t modified = 0; // seconds since 1970
-    std::int64_t size = 0;     // bytes
+    std::string name;             // as it is shown
+    std::int64_t modified = 0;    // seconds since 1970
+    std::int64_t size = 0;        // bytes
+    std::int64_t nanoseconds = 0; // of `modified`, beyond its second
 
     bool operator==(const FolderDocument&) const = default;
 };
@@ -50,7 +51,8 @@ public:
 
     bool canRestore() const { return !removed.empty(); }
 
-    // Brings back what was removed last, and forgets it in any case.
+    // Brings back what was removed last; where that fails it can be tried again, as long as it is in the
+    // trash.
     Result<std::filesystem::path> restore();
 
 private:

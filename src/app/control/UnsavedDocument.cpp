@@ -1,8 +1,11 @@
 #include "app/control/DocumentBrowserViewController.h"
 #include "app/control/LocalizedName.h"
 #include "base/Checked.h"
+#include "base/Console.h"
 #include "base/MainQueue.h"
 #include "base/Text.h"
+
+#include "services/documents/NSFileVersion.h"
 
 #include <utility>
 
@@ -53,6 +56,29 @@ void DocumentBrowserViewController::closeUnsaved()
             refreshAndSelect(document->fileURL());
         } else {
             offerUnsaved();
+        }
+    });
+}
+
+void DocumentBrowserViewController::prepareForEnd()
+{
+    stopSequencer();
+    if (!unsaved) {
+        return;
+    }
+    const auto document = unsaved;
+    document->closeWithCompletionHandler([this, document](bool isClosed) {
+        if (isClosed) {
+            unsaved.reset();
+            return;
+        }
+        const auto kept = NSFileVersion::addVersionOfItemAtURL(document->fileURL(), required(document->data));
+        if (kept) {
+            safeprint("DocumentBrowserViewController::prepareForEnd() : What could not be saved to '",
+                      document->fileURL().string(), "' was kept as a version of it.");
+            unsaved.reset();
+        } else {
+            safeprint("DocumentBrowserViewController::prepareForEnd() : Error: ", kept.error());
         }
     });
 }

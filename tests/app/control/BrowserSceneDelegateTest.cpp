@@ -1,6 +1,8 @@
 #include "app/control/BrowserSceneDelegate.h"
 #include "tests/app/control/ScreenFixture.h"
 
+#include <sys/stat.h>
+
 namespace volvelle::test {
 
 namespace {
@@ -71,31 +73,30 @@ TEST_F(BrowserSceneDelegateTest, ACopyThatFailsIsToldAndShowsNothing)
     const fs::path garbage = folder.write("Garbage.mid", "no music");
     scene.sceneOpenURLContexts({{garbage, false}});
     EXPECT_EQ(console.take(), Lines{"Failed to reveal the document at " + garbage.string() +
-                                    " : 'Garbage' is not a MIDI file.."});
+                                    " : 'Garbage' is not a MIDI file."});
     EXPECT_EQ(host->calls, Lines{});
     EXPECT_EQ(host->alerts.size(), 0U);
     EXPECT_EQ(root->documentViewController, nullptr);
 }
 
-TEST_F(BrowserSceneDelegateTest, GarbageInItsPlaceIsShownWithoutNotesAndStaysAsItIs)
+TEST_F(BrowserSceneDelegateTest, InItsPlaceOnlyMusicIsOpened)
 {
     const fs::path garbage = folder.write("Garbage.mid", "no music");
-    scene.sceneOpenURLContexts({{garbage, true}});
-    EXPECT_TRUE(up()->isUp());
-    EXPECT_EQ(up()->document()->getEvents().size(), 0U);
-    up()->onButtonPlay();
-    up()->onButtonSave();
-    mainQueue().drain();
-    EXPECT_EQ(bytesOf(garbage), std::vector<std::uint8_t>({'n', 'o', ' ', 'm', 'u', 's', 'i', 'c'}));
-    EXPECT_FALSE(root->isPresenting);
-}
-
-TEST_F(BrowserSceneDelegateTest, AFileThatIsNotThereIsTold)
-{
-    scene.sceneOpenURLContexts({{folder.path / "Gone.mid", true}});
-    EXPECT_EQ(screenLines(), Lines{told("presentDocument() : Error: Document '" +
-                                        (folder.path / "Gone.mid").string() + "' could not be opened.")});
+    const fs::path pipe = folder.path / "Pipe.mid";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const auto& [file, told] : std::vector<std::pair<fs::path, std::string>>{
+             {garbage, "'Garbage' is not a MIDI file."},
+             {pipe, "'Pipe' is not a file."},
+             {folder.path, "'" + folder.path.filename().string() + "' is not a file."},
+             {folder.path / "Gone.mid", "'Gone' is not there any more."}}) {
+        scene.sceneOpenURLContexts({{file, true}});
+        EXPECT_EQ(host->alertTexts(), Lines{"File Error: File Error " + told + " [OK]"});
+        EXPECT_TRUE(root->isPresenting);
+        host->press("OK");
+        EXPECT_FALSE(root->isPresenting);
+    }
     EXPECT_EQ(host->calls, Lines{});
+    EXPECT_EQ(bytesOf(garbage), std::vector<std::uint8_t>({'n', 'o', ' ', 'm', 'u', 's', 'i', 'c'}));
 }
 
 TEST_F(BrowserSceneDelegateTest, WhileADocumentIsUpFilesWaitAndNothingIsCopied)

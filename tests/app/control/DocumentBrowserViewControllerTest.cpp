@@ -217,6 +217,17 @@ TEST_F(DocumentBrowserViewControllerTest, AMessageAboveADocumentLeavesNoRoomForA
     EXPECT_EQ(up()->title, "Slow tide");
 }
 
+TEST_F(DocumentBrowserViewControllerTest, OfTwoAlertsTheLastGivesRoomForADocument)
+{
+    makeRoot();
+    root->showMessage("Caption", "one");
+    root->showMessage("Caption", "two");
+    host->press("OK");
+    EXPECT_TRUE(root->isPresenting);
+    host->press("OK");
+    EXPECT_FALSE(root->isPresenting);
+}
+
 TEST_F(DocumentBrowserViewControllerTest, AnAlertThatOutlivesTheRootScreenDoesNothing)
 {
     makeRoot();

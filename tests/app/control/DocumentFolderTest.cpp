@@ -2,6 +2,7 @@
 #include "tests/app/control/ScreenFixture.h"
 #include "tests/services/files/FileSizeLimit.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace volvelle::test {
@@ -164,7 +165,35 @@ TEST_F(DocumentFolderTest, TheTrashGivesBackTheLastFirst)
     trash->failed = "It is full.";
     EXPECT_EQ(folder.moveToTrash(b).error(), "It is full.");
     EXPECT_EQ(told(folder.restore()), "It is full.");
+    EXPECT_TRUE(folder.canRestore());
+    trash->failed.clear();
+    fs::remove_all(ideas.path);
+    EXPECT_EQ(told(folder.restore()), "a.mid");
+    EXPECT_EQ(textOf(a), "a");
     EXPECT_FALSE(folder.canRestore());
+}
+
+TEST_F(DocumentFolderTest, ACopyIsNeverHidden)
+{
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write(".a.mid", "abc"))), "a.mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write("..b.mid", ""))), "b.mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write(".mid", ""))), "New MIDI Idea.mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write("...", ""))), "New MIDI Idea 2.mid");
+    EXPECT_EQ(folder.documents().size(), 4U);
+}
+
+TEST_F(DocumentFolderTest, OfOneSecondTheNewerStandsFirst)
+{
+    const auto stamp = [&](const std::string& name, long nanoseconds) {
+        const timespec times[2] = {{1000, 0}, {1000, nanoseconds}};
+        EXPECT_EQ(utimensat(AT_FDCWD, ideas.write(name, "abc").c_str(), times, 0), 0);
+    };
+    stamp("a.mid", 1000);
+    stamp("b.mid", 2000);
+    const auto listed = folder.documents();
+    ASSERT_EQ(listed.size(), 2U);
+    EXPECT_EQ(listed[0].name, "b");
+    EXPECT_EQ(listed[0].nanoseconds, 2000);
 }
 
 } // namespace

@@ -262,6 +262,9 @@ TEST_F(UIDocumentBrowserViewControllerTest, ATrashThatFailsLosesNothing)
     trash->failed = "It is full.";
     root->undo();
     EXPECT_EQ(host->alertTexts().back(), "File Error: File Error It is full. [OK]");
+    EXPECT_TRUE(root->canUndo());
+    fs::remove_all(trash->folder.path);
+    root->undo();
     EXPECT_FALSE(root->canUndo());
 }
 

@@ -1,3 +1,4 @@
+#include "services/documents/NSFileVersion.h"
 #include "tests/app/control/ScreenFixture.h"
 #include "tests/services/files/FileSizeLimit.h"
 
@@ -218,6 +219,52 @@ TEST_F(UnsavedDocument, IsKeptWhereItsWholeFolderVanished)
     host->press("Retry");
     EXPECT_EQ(bytesOf(file), last);
     EXPECT_EQ(root->selection(), file);
+}
+
+TEST_F(UnsavedDocument, IsSavedBeforeTheEnd)
+{
+    leaveWhileFull();
+    root->prepareForEnd();
+    EXPECT_EQ(bytesOf(file), last);
+    EXPECT_EQ(root->unsavedDocument(), nullptr);
+}
+
+TEST_F(UnsavedDocument, IsKeptAsAVersionWhereTheEndComesFirst)
+{
+    setenv("XDG_STATE_HOME", (home.path / ".state").c_str(), 1);
+    leaveWhileFull();
+    fs::remove_all(documents);
+    root->prepareForEnd();
+    const auto versions = NSFileVersion::otherVersionsOfItemAtURL(file);
+    EXPECT_EQ(root->unsavedDocument(), nullptr);
+    EXPECT_EQ(versions->size(), 1U);
+    EXPECT_EQ(bytesOf(versions->at(0)->url()), last);
+    unsetenv("XDG_STATE_HOME");
+}
+
+TEST_F(UnsavedDocument, StaysWhereNothingCanKeepIt)
+{
+    leaveWhileFull();
+    const FileSizeLimit limit(10);
+    root->prepareForEnd();
+    EXPECT_NE(root->unsavedDocument(), nullptr);
+    const Lines lines = screenLines();
+    EXPECT_EQ(std::ranges::count_if(lines,
+                                    [](const std::string& line) {
+                                        return line.starts_with(told("prepareForEnd() : Error: "));
+                                    }),
+              1);
+}
+
+TEST_F(UnsavedDocument, TheEndStopsTheMusic)
+{
+    makeRoot();
+    root->presentDocument(file);
+    up()->onButtonPlay();
+    screenLines();
+    root->prepareForEnd();
+    EXPECT_FALSE(up()->isPlaying());
+    EXPECT_EQ(screenLines().front(), "MIDISequencer::stop() : The sequencer was stopped.");
 }
 
 TEST_F(UnsavedDocument, WithAnAlertThatOutlivesTheRootScreenDoesNothing)
