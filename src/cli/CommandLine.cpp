@@ -16,6 +16,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <limits>
@@ -235,6 +237,9 @@ void addPicture(CLI::App& app, Request& request, char** argv)
         ->option_text("N");
     command.add_option("--beat", options.beat, "show it playing at that beat, from 0")
         ->check(CLI::Range(0.0, 1e9))
+        ->check([](const std::string& word) {
+            return std::isfinite(std::strtod(word.c_str(), nullptr)) ? "" : "Value is not a number";
+        })
         ->option_text("B");
     command.callback([&request, argv] {
         request.action = actionOf(handed.picture, request.picture, argv, screenProgram);

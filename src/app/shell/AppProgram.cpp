@@ -28,6 +28,7 @@ namespace {
 
 constexpr const char* applicationID = "com.orvane.Volvelle";
 constexpr const char* helpSiteKey = "helpSite";
+constexpr const char* appearanceKey = "appearance"; // "dark" or "light"; the desktop's choice without it
 
 constexpr const char* noDisplay = "There is no display: 'volvelle generate' writes an idea without one.";
 
@@ -69,8 +70,22 @@ void prepareApplication()
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
+// The theme that the user wants whatever the desktop does.
+std::optional<Theme> chosenTheme()
+{
+    const auto name = NSUserDefaults::standardUserDefaults()->stringForKey(appearanceKey);
+    if (name != "dark" && name != "light") {
+        return std::nullopt;
+    }
+    return name == "dark" ? Theme::dark : Theme::light;
+}
+
 void followColorScheme(ColorScheme& scheme)
 {
+    if (const auto chosen = chosenTheme()) {
+        Appearance::shared().apply(*chosen);
+        return;
+    }
     Appearance::shared().apply(scheme.theme());
     QObject::connect(&scheme, &ColorScheme::changed, &scheme,
                      [](Theme theme) { Appearance::shared().apply(theme); });

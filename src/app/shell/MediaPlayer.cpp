@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QUrl>
 
+#include <unistd.h>
 #include <utility>
 
 namespace volvelle {
@@ -31,9 +32,18 @@ MediaPlayer::~MediaPlayer()
 void MediaPlayer::begin()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!isOnBus && bus.isConnected() && bus.registerObject(objectPath, this)) {
-        isOnBus = bus.registerService(serviceName);
+    if (isOnBus || !bus.isConnected() || !bus.registerObject(objectPath, this)) {
+        return;
     }
+    for (const QString& free :
+         {QString(serviceName), QString("%1.instance%2").arg(serviceName).arg(getpid())}) {
+        if (bus.registerService(free)) {
+            name = free;
+            isOnBus = true;
+            return;
+        }
+    }
+    bus.unregisterObject(objectPath);
 }
 
 void MediaPlayer::end()
@@ -41,7 +51,7 @@ void MediaPlayer::end()
     if (std::exchange(isOnBus, false)) {
         QDBusConnection bus = QDBusConnection::sessionBus();
         bus.unregisterObject(objectPath);
-        bus.unregisterService(serviceName);
+        bus.unregisterService(name);
     }
 }
 

@@ -36,6 +36,7 @@ public:
 
 private:
     bool isOnBus = false;
+    QString name; // on the bus
 };
 
 // The interface org.mpris.MediaPlayer2 of a MediaPlayer.

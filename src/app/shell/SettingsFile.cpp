@@ -93,12 +93,18 @@ SettingsFile::SettingsFile(const std::string& name)
 
 std::optional<SettingsValue> SettingsFile::value(const std::string& key) const
 {
-    const QStringList parts = settings.value(quoted(key)).toStringList();
+    const std::lock_guard lock(mutex);
+    const QVariant held = settings.value(quoted(key));
+    const QStringList parts = held.toStringList();
+    if (held.isValid() && parts.size() == 1) {
+        return parts[0].toStdString(); // written by hand
+    }
     return parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
 }
 
 void SettingsFile::setValue(const std::string& key, std::optional<SettingsValue> value)
 {
+    const std::lock_guard lock(mutex);
     if (value) {
         settings.setValue(quoted(key), QStringList{QString::fromStdString(kindOf(*value)), bodyOf(*value)});
     } else {
@@ -108,6 +114,7 @@ void SettingsFile::setValue(const std::string& key, std::optional<SettingsValue>
 
 std::map<std::string, SettingsValue> SettingsFile::entries() const
 {
+    const std::lock_guard lock(mutex);
     std::map<std::string, SettingsValue> all;
     for (const QString& key : settings.allKeys()) {
         if (const auto found = value(unquoted(key))) {

@@ -4,10 +4,12 @@
 
 #include <QSettings>
 
+#include <mutex>
+
 namespace volvelle {
 
 // A store of settings in a file of the user's configuration, which several processes may use. Values keep
-// their types. [main]
+// their types. [any] Several threads at once.
 class SettingsFile : public SettingsStore {
 public:
     // `name` is the file's, without its ending.
@@ -20,7 +22,8 @@ public:
     bool isWritable() const { return settings.isWritable(); }
 
 private:
-    QSettings settings;
+    mutable std::recursive_mutex mutex;
+    QSettings settings; // guarded by mutex
 };
 
 // The application's own settings for "", which last as long as the process where they cannot be written; else

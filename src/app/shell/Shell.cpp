@@ -96,6 +96,7 @@ void Shell::launch(const QStringList& files)
         system.remoteControl = player;
     }
     application.applicationDidFinishLaunching();
+    sceneDelegate.sceneWillConnectTo(session, {});
     rootScreen->loadViewIfNeeded();
     mainWindow->setRoot(rootScreen, *thumbnails);
     mainWindow->browser()->reveal = [](const std::filesystem::path& file) {
@@ -104,7 +105,6 @@ void Shell::launch(const QStringList& files)
     connectSystem();
     watchFolder();
     mainWindow->show();
-    sceneDelegate.sceneWillConnectTo(session, {});
     receive(files);
 }
 
@@ -124,7 +124,9 @@ void Shell::connectSystem()
         terminate();
         QCoreApplication::quit();
     });
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { terminate(); });
+    // The session may yet go on: only a quiet music is owed to it.
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { rootScreen->prepareForEnd(); });
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { terminate(); });
     connect(mainWindow.get(), &MainWindow::screenChanged, this, [this] {
         lookAtSound();
         tellPlayer();
@@ -173,6 +175,7 @@ void Shell::terminate()
     if (soundTimer) {
         soundTimer->invalidate();
     }
+    rootScreen->prepareForEnd();
     post(UIApplicationWillTerminateNotification);
     application.applicationWillTerminate();
 }

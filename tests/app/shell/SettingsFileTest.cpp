@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <thread>
+#include <vector>
 
 namespace volvelle::test {
 namespace {
@@ -56,10 +59,27 @@ TEST_F(SettingsFileTest, ForgetsAKeyWithoutAValue)
     EXPECT_TRUE(settings.entries().empty());
 }
 
-TEST_F(SettingsFileTest, TellsNothingOfWhatItDidNotWrite)
+TEST_F(SettingsFileTest, TakesPlainTextsThatWereWrittenByHandAndNoLists)
 {
-    folder.write("volvelle/own.ini", "[General]\nplain=3\nlist=a, b, c\nodd=colour, red\n");
-    EXPECT_TRUE(SettingsFile("own").entries().empty());
+    folder.write("volvelle/own.ini", "[General]\nplain=3\nlist=a, b, c\nodd=colour, red\nappearance=dark\n");
+    EXPECT_EQ(SettingsFile("own").entries(),
+              (std::map<std::string, SettingsValue>{{"plain", "3"}, {"appearance", "dark"}}));
+}
+
+TEST_F(SettingsFileTest, TakesSeveralThreads)
+{
+    SettingsFile settings("own");
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 3; ++thread) {
+        threads.emplace_back([&settings, thread] {
+            for (std::int64_t i = 0; i < 100; ++i) {
+                settings.setValue(std::to_string(thread), i);
+                EXPECT_TRUE(settings.value(std::to_string(thread)).has_value());
+            }
+        });
+    }
+    std::ranges::for_each(threads, &std::thread::join);
+    EXPECT_EQ(settings.entries().size(), 3U);
 }
 
 TEST_F(SettingsFileTest, StoresTheApplicationsAndTheSharedSettingsApart)
