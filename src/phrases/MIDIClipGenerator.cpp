@@ -6,9 +6,7 @@
 #include "base/RandomSource.h"
 #include "base/Text.h"
 #include "phrases/PhraseEventWriter.h"
-
-#include <algorithm>
-#include <cctype>
+#include "phrases/PhraseLibrary.h"
 
 namespace volvelle {
 
@@ -18,30 +16,13 @@ namespace fs = std::filesystem;
 
 constexpr int mixChannel = -1;
 
-std::string pathOf(const ArrangementTrack& track, const std::optional<fs::path>& resources)
-{
-    return concat(required(resources, implicitNilMessage).string(), "/", track.folder, "/");
-}
-
 std::vector<std::string> entriesOf(const std::string& path)
 {
-    std::vector<std::string> names;
-    std::error_code error;
-    fs::directory_iterator entry(path, error);
-    for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
-        names.push_back(entry->path().filename().string());
+    auto names = namesIn(path);
+    if (!names) {
+        fatalStop(names.error());
     }
-    if (error) {
-        fatalStop(concat("Getting contents of '", path, "' failed."));
-    }
-    return names;
-}
-
-bool isMIDIFile(std::string name)
-{
-    std::ranges::transform(name, name.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return name.ends_with(".MID");
+    return *std::move(names);
 }
 
 } // namespace
@@ -168,17 +149,14 @@ fs::path MIDIClipGenerator::loadRandomFileAt(const std::string& path)
 
 int MIDIClipGenerator::countFiles(const std::vector<std::string>& files, const std::string& at)
 {
-    const auto count = std::ranges::count_if(files, isMIDIFile);
+    const int count = countPhrases(files);
     directPrint("There were ", count, " MIDI files found at '", at, "'.");
-    return checkedCast<int>(count);
+    return count;
 }
 
 std::string MIDIClipGenerator::formatNumber(int number)
 {
-    if (number < 10) {
-        return concat("00", number);
-    }
-    return number < 100 ? concat("0", number) : text(number);
+    return phraseNumber(number);
 }
 
 void MIDIClipGenerator::fill(const ArrangementTrack& track, const std::optional<fs::path>& resources)
@@ -186,13 +164,13 @@ void MIDIClipGenerator::fill(const ArrangementTrack& track, const std::optional<
     MIDIPhrase& phrase = track.phraseIn(mixer());
     switch (track.source) {
     case ArrangementTrack::Source::chordPattern: {
-        const std::string path = pathOf(track, resources);
+        const std::string path = phraseFolderOf(track, resources);
         const int transposition = randomInteger(-6, 6);
         phrase.loadPhrase(loadRandomFileAt(path), transposition);
         break;
     }
     case ArrangementTrack::Source::phrase:
-        phrase.loadPhrase2(loadRandomFileAt(pathOf(track, resources)), 0);
+        phrase.loadPhrase2(loadRandomFileAt(phraseFolderOf(track, resources)), 0);
         break;
     case ArrangementTrack::Source::polyRhythm:
         phrase.generateRandomPhrase_PolyRhythmic(-1);

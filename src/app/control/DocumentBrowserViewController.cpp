@@ -6,6 +6,7 @@
 #include "base/Console.h"
 #include "base/Paths.h"
 #include "base/Text.h"
+#include "phrases/PhraseLibrary.h"
 #include "services/files/SafeFile.h"
 
 #include <utility>
@@ -109,6 +110,11 @@ void DocumentBrowserViewController::provideDefaultDocuments()
                   "provide example file: ",
                   copied.error());
     }
+}
+
+Result<> DocumentBrowserViewController::checkCreation() const
+{
+    return checkPhraseLibrary();
 }
 
 void DocumentBrowserViewController::documentBrowserDidRequestDocumentCreation(const CreationHandler& handler)

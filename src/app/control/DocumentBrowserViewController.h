@@ -157,6 +157,7 @@ public:
 
 protected:
     explicit DocumentBrowserViewController(BrowserServices services);
+    Result<> checkCreation() const override;
 
 private:
     void initializeEngine();

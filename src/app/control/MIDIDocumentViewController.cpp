@@ -5,6 +5,7 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Text.h"
+#include "phrases/PhraseLibrary.h"
 
 #include <utility>
 
@@ -71,6 +72,12 @@ void MIDIDocumentViewController::onGenerate()
         return;
     }
     stopSequencer();
+    if (const auto root = browser.lock()) {
+        if (const auto checked = checkPhraseLibrary(); !checked) {
+            root->showMessage("File Error", checked.error());
+            return;
+        }
+    }
     shown->data = shown->generateMIDIFile();
     shown->updateChangeCount(UIDocumentChangeKind::cleared);
 }
@@ -99,6 +106,9 @@ void MIDIDocumentViewController::onButtonDone()
 
 void MIDIDocumentViewController::leave()
 {
+    if (!isUp()) {
+        return;
+    }
     dismiss(true, [root = browser] {
         if (const auto there = root.lock()) {
             there->isPresenting = false;

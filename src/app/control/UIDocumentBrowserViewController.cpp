@@ -105,6 +105,10 @@ void UIDocumentBrowserViewController::createDocument()
     if (!allowsDocumentCreation || !folder || !delegate || isOccupied()) {
         return;
     }
+    if (const auto checked = checkCreation(); !checked) {
+        showMessage("File Error", checked.error());
+        return;
+    }
     delegate->documentBrowserDidRequestDocumentCreation(
         [this](const std::optional<fs::path>& location, UIDocumentBrowserImportMode mode) {
             if (!location || mode == UIDocumentBrowserImportMode::none) {

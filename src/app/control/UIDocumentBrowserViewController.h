@@ -122,6 +122,9 @@ public:
     virtual bool isOccupied() const = 0;
 
 protected:
+    // What a new document needs before it can be made; a failure is told the user in its place.
+    virtual Result<> checkCreation() const { return {}; }
+
     // Calls onBrowserChanged.
     void tellChange() const;
 

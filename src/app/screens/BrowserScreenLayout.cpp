@@ -2,6 +2,7 @@
 
 #include "app/screens/Appearance.h"
 #include "app/screens/Controls.h"
+#include "app/screens/SearchField.h"
 #include "app/screens/TileDelegate.h"
 
 #include <QFrame>
@@ -24,9 +25,7 @@ void BrowserScreen::makeHeader()
 {
     title = new QLabel("Ideas", this);
     title->setFont(Appearance::font(Appearance::Text::display));
-    search = new QLineEdit(this);
-    search->setPlaceholderText("Search");
-    search->setAccessibleName("Search");
+    search = new SearchField(this);
     setTip(search, "Search by name", "Ctrl+F");
     search->setAcceptDrops(false); // files are the window's
     search->setFixedSize(searchWidth, controlHeight);

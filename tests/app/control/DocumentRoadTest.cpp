@@ -112,6 +112,22 @@ TEST_F(DocumentRoad, AnIdeaThatCannotBeWrittenIsTold)
     EXPECT_FALSE(root->isOccupied());
 }
 
+TEST_F(DocumentRoad, WithoutPhrasesNothingIsMadeAndNothingIsLost)
+{
+    const std::string phrase = library.at(leads) + "001.mid";
+    const std::string missing = "File Error: File Error The phrase '" + phrase + "' is missing. [OK]";
+    root->createDocument();
+    const auto before = up()->document()->data;
+    fs::remove(phrase);
+    up()->onGenerate();
+    EXPECT_EQ(up()->document()->data, before);
+    EXPECT_EQ(host->alertTexts(), Lines{missing});
+    host->press("OK");
+    up()->onButtonDone();
+    root->createDocument();
+    EXPECT_EQ(host->alertTexts(), Lines{missing});
+}
+
 TEST_F(DocumentRoad, AnIdeaThatCannotBeMovedIsTold)
 {
     fs::remove_all(documents);
