@@ -20,7 +20,7 @@ public:
     PatternNode();
     virtual ~PatternNode() = default;
 
-    // Counts every pattern and track ever made, and wraps.
+    // Counts every pattern and track that the thread ever made, and wraps.
     static inline thread_local std::uint16_t patternCount = 1;
 
     std::uint16_t id = 0; // 0 on every node

@@ -21,7 +21,7 @@ public:
 
     virtual ~SequenceNode() = default;
 
-    // The next event number of the whole process. Every new tree sets it to 1, so uids are unique only within
+    // The next event number of the thread. Every new tree sets it to 1, so uids are unique only within
     // the tree built last.
     static inline thread_local std::int64_t counter = 1;
 

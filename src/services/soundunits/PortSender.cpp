@@ -69,9 +69,9 @@ void PortSender::waitUntil(Moment due) const
 void PortSender::send(std::span<const std::uint8_t> message)
 {
     sounds.apply(message);
-    const Result<> done = port->send(message);
-    if (!done && !lost.exchange(true)) {
-        debugprint(done.error());
+    const Result<> handed = port->send(message);
+    if (!handed && !lost.exchange(true)) {
+        debugprint(handed.error());
     }
     ++sent;
 }
