@@ -84,5 +84,6 @@ int watchedPlay(const PlayOptions& options, CommandOutput& output)
 
 int main(int argc, char** argv)
 {
-    return volvelle::runCommandLine(argc, argv, {.play = volvelle::watchedPlay, .render = volvelle::runRender});
+    return volvelle::runCommandLine(argc, argv,
+                                    {.play = volvelle::watchedPlay, .render = volvelle::runRender});
 }

@@ -29,9 +29,9 @@ class UIViewControllerTest : public testing::Test {
 protected:
     std::shared_ptr<NotedScreen> make(const std::string& name)
     {
-        const auto screen = std::make_shared<NotedScreen>(name, calls);
-        screen->host = host;
-        return screen;
+        auto made = std::make_shared<NotedScreen>(name, calls);
+        made->host = host;
+        return made;
     }
 
     std::function<void()> note(const std::string& what)
