@@ -1,0 +1,26 @@
+#include "MIDISequences/realtime/ReusedMIDIEvent.h"
+
+#include "MIDISequences/RenderEventPool.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+ReusedMIDIEvent::ReusedMIDIEvent() : AUMIDIEventEx(std::vector<std::uint8_t>(MAXBYTES)) {}
+
+std::vector<std::uint8_t> ReusedMIDIEvent::array() const
+{
+    return {data(), data() + used};
+}
+
+void ReusedMIDIEvent::InitializeWith(const AUMIDIEvent& aumi)
+{
+    if (aumi.length > MAXBYTES) {
+        return;
+    }
+    setEvent(aumi);
+    std::copy_n(renderEventBytes(aumi), aumi.length, data());
+    used = aumi.length;
+}
+
+} // namespace volvelle
