@@ -2,8 +2,8 @@
 
 namespace volvelle {
 
-// Seconds since some moment, never going back. The default reads the system's steady clock; tests turn one by
-// hand.
+// Seconds since some moment, never going back unless a clock says otherwise. The default reads the system's
+// steady clock; tests turn one by hand.
 class Clock {
 public:
     virtual ~Clock() = default;
