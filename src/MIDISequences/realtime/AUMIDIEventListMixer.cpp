@@ -18,12 +18,13 @@ constexpr std::uint8_t keyCount = 128;
 constexpr std::string_view becameZero =
     "AUMIDIEvents::mixEvents() : WARNING: An ON velocity was mapped to zero!";
 
+static_assert(CONTROLLER_SOUNDS_OFF == CONTROLLER_NOTES_OFF);
+
 bool isCommandOfSilence(const AUMIDIEvent& event)
 {
     const std::uint8_t number = event.data[1];
     return kindOf(event) == STATUS_CONTROLLER &&
-           (number == CONTROLLER_NOTES_OFF || number == CONTROLLER_SOUNDS_OFF ||
-            number == CONTROLLER_RESET_CONTROLLERS);
+           (number == CONTROLLER_NOTES_OFF || number == CONTROLLER_RESET_CONTROLLERS);
 }
 
 } // namespace

@@ -197,7 +197,9 @@ void AUMIDIMonitor::liftPedal(std::uint8_t channel)
     }
     std::erase_if(runningNotes, [&held](const std::shared_ptr<AUMIDIEventEx>& note) {
         int& left = held[note->event().data[1]];
-        return left > 0 && left-- > 0;
+        const bool isHeld = left > 0;
+        left -= isHeld ? 1 : 0;
+        return isHeld;
     });
 }
 
