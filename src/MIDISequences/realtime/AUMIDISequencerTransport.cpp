@@ -1,0 +1,166 @@
+#include "MIDISequences/realtime/AUMIDISequencerLine.h"
+#include "MIDISequences/realtime/AUMIDISequencerOwning.h"
+#include "base/Checked.h"
+
+#include <algorithm>
+
+namespace volvelle {
+
+void AUMIDISequencer::start(std::int64_t time)
+{
+    own([&] { startHeld(time); });
+}
+
+bool AUMIDISequencer::startAtOnce(std::int64_t time)
+{
+    const AUMIDISequencerRenderScope scope;
+    const AUMIDISequencerHold hold(owner, AUMIDISequencerHold::Once::yes);
+    if (hold) {
+        startHeld(time);
+    }
+    return static_cast<bool>(hold);
+}
+
+void AUMIDISequencer::startHeld(std::int64_t time)
+{
+    stopHeld();
+    currentSampleTime = time;
+    sequencerStartTime = time;
+    AUMIDISequencerLine::print("AUMIDISequencer::start() at ", time);
+    if (eventCount == 0) {
+        AUMIDISequencerLine::print("AUMIDISequencer::ERROR: There is no MIDI data available for playing.");
+    } else {
+        stopped = false;
+    }
+}
+
+void AUMIDISequencer::stop()
+{
+    own([this] { stopHeld(); });
+}
+
+void AUMIDISequencer::stopHeld()
+{
+    suspendTime = checkedAdd<std::int64_t>(currentSampleTime, checkedCast<std::int64_t>(samplerate.load()));
+    AUMIDISequencerLine::print("AUMIDISequencer::stop()");
+    allNotesOff();
+    allSoundsOff();
+    resetControllers();
+    resetPrograms();
+    rewindHeld();
+    stopped = true;
+}
+
+void AUMIDISequencer::pause()
+{
+    own([this] {
+        AUMIDISequencerLine::print("AUMIDISequencer::pause()");
+        pausedSampletime = currentSampleTime;
+        allNotesOff();
+        stopped = true;
+    });
+}
+
+void AUMIDISequencer::_continue()
+{
+    own([this] {
+        AUMIDISequencerLine::print("AUMIDISequencer::continue()");
+        const auto passed = checkedSubtract<std::int64_t>(currentSampleTime, pausedSampletime);
+        sequencerStartTime = checkedAdd<std::int64_t>(sequencerStartTime, passed);
+        stopped = false;
+    });
+}
+
+bool AUMIDISequencer::isPlaying() const
+{
+    return !stopped;
+}
+
+void AUMIDISequencer::rewind()
+{
+    own([this] { rewindHeld(); });
+}
+
+void AUMIDISequencer::rewindHeld()
+{
+    sequencerPosition = 0;
+    currentSampleTime = 0;
+    pausedSampletime = 0;
+    suspendTime = 0;
+    loopCount = 0;
+    seekHeld(0.0);
+    currentEventIndex = 0;
+}
+
+void AUMIDISequencer::seekToPosition(double value)
+{
+    own([&] { seekHeld(value); });
+}
+
+void AUMIDISequencer::seekHeld(double value)
+{
+    AUMIDISequencerLine::print("AUMIDISequencer::seek(", value, ")");
+    seeking = true;
+    const double share = value < 0.0 ? 0.0 : value > 1.0 ? 1.0 : value;
+    const auto position = checkedCast<std::int64_t>(share * static_cast<double>(getDurationInSamples()));
+    sequencerPositionV = position;
+    if (const std::size_t index = list().firstFrom(position); index < list().size()) {
+        currentEventIndex = checkedCast<int>(index);
+    }
+}
+
+void AUMIDISequencer::seekToEvent(int index)
+{
+    own([&] {
+        seeking = true;
+        if (index >= 0 && index < eventCount) {
+            currentEventIndex = index;
+            sequencerPosition = list().stamp(static_cast<std::size_t>(index));
+        }
+    });
+}
+
+void AUMIDISequencer::solo(std::uint8_t channel)
+{
+    if (channel < channelCount) {
+        own([&] { channelFilter.assign(1, channel); });
+    }
+}
+
+void AUMIDISequencer::mute(std::uint8_t channel)
+{
+    own([&] {
+        const auto place = std::ranges::find(channelFilter, channel);
+        if (channel < channelCount && place != channelFilter.end()) {
+            channelFilter.erase(place);
+        }
+    });
+}
+
+void AUMIDISequencer::unmute(std::uint8_t channel)
+{
+    own([&] {
+        if (channel < channelCount && std::ranges::find(channelFilter, channel) == channelFilter.end()) {
+            channelFilter.push_back(channel);
+        }
+    });
+}
+
+void AUMIDISequencer::unmuteAll()
+{
+    own([this] {
+        channelFilter.clear();
+        for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+            channelFilter.push_back(channel);
+        }
+    });
+}
+
+void AUMIDISequencer::muteAll()
+{
+    own([this] { channelFilter.clear(); });
+}
+
+void AUMIDISequencer::transpose(int /*semitones*/) {}
+
+} // namespace volvelle
