@@ -1,11 +1,16 @@
 #include "MIDISequences/RenderEventPool.h"
 #include "MIDISequences/realtime/AUMIDIEventListMixer.h"
 #include "MIDISequences/realtime/AUMIDIEventListSorter.h"
+#include "MIDISequences/realtime/MatrixSections.h"
+
+#include "base/Console.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
 #include <ctime>
+#include <functional>
+#include <memory>
 #include <random>
 
 namespace {
@@ -83,6 +88,93 @@ void mixThousandEvents(benchmark::State& state)
 }
 
 BENCHMARK(mixThousandEvents)->Unit(benchmark::kMicrosecond);
+
+constexpr int frames = 512; // of a block
+constexpr int longList = 1'000'000;
+
+// A sequencer with a list of so many events from `first` on, `distance` samples apart.
+class LoadedSequencer : public AUMIDISequencer {
+public:
+    LoadedSequencer(int count, std::int64_t first, std::int64_t distance)
+    {
+        isLooping = true;
+        SequencerFile file;
+        for (int i = 0; i < count; ++i) {
+            const auto key = static_cast<std::uint8_t>(30 + i / 2 % 64);
+            const std::uint8_t bytes[]{static_cast<std::uint8_t>(i % 2 == 0 ? 0x90 : 0x80), key, 100};
+            file.fileEvents.push_back(
+                std::make_shared<AUMIDIEventEx>(AURenderEventMIDI, bytes, 3, first + i * distance));
+        }
+        useList(std::make_unique<AUMIDISequencerList>(std::move(file), sequence()));
+    }
+};
+
+void playBlocks(benchmark::State& state, AUMIDISequencer& sequencer, const std::function<void()>& before)
+{
+    std::int64_t time = 1;
+    sequencer.start(time);
+    asShareOfABlock(state, [&] {
+        before();
+        time += frames;
+        return sequencer.process(time, frames);
+    });
+}
+
+void processWhereNothingIsDue(benchmark::State& state)
+{
+    LoadedSequencer sequencer(longList, std::int64_t{1} << 50, 1);
+    playBlocks(state, sequencer, [] {});
+}
+
+BENCHMARK(processWhereNothingIsDue)->Unit(benchmark::kMicrosecond);
+
+// An event at every sample.
+void processWhereEverySampleHasAnEvent(benchmark::State& state)
+{
+    LoadedSequencer sequencer(longList, 0, 1);
+    playBlocks(state, sequencer, [] {});
+}
+
+BENCHMARK(processWhereEverySampleHasAnEvent)->Unit(benchmark::kMicrosecond);
+
+// The seek counts, too.
+void processAfterASeek(benchmark::State& state)
+{
+    LoadedSequencer sequencer(longList, 0, 20);
+    std::mt19937 random(3);
+    playBlocks(state, sequencer,
+               [&] { sequencer.seekToPosition(static_cast<double>(random() % 1000) / 1000.0); });
+}
+
+BENCHMARK(processAfterASeek)->Unit(benchmark::kMicrosecond);
+
+// Hears all lines and keeps none.
+class DeafSink : public ConsoleSink {
+public:
+    void write(std::string_view /*line*/) override {}
+};
+
+// 128 cells, and how many events of each are due in every block.
+void processMatrix(benchmark::State& state)
+{
+    const auto due = static_cast<int>(state.range(0));
+    MatrixSections matrix;
+    DeafSink sink;
+    ConsoleSink* const sinkBefore = console().setSink(&sink);
+    for (const auto& section : matrix.sections) {
+        for (auto& cell : section->tracks) {
+            cell = std::make_shared<LoadedSequencer>(due + 1, 0, 0);
+            cell->getEventList().back()->pEvent()->eventSampleTime = std::int64_t{1} << 50;
+        }
+    }
+    asShareOfABlock(state, [&] {
+        matrix.deallocateRealtimeEventListHead(matrix.process(1, frames));
+        return matrix.allEvents.size();
+    });
+    console().setSink(sinkBefore);
+}
+
+BENCHMARK(processMatrix)->Arg(50)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
