@@ -46,7 +46,7 @@ public:
     std::atomic<double> samplerate{48000.0};                   // Hz
     std::optional<std::filesystem::path> currentFile;
     std::atomic<std::uint8_t> currentChannel{0};
-    std::atomic<int> loopCount{0};
+    std::atomic<int> loopCount{0};        // 1 after any pass
     std::atomic<double> tempoFactor{1.0}; // 0.1 to 10 by the operations, as the next
     std::atomic<double> tempoRate{1.0};
     std::atomic<bool> stopped{true};
@@ -116,7 +116,8 @@ public:
     // Takes back the records of the last cycle.
     virtual void deallocateRealtimeEventListHead();
 
-    // MARK: Sending
+    // MARK: Sending. [any] stop() and pause() send while they hold the sequencer: what overrides these may
+    // send, but not operate.
 
     // Records of the next block's first frame. A status and a channel above 255 are a fatal stop. The second
     // is stamped with the length of a block, and has three bytes at most.
@@ -160,11 +161,13 @@ public:
 
     // Stops, and plays from the first event on. `time` is the audio clock's.
     virtual void start(std::int64_t time);
-    virtual void stop(); // sends notes off, sounds off, controllers and programs to all channels
+    // Sends notes off, sounds off, controllers and programs to all channels, 80 messages, and rewinds. What
+    // plays next is not held back: the gate of a second is open again.
+    virtual void stop();
     virtual void pause();
     virtual void _continue();
     virtual bool isPlaying() const;
-    virtual void rewind();
+    virtual void rewind();                     // the clocks too, but for the time of the start
     virtual void seekToPosition(double value); // 0 to 1; what is not a number is a fatal stop
     // Only the next event: the position stays, so that earlier ones are late.
     virtual void seekToEvent(int index);

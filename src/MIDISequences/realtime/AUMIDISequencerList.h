@@ -17,7 +17,7 @@ class AUMIDISequencerList {
 public:
     AUMIDISequencerList(SequencerFile newFile, std::shared_ptr<MIDISequence16> newSequence);
 
-    // Free of recursion, however many stand in a row.
+    // Frees a row of any length step by step.
     ~AUMIDISequencerList();
     AUMIDISequencerList(const AUMIDISequencerList&) = delete;
     AUMIDISequencerList& operator=(const AUMIDISequencerList&) = delete;

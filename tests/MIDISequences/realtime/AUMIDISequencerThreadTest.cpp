@@ -40,7 +40,7 @@ std::shared_ptr<MIDISequence16> smallMusic()
 std::uint64_t roundCount()
 {
     const char* const asked = std::getenv("VOLVELLE_SEQUENCER_ROUNDS");
-    return asked == nullptr ? 1600 : std::strtoull(asked, nullptr, 10);
+    return asked == nullptr ? 1000 : std::strtoull(asked, nullptr, 10);
 }
 
 // Counts what it is told on whatever thread.
@@ -108,6 +108,27 @@ TEST(AUMIDISequencerThread, ACycleTakesNoMemoryAndNoLockOnceItRuns)
         sequencer.cleanupCount = 0;
     }
     EXPECT_TRUE(sequencer.isPlaying());
+}
+
+TEST(AUMIDISequencerThread, AFilePutOffIsPutInUseWithoutMemoryAndLocks)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.path / "song.mid";
+    smallMusic()->saveToFile(file);
+    SequencerProbe sequencer;
+    sequencer.isLooping = true;
+    sequencer.isMultiChannel = false;
+    sequencer.load(StampedEvents{{0, {0x90, 60, 90}}, {2000, {0x90, 61, 90}}});
+    for (int round = 0; round < 4; ++round) {
+        sequencer.loadMIDIFile(file, false);
+        sequencer.start(1);
+        for (std::int64_t time = 1; time < 20 * 512; time += 512) {
+            const RealtimeGuard guard;
+            sequencer.process(time, 512);
+        }
+    }
+    EXPECT_THAT(sequencer.listener->calls, testing::Contains("loaded"));
+    EXPECT_GT(sequencer.getEventList().size(), 10U);
 }
 
 TEST(AUMIDISequencerThread, AnEndAndADelegateThatStartsTakeNoMemoryAndNoLock)

@@ -191,6 +191,16 @@ TEST_F(AUMIDISequencerTransport, SeekingWithoutAnEventBehindLeavesTheNextOneAsIt
     EXPECT_EQ(sequencer.getCurrentEventIndex(), 1);
 }
 
+TEST_F(AUMIDISequencerTransport, RewindingGoesToTheFirstEventEvenWhereItStandsBeforeTheFile)
+{
+    sequencer.load(StampedEvents{{-50, {0xB0, 7, 1}}, {10, {0xB0, 7, 2}}});
+    sequencer.seekToPosition(0.0);
+    EXPECT_EQ(sequencer.getCurrentEventIndex(), 1);
+    sequencer.rewind();
+
+    EXPECT_EQ(sequencer.getCurrentEventIndex(), 0);
+}
+
 TEST_F(AUMIDISequencerTransport, SeekingToAnEventMovesTheNextOneAndNotThePosition)
 {
     sequencer.seekToEvent(3);
