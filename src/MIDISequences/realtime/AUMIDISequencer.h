@@ -100,15 +100,24 @@ public:
 
     // MARK: Cycles. [render]
 
-    // The records due from `time` on, before the end of the block and at it; valid until the next call, which
-    // takes them back. Null for none. First come records that end running notes (see cleanupCount), then what
-    // was sent, a sample apart, then the file's. An event at the block's end is stamped with the next block's
-    // first frame. A late note is dropped and told, any other late event has immediateTime. Time 0 gives
-    // nothing of the file. What has neither a status nor begins a channel message or a system message but F0
-    // passes all filters. A file ends with its last event: where that one is muted or dropped, it does not
-    // end, and whoever hosts the sequencer stops it. A file that ended stands at 0, one that loops sounds
-    // again from the next cycle on. A tempo that is no number, or none at all, is a fatal stop.
+    // The plain form: the events due before the end of the block, whatever has passed of the clock since the
+    // start, in records of three bytes at most; valid until the next call. No tempo, no status filter, no
+    // gate, and nothing that was sent. The file ends before its last event goes out, which so comes twice as
+    // late where the file loops; what was put off is not put in use.
     virtual const std::vector<AUMIDIEvent>& processInternal(std::int64_t time, int frameCount);
+
+    // The records due from `time` to the end of the block, that included; valid until the next call, which
+    // takes them back. Null for none. First come records that end running notes (see cleanupCount), then what
+    // was sent, a sample apart, then the file's; an event at the end has the next block's first frame.
+    // - A late note is dropped and told; any other late event is told and has immediateTime.
+    // - Time 0 gives nothing of the file.
+    // - What begins with a byte below 0x80 or with 0xF0 passes all filters. The low nibble of other system
+    // and
+    //   meta events counts as their channel.
+    // - A file ends with its last event: where that one is filtered or dropped, it does not end, and whoever
+    //   hosts the sequencer stops it by getDurationInSamples(). A file that ended stands at 0, one that loops
+    //   sounds again from the next cycle on.
+    // - A tempo that is no number, that is 0, or that makes the block too long for 64 bits is a fatal stop.
     virtual AURenderEvent* process(std::int64_t time, int frameCount);
 
     static constexpr std::int64_t immediateTime = -0x100000000;
@@ -157,7 +166,8 @@ public:
     virtual void setRate(double value); // as the tempo factor
     virtual double getRate() const;
 
-    // MARK: Transport. [main, render]
+    // MARK: Transport. [main, render] A thread that renders calls it from a delegate's call, or else within
+    // an AUMIDISequencerRenderScope.
 
     // Stops, and plays from the first event on. `time` is the audio clock's.
     virtual void start(std::int64_t time);

@@ -100,6 +100,17 @@ TEST_F(AUMIDISequencerProcess, SeekingEndsTheRunningNotesFirst)
     EXPECT_EQ(sequencer.cleanupCount, 0);
 }
 
+TEST_F(AUMIDISequencerProcess, WhereItIsStoppedRunningNotesEndThoughNothingSeeks)
+{
+    sequencer.load(withLast(threeNotes));
+    sequencer.startClean(1000);
+    sequencer.play(1000, 512);
+    sequencer.stopped = true;
+
+    EXPECT_EQ(sequencer.play(1512, 512).size(), 3U);
+    EXPECT_EQ(sequencer.getRunningNotesCount(), 0);
+}
+
 TEST_F(AUMIDISequencerProcess, WhatWasSentComesBeforeTheFilesEventsASampleApart)
 {
     sequencer.load(withLast({{3, {0xB0, 7, 100}}}));
