@@ -2,7 +2,6 @@
 
 #include "MIDISequences/realtime/AUMIDISequencerRenderScope.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -17,9 +16,7 @@ constexpr double leastLargeScientific = 1e16;
 
 void AUMIDISequencerLine::append(std::string_view text) noexcept
 {
-    const std::size_t length = std::min(text.size(), characters.size() - count);
-    std::copy_n(text.data(), length, characters.data() + count);
-    count += length;
+    count += text.copy(characters.data() + count, characters.size() - count);
 }
 
 void AUMIDISequencerLine::append(double value) noexcept

@@ -17,7 +17,7 @@ void AUMIDISequencer::loadMIDIFile(const std::optional<std::filesystem::path>& u
         loadMIDIFileInternal();
         return;
     }
-    auto next = parse(*currentFile);
+    auto next = parse(required(currentFile));
     own([&] {
         prepared = std::move(next);
         isLoadPending = true;
