@@ -33,6 +33,13 @@ Console& console()
     return instance;
 }
 
+ConsoleSilence::ConsoleSilence() : before((flushLog(), console().setSink(nullptr))) {}
+
+ConsoleSilence::~ConsoleSilence()
+{
+    console().setSink(before);
+}
+
 void StandardOutputSink::write(std::string_view line)
 {
     std::string whole = plainText(line);

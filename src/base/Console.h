@@ -34,6 +34,18 @@ private:
 
 Console& console();
 
+// Drops the lines that are written while it lives. [main]
+class ConsoleSilence {
+public:
+    ConsoleSilence();
+    ~ConsoleSilence();
+    ConsoleSilence(const ConsoleSilence&) = delete;
+    ConsoleSilence& operator=(const ConsoleSilence&) = delete;
+
+private:
+    ConsoleSink* const before;
+};
+
 // Lines on standard output as plain text, flushed by the line.
 class StandardOutputSink : public ConsoleSink {
 public:

@@ -3,7 +3,14 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <climits>
+#include <clocale>
 #include <cstdint>
+#include <cwchar>
+#include <cwctype>
+
+#include <locale.h>
 
 namespace volvelle {
 
@@ -89,6 +96,31 @@ std::string plainLine(std::string_view text)
     std::string plain = plainText(text);
     std::ranges::replace_if(plain, [](char c) { return c == '\n' || c == '\t'; }, ' ');
     return plain;
+}
+
+std::string smallLetters(std::string_view text)
+{
+    static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    const locale_t before = uselocale(utf8);
+    std::string result;
+    std::mbstate_t in{};
+    std::mbstate_t out{};
+    while (!text.empty()) {
+        wchar_t letter = 0;
+        std::array<char, MB_LEN_MAX> bytes{};
+        const std::size_t taken = std::mbrtowc(&letter, text.data(), text.size(), &in);
+        if (taken == 0 || taken > text.size()) {
+            in = {};
+            result += text.front();
+            text.remove_prefix(1);
+            continue;
+        }
+        const auto small = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(letter)));
+        result.append(bytes.data(), std::wcrtomb(bytes.data(), small, &out));
+        text.remove_prefix(taken);
+    }
+    uselocale(before);
+    return result;
 }
 
 } // namespace volvelle

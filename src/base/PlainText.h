@@ -13,6 +13,9 @@ std::size_t utf8Length(std::string_view bytes);
 // The bytes of a text as UTF-8: as they are where they are that, else each as the character of its number.
 std::string utf8Text(std::string_view bytes);
 
+// A text in UTF-8 with small letters for capitals, of any script.
+std::string smallLetters(std::string_view text);
+
 // A text as UTF-8 with a question mark for each control character but tabs and line ends.
 std::string plainText(std::string_view text);
 

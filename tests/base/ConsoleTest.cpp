@@ -43,6 +43,21 @@ TEST(Console, WithoutASinkNoTextIsBuilt)
     EXPECT_EQ(count, 0);
 }
 
+TEST(Console, ASilenceDropsWhatIsWrittenInIt)
+{
+    ConsoleCapture capture;
+    int count = 0;
+    safeprint("before");
+    {
+        const ConsoleSilence silence;
+        safeprint("within ", Counted{count});
+        directPrint("within ", Counted{count});
+    }
+    safeprint("after");
+    EXPECT_EQ(capture.take(), (Lines{"before", "after"}));
+    EXPECT_EQ(count, 0);
+}
+
 TEST(Console, SafeprintOfAnEmptyMessagePrintsAnEmptyLine)
 {
     ConsoleCapture capture;

@@ -39,6 +39,18 @@ TEST(PlainText, ControlCharactersAreQuestionMarks)
               "?2J");
 }
 
+TEST(PlainText, SmallLettersAreThoseOfEveryScript)
+{
+    EXPECT_EQ(smallLetters("SLOW Tide 2"), "slow tide 2");
+    EXPECT_EQ(smallLetters("ÜBERMUT Ångström ΩΣ ЖУК ĳ"), "übermut ångström ωσ жук ĳ");
+    EXPECT_EQ(smallLetters("A\xC4"
+                           "B\xE2\x82"),
+              "a\xC4"
+              "b\xE2\x82");
+    EXPECT_EQ(smallLetters(std::string_view("A\0B", 3)), std::string_view("a\0b", 3));
+    EXPECT_EQ(smallLetters(""), "");
+}
+
 TEST(PlainText, ALineHasNoLineEndsAndTabs)
 {
     EXPECT_EQ(plainLine("one\ntwo\tthree\x1B"), "one two three?");

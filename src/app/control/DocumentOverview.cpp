@@ -1,5 +1,6 @@
 #include "app/control/DocumentOverview.h"
 
+#include "base/Console.h"
 #include "base/Text.h"
 #include "inspection/FileDescription.h"
 #include "phrases/ArrangementTracks.h"
@@ -76,6 +77,7 @@ DocumentOverview overviewOf(const std::vector<std::uint8_t>& data)
 {
     DocumentOverview overview;
     FileDescription file;
+    const ConsoleSilence silence; // the finding of chords has a line for each
     if (describeData(data, file) != noErr) {
         return overview;
     }

@@ -14,14 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string smallLetters(std::string text)
-{
-    std::ranges::transform(text, text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return text;
-}
-
 } // namespace
 
 void UIDocumentBrowserViewController::showFolder(fs::path path, std::shared_ptr<TrashCan> trash)

@@ -32,6 +32,11 @@ public:
 
     static QFont font(Text kind);
 
+    // How a screen of that width (pixels) is laid out, and the room that it keeps at its sides.
+    static bool isWide(int width) { return width >= 1100; }
+
+    static int margin(int width) { return isWide(width) ? 40 : 20; }
+
 Q_SIGNALS:
     void changed();
 

@@ -264,9 +264,11 @@ void BrowserScreen::keyPressEvent(QKeyEvent* event)
 void BrowserScreen::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    const int wanted = (width() >= 1100 ? 28 : 12) - TileDelegate::gapAcross / 2;
+    const int wanted = Appearance::margin(width());
     if (std::exchange(margin, wanted) != wanted) {
-        tiles->setStyleSheet(QString("QListView { padding: 0 0 0 %1px; }").arg(margin));
+        header->setContentsMargins(margin, 36, margin, 24 - TileDelegate::gapDown / 2);
+        footer->setContentsMargins(margin, 0, margin - 2, 0);
+        tiles->setMargin(margin - TileDelegate::padding - TileDelegate::gapAcross / 2);
     }
 }
 

@@ -4,10 +4,11 @@
 #include "app/screens/EmptyBrowser.h"
 #include "app/screens/Thumbnails.h"
 #include "app/screens/TileModel.h"
+#include "app/screens/TileView.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QWidget>
@@ -88,12 +89,14 @@ private:
     void revealSelection();
 
     const std::shared_ptr<DocumentBrowserViewController> logic;
+    QHBoxLayout* header = nullptr;
+    QHBoxLayout* footer = nullptr;
     QLabel* title = nullptr;
     QLineEdit* search = nullptr;
     QPushButton* importButton = nullptr;
     QPushButton* newButton = nullptr;
     QStackedWidget* middle = nullptr;
-    QListView* tiles = nullptr;
+    TileView* tiles = nullptr;
     EmptyBrowser* empty = nullptr;
     QLabel* noHit = nullptr;
     QLabel* count = nullptr;

@@ -7,7 +7,6 @@
 
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 // The browser's header, tiles and footer.
@@ -44,22 +43,9 @@ void BrowserScreen::makeHeader()
 void BrowserScreen::makeTiles()
 {
     middle = new QStackedWidget(this);
-    tiles = new QListView(middle);
-    tiles->setViewMode(QListView::IconMode);
+    tiles = new TileView(middle);
     tiles->setModel(model);
     tiles->setItemDelegate(new TileDelegate(tiles));
-    tiles->setUniformItemSizes(true);
-    tiles->setResizeMode(QListView::Adjust);
-    tiles->setMovement(QListView::Static);
-    tiles->setSelectionMode(QAbstractItemView::SingleSelection);
-    tiles->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    tiles->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    tiles->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    tiles->verticalScrollBar()->setSingleStep(40);
-    tiles->setMouseTracking(true);
-    tiles->setContextMenuPolicy(Qt::CustomContextMenu);
-    tiles->setAccessibleName("Ideas");
-    tiles->setProperty("ownFocusRing", true);
     connect(tiles, &QListView::doubleClicked, this, [this] { open(); });
     connect(tiles, &QListView::customContextMenuRequested, this, &BrowserScreen::showMenu);
     connect(tiles->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -99,8 +85,7 @@ void BrowserScreen::makeFooter()
 
 void BrowserScreen::makeLayout()
 {
-    auto* header = new QHBoxLayout;
-    header->setContentsMargins(40, 36, 40, 24);
+    header = new QHBoxLayout;
     header->setSpacing(12);
     header->addWidget(title, 1);
     header->addWidget(search);
@@ -116,8 +101,7 @@ void BrowserScreen::makeLayout()
     }
     connect(helpButton, &QPushButton::clicked, this, &BrowserScreen::help);
     connect(aboutButton, &QPushButton::clicked, this, &BrowserScreen::about);
-    auto* footer = new QHBoxLayout;
-    footer->setContentsMargins(40, 0, 36, 0);
+    footer = new QHBoxLayout;
     footer->setSpacing(16);
     footer->addWidget(count, 1);
     footer->addWidget(helpButton);

@@ -51,7 +51,7 @@ CircleDrawing drawingOf(MIDICircleViewBase& circle, const CGRect& frame)
     return context.drawing;
 }
 
-// Notes of a tile: thin, but never so thin that they vanish.
+// Notes and hand of a tile: thin, but never so thin that they vanish.
 CircleDrawing smallDrawing(MIDICircleViewBase& circle, const CGRect& frame)
 {
     const double position = circle.currentBeat;
@@ -60,6 +60,9 @@ CircleDrawing smallDrawing(MIDICircleViewBase& circle, const CGRect& frame)
     circle.currentBeat = position;
     for (CircleArc& arc : drawing.arcs) {
         arc.width = std::max(arc.width, 1.25);
+    }
+    for (CircleLine& line : drawing.lines) {
+        line.width = std::max(line.width, 1.25);
     }
     return drawing;
 }

@@ -223,8 +223,8 @@ void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens&
 void paintSmallParts(QPainter& painter, const Tokens& tokens)
 {
     circle(painter, DiscGeometry::smallRim, hairline(tokens.rimEdge), tokens.rim);
-    circle(painter, DiscGeometry::smallInk, hairline(tokens.discEdge), tokens.disc);
-    circle(painter, DiscGeometry::smallHub, hairline(tokens.rimEdge), tokens.rim);
+    circle(painter, DiscGeometry::smallInk, Qt::NoPen, tokens.disc);
+    circle(painter, DiscGeometry::smallHub, Qt::NoPen, tokens.rim);
     circle(painter, 5.0, QPen(tokens.fg3, 3.0), tokens.disc);
 }
 

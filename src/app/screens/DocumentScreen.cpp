@@ -14,7 +14,6 @@ namespace volvelle {
 
 namespace {
 
-constexpr int wideWindow = 1100; // pixels
 constexpr int discMargin = 64;
 constexpr int largeHeight = 52;
 constexpr int buttonHeight = 44;
@@ -195,8 +194,8 @@ void DocumentScreen::resizeEvent(QResizeEvent* event)
 
 void DocumentScreen::arrange()
 {
-    const bool isWide = width() >= wideWindow;
-    const int margin = isWide ? 40 : 20;
+    const bool isWide = Appearance::isWide(width());
+    const int margin = Appearance::margin(width());
     const int column = isWide ? 272 : 192;
     const int left = width() - margin - column;
     const int room = left - margin;
@@ -215,7 +214,7 @@ void DocumentScreen::arrange()
     generate->setGeometry(left, first, column, largeHeight);
     const int soundTop = first - 12 - 36;
     sound->setGeometry(left, soundTop, column, 36);
-    const int legendTop = margin + 88;
+    const int legendTop = margin + (isWide ? 88 : 76);
     legend->setGeometry(left, legendTop, column, std::max(0, soundTop - 12 - legendTop));
 }
 

@@ -6,6 +6,7 @@
 #include "app/screens/FadeOut.h"
 #include "app/screens/HelpScreen.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
@@ -276,8 +277,10 @@ void MainWindow::bringToFront()
 {
     setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
     show();
-    raise();
-    activateWindow();
+    QWidget* const front =
+        QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget() : this;
+    front->raise();
+    front->activateWindow();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event)

@@ -1,5 +1,6 @@
 #include "app/screens/MessageBar.h"
 
+#include "app/screens/Appearance.h"
 #include "app/screens/Controls.h"
 
 #include <QHBoxLayout>
@@ -12,13 +13,19 @@ MessageBar::MessageBar(QWidget* parent)
     setProperty("kind", "bar");
     auto* close = makeButton("Close", ButtonKind::link, "Close this line", "", this);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(20, 8, 20, 8);
     layout->addWidget(label, 1);
     layout->addWidget(button);
     layout->addWidget(close);
     connect(button, &QPushButton::clicked, this, &MessageBar::acted);
     connect(close, &QPushButton::clicked, this, &MessageBar::closed);
     hide();
+}
+
+void MessageBar::resizeEvent(QResizeEvent* event)
+{
+    QFrame::resizeEvent(event);
+    const int margin = Appearance::margin(width());
+    layout()->setContentsMargins(margin, 8, margin, 8);
 }
 
 void MessageBar::tell(const QString& line, const QString& action)

@@ -19,6 +19,9 @@ Q_SIGNALS:
     void acted();
     void closed();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QLabel* label;
     QPushButton* button;

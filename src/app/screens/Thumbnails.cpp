@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int formOfPictures = 1; // raised when they look otherwise
+constexpr int formOfPictures = 2; // raised when they look otherwise
 const QString notesKey = "Notes";
 const QString versionKey = "Version";
 
@@ -105,7 +105,8 @@ fs::path Thumbnails::usualFolder()
 
 Thumbnails::Thumbnail Thumbnails::make(const Key& key)
 {
-    FileCircle circle(key.file);
+    const bool isTooLarge = key.size > mostOfAFile;
+    FileCircle circle(isTooLarge ? fs::path() : key.file);
     Thumbnail thumbnail;
     thumbnail.notes = circle.notes();
     thumbnail.disc = smallDiscImage(circle, key.side, key.ratio, key.theme);

@@ -41,7 +41,7 @@ public:
 
     struct Thumbnail {
         QImage disc;
-        int notes = -1; // unknown: the file could not be read
+        int notes = -1; // unknown: the file could not be read, or is too large
     };
 
     // Pictures are kept in `folder`, nowhere where it is empty; the oldest go where there are too many.
@@ -65,9 +65,10 @@ private:
     void prune() const;
     void take(const Key& key, const Thumbnail& thumbnail);
 
-    static constexpr qsizetype mostBytes = 128 << 20; // of pictures in memory
-    static constexpr qint64 mostOnDisk = 64 << 20;    // bytes of pictures in the folder
-    static constexpr std::size_t mostWaiting = 1024;  // more than a screen holds; older wishes are dropped
+    static constexpr qsizetype mostBytes = 128 << 20;    // of pictures in memory
+    static constexpr qint64 mostOnDisk = 64 << 20;       // bytes of pictures in the folder
+    static constexpr std::int64_t mostOfAFile = 2 << 20; // bytes; a larger one would hold up all others
+    static constexpr std::size_t mostWaiting = 1024;     // more than a screen holds; older wishes are dropped
 
     const std::filesystem::path folder;
     std::unordered_map<std::string, Thumbnail> known; // by name and version

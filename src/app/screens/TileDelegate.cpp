@@ -17,7 +17,6 @@ constexpr int nameHeight = 24;
 constexpr int metaTop = 246;
 constexpr int metaHeight = 18;
 constexpr int metaGap = 12;
-constexpr int padding = 12;
 constexpr double radius = 12.0;
 
 QRect tileOf(const QStyleOptionViewItem& option)
@@ -28,7 +27,8 @@ QRect tileOf(const QStyleOptionViewItem& option)
 
 QRect nameOf(const QRect& tile)
 {
-    return {tile.left() + padding, tile.top() + nameTop, tile.width() - 2 * padding, nameHeight};
+    return {tile.left() + TileDelegate::padding, tile.top() + nameTop,
+            tile.width() - 2 * TileDelegate::padding, nameHeight};
 }
 
 void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QRect& tile)

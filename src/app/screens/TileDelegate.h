@@ -8,6 +8,7 @@ namespace volvelle {
 class TileDelegate : public QStyledItemDelegate {
 public:
     static constexpr QSize tileSize{232, 284};
+    static constexpr int padding = 12; // inside a tile, pixels as all of these
     static constexpr int gapAcross = 16;
     static constexpr int gapDown = 12;
 

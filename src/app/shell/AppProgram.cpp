@@ -19,6 +19,7 @@
 #include <QFile>
 #include <QIcon>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -120,12 +121,18 @@ int runWindow(const AppOptions& options)
     if (!early.isEmpty()) {
         shell.receive(early);
     }
+    // What is started from now on is a program of its own, however long this one takes to end.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &instance,
+                     [&instance] { instance.end(); });
     const EndSignals signals([] { QApplication::exit(); });
     return QApplication::exec();
 }
 
 int open(const AppOptions& options, CommandOutput& output)
 {
+    // A document outlives the reader of the lines, and a file that is too large is a failed write.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     if (options.isSelfTest) {
         return runSelfTest(output);
     }
@@ -133,7 +140,7 @@ int open(const AppOptions& options, CommandOutput& output)
         return output.failure(noDisplay);
     }
     StandardOutputSink sink;
-    ConsoleSink* const before = console().setSink(&sink);
+    ConsoleSink* const before = console().setSink(output.isQuiet() ? nullptr : &sink);
     const int status = runWindow(options);
     console().setSink(before);
     return status;

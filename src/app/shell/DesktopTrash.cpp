@@ -4,7 +4,9 @@
 #include "base/Text.h"
 #include "services/files/MoveFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 namespace volvelle {
 
@@ -12,9 +14,13 @@ namespace fs = std::filesystem;
 
 Result<fs::path> DesktopTrash::take(const fs::path& file)
 {
+    const auto refused = failure(concat("'", shownName(file), "' could not be moved to the trash."));
+    // Without it the trash would be made in the working folder.
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     QString place;
-    if (!QFile::moveToTrash(QFile::decodeName(file.c_str()), &place)) {
-        return failure(concat("'", shownName(file), "' could not be moved to the trash."));
+    if (data.isEmpty() || !QDir().mkpath(data) ||
+        !QFile::moveToTrash(QFile::decodeName(file.c_str()), &place)) {
+        return refused;
     }
     return fs::path(QFile::encodeName(place).toStdString());
 }

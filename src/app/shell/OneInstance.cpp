@@ -3,6 +3,7 @@
 #include <QDataStream>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QLocalSocket>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -43,7 +44,7 @@ OneInstance::OneInstance(QString place) : name(std::move(place)), lock(name + ".
 
 OneInstance::~OneInstance()
 {
-    server.close();
+    end();
 }
 
 bool OneInstance::begin(const QStringList& files, Receive handler)
@@ -65,7 +66,23 @@ bool OneInstance::begin(const QStringList& files, Receive handler)
         }
         QThread::msleep(pause);
     }
+    // A lock that names nobody, behind which nobody listens: of one that ended in the middle of making it.
+    qint64 owner = 0;
+    QString host;
+    QString program;
+    if (!lock.getLockInfo(&owner, &host, &program)) {
+        QFile::remove(name + ".lock");
+        if (lock.tryLock(0)) {
+            listen();
+        }
+    }
     return true;
+}
+
+void OneInstance::end()
+{
+    server.close();
+    lock.unlock();
 }
 
 void OneInstance::listen()

@@ -24,6 +24,9 @@ public:
     // ends. A first one that does not answer, or a place where none can listen, counts as none: true.
     bool begin(const QStringList& files, Receive receive);
 
+    // From now on another process is the first: before what this one still has to do.
+    void end();
+
     // The name for this user and display.
     static QString usualName();
 

@@ -105,6 +105,10 @@ void Shell::launch(const QStringList& files)
     connectSystem();
     watchFolder();
     mainWindow->show();
+    if (!files.isEmpty()) {
+        // A large file takes its time: not before the window is painted.
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
     receive(files);
 }
 
@@ -149,9 +153,27 @@ void Shell::watchFolder()
 {
     folderTimer.setSingleShot(true);
     folderTimer.setInterval(folderPause);
-    connect(&folderTimer, &QTimer::timeout, this, [this] { rootScreen->refresh(); });
+    connect(&folderTimer, &QTimer::timeout, this, [this] {
+        followFolder();
+        rootScreen->refresh();
+    });
     connect(&folderWatcher, &QFileSystemWatcher::directoryChanged, this, [this] { folderTimer.start(); });
-    if (const auto folder = documentsFolder()) {
+    followFolder();
+}
+
+// A folder that is not there is waited for in the nearest one above it; one that came anew is another one.
+void Shell::followFolder()
+{
+    auto folder = documentsFolder();
+    std::error_code error;
+    while (folder && !std::filesystem::is_directory(*folder, error) && folder->has_relative_path()) {
+        folder = folder->parent_path();
+    }
+    const QStringList before = folderWatcher.directories();
+    if (!before.isEmpty()) {
+        folderWatcher.removePaths(before);
+    }
+    if (folder) {
         folderWatcher.addPath(QFile::decodeName(folder->c_str()));
     }
 }

@@ -47,6 +47,7 @@ private:
     void connectSystem();
     void tellPlayer();
     void watchFolder();
+    void followFolder();
     void lookAtSound();
     void terminate();
 

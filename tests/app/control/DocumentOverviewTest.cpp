@@ -21,8 +21,9 @@ TEST(DocumentOverview, TellsPartsChordsAndLength)
         notes.push_back(note);
     }
     notes.push_back({0.0, 70, 1.0, 15});
-    const ConsoleCapture console;
+    ConsoleCapture console;
     const DocumentOverview overview = overviewOf(bytesWith(notes));
+    EXPECT_EQ(console.take(), std::vector<std::string>());
     EXPECT_EQ(overview.notes, 7);
     EXPECT_EQ(overview.beats, 9.0);
     EXPECT_EQ(overview.bars(), 3);

@@ -68,7 +68,9 @@ TEST_F(UIDocumentBrowserViewControllerTest, BeforeAFolderIsShownNothingHappens)
 
 TEST_F(UIDocumentBrowserViewControllerTest, ASearchFindsPartsOfNamesInAnyCase)
 {
-    makeBrowser({"Slow tide.mid", "Low.mid", "Other.mid"});
+    makeBrowser({"Slow tide.mid", "Low.mid", "Übermut.mid"});
+    root->setSearchText("üBER");
+    EXPECT_EQ(shownNames(), Lines{"Übermut"});
     root->setSearchText("lOW");
     EXPECT_EQ(shownNames(), (Lines{"Slow tide", "Low"}));
     EXPECT_EQ(root->countLine(), "2 of 3 ideas in Documents / Volvelle");
@@ -77,7 +79,7 @@ TEST_F(UIDocumentBrowserViewControllerTest, ASearchFindsPartsOfNamesInAnyCase)
     EXPECT_EQ(root->allDocuments().size(), 3U);
     root->setSearchText("");
     EXPECT_EQ(root->documents().size(), 3U);
-    EXPECT_EQ(changes, 3);
+    EXPECT_EQ(changes, 4);
 }
 
 TEST_F(UIDocumentBrowserViewControllerTest, ASelectionIsOneOfTheListAndEndsWithIt)

@@ -344,5 +344,31 @@ TEST_F(BrowserScreenTest, NamesItsControlsForScreenReaders)
     EXPECT_EQ(tiles().model()->index(0, 0).data(Qt::AccessibleTextRole).toString(), "Hallway");
 }
 
+TEST_F(BrowserScreenTest, HasAsManyColumnsAsFit)
+{
+    for (int i = 0; i < 30; ++i) {
+        writeIdea("Idea " + std::to_string(i) + ".mid");
+    }
+    open();
+    for (const auto& [size, columns, margin] : std::vector<std::tuple<QSize, int, int>>{
+             {{1280, 800}, 5, 40}, {{1090, 700}, 4, 20}, {{800, 600}, 3, 20}, {{720, 540}, 2, 20}}) {
+        SCOPED_TRACE(size.width());
+        window->resize(size);
+        settle();
+        const QModelIndex first = tiles().model()->index(0, 0);
+        const int top = tiles().visualRect(first).top();
+        int row = 0;
+        while (tiles().visualRect(tiles().model()->index(row, 0)).top() == top) {
+            ++row;
+        }
+        EXPECT_EQ(row, columns);
+        const QRect tile = tiles().visualRect(first);
+        const int left = tiles().viewport()->mapTo(window.get(), tile.topLeft()).x();
+        EXPECT_EQ(left + TileDelegate::gapAcross / 2 + TileDelegate::padding, margin);
+        QAbstractButton* const newButton = button(browser(), "New");
+        EXPECT_EQ(newButton->mapTo(window.get(), QPoint(newButton->width(), 0)).x(), size.width() - margin);
+    }
+}
+
 } // namespace
 } // namespace volvelle::test

@@ -101,6 +101,18 @@ TEST_F(ThumbnailsTest, TellNoNumberOfAFileThatIsNone)
     EXPECT_EQ(wait(thumbnails, keyOf("Bad.mid")).notes, -1);
 }
 
+TEST_F(ThumbnailsTest, ShowNoNotesOfALargeFile)
+{
+    writeIdea("Slow tide.mid");
+    auto key = keyOf("Slow tide.mid");
+    key.size = 2 << 20;
+    EXPECT_EQ(wait(thumbnails, key).notes, 3);
+    ++key.size;
+    const auto none = wait(thumbnails, key);
+    EXPECT_EQ(none.notes, -1);
+    EXPECT_EQ(none.disc.width(), 64);
+}
+
 TEST_F(ThumbnailsTest, ReplaceADamagedPicture)
 {
     writeIdea("Slow tide.mid");

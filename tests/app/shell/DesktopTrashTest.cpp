@@ -30,6 +30,22 @@ TEST_F(DesktopTrashTest, TakesAFileAndGivesItBack)
     EXPECT_FALSE(std::filesystem::exists(info));
 }
 
+TEST_F(DesktopTrashTest, MakesTheTrashWhereNoneIsYetAndNeverInTheWorkingFolder)
+{
+    TemporaryFolder fresh;
+    TemporaryFolder working;
+    const auto before = std::filesystem::current_path();
+    const std::string data = std::getenv("XDG_DATA_HOME");
+    setenv("XDG_DATA_HOME", (fresh.path / ".local/share").c_str(), 1);
+    std::filesystem::current_path(working.path);
+    const auto place = trash.take(folder.write("Slow tide.mid", "content"));
+    std::filesystem::current_path(before);
+    setenv("XDG_DATA_HOME", data.c_str(), 1);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->parent_path(), fresh.path / ".local/share/Trash/files");
+    EXPECT_TRUE(working.names().empty());
+}
+
 TEST_F(DesktopTrashTest, LeavesAFileThatHasTheNameByNow)
 {
     const auto file = folder.write("Slow tide.mid", "old");

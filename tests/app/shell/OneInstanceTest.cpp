@@ -91,6 +91,22 @@ TEST_F(OneInstanceTest, IsOneOfTenThatStartAtOnce)
     EXPECT_EQ(received.back(), "/8.mid");
 }
 
+TEST_F(OneInstanceTest, TakesTheLockOfOneThatDiedWhileItMadeIt)
+{
+    folder.write("one.lock", "");
+    OneInstance first(name);
+    ASSERT_TRUE(first.begin({}, keep()));
+    EXPECT_FALSE(startAgain({"/a.mid"}));
+}
+
+TEST_F(OneInstanceTest, LetsAnotherBeginBeforeItsLifeIsOver)
+{
+    OneInstance first(name);
+    ASSERT_TRUE(first.begin({}, keep()));
+    first.end();
+    EXPECT_TRUE(startAgain({}));
+}
+
 TEST_F(OneInstanceTest, BeginsWhereNoneCanListen)
 {
     OneInstance nowhere(QString::fromStdString((folder.path / "missing/one").string()));

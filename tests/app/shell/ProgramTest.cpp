@@ -14,9 +14,10 @@ namespace volvelle::test {
 namespace {
 
 struct ProgramTest : testing::Test {
-    // The program with these arguments, in folders of its own.
+    // The program with these arguments, in folders of its own, as the script starts it.
     std::vector<std::string> command(const std::vector<std::string>& variables,
-                                     const std::vector<std::string>& arguments) const
+                                     const std::vector<std::string>& arguments,
+                                     const std::string& script = "exec \"$0\" \"$@\" 2>&1") const
     {
         std::vector<std::string> words{"env",
                                        "-u",
@@ -32,7 +33,7 @@ struct ProgramTest : testing::Test {
             words.push_back(std::string(name) + "=" + home.path.string());
         }
         words.insert(words.end(), variables.begin(), variables.end());
-        words.insert(words.end(), {"sh", "-c", "exec \"$0\" \"$@\" 2>&1", VOLVELLE_APP});
+        words.insert(words.end(), {"sh", "-c", script, VOLVELLE_APP});
         words.insert(words.end(), arguments.begin(), arguments.end());
         return words;
     }
@@ -73,6 +74,32 @@ TEST_F(ProgramTest, DrawsAPicture)
     const std::string told = run({}, {"picture", file.string(), "--out", picture.string(), "--size", "300"});
     EXPECT_TRUE(told.ends_with("[0]")) << told;
     EXPECT_EQ(QImage(QString::fromStdString(picture.string())).size(), QSize(300, 300));
+}
+
+TEST_F(ProgramTest, AFileThatMayNotBeWrittenIsAFailedTest)
+{
+    ChildProcess child(command({}, {"--self-test"}, "ulimit -f 0; exec \"$0\" \"$@\" 2>&1"));
+    EXPECT_NE(child.readLine(), "");
+    EXPECT_EQ(child.waitForEnd(), 1);
+}
+
+TEST_F(ProgramTest, LivesOnWithoutAReaderOfItsLines)
+{
+    ChildProcess child(command({"QT_QPA_PLATFORM=offscreen"}, {},
+                               "(timeout 2 \"$0\" \"$@\" 2>&1; echo $? > \"$HOME/status\") | head -n 1"));
+    child.waitForEnd();
+    std::ifstream file(home.path / "status");
+    int status = 0;
+    file >> status;
+    EXPECT_EQ(status, 124);
+}
+
+TEST_F(ProgramTest, SaysNothingWhereItIsAskedTo)
+{
+    ChildProcess child(
+        command({"QT_QPA_PLATFORM=offscreen"}, {"--quiet"}, "exec timeout 2 \"$0\" \"$@\" 2> /dev/null"));
+    EXPECT_EQ(child.readLine(), "");
+    EXPECT_EQ(child.waitForEnd(), 124);
 }
 
 TEST_F(ProgramTest, EndsInOrderWhenItIsAsked)

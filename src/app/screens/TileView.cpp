@@ -1,0 +1,29 @@
+#include "app/screens/TileView.h"
+
+#include <QScrollBar>
+
+namespace volvelle {
+
+TileView::TileView(QWidget* parent) : QListView(parent)
+{
+    setViewMode(QListView::IconMode);
+    setUniformItemSizes(true);
+    setResizeMode(QListView::Adjust);
+    setMovement(QListView::Static);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    verticalScrollBar()->setSingleStep(40);
+    setMouseTracking(true);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setAccessibleName("Ideas");
+    setProperty("ownFocusRing", true);
+}
+
+void TileView::setMargin(int pixels)
+{
+    setViewportMargins(pixels, 0, 0, 0);
+}
+
+} // namespace volvelle
