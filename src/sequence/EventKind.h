@@ -1,6 +1,7 @@
 #pragma once
 
 #include "midi/EventNodes.h"
+#include "sequence/NodePlace.h"
 #include "services/musicsequence/MusicSequence.h"
 
 #include <array>
@@ -13,9 +14,6 @@ namespace volvelle {
 
 class MIDISequence;
 class SequenceFoundDelegate;
-
-// The track of the tree that takes an event which is read.
-enum class EventTarget : std::uint8_t { ownTrack, firstTrack, tempoTrack };
 
 // The type of the record that holds a node's event in a track.
 template <class Node>

@@ -3,6 +3,7 @@
 #include "MIDISequences/AUMIDIEvents.h"
 #include "midi/EventNodes.h"
 #include "midi/SequenceNode.h"
+#include "sequence/NodePlace.h"
 #include "sequence/SequenceFoundDelegate.h"
 #include "services/musicsequence/MusicSequence.h"
 
@@ -15,6 +16,8 @@
 #include <vector>
 
 namespace volvelle {
+
+class SequenceReadingReport;
 
 // One music sequence of the service and one tree of nodes, and the ways between the two.
 //
@@ -250,6 +253,12 @@ public:
                                                                            std::uint8_t cable);
     // Plain records of at most three bytes each, without the tempo events.
     virtual std::vector<AUMIDIEvent> nodesToAUMIDIEvent(double samplerate);
+
+protected:
+    // Reads everything, each track by iterateEvents, with the lines of `report`.
+    void readSequence(SequenceReadingReport& report);
+    // The walk of iterateEvents; each node goes where `place` says.
+    void readTrack(const MusicTrack& track, int index, const NodePlace& place);
 
 private:
     std::vector<std::shared_ptr<ChannelAssignment>> channelAssignments;

@@ -107,6 +107,12 @@ void MIDISequence::patternNodeToMusicSequence(const std::shared_ptr<PatternNode>
 
 void MIDISequence::musicSequenceToSequenceNode()
 {
+    SequenceReadingReport report(*this);
+    readSequence(report);
+}
+
+void MIDISequence::readSequence(SequenceReadingReport& report)
+{
     if (!musicSequence) {
         logLine("MIDISequence::Fehler: Die Sequenz ist undefiniert.");
         return;
@@ -117,14 +123,20 @@ void MIDISequence::musicSequenceToSequenceNode()
     required(sequenceNode).clear();
     sequenceLength = 0.0;
     diagnose("\nDiagnose:");
-    diagnose("--------------------------------- MIDI Sequence ------------------------------------START");
-    SequenceReader::readTempoTrack(*this);
-    SequenceReader::readTracks(*this);
+    const std::string frame = concat("--------------------------------- ", report.title(), " Sequence ");
+    diagnose(frame + "------------------------------------START");
+    SequenceReader::readTempoTrack(*this, report);
+    SequenceReader::readTracks(*this, report);
     diagnose("\nDiagnose:");
-    diagnose("--------------------------------- MIDI Sequence -------------------------------------STOP\n");
+    diagnose(frame + "-------------------------------------STOP\n");
 }
 
 void MIDISequence::iterateEvents(const MusicTrack& track, int index)
+{
+    readTrack(track, index, SequenceReader::placeInTree(*this, index));
+}
+
+void MIDISequence::readTrack(const MusicTrack& track, int index, const NodePlace& place)
 {
     const auto self = weak_from_this().lock();
     const auto assignment = std::make_shared<ChannelAssignment>();
@@ -136,7 +148,7 @@ void MIDISequence::iterateEvents(const MusicTrack& track, int index)
         logLine("Fehler: Die Spur ist undefiniert.");
         return;
     }
-    SequenceReader(*this, index, *assignment, patches).readTrack(track);
+    SequenceReader(*this, place, *assignment, patches).readTrack(track);
 }
 
 void MIDISequence::fillMetaData(const MIDIMetaEvent* source, UserEvent& dest)

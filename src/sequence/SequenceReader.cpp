@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace volvelle {
 
@@ -56,38 +57,38 @@ bool isMissing(const TrackEvent& event)
 
 } // namespace
 
-SequenceReader::SequenceReader(MIDISequence& owner, int trackIndex,
+SequenceReader::SequenceReader(MIDISequence& owner, NodePlace placeOfNode,
                                MIDISequence::ChannelAssignment& channelOfTrack, Patches& programs)
-    : sequence(owner), index(trackIndex), assignment(channelOfTrack), patches(programs)
+    : sequence(owner), place(std::move(placeOfNode)), assignment(channelOfTrack), patches(programs)
 {
 }
 
-void SequenceReader::readTempoTrack(MIDISequence& owner)
+void SequenceReader::readTempoTrack(MIDISequence& owner, SequenceReadingReport& report)
 {
-    const MusicTrack track = owner.getTempoTrack();
+    const MusicTrack track = report.tempoTrack();
     if (!track) {
         return;
     }
+    report.tempoTrackFollows();
     owner.getTrackLength(track);
     owner.getTrackLoopInfo(track);
     owner.getTrackTimeResolution(track);
     owner.iterateEvents(track, -1);
 }
 
-void SequenceReader::readTracks(MIDISequence& owner)
+void SequenceReader::readTracks(MIDISequence& owner, SequenceReadingReport& report)
 {
     std::uint32_t count = 0;
     if (const OSStatus status = MusicSequenceGetTrackCount(owner.musicSequence, count); status != noErr) {
-        logLine("MIDISequence::Fehler: ", status, ". \nDie Anzahl der Spuren konnte nicht ermittelt werden.");
-        owner.checkStatus(status);
+        report.countFailed(status);
     }
     owner.diagnose(concat("Diagnose: Es wurden ", count, " Spuren in der MIDI Datei gefunden."));
     for (std::uint32_t i = 0; i < count; ++i) {
         if (i >= owner.maxTracks) {
-            logLine("MIDISequence::Warnung: Die Anzahl der Spuren (", count,
-                    ") in der Sequenz ist größer als das Maximum: ", owner.maxTracks);
+            report.tooManyTracks(count);
             break;
         }
+        report.trackFollows(i);
         MusicTrack track;
         std::ignore = MusicSequenceGetIndTrack(owner.musicSequence, i, track);
         owner.getTrackLength(track);
@@ -98,6 +99,22 @@ void SequenceReader::readTracks(MIDISequence& owner)
         owner.getTrackAutomatedParameters(track);
         owner.iterateEvents(track, checkedCast<int>(i));
     }
+}
+
+NodePlace SequenceReader::placeInTree(MIDISequence& owner, int index)
+{
+    return [&owner, index](const EventNode&, EventTarget target) -> PatternNode* {
+        SequenceNode& tree = required(owner.sequenceNode);
+        switch (target) {
+        case EventTarget::tempoTrack:
+            return tree.getTempoTrack().get();
+        case EventTarget::firstTrack:
+            return &required(tree.getTrack(0));
+        case EventTarget::ownTrack:
+            break;
+        }
+        return &required(tree.getTrack(checkedCast<std::uint16_t>(index)));
+    };
 }
 
 void SequenceReader::readTrack(const MusicTrack& track)
@@ -200,24 +217,12 @@ void SequenceReader::take(const TrackEvent& event, const EventKind<Node>& kind)
     const auto node = std::make_shared<Node>();
     node->position = event.time;
     fill(*node, event);
-    trackOf(kind.target).addEvent(node);
+    if (PatternNode* const taker = place(*node, kind.target)) {
+        taker->addEvent(node);
+    }
     if (const auto listener = sequence.delegate.lock()) {
         (listener.get()->*kind.found)(node);
     }
-}
-
-TrackNode& SequenceReader::trackOf(EventTarget target) const
-{
-    SequenceNode& tree = required(sequence.sequenceNode);
-    switch (target) {
-    case EventTarget::tempoTrack:
-        return *tree.getTempoTrack();
-    case EventTarget::firstTrack:
-        return required(tree.getTrack(0));
-    case EventTarget::ownTrack:
-        break;
-    }
-    return required(tree.getTrack(checkedCast<std::uint16_t>(index)));
 }
 
 void SequenceReader::setChannel(EventNode& event, std::uint8_t channel)

@@ -2,6 +2,8 @@
 
 #include "sequence/EventKind.h"
 #include "sequence/MIDISequence.h"
+#include "sequence/NodePlace.h"
+#include "sequence/SequenceReadingReport.h"
 #include "services/musicsequence/TrackWalk.h"
 
 #include <array>
@@ -10,22 +12,24 @@
 
 namespace volvelle {
 
-// Turns the events of one track into nodes, puts each into the tree of its sequence and tells the listener.
+// Turns the events of one track into nodes, puts each into its place and tells the listener of the sequence.
 // Lives as long as one walk.
 class SequenceReader {
 public:
     using Patches = std::array<std::uint8_t, 16>; // program per channel
 
-    // `trackIndex` is the track's index in the tree, -1 the tempo track. Notes what it reads of channels in
-    // `channelOfTrack` and `programs`.
-    SequenceReader(MIDISequence& owner, int trackIndex, MIDISequence::ChannelAssignment& channelOfTrack,
-                   Patches& programs);
+    // Notes what it reads of channels in `channelOfTrack` and `programs`.
+    SequenceReader(MIDISequence& owner, NodePlace placeOfNode,
+                   MIDISequence::ChannelAssignment& channelOfTrack, Patches& programs);
 
     void readTrack(const MusicTrack& track);
 
     // Hand the tempo track, and every track below the sequence's limit, to its iterateEvents.
-    static void readTempoTrack(MIDISequence& owner);
-    static void readTracks(MIDISequence& owner);
+    static void readTempoTrack(MIDISequence& owner, SequenceReadingReport& report);
+    static void readTracks(MIDISequence& owner, SequenceReadingReport& report);
+
+    // The places in the sequence's own tree. `index` is the track's index there, -1 the tempo track.
+    static NodePlace placeInTree(MIDISequence& owner, int index);
 
     // Appends up to 1040 bytes to the node's data. `kind` heads the lines of diagnosis.
     static void appendPayload(MIDISequence& owner, std::string_view kind, const std::uint8_t* bytes,
@@ -38,7 +42,6 @@ private:
 
     template <class Node>
     void take(const TrackEvent& event, const EventKind<Node>& kind);
-    TrackNode& trackOf(EventTarget target) const;
     void setChannel(EventNode& event, std::uint8_t channel);
 
     void fill(MidiNoteEvent& note, const TrackEvent& event);
@@ -53,7 +56,7 @@ private:
     static void fill(EventNode& /*node*/, const TrackEvent& /*event*/) {}
 
     MIDISequence& sequence;
-    int index;
+    NodePlace place;
     MIDISequence::ChannelAssignment& assignment;
     Patches& patches;
 };
