@@ -12,7 +12,10 @@
 
 namespace volvelle {
 
-SoundGraph::SoundGraph(bool limited) : engine(std::make_shared<AVAudioEngine>()), isLimited(limited) {}
+SoundGraph::SoundGraph(bool limited, bool playsItself)
+    : engine(std::make_shared<AVAudioEngine>()), isLimited(limited), isSequenced(playsItself)
+{
+}
 
 SoundGraph::~SoundGraph()
 {
@@ -21,12 +24,16 @@ SoundGraph::~SoundGraph()
 
 Result<> SoundGraph::connectSynthesizer(const std::optional<std::filesystem::path>& bank)
 {
-    synthesizer = AudioUnitMIDISynth::make(engine, findSoundBank, musicSynthesizer(bank));
+    const auto makeUnit = [this, make = musicSynthesizer(bank)](const AudioComponentDescription& asked) {
+        auto unit = make(asked);
+        synthUnit = std::dynamic_pointer_cast<MIDISynthUnit>(unit);
+        return sequenced(std::move(unit));
+    };
+    synthesizer = AudioUnitMIDISynth::make(engine, findSoundBank, makeUnit);
     synthesizer->create("Internal MIDI Synth (MT)");
     if (!synthesizer->midiSynth) {
         return failure("The synthesizer could not be made.");
     }
-    synthUnit = std::dynamic_pointer_cast<MIDISynthUnit>(synthesizer->midiSynth->auAudioUnit());
     if (required(synthUnit).soundBank().empty()) {
         return failure(bank ? concat("The sound bank '", bank->string(), "' could not be loaded.")
                             : "There is no sound bank on this machine: install a SoundFont.");
@@ -41,7 +48,16 @@ Result<> SoundGraph::connectPort(const std::string& name)
         return failure(port.error());
     }
     const auto unit = std::make_shared<MIDIPortUnit>(midiPortComponent, *std::move(port));
-    return connect(AVAudioUnitMIDIInstrument::of(unit));
+    return connect(AVAudioUnitMIDIInstrument::of(sequenced(unit)));
+}
+
+std::shared_ptr<AUAudioUnit> SoundGraph::sequenced(std::shared_ptr<AUAudioUnit> unit)
+{
+    if (!isSequenced) {
+        return unit;
+    }
+    sequencedUnit = std::make_shared<SequencedUnit>(std::move(unit));
+    return sequencedUnit;
 }
 
 Result<> SoundGraph::connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit)

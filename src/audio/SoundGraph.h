@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/AudioUnitMIDISynth.h"
+#include "audio/SequencedUnit.h"
 #include "base/Result.h"
 #include "services/audiograph/graph/AVAudioEngine.h"
 #include "services/audiograph/graph/AVAudioUnitEffect.h"
@@ -15,11 +16,11 @@
 namespace volvelle {
 
 // The engine of a command: instrument, limiter, main mixer, output. The instrument is the internal
-// synthesizer, or a MIDI port that stands in its place. [main]
+// synthesizer, or a MIDI port that stands in its place; it may have a sequencer of its own. [main]
 class SoundGraph {
 public:
     // Without the limiter for a part of a mix that is limited as a whole.
-    explicit SoundGraph(bool isLimited = true);
+    explicit SoundGraph(bool isLimited = true, bool isSequenced = false);
     ~SoundGraph();
     SoundGraph(const SoundGraph&) = delete;
     SoundGraph& operator=(const SoundGraph&) = delete;
@@ -35,11 +36,14 @@ public:
 
     const std::shared_ptr<AVAudioEngine> engine;
     std::shared_ptr<AVAudioUnitMIDIInstrument> instrument; // null before a connection
+    std::shared_ptr<SequencedUnit> sequencedUnit;          // the instrument's, null where it is not sequenced
 
 private:
     Result<> connect(const std::shared_ptr<AVAudioUnitMIDIInstrument>& unit);
+    std::shared_ptr<AUAudioUnit> sequenced(std::shared_ptr<AUAudioUnit> unit);
 
     const bool isLimited;
+    const bool isSequenced;
     std::shared_ptr<AudioUnitMIDISynth> synthesizer;
     std::shared_ptr<MIDISynthUnit> synthUnit;   // null for a port
     std::shared_ptr<AVAudioUnitEffect> limiter; // null without

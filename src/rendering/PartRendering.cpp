@@ -37,6 +37,17 @@ Result<std::unique_ptr<PartRendering>> PartRendering::make(const std::vector<std
 
 Result<> PartRendering::load(const std::vector<std::uint8_t>& data)
 {
+    if (Result<> loaded = part.isSequenced ? graph.sequencedUnit->load(data) : loadPlatform(data); !loaded) {
+        return loaded;
+    }
+    if (graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
+        return failure("The audio engine could not render by itself.");
+    }
+    return start();
+}
+
+Result<> PartRendering::loadPlatform(const std::vector<std::uint8_t>& data)
+{
     MusicSequence sequence;
     OSStatus status = NewMusicSequence(sequence);
     if (status == noErr) {
@@ -53,15 +64,21 @@ Result<> PartRendering::load(const std::vector<std::uint8_t>& data)
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(graph.instrument);
     }
-    if (graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
-        return failure("The audio engine could not render by itself.");
-    }
     sequencer.prepareToPlay();
     sequencer.setCurrentPositionInBeats(part.beginBeats);
+    return {};
+}
+
+Result<> PartRendering::start()
+{
     if (Result<> started = graph.engine->start(); !started) {
         return started;
     }
     swingEffects();
+    if (part.isSequenced) {
+        graph.sequencedUnit->start();
+        return {};
+    }
     return sequencer.start();
 }
 

@@ -31,10 +31,12 @@ public:
 private:
     explicit PartRendering(const RenderPart& part);
     Result<> load(const std::vector<std::uint8_t>& data);
+    Result<> loadPlatform(const std::vector<std::uint8_t>& data);
+    Result<> start();
     void swingEffects();
 
     const RenderPart part;
-    SoundGraph graph{false};
+    SoundGraph graph{false, part.isSequenced};
     AVAudioSequencer sequencer{graph.engine};
     std::int64_t block = 0; // the next one, counted from the start of the piece
     int quietBlocks = 0;    // of silence without a break after the part

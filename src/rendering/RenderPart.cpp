@@ -2,6 +2,7 @@
 
 #include "rendering/BoundSpans.h"
 
+#include "audio/FileTempo.h"
 #include "base/realtime/AudioSink.h"
 #include "services/audiograph/sequencer/SequencerEvents.h"
 #include "services/musicsequence/TrackWalk.h"
@@ -33,13 +34,18 @@ int numberOfParts(double seconds, int cores)
     return static_cast<int>(std::clamp(rounds * cores, 1.0, std::max(1.0, most)));
 }
 
-double lengthOf(const SequencerEvents& events)
+double beatsOf(const SequencerEvents& events)
 {
     double beats = 0.0;
     for (const SequencerTrackInfo& track : events.tracks) {
         beats = std::max(beats, track.lengthInBeats);
     }
-    return std::min(events.tempo.seconds(beats), longestLength);
+    return beats;
+}
+
+double lengthOf(const SequencerEvents& events)
+{
+    return std::min(events.tempo.seconds(beatsOf(events)), longestLength);
 }
 
 // The notes of a track by their place, so that they can be put back changed.
@@ -170,6 +176,21 @@ std::vector<RenderPart> cutIntoParts(const MusicSequence& sequence, int cores)
         part.lastBlock = parts.back().endBlock + RenderPart::longestTail;
     }
     return parts;
+}
+
+RenderPart sequencedPart(const MusicSequence& sequence)
+{
+    SequencerEvents events;
+    FileTempo tempo;
+    RenderPart part;
+    part.isSequenced = true;
+    if (events.read(sequence) == noErr && tempo.read(sequence) == noErr) {
+        const double blocks = std::ceil(tempo.frameAt(beatsOf(events)) / RenderPart::blockFrames);
+        part.endBlock = 1 + static_cast<std::int64_t>(std::min(blocks, longestLength * blocksPerSecond));
+    }
+    part.endBeats = std::numeric_limits<double>::infinity();
+    part.lastBlock = part.endBlock + RenderPart::longestTail;
+    return part;
 }
 
 OSStatus eraseNotesOutside(const RenderPart& part, const MusicSequence& sequence)

@@ -22,12 +22,18 @@ struct RenderPart {
     std::int64_t lastBlock = std::numeric_limits<std::int64_t>::max();
     double beginBeats = 0.0; // the first note that belongs to it
     double endBeats = 0.0;   // the first note that does not
+    // Played by the realtime sequencer in the instrument: the whole piece.
+    bool isSequenced = false;
 };
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
 // that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
 // where the piece cannot be read; one longer than the longest piece ends a second after that. [any]
 std::vector<RenderPart> cutIntoParts(const MusicSequence& sequence, int cores);
+
+// The piece as one part for the realtime sequencer, which begins a block later, and keeps within limits of
+// its own where the tempo goes beyond them. Where the piece cannot be read, it ends at once. [any]
+RenderPart sequencedPart(const MusicSequence& sequence);
 
 // Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
 // too soft to be heard, since it ends drums that ring; so does what strikes a key anew that sounds on after
