@@ -174,6 +174,15 @@ Action actionOf(int (*command)(const Options&, CommandOutput&), const Options& o
     };
 }
 
+void addEngine(CLI::App& command, std::string& engine)
+{
+    command
+        .add_option("--engine", engine,
+                    "what plays: \"platform\", or \"render\" for the realtime sequencer; platform without it")
+        ->check(CLI::IsMember({platformEngine, renderEngine}))
+        ->option_text("platform|render");
+}
+
 void addPlay(CLI::App& app, Request& request, char** argv)
 {
     CLI::App& command = addCommand(app, "play", "Play a MIDI file",
@@ -189,6 +198,7 @@ void addPlay(CLI::App& app, Request& request, char** argv)
         ->option_text("NAME|list");
     command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
         ->option_text("F");
+    addEngine(command, options.engine);
     command.callback([&request, file, argv] {
         if (file->count() == 0 && request.play.port != "list") {
             throw CLI::RequiredError("FILE");
@@ -212,6 +222,7 @@ void addRender(CLI::App& app, Request& request, char** argv)
         ->option_text("F (required)");
     command.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
         ->option_text("F");
+    addEngine(command, options.engine);
     command.add_option("--rate", options.rate, "frames per second, 8000 to 192000; 48000 without it")
         ->check(CLI::Range(8000, 192000))
         ->option_text("N");

@@ -24,19 +24,15 @@ std::shared_ptr<MusicPlay> MusicPlay::make(PlayDisplay display, News news, Tell 
     return std::shared_ptr<MusicPlay>(new MusicPlay(std::move(display), std::move(news), std::move(tell)));
 }
 
-Result<> MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine,
-                        const std::shared_ptr<AVAudioUnit>& unit, const std::vector<std::uint8_t>& data)
+Result<> MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, std::shared_ptr<MusicTransport> with,
+                        const std::vector<std::uint8_t>& data)
 {
-    transport = MIDISequencer::make();
-    transport->delegate = weak_from_this();
-    transport->connect(engine);
-    transport->loadFromData(data);
-    transport->setTrackPorts(unit);
-    if (Result<> started = engine->start(); !started) {
-        return started;
-    }
-    if (!transport->start()) {
-        return failure("The music could not be started.");
+    transport = std::move(with);
+    Result<> ready = transport->load(data);
+    ready = ready ? engine->start() : ready;
+    ready = ready ? transport->start() : ready;
+    if (!ready) {
+        return ready;
     }
     const auto timer = mainRunLoop().schedule(lookInterval, weak_from_this(), [this] { look(); });
     mainRunLoop().run();
@@ -47,33 +43,30 @@ Result<> MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine,
     return {};
 }
 
-void MusicPlay::onSequencerStateChanged(std::string_view /*state*/) {}
-
-void MusicPlay::onSequencerProgress(double current, double /*total*/)
-{
-    display.show(current, isPaused);
-}
-
-void MusicPlay::onSequencerComplete()
-{
-    mainRunLoop().stop();
-}
-
-void MusicPlay::onMIDILoad(const std::filesystem::path& /*url*/) {}
-
 void MusicPlay::look()
 {
     tellNews();
-    if (endWanted.exchange(false)) {
+    if (endWanted.exchange(false) || !readKeys()) {
         return end();
     }
+    if (transport->hasEnded()) {
+        return mainRunLoop().stop();
+    }
+    display.show(transport->position(), isPaused);
+}
+
+// False where one of them ends the play.
+bool MusicPlay::readKeys()
+{
     while (const auto key = keys.read()) {
+        if (*key == 'q') {
+            return false;
+        }
         if (*key == ' ') {
             togglePause();
-        } else if (*key == 'q') {
-            return end();
         }
     }
+    return true;
 }
 
 void MusicPlay::tellNews()
@@ -91,7 +84,7 @@ void MusicPlay::togglePause()
     if (isPaused) {
         transport->pause();
     } else {
-        transport->play();
+        transport->goOn();
     }
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "audio/MIDISequencer.h"
-#include "audio/MIDISequencerDelegate.h"
+#include "base/Result.h"
+#include "cli/sound/MusicTransport.h"
 #include "cli/sound/PlayDisplay.h"
 #include "cli/sound/TerminalKeys.h"
+#include "services/audiograph/graph/AVAudioEngine.h"
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,7 +15,7 @@ namespace volvelle {
 
 // One play of a file from its start to its end, or until the user ends it. Runs the main run loop. Made by
 // make(). [main]
-class MusicPlay : public MIDISequencerDelegate, public std::enable_shared_from_this<MusicPlay> {
+class MusicPlay : public std::enable_shared_from_this<MusicPlay> {
 public:
     using News = std::function<std::string()>;
     using Tell = std::function<void(const std::string& line)>;
@@ -24,26 +24,22 @@ public:
     // has the terminal to itself meanwhile.
     static std::shared_ptr<MusicPlay> make(PlayDisplay display, News news, Tell tell);
 
-    // Plays the bytes of a file into a unit, and starts the engine where it does not run, when all else is
-    // ready. Fails where it could not start.
-    Result<> run(const std::shared_ptr<AVAudioEngine>& engine, const std::shared_ptr<AVAudioUnit>& unit,
+    // Plays the bytes of a file, and starts the engine where it does not run, when all else is ready. The
+    // transport goes with its end. Fails where it could not start.
+    Result<> run(const std::shared_ptr<AVAudioEngine>& engine, std::shared_ptr<MusicTransport> transport,
                  const std::vector<std::uint8_t>& data);
-
-    void onSequencerStateChanged(std::string_view state) override;
-    void onSequencerProgress(double current, double total) override;
-    void onSequencerComplete() override;
-    void onMIDILoad(const std::filesystem::path& url) override;
 
 private:
     MusicPlay(PlayDisplay display, News news, Tell tell);
 
-    // Looks for news, for keys and for a wish to end.
+    // Looks for news, for keys, for a wish to end and for the end.
     void look();
+    bool readKeys();
     void tellNews();
     void togglePause();
     void end();
 
-    std::shared_ptr<MIDISequencer> transport;
+    std::shared_ptr<MusicTransport> transport;
     PlayDisplay display;
     News news;
     Tell tell;

@@ -5,6 +5,8 @@
 #include "base/RunLoop.h"
 #include "base/Text.h"
 #include "cli/sound/MusicPlay.h"
+#include "cli/sound/PlatformTransport.h"
+#include "cli/sound/SequencedTransport.h"
 #include "cli/sound/SinkNews.h"
 #include "inspection/FileDescription.h"
 #include "services/audiodevice/AudioOutput.h"
@@ -75,6 +77,14 @@ Result<> connect(SoundGraph& graph, const PlayOptions& options)
     return started ? graph.connectSynthesizer(options.bank) : started;
 }
 
+std::shared_ptr<MusicTransport> transportOf(const SoundGraph& graph)
+{
+    if (graph.sequencedUnit) {
+        return std::make_shared<SequencedTransport>(graph.sequencedUnit);
+    }
+    return PlatformTransport::make(graph.engine, graph.instrument);
+}
+
 // With a port the device is but the pace, and no news.
 MusicPlay::News newsOf(const PlayOptions& options, const std::shared_ptr<AudioSink>& sink)
 {
@@ -112,7 +122,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     if (const std::string warning = warningLine(description); !warning.empty()) {
         output.remark(warning);
     }
-    SoundGraph graph;
+    SoundGraph graph(true, options.engine == renderEngine);
     Result<> done = graph.engine->setSink(sink);
     done = done ? connect(graph, options) : done;
     if (!done) {
@@ -121,7 +131,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     handleSignals();
     const auto play = MusicPlay::make(PlayDisplay(std::move(description)), newsOf(options, sink),
                                       [&output](const std::string& line) { output.remark(line); });
-    done = play->run(graph.engine, graph.instrument, data);
+    done = play->run(graph.engine, transportOf(graph), data);
     if (!done) {
         return output.failure(done.error());
     }

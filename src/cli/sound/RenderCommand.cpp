@@ -38,7 +38,11 @@ Result<> readParts(const RenderOptions& options, std::vector<std::uint8_t>& data
     if (tracks == 0) {
         return failure(trackFailure(options.file));
     }
-    parts = cutIntoParts(sequence, coresOf(options));
+    if (options.engine == renderEngine) {
+        parts = {sequencedPart(sequence)};
+    } else {
+        parts = cutIntoParts(sequence, coresOf(options));
+    }
     const bool isTooLong = !parts.empty() && parts.back().endBlock > RenderPart::longestPiece;
     if (isTooLong) {
         return failure(concat("'", options.file.string(), "' is too long: at most 24 hours are rendered."));

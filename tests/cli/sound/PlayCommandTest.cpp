@@ -9,6 +9,7 @@ namespace volvelle::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 class Play : public ProgramRun {
@@ -31,6 +32,32 @@ TEST_F(Play, TheTransportTellsItsStates)
     const auto result = volvelle("play --verbose small.mid");
     EXPECT_THAT(result.output, HasSubstr("MIDISequencer::start() : The sequencer is playing.\n"));
     EXPECT_THAT(result.output, HasSubstr("MIDISequencer::stop() : The sequencer was stopped.\n"));
+}
+
+TEST_F(Play, TheSequencerInsideTheEnginePlaysThroughAsWell)
+{
+    const auto result = volvelle("play small.mid --engine render");
+    EXPECT_EQ(result.status, 0) << result.error;
+    EXPECT_THAT(result.output, StartsWith("Playing 'small.mid' through "));
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), 1);
+    EXPECT_EQ(result.error, "");
+    const auto lines = volvelle("play --verbose small.mid --engine render");
+    EXPECT_THAT(lines.output, HasSubstr("AUMIDISequencer::start() at 0\n"));
+    EXPECT_THAT(lines.output, Not(HasSubstr("MIDISequencer::start() :")));
+    EXPECT_THAT(volvelle("play --verbose small.mid --engine platform").output,
+                Not(HasSubstr("AUMIDISequencer::start()")));
+}
+
+TEST_F(Play, AnotherEngineIsAQuestionOfUsage)
+{
+    for (const char* command : {"play small.mid --engine other", "play small.mid --engine",
+                                "render small.mid --out small.wav --engine RENDER"}) {
+        const auto result = volvelle(command);
+        EXPECT_EQ(result.status, 2) << command;
+        EXPECT_THAT(result.error, HasSubstr("--engine")) << command;
+        EXPECT_EQ(result.output, "") << command;
+    }
+    EXPECT_THAT(names(), testing::ElementsAre("small.mid"));
 }
 
 TEST_F(Play, FailuresAreOneLine)

@@ -121,6 +121,25 @@ TEST_F(PlayPort, NoNoteHangsWhateverEndsThePlay)
     }
 }
 
+TEST_F(PlayPort, TheSequencerInsideTheEnginePlaysToAPortAsWell)
+{
+    START_SERVER("jack");
+    listen();
+    const NoteRow row{24, 12};
+    write("row.mid", row.file());
+    const auto play = begin("play row.mid --port listener:notes --engine render");
+    EXPECT_EQ(play->readLine(), "Playing 'row.mid' through listener:notes.") << errors();
+    expectNotes(row, 0);
+    EXPECT_EQ(play->waitForEnd(), 0);
+    write("row.mid", NoteRow{1, 60 * NoteRow::ticksPerSecond}.file());
+    const auto ended = begin("play row.mid --port listener:notes --engine render");
+    ASSERT_EQ(waitForNote(), NoteRow::key(0)) << errors();
+    ended->signal(SIGINT);
+    EXPECT_TRUE(waitForEndOf(NoteRow::key(0)));
+    EXPECT_EQ(ended->waitForEnd(), 0);
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(PlayPort, APlayThatOutlivesItsTerminalGoesOnAtTheSignal)
 {
     START_SERVER("jack");

@@ -121,6 +121,22 @@ TEST_F(PlayTerminal, QEndsAndTheLastLineIsEnded)
     EXPECT_TRUE(isSame(settings(), before));
 }
 
+TEST_F(PlayTerminal, WithTheSequencerInsideTheEngineTheKeysWorkAsWell)
+{
+    const termios before = settings();
+    const auto play = beginOnTerminal("play row.mid --engine render");
+    ASSERT_TRUE(waitFor("\rBar 1.2")) << errors();
+    press(' ');
+    ASSERT_TRUE(waitFor("\rPaused  Bar 1.")) << screen;
+    press(' ');
+    ASSERT_TRUE(waitFor("\rBar 2.1")) << screen;
+    press('q');
+    EXPECT_TRUE(waitFor("beats\x1B[K\r\n"));
+    EXPECT_EQ(play->waitForEnd(), 0);
+    EXPECT_TRUE(isSame(settings(), before));
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(PlayTerminal, TheLineFitsIntoANarrowTerminal)
 {
     const winsize narrow{24, 20, 0, 0};

@@ -89,6 +89,30 @@ TEST_F(Render, OneCoreAndTwoGiveTheSameSound)
     EXPECT_LT(difference, 1.0e-3 * level);
 }
 
+TEST_F(Render, TheSequencerInsideTheEngineGivesTheSameMusicABlockLater)
+{
+    write("long.mid", longMusic());
+    ASSERT_EQ(volvelle("render long.mid --cores 1 --out one.wav").status, 0);
+    const auto result = volvelle("render long.mid --engine render --cores 2 --out two.wav");
+    ASSERT_EQ(result.status, 0) << result.error;
+    EXPECT_THAT(result.output, StartsWith("Wrote 'two.wav': "));
+    const auto one = samples("one.wav");
+    auto two = samples("two.wav");
+    two.erase(two.begin(), two.begin() + 2 * 512);
+    double level = 0.0;
+    double other = 0.0;
+    double product = 0.0;
+    for (std::size_t i = 0; i < std::min(one.size(), two.size()); ++i) {
+        level += one[i] * one[i];
+        other += two[i] * two[i];
+        product += one[i] * two[i];
+    }
+    EXPECT_GT(level / static_cast<double>(one.size()), 1.0e-4);
+    EXPECT_GT(product / std::sqrt(level * other), 0.9);
+    EXPECT_EQ(volvelle("render long.mid --engine render --cores 1 --out three.wav").status, 0);
+    EXPECT_NEAR(static_cast<double>(samples("three.wav").size()), static_cast<double>(two.size()), 2048.0);
+}
+
 TEST_F(Render, ARateIsConverted)
 {
     ASSERT_EQ(volvelle("render small.mid --out low.wav --rate 24000").status, 0);
