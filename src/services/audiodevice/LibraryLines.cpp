@@ -15,7 +15,7 @@ thread_local bool isInLine = false;
 
 bool isOfLibrary(std::string_view text)
 {
-    constexpr std::array<std::string_view, 3> beginnings{"\nRtA", "RtA", "MidiOut"};
+    constexpr std::array<std::string_view, 5> beginnings{"\nRtA", "RtA", "MidiOut", "MidiIn", "\nMidiIn"};
     return std::ranges::any_of(beginnings,
                                [text](std::string_view start) { return text.starts_with(start); });
 }

@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -22,6 +23,32 @@ public:
     virtual std::string name() const = 0;
 };
 
+// What takes the messages of an input.
+class MIDIReceiver {
+public:
+    using Moment = std::chrono::steady_clock::time_point;
+
+    virtual ~MIDIReceiver() = default;
+
+    // Bytes that came in, and when: whole messages, or pieces of an exclusive. [render] One thread of the
+    // input's.
+    virtual void receive(Moment arrived, std::span<const std::uint8_t> bytes) noexcept = 0;
+};
+
+// A way for MIDI messages into the program; closed at the end of its life, and its receiver is called no more
+// then. [main]
+class MIDIInput {
+public:
+    virtual ~MIDIInput() = default;
+
+    // True once the other program's port, or the service behind it, has gone: nothing comes any more. Asks
+    // the service, which takes its time.
+    virtual bool isLost() = 0;
+
+    // The name of the port.
+    virtual std::string name() const = 0;
+};
+
 // The MIDI ports of the system. No exception leaves it, and where the system has no MIDI at all each
 // operation fails with one plain line. [main]
 class MIDIPorts {
@@ -37,6 +64,14 @@ public:
 
     // Opens a port that other programs can connect to.
     virtual Result<std::unique_ptr<MIDIOutput>> openVirtualOutput(const std::string& name) = 0;
+
+    // The same for messages that come in. Exclusives come through; clock, time code and active sensing may be
+    // left out.
+    virtual Result<std::vector<std::string>> inputNames() = 0;
+    virtual Result<std::unique_ptr<MIDIInput>> openInput(const std::string& name,
+                                                         std::shared_ptr<MIDIReceiver> receiver) = 0;
+    virtual Result<std::unique_ptr<MIDIInput>> openVirtualInput(const std::string& name,
+                                                                std::shared_ptr<MIDIReceiver> receiver) = 0;
 };
 
 // The services that may stand behind the ports, in the order of their use.

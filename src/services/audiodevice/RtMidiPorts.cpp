@@ -1,10 +1,11 @@
 #include "services/audiodevice/RtMidiPorts.h"
 
 #include "base/Text.h"
+#include "services/audiodevice/RtMidiConnection.h"
+#include "services/audiodevice/RtMidiInput.h"
 #include "services/audiodevice/SoundServers.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -28,17 +29,6 @@ std::string lowered(std::string text)
     return text;
 }
 
-std::vector<std::string> namesOf(RtMidiOut& midi)
-{
-    std::vector<std::string> names;
-    const unsigned int count = midi.getPortCount();
-    names.reserve(count);
-    for (unsigned int i = 0; i < count; ++i) {
-        names.push_back(midi.getPortName(i));
-    }
-    return names;
-}
-
 // The index of the port asked for, or that of the end.
 std::size_t find(const std::vector<std::string>& names, const std::string& wanted)
 {
@@ -49,13 +39,24 @@ std::size_t find(const std::vector<std::string>& names, const std::string& wante
     return static_cast<std::size_t>((exact != names.end() ? exact : partial) - names.begin());
 }
 
-// Holds what must never be closed, and is never destroyed itself.
-void keepForGood(std::unique_ptr<RtMidiOut> midi)
+// Opens the port asked for, or one of that name for others, and gives its name.
+Result<std::string> open(const std::string& name, bool isVirtual, RtMidi& midi)
 {
-    static auto* const mutex = new std::mutex;
-    static auto* const kept = new std::vector<std::unique_ptr<RtMidiOut>>;
-    const std::lock_guard lock(*mutex);
-    kept->push_back(std::move(midi));
+    try {
+        if (isVirtual) {
+            midi.openVirtualPort(name);
+            return name;
+        }
+        const std::vector<std::string> names = portNames(midi);
+        const std::size_t index = find(names, name);
+        if (index == names.size()) {
+            return failure(concat("There is no MIDI port \"", name, "\"."));
+        }
+        midi.openPort(static_cast<unsigned int>(index), clientName);
+        return names[index];
+    } catch (const std::exception& exception) {
+        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
+    }
 }
 
 class RtMidiOutput : public MIDIOutput {
@@ -65,13 +66,7 @@ public:
     {
     }
 
-    // JACK's library crashes where a port of a dead server is closed.
-    ~RtMidiOutput() override
-    {
-        if (midi->getCurrentApi() == RtMidi::UNIX_JACK && !isJackServerRunning()) {
-            keepForGood(std::move(midi));
-        }
-    }
+    ~RtMidiOutput() override { endConnection(std::move(midi)); }
 
     RtMidiOutput(const RtMidiOutput&) = delete;
     RtMidiOutput& operator=(const RtMidiOutput&) = delete;
@@ -115,11 +110,12 @@ RtMidiPorts::RtMidiPorts(MIDIServices services)
     }
 }
 
-Result<std::unique_ptr<RtMidiOut>> RtMidiPorts::connect() const
+template <class Midi>
+Result<std::unique_ptr<Midi>> RtMidiPorts::connect() const
 {
     for (const RtMidi::Api api : order) {
         try {
-            auto midi = std::make_unique<RtMidiOut>(api, clientName);
+            auto midi = std::make_unique<Midi>(api, clientName);
             midi->setErrorCallback(throwError);
             return midi;
         } catch (const std::exception&) {
@@ -129,50 +125,80 @@ Result<std::unique_ptr<RtMidiOut>> RtMidiPorts::connect() const
     return failure("There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.");
 }
 
-Result<std::vector<std::string>> RtMidiPorts::outputNames()
+template <class Midi>
+Result<std::vector<std::string>> RtMidiPorts::names() const
 {
-    const auto midi = connect();
+    const auto midi = connect<Midi>();
     if (!midi) {
         return failure(midi.error());
     }
     try {
-        return namesOf(**midi);
+        return portNames(**midi);
     } catch (const std::exception& exception) {
         return failure(concat("The MIDI ports could not be listed: ", exception.what()));
     }
 }
 
+Result<std::vector<std::string>> RtMidiPorts::outputNames()
+{
+    return names<RtMidiOut>();
+}
+
+Result<std::vector<std::string>> RtMidiPorts::inputNames()
+{
+    return names<RtMidiIn>();
+}
+
 Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::openOutput(const std::string& name)
 {
-    auto midi = connect();
-    if (!midi) {
-        return failure(midi.error());
-    }
-    try {
-        const std::vector<std::string> names = namesOf(**midi);
-        const std::size_t index = find(names, name);
-        if (index == names.size()) {
-            return failure(concat("There is no MIDI port \"", name, "\"."));
-        }
-        (*midi)->openPort(static_cast<unsigned int>(index), clientName);
-        return std::make_unique<RtMidiOutput>(*std::move(midi), names[index]);
-    } catch (const std::exception& exception) {
-        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
-    }
+    return outputTo(name, false);
 }
 
 Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::openVirtualOutput(const std::string& name)
 {
-    auto midi = connect();
+    return outputTo(name, true);
+}
+
+Result<std::unique_ptr<MIDIInput>> RtMidiPorts::openInput(const std::string& name,
+                                                          std::shared_ptr<MIDIReceiver> receiver)
+{
+    return inputFrom(name, std::move(receiver), false);
+}
+
+Result<std::unique_ptr<MIDIInput>> RtMidiPorts::openVirtualInput(const std::string& name,
+                                                                 std::shared_ptr<MIDIReceiver> receiver)
+{
+    return inputFrom(name, std::move(receiver), true);
+}
+
+Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::outputTo(const std::string& name, bool isVirtual) const
+{
+    auto midi = connect<RtMidiOut>();
     if (!midi) {
         return failure(midi.error());
     }
-    try {
-        (*midi)->openVirtualPort(name);
-        return std::make_unique<RtMidiOutput>(*std::move(midi), name);
-    } catch (const std::exception& exception) {
-        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
+    auto port = open(name, isVirtual, **midi);
+    if (!port) {
+        return failure(std::move(port).error());
     }
+    return std::make_unique<RtMidiOutput>(*std::move(midi), *std::move(port));
+}
+
+Result<std::unique_ptr<MIDIInput>>
+RtMidiPorts::inputFrom(const std::string& name, std::shared_ptr<MIDIReceiver> receiver, bool isVirtual) const
+{
+    auto midi = connect<RtMidiIn>();
+    if (!midi) {
+        return failure(midi.error());
+    }
+    auto input = std::make_unique<RtMidiInput>(*std::move(midi), std::move(receiver));
+    auto port = open(name, isVirtual, *input->midi);
+    if (!port) {
+        return failure(std::move(port).error());
+    }
+    input->portName = *std::move(port);
+    input->isVirtual = isVirtual;
+    return input;
 }
 
 } // namespace volvelle

@@ -17,10 +17,21 @@ public:
     Result<std::vector<std::string>> outputNames() override;
     Result<std::unique_ptr<MIDIOutput>> openOutput(const std::string& name) override;
     Result<std::unique_ptr<MIDIOutput>> openVirtualOutput(const std::string& name) override;
+    Result<std::vector<std::string>> inputNames() override;
+    Result<std::unique_ptr<MIDIInput>> openInput(const std::string& name,
+                                                 std::shared_ptr<MIDIReceiver> receiver) override;
+    Result<std::unique_ptr<MIDIInput>> openVirtualInput(const std::string& name,
+                                                        std::shared_ptr<MIDIReceiver> receiver) override;
 
 private:
-    // Fails where no service answers.
-    Result<std::unique_ptr<RtMidiOut>> connect() const;
+    // For one direction, RtMidiOut or RtMidiIn. The first fails where no service answers.
+    template <class Midi>
+    Result<std::unique_ptr<Midi>> connect() const;
+    template <class Midi>
+    Result<std::vector<std::string>> names() const;
+    Result<std::unique_ptr<MIDIOutput>> outputTo(const std::string& name, bool isVirtual) const;
+    Result<std::unique_ptr<MIDIInput>>
+    inputFrom(const std::string& name, std::shared_ptr<MIDIReceiver> receiver, bool isVirtual) const;
 
     std::vector<RtMidi::Api> order;
 };

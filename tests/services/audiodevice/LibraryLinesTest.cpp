@@ -30,6 +30,8 @@ TEST(LibraryLines, LinesOfTheLibraryAreDroppedAndAllElsePasses)
         writeAsLibrary(stream);
         stream << "\n\nand more " << 7 << std::endl;
         stream << "MidiOutJack::initialize: JACK server not running?" << "\n\n";
+        stream << "\nMidiInAlsa::alsaMidiHandler: event parsing error or not a MIDI event!\n\n";
+        stream << "MidiInAlsa::alsaMidiHandler: MIDI input buffer overrun!" << "\n\n";
         stream << "RtApiPulse::probeDeviceOpen: error\n" << 'x' << '\n';
     }
     writeAsLibrary(stream);

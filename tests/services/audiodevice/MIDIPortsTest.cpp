@@ -17,15 +17,20 @@ TEST(MIDIPortsTest, SayInOneLineThatThereIsNoMIDI)
     EXPECT_EQ(ports->outputNames().error(), noMIDI);
     EXPECT_EQ(ports->openOutput("x").error(), noMIDI);
     EXPECT_EQ(ports->openVirtualOutput("x").error(), noMIDI);
+    EXPECT_EQ(ports->inputNames().error(), noMIDI);
+    EXPECT_EQ(ports->openInput("x", nullptr).error(), noMIDI);
+    EXPECT_EQ(ports->openVirtualInput("x", nullptr).error(), noMIDI);
 }
 
 TEST(MIDIPortsTest, TolerateServicesThatDoNotAnswer)
 {
     const MIDIServices present = MIDIServices::present();
     const auto ports = makeMIDIPorts({!present.sequencer, !present.jack});
-    const std::string error = ports->openOutput("no port of this name").error();
-    EXPECT_FALSE(error.empty());
-    EXPECT_EQ(error.find('\n'), std::string::npos);
+    for (const std::string& error : {ports->openOutput("no port of this name").error(),
+                                     ports->openInput("no port of this name", nullptr).error()}) {
+        EXPECT_FALSE(error.empty());
+        EXPECT_EQ(error.find('\n'), std::string::npos);
+    }
 }
 
 TEST(MIDIPortsTest, NameAPortThatIsNotThere)
@@ -33,6 +38,7 @@ TEST(MIDIPortsTest, NameAPortThatIsNotThere)
     const auto ports = makeMIDIPorts();
     const std::string error = ports->openOutput("no port of this name").error();
     EXPECT_TRUE(error == noMIDI || error == "There is no MIDI port \"no port of this name\".") << error;
+    EXPECT_EQ(ports->openInput("no port of this name", nullptr).error(), error);
 }
 
 } // namespace volvelle::test

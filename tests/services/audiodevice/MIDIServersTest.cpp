@@ -1,12 +1,76 @@
+#include "base/realtime/BoundedQueue.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "tests/services/audiodevice/SoundServersFolder.h"
 #include "tests/support/ChildProcess.h"
 
+#include <algorithm>
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace volvelle::test {
+
+namespace {
+
+// Keeps the messages that come, short ones and few.
+class KeepingReceiver : public MIDIReceiver {
+public:
+    struct Message {
+        Moment arrived;
+        std::array<std::uint8_t, 16> bytes{};
+        std::size_t length = 0;
+    };
+
+    void receive(Moment arrived, std::span<const std::uint8_t> bytes) noexcept override
+    {
+        Message message{arrived, {}, std::min(bytes.size(), message.bytes.size())};
+        std::copy_n(bytes.begin(), message.length, message.bytes.begin());
+        queue.push(message);
+    }
+
+    // The next message, for ten seconds at most.
+    std::vector<std::uint8_t> next()
+    {
+        Message message;
+        for (int tries = 0; tries < 1000; ++tries) {
+            if (queue.pop(message)) {
+                EXPECT_GE(message.arrived, last);
+                last = message.arrived;
+                return {message.bytes.begin(),
+                        message.bytes.begin() + static_cast<std::ptrdiff_t>(message.length)};
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return {};
+    }
+
+private:
+    BoundedQueue<Message> queue{64};
+    Moment last = std::chrono::steady_clock::now();
+};
+
+using Bytes = std::vector<std::uint8_t>;
+
+std::string allPorts(const SoundServersFolder& servers)
+{
+    ChildProcess listing({"jack_lsp", "-s", servers.serverName()});
+    std::string all;
+    for (std::string line = listing.readLine(); !line.empty(); line = listing.readLine()) {
+        all += line + "\n";
+    }
+    return all;
+}
+
+// Another program's port that sends what a shell script writes.
+std::vector<std::string> speaking(const std::string& script)
+{
+    return {"sh", "-c", "{ " + script + "; } | exec '" VOLVELLE_MIDI_SPEAKER "'"};
+}
+
+} // namespace
 
 TEST(MIDIServersTest, SendsANoteThroughJACKToAnotherProgram)
 {
@@ -37,12 +101,67 @@ TEST(MIDIServersTest, OpensAPortForOtherPrograms)
     ASSERT_TRUE(port) << port.error();
     EXPECT_EQ((*port)->name(), "ideas");
     EXPECT_EQ((*port)->send(std::array<std::uint8_t, 3>{0x90, 60, 100}).error(), "");
-    ChildProcess listing({"jack_lsp", "-s", servers.serverName()});
-    std::string all;
-    for (std::string line = listing.readLine(); !line.empty(); line = listing.readLine()) {
-        all += line + "\n";
+    EXPECT_THAT(allPorts(servers), testing::HasSubstr("Volvelle:ideas"));
+}
+
+TEST(MIDIServersTest, HearsAnotherProgramThroughJACK)
+{
+    const SoundServersFolder servers(SoundServersFolder::Kind::shared);
+    USE_SERVER(servers, "jack");
+    ChildProcess speaker(speaking("sleep 2; echo 92 3C 64; echo C2 05; echo F8; echo FE; "
+                                  "echo F0 7E 7F 09 01 F7; sleep 1"));
+    ASSERT_EQ(speaker.readLine(), "ready");
+    const auto ports = makeMIDIPorts({false, MIDIServices::present().jack});
+    const auto names = ports->inputNames();
+    ASSERT_TRUE(names) << names.error();
+    EXPECT_THAT(*names, testing::Contains(testing::HasSubstr("Speaker:keys")));
+    const auto receiver = std::make_shared<KeepingReceiver>();
+    const auto port = ports->openInput("speaker:KEYS", receiver);
+    ASSERT_TRUE(port) << port.error();
+    EXPECT_THAT((*port)->name(), testing::HasSubstr("Speaker:keys"));
+    EXPECT_FALSE((*port)->isLost());
+    EXPECT_EQ(receiver->next(), (Bytes{0x92, 60, 100}));
+    EXPECT_EQ(receiver->next(), (Bytes{0xC2, 5}));
+    EXPECT_EQ(receiver->next(), (Bytes{0xF0, 0x7E, 0x7F, 9, 1, 0xF7}));
+    EXPECT_EQ(speaker.waitForEnd(), 0);
+    EXPECT_TRUE((*port)->isLost());
+    EXPECT_EQ(ports->openInput("speaker:keys", receiver).error(), "There is no MIDI port \"speaker:keys\".");
+}
+
+TEST(MIDIServersTest, OpensAPortThatOtherProgramsPlayTo)
+{
+    const SoundServersFolder servers(SoundServersFolder::Kind::shared);
+    USE_SERVER(servers, "jack");
+    const auto receiver = std::make_shared<KeepingReceiver>();
+    const auto ports = makeMIDIPorts({false, true});
+    const auto input = ports->openVirtualInput("ears", receiver);
+    ASSERT_TRUE(input) << input.error();
+    EXPECT_EQ((*input)->name(), "ears");
+    EXPECT_THAT(allPorts(servers), testing::HasSubstr("Volvelle:ears"));
+    const auto output = ports->openOutput("volvelle:ears");
+    ASSERT_TRUE(output) << output.error();
+    EXPECT_EQ((*output)->send(std::array<std::uint8_t, 3>{0x90, 60, 100}).error(), "");
+    EXPECT_EQ(receiver->next(), (Bytes{0x90, 60, 100}));
+    EXPECT_FALSE((*input)->isLost());
+}
+
+TEST(MIDIServersTest, AnInputWhoseServerIsKilledIsLostAndIsLeftInPeace)
+{
+    SoundServersFolder servers(SoundServersFolder::Kind::own);
+    servers.start("jack");
+    USE_SERVER(servers, "jack");
+    const auto receiver = std::make_shared<KeepingReceiver>();
+    auto input = makeMIDIPorts({false, true})->openVirtualInput("ears", receiver);
+    ASSERT_TRUE(input) << input.error();
+    EXPECT_FALSE((*input)->isLost());
+    servers.signal("jack", SIGKILL);
+    bool isLost = false;
+    for (int tries = 0; tries < 100 && !isLost; ++tries) {
+        isLost = (*input)->isLost();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    EXPECT_THAT(all, testing::HasSubstr("Volvelle:ideas"));
+    EXPECT_TRUE(isLost);
+    EXPECT_TRUE((*input)->isLost());
 }
 
 } // namespace volvelle::test

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "services/audiodevice/MIDIPorts.h"
+
+#include <RtMidi.h>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace volvelle {
+
+// An input that hears one port, or one that others connect to.
+class RtMidiInput : public MIDIInput {
+public:
+    // Hands what comes to the receiver from now on; the port is opened behind this.
+    RtMidiInput(std::unique_ptr<RtMidiIn> midi, std::shared_ptr<MIDIReceiver> receiver);
+    ~RtMidiInput() override;
+    RtMidiInput(const RtMidiInput&) = delete;
+    RtMidiInput& operator=(const RtMidiInput&) = delete;
+
+    bool isLost() override;
+
+    std::string name() const override { return portName; }
+
+    std::unique_ptr<RtMidiIn> midi;
+    std::string portName;
+    bool isVirtual = false; // others connect to it, and none is to be lost
+
+private:
+    bool isGone();
+
+    std::shared_ptr<MIDIReceiver> receiver;
+    bool lost = false;
+};
+
+} // namespace volvelle
