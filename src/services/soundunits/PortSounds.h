@@ -22,6 +22,12 @@ public:
     // Messages that it takes to end all.
     int releases() const noexcept { return owed; }
 
+    // How often a key was begun and not ended.
+    int times(int channel, int key) const noexcept
+    {
+        return channels[static_cast<std::size_t>(channel)][static_cast<std::size_t>(key)];
+    }
+
     // Calls `send` with each message that ends something, notes before pedals, and is empty then.
     template <typename Send>
     void end(Send send)
