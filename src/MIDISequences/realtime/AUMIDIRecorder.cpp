@@ -90,9 +90,16 @@ bool AUMIDIRecorder::filterGhostNotes(const AUMIDIEventEx& event) const
 
 void AUMIDIRecorder::save(const std::filesystem::path& url)
 {
+    if (writeDown()) {
+        recorder->saveToFile(url);
+    }
+}
+
+bool AUMIDIRecorder::writeDown()
+{
     if (getCount() == 0) {
         debugprint("AUMIDIRecorder::save() : ERROR: The recorder list is empty.");
-        return;
+        return false;
     }
     recorder = std::make_shared<MIDIRecorder>();
     recorder->setRecordTempo(usualTempo);
@@ -100,7 +107,7 @@ void AUMIDIRecorder::save(const std::filesystem::path& url)
     sort();
     recorder->addAUMIDIEvents(getEvents());
     recorder->stop();
-    recorder->saveToFile(url);
+    return true;
 }
 
 } // namespace volvelle

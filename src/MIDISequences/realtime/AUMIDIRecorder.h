@@ -44,6 +44,10 @@ public:
     // Puts what was recorded in the order of time and writes a file of it, at 120 beats per minute. What was
     // recorded is kept; notes without an end are not written.
     virtual void save(const std::filesystem::path& url);
+
+    // Does all of save() but writing a file: what was recorded stands in a new `recorder` then. False where
+    // nothing was recorded, which the log tells.
+    bool writeDown();
 };
 
 } // namespace volvelle

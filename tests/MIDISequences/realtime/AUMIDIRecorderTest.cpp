@@ -150,6 +150,19 @@ TEST_F(AUMIDIRecorderTest, SavesWhatItRecordedInTheOrderOfTime)
     EXPECT_EQ(saved().size(), 2U);
 }
 
+TEST_F(AUMIDIRecorderTest, WritesDownWhatItRecordedWithoutAFile)
+{
+    recorder.start(0);
+    EXPECT_FALSE(recorder.writeDown());
+    EXPECT_EQ(console.take(), Lines{"AUMIDIRecorder::save() : ERROR: The recorder list is empty."});
+    record({0x80, 60, 2}, 24000);
+    record({0x90, 60, 1}, 0);
+    EXPECT_TRUE(recorder.writeDown());
+    EXPECT_EQ(contents(recorder.recorder->getTrack(0)), Lines{"0.0 note 0 60 1 2 1.0"});
+    EXPECT_EQ(recorder.getCount(), 2);
+    EXPECT_TRUE(recorder.isRecording());
+}
+
 TEST_F(AUMIDIRecorderTest, AMetaEventLosesItsType)
 {
     recorder.start(0);
