@@ -40,6 +40,7 @@ struct Request {
     LibraryCheckOptions libraryCheck;
     LibraryCompileOptions libraryCompile;
     PlayOptions play;
+    RecordOptions record;
     RenderOptions render;
     PictureOptions picture;
     AppOptions app;
@@ -207,6 +208,38 @@ void addPlay(CLI::App& app, Request& request, char** argv)
     });
 }
 
+void addRecord(CLI::App& app, Request& request, char** argv)
+{
+    CLI::App& command = addCommand(app, "record", "Record a MIDI port into a MIDI file",
+                                   "Keys: q and Ctrl-C end the recording, and it is saved.\n"
+                                   "Also --verbose, --quiet.\n"
+                                   "Example: volvelle record --port list");
+    RecordOptions& options = request.record;
+    command
+        .add_option("--port", options.port,
+                    "the MIDI port of a device or another program, or \"list\" to see them")
+        ->required()
+        ->option_text("NAME|list (required)");
+    auto* out = command
+                    .add_option("--out", options.out,
+                                "the file to write or replace, \"-\" for standard output; required but for "
+                                "--port list")
+                    ->option_text("F.mid");
+    command.add_option("--seconds", options.seconds, "how long, up to 86400; until it is ended without it")
+        ->check([](const std::string& word) {
+            const double seconds = std::strtod(word.c_str(), nullptr);
+            const bool isGood = seconds > 0.0 && seconds <= RecordOptions::longest;
+            return isGood ? "" : concat("Value ", word, " is not above 0 and up to 86400");
+        })
+        ->option_text("N");
+    command.callback([&request, out, argv] {
+        if (out->count() == 0 && request.record.port != "list") {
+            throw CLI::RequiredError("--out");
+        }
+        request.action = actionOf(handed.record, request.record, argv, soundProgram);
+    });
+}
+
 void addRender(CLI::App& app, Request& request, char** argv)
 {
     CLI::App& command = addCommand(app, "render", "Turn a MIDI file into sound",
@@ -270,7 +303,8 @@ int run(const Request& request)
 {
     StandardOutputSink sink;
     const bool isFree = request.generate.out != standardOutputName &&
-                        request.render.out != standardOutputName && request.picture.out != standardOutputName;
+                        request.render.out != standardOutputName &&
+                        request.record.out != standardOutputName && request.picture.out != standardOutputName;
     if (request.common.verbose && isFree) {
         console().setSink(&sink);
     }
@@ -353,6 +387,7 @@ int runCommandLine(int argc, char** argv, const HandedCommands& commands)
     addInspect(app, request);
     addLibrary(app, request);
     addPlay(app, request, argv);
+    addRecord(app, request, argv);
     addRender(app, request, argv);
     addPicture(app, request, argv);
     addApp(app, request, argv);

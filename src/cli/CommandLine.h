@@ -10,6 +10,7 @@ namespace volvelle {
 // this one, so that the others start without loading those. Null for those of another program.
 struct HandedCommands {
     int (*play)(const PlayOptions& options, CommandOutput& output) = nullptr; // of "volvelle-sound"
+    int (*record)(const RecordOptions& options, CommandOutput& output) = nullptr;
     int (*render)(const RenderOptions& options, CommandOutput& output) = nullptr;
     int (*picture)(const PictureOptions& options, CommandOutput& output) = nullptr; // of "volvelle-app"
     int (*open)(const AppOptions& options, CommandOutput& output) = nullptr;

@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <unistd.h>
+#include <utility>
 
 namespace volvelle {
 
@@ -45,10 +46,25 @@ fs::path withEnding(const fs::path& file, bool isNumbered)
 } // namespace
 
 IdeaFile::IdeaFile(const std::optional<fs::path>& out, bool severalIdeas)
-    : isNamed(out.has_value()),
-      isNumbered(severalIdeas),
-      base(withEnding(out.value_or("New MIDI Idea.mid"), severalIdeas))
+    : IdeaFile(out.has_value(), severalIdeas, withEnding(out.value_or("New MIDI Idea.mid"), severalIdeas))
 {
+}
+
+IdeaFile::IdeaFile(bool isFileNamed, bool severalIdeas, fs::path file)
+    : isNamed(isFileNamed), isNumbered(severalIdeas), base(std::move(file))
+{
+}
+
+IdeaFile IdeaFile::firstFree(const fs::path& file)
+{
+    return {false, false, withEnding(file, true)};
+}
+
+Result<> IdeaFile::prepare() const
+{
+    NewFile attempt;
+    const bool isReady = !isNamed || base == standardOutputName || attempt.create(base);
+    return isReady ? Result<>() : failure(writeFailure(base, attempt.failure()));
 }
 
 std::string IdeaFile::misuseOf(const fs::path& out)

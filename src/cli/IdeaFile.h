@@ -20,6 +20,13 @@ public:
     // A plain line where the name is that of another kind of file, else nothing.
     static std::string misuseOf(const std::filesystem::path& out);
 
+    // The next free name of "F.mid", "F 2.mid" and so on.
+    static IdeaFile firstFree(const std::filesystem::path& file);
+
+    // Fails where the one file that has a name could not be written, as far as can be told. Nothing is
+    // written.
+    Result<> prepare() const;
+
     // Writes the next idea.
     Result<> write(std::span<const std::uint8_t> data);
 
@@ -29,6 +36,8 @@ public:
     int lastNumber() const { return number; }
 
 private:
+    IdeaFile(bool isNamed, bool isNumbered, std::filesystem::path base);
+
     std::filesystem::path next();
     int writeFree(std::span<const std::uint8_t> data);
 

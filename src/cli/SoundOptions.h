@@ -29,4 +29,12 @@ struct RenderOptions {
     int cores = 0;                                        // 0 for all; the engine's sequencer needs but one
 };
 
+struct RecordOptions {
+    static constexpr double longest = 86'400.0; // seconds
+
+    std::string port;                         // part of the name of a MIDI port, or "list"
+    std::optional<std::filesystem::path> out; // "-" for standard output; none for a list of ports alone
+    std::optional<double> seconds;            // above 0, up to `longest`; none for no end by itself
+};
+
 } // namespace volvelle

@@ -35,6 +35,8 @@ TEST_F(CommandLine, TheHelpOfEachCommandHasAnExampleAndItsDefaults)
         {"inspect", {"--json"}},
         {"play",
          {"Keys: the space bar pauses and goes on, q and Ctrl-C end.", "the sound device without it"}},
+        {"record",
+         {"Keys: q and Ctrl-C end the recording, and it is saved.", "until it is ended without it"}},
         {"render", {"48000 without it", "all without it", "takes WAV, too"}},
         {"library check", {"the one in use without it", "--ear"}},
         {"library compile", {"SCORES", "DIR"}}};
@@ -62,13 +64,29 @@ TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
 {
     for (const char* arguments :
          {"sing", "sing song.mid", "generate song.mid", "generate --count 0", "generate --count x",
-          "generate --long -1", "inspect", "library", "library compile here", "generate --loud"}) {
+          "generate --long -1", "record --out a", "record --port x", "record --port x --out a.wav",
+          "record --port x --out a --seconds x", "inspect", "library", "library compile here",
+          "generate --loud"}) {
         const auto result = volvelle(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
         EXPECT_THAT(result.error, testing::Not(IsEmpty())) << arguments;
         EXPECT_THAT(result.output, IsEmpty()) << arguments;
     }
     EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(CommandLine, TheTimeOfARecordingIsAboveNothingAndUpToADay)
+{
+    for (const std::string seconds : {"0", "-1", "86400.1", "inf", "nan"}) {
+        const auto result = volvelle("record --port x --out a --seconds " + seconds);
+        EXPECT_EQ(result.status, 2) << seconds;
+        EXPECT_EQ(result.error, "--seconds: Value " + seconds + " is not above 0 and up to 86400\n" +
+                                    "Run with --help for more information.\n");
+    }
+    for (const char* seconds : {"0.1", "86400"}) {
+        const auto result = volvelle(std::string("record --port x --out no/a --seconds ") + seconds);
+        EXPECT_EQ(result.error, "'no/a.mid' could not be written: its folder does not exist.\n");
+    }
 }
 
 TEST_F(CommandLine, AnUnknownCommandIsToldWithTheNearest)

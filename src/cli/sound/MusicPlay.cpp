@@ -1,8 +1,8 @@
 #include "cli/sound/MusicPlay.h"
 
 #include "base/RunLoop.h"
+#include "cli/sound/EndWish.h"
 
-#include <atomic>
 #include <utility>
 
 namespace volvelle {
@@ -10,7 +10,6 @@ namespace volvelle {
 namespace {
 
 constexpr double lookInterval = 0.03; // seconds
-std::atomic<bool> endWanted{false};
 
 } // namespace
 
@@ -46,7 +45,7 @@ Result<> MusicPlay::run(const std::shared_ptr<AVAudioEngine>& engine, std::share
 void MusicPlay::look()
 {
     tellNews();
-    if (endWanted.exchange(false) || !readKeys()) {
+    if (takeEndWish() || !readKeys()) {
         return end();
     }
     if (transport->hasEnded()) {
@@ -92,11 +91,6 @@ void MusicPlay::end()
 {
     transport->stop();
     mainRunLoop().stop();
-}
-
-void endMusicPlay()
-{
-    endWanted = true;
 }
 
 } // namespace volvelle

@@ -47,7 +47,4 @@ private:
     bool isPaused = false;
 };
 
-// Asks a play to end soon. [any] In signal handlers too.
-void endMusicPlay();
-
 } // namespace volvelle

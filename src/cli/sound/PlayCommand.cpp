@@ -4,18 +4,18 @@
 #include "base/Checked.h"
 #include "base/RunLoop.h"
 #include "base/Text.h"
+#include "cli/sound/EndWish.h"
 #include "cli/sound/MusicPlay.h"
 #include "cli/sound/PlatformTransport.h"
+#include "cli/sound/PortNames.h"
 #include "cli/sound/SequencedTransport.h"
 #include "cli/sound/SinkNews.h"
 #include "inspection/FileDescription.h"
 #include "services/audiodevice/AudioOutput.h"
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/audiodevice/SoundServers.h"
-#include "services/files/HeldSignals.h"
 #include "services/files/SafeFile.h"
 
-#include <csignal>
 #include <utility>
 
 namespace volvelle {
@@ -24,46 +24,12 @@ namespace {
 
 constexpr double ringOut = 0.5; // seconds between the end of the music and that of the program
 
-int listPorts(CommandOutput& output)
-{
-    const auto names = makeMIDIPorts()->outputNames();
-    if (!names) {
-        return output.failure(names.error());
-    }
-    for (const std::string& name : *names) {
-        output.result(name);
-    }
-    if (names->empty()) {
-        output.remark("No other program has a MIDI port open.");
-    }
-    return exitDone;
-}
-
 void waitFor(double seconds)
 {
     const auto held = std::make_shared<int>(0);
     const auto timer = mainRunLoop().schedule(seconds, held, [] { mainRunLoop().stop(); });
     mainRunLoop().run();
     timer->invalidate();
-}
-
-void onSignal(int /*signal*/)
-{
-    endMusicPlay();
-}
-
-// A closed terminal or pipe ends the play as Ctrl-C does, unless the caller wants a signal ignored. In the
-// background the terminal is left alone, and does not stop the program.
-void handleSignals()
-{
-    for (const int signal : endingSignals) {
-        if (std::signal(signal, onSignal) == SIG_IGN && signal != SIGPIPE) {
-            std::signal(signal, SIG_IGN);
-        }
-    }
-    for (const int signal : {SIGTTIN, SIGTTOU}) {
-        std::signal(signal, SIG_IGN);
-    }
 }
 
 // A sound server opens a device at once, and its first pulls fill its buffer: all must be ready by then.
@@ -101,7 +67,7 @@ MusicPlay::News newsOf(const PlayOptions& options, const std::shared_ptr<AudioSi
 int runPlay(const PlayOptions& options, CommandOutput& output)
 {
     if (options.port == "list") {
-        return listPorts(output);
+        return tellPorts(makeMIDIPorts()->outputNames(), output);
     }
     return runPlay(options, output, std::make_shared<AudioOutput>(AudioOutput::forMusic()));
 }
@@ -128,7 +94,7 @@ int runPlay(const PlayOptions& options, CommandOutput& output, const std::shared
     if (!done) {
         return output.failure(done.error());
     }
-    handleSignals();
+    listenForEndWish();
     const auto play = MusicPlay::make(PlayDisplay(std::move(description)), newsOf(options, sink),
                                       [&output](const std::string& line) { output.remark(line); });
     done = play->run(graph.engine, transportOf(graph), data);

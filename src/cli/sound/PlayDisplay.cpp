@@ -1,14 +1,9 @@
 #include "cli/sound/PlayDisplay.h"
 
 #include "base/Text.h"
-#include "cli/TerminalWidth.h"
-#include "cli/sound/TerminalKeys.h"
 
-#include <algorithm>
 #include <bitset>
 #include <cmath>
-#include <cstdio>
-#include <unistd.h>
 #include <utility>
 
 namespace volvelle {
@@ -66,26 +61,7 @@ std::string PlayDisplay::line(double position, bool isPaused) const
 
 void PlayDisplay::show(double position, bool isPaused)
 {
-    if (isatty(STDOUT_FILENO) == 0 || TerminalKeys::isInBackgroundOf(STDOUT_FILENO)) {
-        return;
-    }
-    std::string next = line(position, isPaused);
-    next.resize(std::min(next.size(), terminalColumns(STDOUT_FILENO) - 1));
-    if (next != shown) {
-        const std::string whole = concat("\r", next, "\x1B[K");
-        std::fwrite(whole.data(), 1, whole.size(), stdout);
-        std::fflush(stdout);
-        shown = std::move(next);
-    }
-}
-
-void PlayDisplay::finish()
-{
-    if (!shown.empty()) {
-        std::fputs("\n", stdout);
-        std::fflush(stdout);
-        shown.clear();
-    }
+    shown.show(line(position, isPaused));
 }
 
 } // namespace volvelle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/sound/TerminalLine.h"
 #include "inspection/FileDescription.h"
 
 #include <string>
@@ -14,16 +15,15 @@ public:
     // The line at a position in beats.
     std::string line(double position, bool isPaused) const;
 
-    // Shows the line in place of the one before, on a terminal alone and in its foreground; no more of it
-    // than fits into a row.
+    // Shows the line in place of the one before.
     void show(double position, bool isPaused);
 
     // Ends the line where there is one; the next begins anew.
-    void finish();
+    void finish() { shown.finish(); }
 
 private:
     const FileDescription description;
-    std::string shown;
+    TerminalLine shown;
 };
 
 } // namespace volvelle

@@ -1,8 +1,11 @@
 #include "cli/CommandLine.h"
 #include "cli/sound/PlayCommand.h"
+#include "cli/sound/RecordCommand.h"
 #include "cli/sound/RenderCommand.h"
 
 int main(int argc, char** argv)
 {
-    return volvelle::runCommandLine(argc, argv, {.play = volvelle::runPlay, .render = volvelle::runRender});
+    return volvelle::runCommandLine(
+        argc, argv,
+        {.play = volvelle::runPlay, .record = volvelle::runRecord, .render = volvelle::runRender});
 }

@@ -1,0 +1,47 @@
+#include "cli/sound/SavedTake.h"
+
+#include "base/Paths.h"
+#include "cli/CommandOutput.h"
+
+#include <system_error>
+
+namespace volvelle {
+
+namespace fs = std::filesystem;
+
+SavedTake saveTake(IdeaFile& wanted, const fs::path& out, std::span<const std::uint8_t> bytes,
+                   std::span<const fs::path> spareFolders)
+{
+    SavedTake saved;
+    saved.fault = wanted.write(bytes).error();
+    if (saved.fault.empty()) {
+        saved.file = wanted.name();
+        return saved;
+    }
+    const fs::path name = out == standardOutputName ? "Recording.mid" : out.filename();
+    for (const fs::path& folder : spareFolders) {
+        std::error_code error;
+        fs::create_directories(folder, error);
+        IdeaFile spare = IdeaFile::firstFree(folder / name);
+        if (spare.write(bytes)) {
+            saved.file = spare.name();
+            break;
+        }
+    }
+    return saved;
+}
+
+std::vector<fs::path> spareFolders()
+{
+    std::vector<fs::path> folders;
+    if (const auto documents = documentsFolder()) {
+        folders.push_back(*documents);
+    }
+    std::error_code error;
+    if (const fs::path temporary = fs::temp_directory_path(error); !error) {
+        folders.push_back(temporary);
+    }
+    return folders;
+}
+
+} // namespace volvelle
