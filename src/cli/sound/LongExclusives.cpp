@@ -19,7 +19,8 @@ bool isCutOff(const TrackEvent& event)
         return false;
     }
     const auto& raw = event.record<MIDIRawData>();
-    return raw.length == sizeof(MIDIRawDataExtension) && raw.data[raw.length - 1] != STATUS_EOX;
+    const std::uint8_t* const bytes = raw.data;
+    return raw.length == sizeof(MIDIRawDataExtension) && bytes[raw.length - 1] != STATUS_EOX;
 }
 
 bool isLong(const AUMIDIEventEx& event)

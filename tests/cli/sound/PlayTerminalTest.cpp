@@ -1,4 +1,4 @@
-#include "tests/cli/sound/PlayRun.h"
+#include "tests/cli/sound/TerminalRun.h"
 #include "tests/rendering/NoteRow.h"
 
 #include <chrono>
@@ -13,69 +13,9 @@
 namespace volvelle::test {
 namespace {
 
-// The program on a terminal of its own, whose keys a test presses.
-class PlayTerminal : public PlayRun {
+class PlayTerminal : public TerminalRun {
 protected:
-    PlayTerminal()
-    {
-        keyboard = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-        grantpt(keyboard);
-        unlockpt(keyboard);
-        terminal = open(ptsname(keyboard), O_RDWR | O_NOCTTY | O_CLOEXEC);
-        write("row.mid", NoteRow{480}.file());
-    }
-
-    ~PlayTerminal() override
-    {
-        close(terminal);
-        close(keyboard);
-    }
-
-    std::unique_ptr<ChildProcess> beginOnTerminal(const std::string& arguments) const
-    {
-        const std::string name = ptsname(keyboard);
-        const std::string line = "cd '" + (folder / "work").string() + "' && exec setsid --ctty '" +
-                                 VOLVELLE_PROGRAM "' " + arguments + " <" + name + " >" + name + " 2>errors";
-        return std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", line});
-    }
-
-    // A shell on the terminal, with job control, that runs a script; VOLVELLE stands for the program.
-    std::unique_ptr<ChildProcess> beginShell(const std::string& script) const
-    {
-        const std::string name = ptsname(keyboard);
-        write("script", "VOLVELLE='" VOLVELLE_PROGRAM "'\nset -m\n" + script);
-        const std::string line = "cd '" + (folder / "work").string() + "' && exec setsid --ctty sh script <" +
-                                 name + " >" + name + " 2>&1";
-        return std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", line});
-    }
-
-    termios settings() const
-    {
-        termios now{};
-        EXPECT_EQ(tcgetattr(terminal, &now), 0);
-        return now;
-    }
-
-    // Reads what the program shows until `text` is among it, for half a minute at most.
-    bool waitFor(const std::string& text)
-    {
-        while (screen.find(text) == std::string::npos) {
-            pollfd waiting = {keyboard, POLLIN, 0};
-            char bytes[256];
-            const ssize_t count = poll(&waiting, 1, 30'000) == 1 ? ::read(keyboard, bytes, sizeof(bytes)) : 0;
-            if (count <= 0) {
-                return false;
-            }
-            screen.append(bytes, static_cast<std::size_t>(count));
-        }
-        return true;
-    }
-
-    void press(char key) const { ASSERT_EQ(::write(keyboard, &key, 1), 1); }
-
-    int keyboard = -1;
-    int terminal = -1;
-    std::string screen;
+    PlayTerminal() { write("row.mid", NoteRow{480}.file()); }
 };
 
 bool isSame(const termios& one, const termios& other)

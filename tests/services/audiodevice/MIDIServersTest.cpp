@@ -26,7 +26,9 @@ public:
 
     void receive(Moment arrived, std::span<const std::uint8_t> bytes) noexcept override
     {
-        Message message{arrived, {}, std::min(bytes.size(), message.bytes.size())};
+        Message message;
+        message.arrived = arrived;
+        message.length = std::min(bytes.size(), message.bytes.size());
         std::copy_n(bytes.begin(), message.length, message.bytes.begin());
         queue.push(message);
     }
