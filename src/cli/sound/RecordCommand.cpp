@@ -33,15 +33,12 @@ void tellLosses(const RecordSession& session, bool isOutputFree, CommandOutput& 
         tell(concat("The MIDI port \"", session.portName(), "\" went away: what came is saved."));
     }
     if (const std::size_t dropped = session.take.dropped(); dropped > 0) {
-        tell(concat("Messages that found no room and were left out: ", dropped, "."));
+        tell(concat("Messages that were broken off or found no room, and are left out: ", dropped, "."));
     }
 }
 
 int tellEnd(const SavedTake& saved, const RecordSession& session, CommandOutput& output)
 {
-    if (saved.file.empty()) {
-        return output.failure(saved.fault);
-    }
     output.remark(concat("Recorded ", session.take.events(), " events (",
                          std::round(session.length() * 10.0) / 10.0, " seconds) to '", saved.file, "'."));
     return saved.fault.empty() ? exitDone
@@ -59,6 +56,9 @@ int save(RecordSession& session, IdeaFile& file, const std::filesystem::path& ou
         return output.failure(bytes.error());
     }
     const SavedTake saved = saveTake(file, out, *bytes, ground.spareFolders);
+    if (saved.file.empty()) {
+        return output.failure(saved.fault);
+    }
     const bool isOutputFree = out != standardOutputName || !saved.fault.empty();
     tellLosses(session, isOutputFree, output);
     return isOutputFree ? tellEnd(saved, session, output) : exitDone;

@@ -192,6 +192,7 @@ TEST_F(RecordCommandTest, ElsewhereNoFileIsReplaced)
 TEST_F(RecordCommandTest, WhereNoFolderTakesItOneLineSaysWhy)
 {
     ports.messages = oneNote;
+    ports.messages.push_back({1.0, {0xF0, 1, 0x90, 60, 1}});
     spareFolders = {};
     EXPECT_EQ(run({"keys", "/dev/full", 4.0}), 1);
     EXPECT_EQ(errors, "'/dev/full' could not be written: the device is full.\n");
@@ -225,7 +226,7 @@ TEST_F(RecordCommandTest, WhatFoundNoRoomIsTold)
     ports.messages.back().bytes.front() = 0xF0;
     ports.messages.back().bytes.back() = 0xF7;
     EXPECT_EQ(record("a.mid"), 0);
-    EXPECT_EQ(output, "Messages that found no room and were left out: 1.\n"
+    EXPECT_EQ(output, "Messages that were broken off or found no room, and are left out: 1.\n"
                       "Recorded 2 events (4.0 seconds) to " +
                           inFolder("a.mid") + ".\n");
 }
@@ -238,9 +239,9 @@ TEST_F(RecordCommandTest, AFloodIsRecordedAsFarAsThereIsRoomAndEachNoteEnds)
     EXPECT_EQ(record("a.mid", 1.0), 0);
     const std::size_t notes = linesOf("a.mid").size();
     EXPECT_GT(notes, 10'000U);
-    EXPECT_EQ(output, "Messages that found no room and were left out: " + std::to_string(60'000 - notes) +
-                          ".\nRecorded " + std::to_string(notes) + " events (1.0 seconds) to " +
-                          inFolder("a.mid") + ".\n");
+    EXPECT_EQ(output, "Messages that were broken off or found no room, and are left out: " +
+                          std::to_string(60'000 - notes) + ".\nRecorded " + std::to_string(notes) +
+                          " events (1.0 seconds) to " + inFolder("a.mid") + ".\n");
 }
 
 TEST_F(RecordCommandTest, StandardOutputGetsTheBytesAlone)
@@ -250,7 +251,7 @@ TEST_F(RecordCommandTest, StandardOutputGetsTheBytesAlone)
     EXPECT_EQ(run({"keys", "-", 4.0}), 0);
     EXPECT_EQ(takeLines({output.begin(), output.end()}),
               (Lines{"1.0 note 0 60 100 64 1.0", "3.0 note 0 60 1 0 5.0"}));
-    EXPECT_EQ(errors, "Messages that found no room and were left out: 1.\n");
+    EXPECT_EQ(errors, "Messages that were broken off or found no room, and are left out: 1.\n");
 }
 
 } // namespace
