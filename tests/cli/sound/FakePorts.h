@@ -25,11 +25,12 @@ public:
 
     double now() const override { return seconds += step; }
 
-    // The moment after that, as seconds from the next reading on.
-    MIDIReceiver::Moment after(double later) const
+    // The moment of the next reading.
+    MIDIReceiver::Moment next() const { return MIDIReceiver::Moment(duration(seconds + step)); }
+
+    static MIDIReceiver::Moment::duration duration(double inSeconds)
     {
-        return MIDIReceiver::Moment(std::chrono::round<MIDIReceiver::Moment::duration>(
-            std::chrono::duration<double>(seconds + step + later)));
+        return std::chrono::round<MIDIReceiver::Moment::duration>(std::chrono::duration<double>(inSeconds));
     }
 
 private:
@@ -47,6 +48,7 @@ public:
     explicit FakePorts(const SteppingClock& given) : clock(given) {}
 
     std::vector<Message> messages;
+    std::vector<Message> lastMessages;    // come while the port is closed
     bool isLost = false;                  // what the input answers
     std::function<void()> onOpen = [] {}; // called when all has come
     int opened = 0;
@@ -75,12 +77,11 @@ public:
         if (name != "keys") {
             return failure("There is no such port.");
         }
-        for (const Message& message : messages) {
-            receiver->receive(clock.after(message.seconds), message.bytes);
-        }
+        auto input = std::make_unique<Input>(*this, *receiver);
+        input->send(messages);
         ++opened;
         onOpen();
-        return std::make_unique<Input>(*this);
+        return input;
     }
 
     Result<std::unique_ptr<MIDIInput>> openVirtualInput(const std::string& name,
@@ -92,9 +93,13 @@ public:
 private:
     class Input : public MIDIInput {
     public:
-        explicit Input(FakePorts& given) : ports(given) {}
+        Input(FakePorts& given, MIDIReceiver& to) : ports(given), receiver(to), start(ports.clock.next()) {}
 
-        ~Input() override { ++ports.closed; }
+        ~Input() override
+        {
+            send(ports.lastMessages);
+            ++ports.closed;
+        }
 
         Input(const Input&) = delete;
         Input& operator=(const Input&) = delete;
@@ -103,8 +108,17 @@ private:
 
         std::string name() const override { return "Fake:keys"; }
 
+        void send(const std::vector<Message>& messages)
+        {
+            for (const Message& message : messages) {
+                receiver.receive(start + SteppingClock::duration(message.seconds), message.bytes);
+            }
+        }
+
     private:
         FakePorts& ports;
+        MIDIReceiver& receiver;
+        const MIDIReceiver::Moment start;
     };
 
     const SteppingClock& clock;

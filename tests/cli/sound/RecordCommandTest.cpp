@@ -75,6 +75,15 @@ TEST_F(RecordCommandTest, WhatComesUntilItsTimeIsOverIsSaved)
     EXPECT_EQ(linesOf("a.mid"), (Lines{"1.0 note 0 60 100 64 1.0", "8.0 message 176 1 1"}));
 }
 
+TEST_F(RecordCommandTest, WhatComesWhileThePortIsClosedIsSaved)
+{
+    ports.messages = {{0.5, {0x90, 60, 100}}};
+    ports.lastMessages = {{1.0, {0x80, 60, 64}}};
+    EXPECT_EQ(record("a.mid"), 0);
+    EXPECT_EQ(output, "Recorded 2 events (4.0 seconds) to " + inFolder("a.mid") + ".\n");
+    EXPECT_EQ(linesOf("a.mid"), oneNoteLines);
+}
+
 TEST_F(RecordCommandTest, ANoteThatIsHeldEndsWithTheTime)
 {
     ports.messages = {{0.5, {0x90, 60, 100}}};
