@@ -116,6 +116,50 @@ TEST_F(SequencedPlayTest, AStopLeavesNoNoteAndNoPedalAndRewinds)
     EXPECT_EQ(hanging(), 1);
 }
 
+TEST_F(SequencedPlayTest, APedalEndsWithTheFileAndWithAnotherStart)
+{
+    play(Song().message(0.5, 0xB2, 66, 127).note(1.0, 2, 60, 100, 1.0));
+    const auto isLift = [](const auto& message) { return message.is(0xB2, 66, 0); };
+    hand.render(24'000, 480);
+    EXPECT_EQ(std::ranges::count_if(unit->heard, isLift), 0);
+    sequenced->start();
+    hand.render(48'000, 480);
+    EXPECT_FALSE(sequenced->hasEnded());
+    EXPECT_EQ(std::ranges::count_if(take(), isLift), 1);
+    hand.render(960, 480);
+    EXPECT_TRUE(sequenced->hasEnded());
+    EXPECT_EQ(std::ranges::count_if(take(), isLift), 1);
+}
+
+TEST_F(SequencedPlayTest, APedalThatTheFileResetStaysUpAfterAPause)
+{
+    play(Song().message(0.5, 0xB2, 64, 127).message(0.75, 0xB2, 121, 0).note(1.0, 2, 60, 100, 4.0));
+    hand.render(48'000, 480);
+    sequenced->pause();
+    hand.render(480);
+    take();
+    sequenced->goOn();
+    hand.render(480);
+    EXPECT_THAT(take(), IsEmpty());
+}
+
+TEST_F(SequencedPlayTest, WhatIsSentSoundsNoLaterThanTheFileBehindIt)
+{
+    play(Song().note(1.0, 0, 60, 100, 1.0));
+    hand.render(24'000, 480);
+    take();
+    hand.render(475);
+    for (int i = 0; i < 20; ++i) {
+        sequenced->sequencer.sendEvent(1, 0xB0, 1, static_cast<std::uint8_t>(i));
+    }
+    hand.render(480);
+    const Heard heard = take();
+    ASSERT_THAT(heard, SizeIs(21));
+    EXPECT_EQ(heard.back(), (HeardMessage{24'480, {0x90, 60, 100}}));
+    EXPECT_EQ(heard.front().frame, 24'475);
+    EXPECT_EQ(heard[19], (HeardMessage{24'480, {0xB1, 1, 19}}));
+}
+
 TEST_F(SequencedPlayTest, AStopInAPauseRewinds)
 {
     play(Song().note(1.0, 2, 60, 100, 2.0));

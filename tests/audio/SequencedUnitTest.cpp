@@ -51,6 +51,25 @@ TEST_F(SequencedTest, FrameByFrameItPlaysTheSame)
     expectSame(ofSequenced(file, 36'000, 1), ofPlatform(file, 36'000), 0);
 }
 
+TEST_F(SequencedTest, FrameByFrameASlowTempoIsKept)
+{
+    const auto file = Song().tempo(0.0, 60.0).note(0.25, 3, 60, 100, 0.25).note(0.5, 3, 62, 90, 0.25).file();
+    expectSame(ofSequenced(file, 40'000, 1), ofPlatform(file, 40'000), 1);
+}
+
+TEST_F(SequencedTest, OutsideOfAnEngineAStopForgetsWhatWasSentBefore)
+{
+    const auto unit = std::make_shared<HeardUnit>();
+    SequencedUnit sequenced(unit);
+    EXPECT_EQ(sequenced.musicDeviceMIDIEvent(0x90, 1, 2, 0), noErr);
+    sequenced.engineStopped();
+    EXPECT_EQ(sequenced.musicDeviceMIDIEvent(0x90, 3, 4, 0), noErr);
+    std::array<float, 512> left{};
+    std::array<float, 512> right{};
+    sequenced.render(nullptr, nullptr, left.data(), right.data(), 512);
+    EXPECT_THAT(unit->heard, ElementsAre(HeardMessage{0, {0x90, 3, 4}}));
+}
+
 TEST_F(SequencedTest, ChangesOfTempoAreFollowedToTheFrame)
 {
     Song song = busySong(16);
