@@ -1,7 +1,7 @@
 # The libraries for other people's programs, their headers, and the package by which find_package(Volvelle) finds them:
 # targets Volvelle::base and so on. `cmake --install BUILD --component development --prefix PREFIX` installs them.
 include(CMakePackageConfigHelpers)
-set(exported base wire files musicsequence midi theory aumidievents sequence phrases)
+set(exported base wire files musicsequence midi theory aumidievents sequence patterns phrases realtime)
 set(package lib/cmake/Volvelle)
 foreach(layer folder IN ZIP_LISTS VOLVELLE_LAYERS VOLVELLE_LAYER_FOLDERS)
   if(NOT layer IN_LIST exported)

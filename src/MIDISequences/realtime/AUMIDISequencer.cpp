@@ -31,7 +31,8 @@ AUMIDISequencer::AUMIDISequencer()
 {
     statusFilter.reserve(allChannels.size());
     internalEvents.reserve(MAXEVENTS);
-    prepareRenderEvents(MAXEVENTS);
+    prepareRenderEvents(MAXEVENTS +
+                        static_cast<int>(maximumSpecialEvents)); // of which specialEvents may keep its own
 }
 
 AUMIDISequencer::~AUMIDISequencer()

@@ -131,10 +131,15 @@ void SequencerEvents::readMeta(const MIDIMetaEvent& meta)
     }
 }
 
+// Exclusives stand on a track of their own, behind those of the channels: a reset comes before what is set
+// after it at the same time.
 void SequencerEvents::order()
 {
-    std::stable_sort(events.begin(), events.end(),
-                     [](const SequencerEvent& a, const SequencerEvent& b) { return a.seconds < b.seconds; });
+    const auto isLater = [](const SequencerEvent& event) {
+        return event.kind != SequencerEvent::longMessage;
+    };
+    std::ranges::stable_sort(
+        events, {}, [&](const SequencerEvent& event) { return std::pair(event.seconds, isLater(event)); });
 }
 
 // Note-ons count where a key to glide from waits for them.

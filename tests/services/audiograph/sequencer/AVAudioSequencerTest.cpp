@@ -380,6 +380,22 @@ TEST(AVAudioSequencer, AStartElsewhereBringsExclusivesBeforeTheChannels)
                                          stateLines(0, 0, {{0xB0, 10, 60}})})));
 }
 
+TEST(AVAudioSequencer, AResetComesBeforeWhatIsSetAtItsTime)
+{
+    Studio studio;
+    studio.load(Song()
+                    .exclusive(0.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7})
+                    .message(0.0, 0xC0, 5)
+                    .exclusive(1.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7})
+                    .message(1.0, 0xC0, 6)
+                    .note(1.0, 0, 60, 100, 0.5));
+    studio.start();
+    EXPECT_THAT(studio.run(25000),
+                ElementsAreArray(joined({resetLines(0, {0}),
+                                         {"0: F0 7E 7F 09 01 F7", "0: C0 05", "24000: F0 7E 7F 09 01 F7",
+                                          "24000: C0 06", "24000: 90 3C 64"}})));
+}
+
 TEST(AVAudioSequencer, AChannelThatOnlyThePieceBeforeUsedIsResetToo)
 {
     Studio studio;
