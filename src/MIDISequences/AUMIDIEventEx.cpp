@@ -59,10 +59,10 @@ AUMIDIEventEx::AUMIDIEventEx(const AUMIDIEvent& ev, std::uint16_t length)
     std::copy_n(source, length, _data);
 }
 
-AUMIDIEventEx::AUMIDIEventEx(const AUMIDIEventEx& e) : AUMIDIEventEx(e._datacount)
+AUMIDIEventEx::AUMIDIEventEx(const AUMIDIEventEx& e) : AUMIDIEventEx(e.length())
 {
     *_event = *e._event;
-    std::copy_n(e._data, e._datacount, _data);
+    std::copy_n(e._data, _datacount, _data);
 }
 
 AUMIDIEventEx::AUMIDIEventEx(const std::vector<std::uint8_t>& bytes)

@@ -47,6 +47,14 @@ public:
                                              std::memory_order_relaxed));
     }
 
+    // Sees to it that there are as many blocks as all reservations together ask for; below 0 gives one up.
+    void reserve(int count)
+    {
+        const std::int64_t all = reserved.fetch_add(count, std::memory_order_relaxed) + count;
+        while (std::int64_t{chunkCount.load(std::memory_order_relaxed)} * chunkSize < all && grow()) {
+        }
+    }
+
 private:
     using Chunk = std::array<Block, chunkSize>;
 
@@ -96,6 +104,7 @@ private:
 
     std::atomic<std::uint64_t> head{none}; // changes so far, and the number of the first free block
     std::atomic<std::uint32_t> chunkCount{0};
+    std::atomic<std::int64_t> reserved{0}; // blocks
     std::array<std::atomic<Chunk*>, maximumChunks> chunks{};
 };
 

@@ -14,11 +14,12 @@ namespace {
 constexpr std::uint8_t inRecord = sizeof(AUMIDIEvent::data);
 constexpr std::size_t headSize = offsetof(AUMIDIEvent, data);
 
+enum class Size : std::uint8_t { small, medium, large, unpooled };
+
 // What stands before each record.
 struct Origin {
     void* block = nullptr; // what it was taken from
-    bool isSmall = false;
-    bool isPooled = false;
+    Size size = Size::unpooled;
 };
 
 constexpr std::size_t blockSize(std::size_t length)
@@ -27,9 +28,11 @@ constexpr std::size_t blockSize(std::size_t length)
 }
 
 using SmallBlocks = RenderEventBlocks<blockSize(inRecord)>;
+using MediumBlocks = RenderEventBlocks<blockSize(mediumRenderEvent)>;
 using LargeBlocks = RenderEventBlocks<blockSize(largeRenderEvent)>;
 
 constinit SmallBlocks smallBlocks;
+constinit MediumBlocks mediumBlocks;
 constinit LargeBlocks largeBlocks;
 
 Origin& originOf(AURenderEvent* event)
@@ -46,26 +49,26 @@ AURenderEvent* recordAt(std::byte* room, const Origin& origin)
 AURenderEvent* unpooledRecord(std::size_t length)
 {
     auto* const room = new std::byte[blockSize(length)];
-    return recordAt(room, {.block = room, .isSmall = false, .isPooled = false});
+    return recordAt(room, {room, Size::unpooled});
 }
 
 template <class Blocks>
-AURenderEvent* pooledRecord(Blocks& blocks, std::size_t length)
+AURenderEvent* pooledRecord(Blocks& blocks, Size size, std::size_t length)
 {
     auto* const block = blocks.take();
-    if (block == nullptr) {
-        return unpooledRecord(length);
-    }
-    return recordAt(block->room.data(), {.block = block, .isSmall = length <= inRecord, .isPooled = true});
+    return block == nullptr ? unpooledRecord(length) : recordAt(block->room.data(), {block, size});
 }
 
 AURenderEvent* recordFor(std::size_t length)
 {
     if (length <= inRecord) {
-        return pooledRecord(smallBlocks, length);
+        return pooledRecord(smallBlocks, Size::small, length);
+    }
+    if (length <= mediumRenderEvent) {
+        return pooledRecord(mediumBlocks, Size::medium, length);
     }
     if (length <= largeRenderEvent) {
-        return pooledRecord(largeBlocks, length);
+        return pooledRecord(largeBlocks, Size::large, length);
     }
     return unpooledRecord(length);
 }
@@ -95,18 +98,6 @@ struct Returned {
     }
 };
 
-template <class Blocks>
-void prepare(Blocks& blocks, int count)
-{
-    Returned<Blocks> taken;
-    for (int i = 0; i < count; ++i) {
-        if (auto* const block = blocks.take()) {
-            taken.add(block);
-        }
-    }
-    taken.give(blocks);
-}
-
 } // namespace
 
 AURenderEvent* makeRenderEvent(const AUMIDIEvent& record, const std::uint8_t* bytes)
@@ -121,26 +112,42 @@ AURenderEvent* makeRenderEvent(const AUMIDIEvent& record, const std::uint8_t* by
 void releaseRenderEvents(AURenderEvent* head) noexcept
 {
     Returned<SmallBlocks> small;
+    Returned<MediumBlocks> medium;
     Returned<LargeBlocks> large;
     while (head != nullptr) {
         const Origin origin = originOf(head);
         head = head->head.next;
-        if (!origin.isPooled) {
-            delete[] static_cast<std::byte*>(origin.block);
-        } else if (origin.isSmall) {
+        switch (origin.size) {
+        case Size::small:
             small.add(origin.block);
-        } else {
+            break;
+        case Size::medium:
+            medium.add(origin.block);
+            break;
+        case Size::large:
             large.add(origin.block);
+            break;
+        case Size::unpooled:
+            delete[] static_cast<std::byte*>(origin.block);
         }
     }
     small.give(smallBlocks);
+    medium.give(mediumBlocks);
     large.give(largeBlocks);
 }
 
-void prepareRenderEvents(int count)
+RenderEventRoom::RenderEventRoom(RenderEventCounts needed) : counts(needed)
 {
-    prepare(smallBlocks, count);
-    prepare(largeBlocks, count);
+    smallBlocks.reserve(counts.small);
+    mediumBlocks.reserve(counts.medium);
+    largeBlocks.reserve(counts.large);
+}
+
+RenderEventRoom::~RenderEventRoom()
+{
+    smallBlocks.reserve(-counts.small);
+    mediumBlocks.reserve(-counts.medium);
+    largeBlocks.reserve(-counts.large);
 }
 
 } // namespace volvelle

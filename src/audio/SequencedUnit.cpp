@@ -13,7 +13,6 @@ namespace volvelle {
 
 namespace {
 
-constexpr int recordsAhead = 2048;
 constexpr double beatsPerSecond = FileTempo::usual / 60.0; // of the sequencer's list
 
 } // namespace
@@ -46,7 +45,6 @@ Result<> SequencedUnit::load(const std::vector<std::uint8_t>& data)
         return failure("The music could not be read.");
     }
     announce(music);
-    prepareRenderEvents(recordsAhead);
     const AUMIDISequencerHold hold(busy);
     sequencer.loadSequence(music);
     std::swap(tempo, read);

@@ -86,6 +86,9 @@ protected:
 private:
     using Pedals = std::array<std::array<std::uint8_t, holdPedals.size()>, channelCount>; // their values
 
+    // A block of many tempi has the chains of several cycles.
+    const RenderEventRoom room{{2048, 256, 64}};
+
     double rate() const { return outputBusses.empty() ? 48000.0 : outputBusses.front().format.sampleRate; }
 
     void announce(const MusicSequence& music);

@@ -98,13 +98,14 @@ TEST(RenderEventPool, NeverGivesARecordTwice)
 
 TEST(RenderEventPool, AllocatesNothingThatWasMadeAheadOrCameBack)
 {
-    prepareRenderEvents(700);
-    const Bytes bytes = counting(256, 0);
+    const RenderEventRoom room({467, 467, 467});
+    const Bytes bytes = counting(largeRenderEvent, 0);
+    constexpr std::uint16_t lengths[]{3, mediumRenderEvent, largeRenderEvent};
     for (int round = 0; round < 100; ++round) {
         const RealtimeGuard guard;
         AURenderEvent* head = nullptr;
         for (int i = 0; i < 1400; ++i) {
-            AURenderEvent* event = makeRenderEvent(record(i % 2 == 0 ? 3 : 256), bytes.data());
+            AURenderEvent* event = makeRenderEvent(record(lengths[i % 3]), bytes.data());
             event->head.next = head;
             head = event;
         }
@@ -114,7 +115,7 @@ TEST(RenderEventPool, AllocatesNothingThatWasMadeAheadOrCameBack)
 
 TEST(RenderEventPool, TakesBackARecordWhoseLengthWasChanged)
 {
-    prepareRenderEvents(300);
+    const RenderEventRoom room({0, 0, 300});
     const Bytes bytes = counting(256, 0);
     const RealtimeGuard guard;
     for (int i = 0; i < 2000; ++i) {
@@ -122,6 +123,31 @@ TEST(RenderEventPool, TakesBackARecordWhoseLengthWasChanged)
         event->MIDI.length = 1;
         releaseRenderEvents(event);
     }
+}
+
+// What one owner holds is not counted for the other.
+TEST(RenderEventPool, HasRoomForAllOwnersTogether)
+{
+    const RenderEventRoom one({0, 0, 900});
+    const Bytes bytes = counting(largeRenderEvent, 0);
+    const auto chainOf900 = [&] {
+        AURenderEvent* head = nullptr;
+        for (int i = 0; i < 900; ++i) {
+            AURenderEvent* event = makeRenderEvent(record(largeRenderEvent), bytes.data());
+            event->head.next = head;
+            head = event;
+        }
+        return head;
+    };
+    AURenderEvent* const first = chainOf900();
+    const RenderEventRoom two({0, 0, 900});
+    AURenderEvent* second = nullptr;
+    {
+        const RealtimeGuard guard;
+        second = chainOf900();
+    }
+    releaseRenderEvents(first);
+    releaseRenderEvents(second);
 }
 
 // Two threads make chains, and each gives back those of the other.

@@ -37,11 +37,12 @@ AUMIDIEventListMixer::AUMIDIEventListMixer()
     ordered.reserve(listRoomAhead);
     tempListSort.reserve(listRoomAhead);
     places.reserve(listRoomAhead);
-    reused.reserve(listRoomAhead);
-    while (reused.size() < listRoomAhead) {
-        reused.push_back(std::make_shared<ReusedMIDIEvent>());
+    for (std::size_t i = 0; i < listRoomAhead; ++i) {
+        reused.events.push_back(std::make_shared<ReusedMIDIEvent>());
     }
-    prepareRenderEvents(listRoomAhead);
+    for (std::size_t i = 0; i < longListRoomAhead; ++i) {
+        reusedLong.events.push_back(std::make_shared<ReusedMIDIEvent>(largeRenderEvent));
+    }
 }
 
 AUMIDIEventListMixer::~AUMIDIEventListMixer()
@@ -80,7 +81,8 @@ AURenderEvent* AUMIDIEventListMixer::mixEvents(const AURenderEvent* ev1, const A
 {
     deallocateRealtimeEventListHead();
     specialEvents.clear();
-    reusedCount = 0;
+    reused.count = 0;
+    reusedLong.count = 0;
     collect(ev1, {.offset = offset1, .noteSplit = noteSplit, .silences = true});
     collect(ev2, {.offset = offset2, .noteSplit = noteSplit, .silences = false});
     sortSpecialEvents();
@@ -143,16 +145,23 @@ void AUMIDIEventListMixer::mapVelocity(AUMIDIEvent& event, const Source& source)
 
 void AUMIDIEventListMixer::append(const AUMIDIEvent& event, const AUMIDIEvent& head)
 {
-    if (event.length > AUMIDIEventEx::MAXBYTES) {
+    if (event.length > largeRenderEvent) {
         specialEvents.push_back(std::make_shared<AUMIDIEventEx>(event, event.length));
     } else {
-        if (reusedCount == reused.size()) {
-            reused.push_back(std::make_shared<ReusedMIDIEvent>());
-        }
-        specialEvents.push_back(reused[reusedCount++]);
+        const bool isLong = event.length > AUMIDIEventEx::MAXBYTES;
+        specialEvents.push_back(isLong ? next(reusedLong, largeRenderEvent)
+                                       : next(reused, AUMIDIEventEx::MAXBYTES));
         specialEvents.back()->InitializeWith(event);
     }
     specialEvents.back()->setEvent(head);
+}
+
+const std::shared_ptr<AUMIDIEventEx>& AUMIDIEventListMixer::next(Reused& of, std::uint32_t bytes)
+{
+    if (of.count == of.events.size()) {
+        of.events.push_back(std::make_shared<ReusedMIDIEvent>(bytes));
+    }
+    return of.events[of.count++];
 }
 
 void AUMIDIEventListMixer::sortSpecialEvents()

@@ -40,7 +40,7 @@ public:
     // `ev1` controllers 121 and 123 pass those. A velocity from 1 on goes out as `velocities` has it; one
     // that became 0 is told for `ev1` only. The lists stay as they are, and neither may be the one given
     // last, which is released first. A time that does not fit is a fatal stop. No lock; allocates only for
-    // more events than any mix before had, and for one of more than 256 bytes.
+    // more events than any mix before had, and for one of more than largeRenderEvent bytes.
     virtual AURenderEvent* mixEvents(const AURenderEvent* ev1, const AURenderEvent* ev2,
                                      std::int64_t offset1 = 0, std::int64_t offset2 = 0,
                                      bool noteSplit = false);
@@ -61,8 +61,17 @@ private:
     void append(const AUMIDIEvent& event, const AUMIDIEvent& head);
     void sortSpecialEvents();
 
-    std::vector<std::shared_ptr<AUMIDIEventEx>> reused; // to be filled in the order of a mix
-    std::size_t reusedCount = 0;                        // of them in this mix
+    // Events to be filled in the order of a mix.
+    struct Reused {
+        std::vector<std::shared_ptr<AUMIDIEventEx>> events;
+        std::size_t count = 0; // of them in this mix
+    };
+
+    const std::shared_ptr<AUMIDIEventEx>& next(Reused& of, std::uint32_t bytes);
+
+    const RenderEventRoom room{listRoom};
+    Reused reused;     // of up to MAXBYTES
+    Reused reusedLong; // of up to largeRenderEvent
     std::vector<EventPlace> places;
     std::vector<std::shared_ptr<AUMIDIEventEx>> ordered; // empty between mixes
 };

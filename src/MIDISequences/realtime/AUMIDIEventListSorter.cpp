@@ -13,7 +13,6 @@ AUMIDIEventListSorter::AUMIDIEventListSorter()
     tempListSort.reserve(listRoomAhead);
     places.reserve(listRoomAhead);
     sources.reserve(listRoomAhead);
-    prepareRenderEvents(listRoomAhead);
 }
 
 AUMIDIEventListSorter::~AUMIDIEventListSorter()

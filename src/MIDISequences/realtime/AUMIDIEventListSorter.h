@@ -34,6 +34,7 @@ public:
     virtual void deallocateRealtimeEventListHead();
 
 private:
+    const RenderEventRoom room{listRoom};
     std::vector<EventPlace> places;          // of the events that passed
     std::vector<const AUMIDIEvent*> sources; // the same, in the list
 };

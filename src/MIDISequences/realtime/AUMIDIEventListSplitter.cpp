@@ -19,8 +19,7 @@ AUMIDIEventListSplitter::AUMIDIEventListSplitter()
     tempListME.reserve(listRoomAhead);
     tempListRE.reserve(listRoomAhead);
     sources.reserve(listRoomAhead);
-    replaced.reserve(listRoomAhead);
-    prepareRenderEvents(listRoomAhead);
+    replaced.reserve(maximumReplaced);
 }
 
 AUMIDIEventListSplitter::~AUMIDIEventListSplitter()
@@ -73,10 +72,19 @@ AURenderEvent* AUMIDIEventListSplitter::splitRealtimeEventListHead(const AURende
     if (instance != allChannels) {
         AURenderEvent* const before = std::exchange(checkedAt(channelHeads, instance), chain.head);
         if (before != nullptr) {
-            replaced.push_back(before);
+            keepReplaced(before);
         }
     }
     return chain.head;
+}
+
+void AUMIDIEventListSplitter::keepReplaced(AURenderEvent* head)
+{
+    if (replaced.size() == maximumReplaced) {
+        releaseRenderEvents(replaced.front());
+        replaced.erase(replaced.begin());
+    }
+    replaced.push_back(head);
 }
 
 void AUMIDIEventListSplitter::deallocateRealtimeEventListHead(int instance)

@@ -9,15 +9,17 @@
 namespace volvelle {
 
 // Cuts a list of render events into one for each channel. An instance is a channel, or -1 for all of them. It
-// owns the list of a channel until that is released; one that another took the place of lives as long as the
-// splitter. The list of instance -1 is the caller's, who gives it to releaseRenderEvents(). By one thread at
-// a time. [render]
+// owns the list of a channel until that is released; one that another took the place of lives on until
+// maximumReplaced more have. The list of instance -1 is the caller's, who gives it to releaseRenderEvents().
+// By one thread at a time. [render]
 class AUMIDIEventListSplitter : public ChannelFilter {
 public:
     AUMIDIEventListSplitter();
     ~AUMIDIEventListSplitter() override;
     AUMIDIEventListSplitter(const AUMIDIEventListSplitter&) = delete;
     AUMIDIEventListSplitter& operator=(const AUMIDIEventListSplitter&) = delete;
+
+    static constexpr std::size_t maximumReplaced = 64; // lists
 
     int NUMSAMPLERS = 16;                  // instances; more than 16 have no place
     std::vector<AUMIDIEvent> tempListME;   // passed the filters in the last split, at most three bytes each
@@ -36,9 +38,11 @@ public:
 
 private:
     bool passes(const AUMIDIEvent& event, int instance) const;
+    void keepReplaced(AURenderEvent* head);
 
     std::vector<const AUMIDIEvent*> sources; // of tempListME
     std::vector<AURenderEvent*> replaced;    // owned; their readers may still have them
+    const RenderEventRoom room{listRoom};
 };
 
 } // namespace volvelle

@@ -31,8 +31,6 @@ AUMIDISequencer::AUMIDISequencer()
 {
     statusFilter.reserve(allChannels.size());
     internalEvents.reserve(MAXEVENTS);
-    prepareRenderEvents(MAXEVENTS +
-                        static_cast<int>(maximumSpecialEvents)); // of which specialEvents may keep its own
 }
 
 AUMIDISequencer::~AUMIDISequencer()
@@ -156,7 +154,14 @@ double AUMIDISequencer::getRate() const
 
 void AUMIDISequencer::exclusively(const std::function<void()>& body)
 {
-    own(body);
+    std::shared_ptr<AUMIDISequencerDelegate> before;
+    own([&] {
+        before = delegate;
+        body();
+        if (before != delegate) {
+            before.swap(retiredDelegate);
+        }
+    });
 }
 
 void AUMIDISequencer::tell(const Told& told)

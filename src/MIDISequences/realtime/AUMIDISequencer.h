@@ -27,7 +27,9 @@ namespace volvelle {
 // a lock: an operation waits for the cycle, a cycle that finds one under way gives nothing and does not move.
 // Questions wait for nothing. Lists are made and freed off the render thread. While it renders, the lists of
 // the monitor belong to the render thread, and fields that are neither atomic nor a queue are changed in
-// exclusively(). Delegates are told when the operation is over.
+// exclusively(). Delegates are told when the operation is over, by the render thread too: one that operates
+// there waits for whatever holds the sequencer (startAtOnce() does not), and one that was taken away may be
+// told once more.
 class AUMIDISequencer : public AUMIDIMonitor {
 public:
     static constexpr std::size_t maximumSpecialEvents = 512;   // the oldest goes
@@ -65,7 +67,9 @@ public:
     // Empties the lists and stops, without a line. Status filter, rate, sequence and `seeking` stay. [main]
     void reset() override;
 
-    virtual void setSamplerate(double value); // counts from the next loading on
+    // Counts from the next loading on for the events, at once for seconds. What is no finite rate is a fatal
+    // stop at the next stop.
+    virtual void setSamplerate(double value);
 
     // MARK: Questions
 
@@ -89,7 +93,8 @@ public:
     // The current file, in use when the call returns; none is a fatal stop.
     virtual void loadMIDIFileInternal();
 
-    // The events of a music sequence. It plays on from the start, notes that sound are not ended.
+    // The events of a music sequence, null a fatal stop. It plays on from the start, notes that sound are not
+    // ended.
     virtual void loadSequence(const MusicSequence& music);
     virtual std::vector<std::shared_ptr<AUMIDIEventEx>> getTempoEvents();
     virtual std::uint8_t getPatchForChannel(std::uint8_t channel);
@@ -117,7 +122,9 @@ public:
     // - A file ends with its last event: where that one is filtered or dropped, it does not end, and whoever
     //   hosts the sequencer stops it by getDurationInSamples(). A file that ended stands at 0, one that loops
     //   sounds again from the next cycle on.
-    // - A tempo that is no number, that is 0, or that makes the block too long for 64 bits is a fatal stop.
+    // - A tempo that is no number, or that makes the block too long for 64 bits, is a fatal stop where the
+    // file
+    //   plays; one of 0, where an event is due.
     virtual AURenderEvent* process(std::int64_t time, int frameCount);
 
     static constexpr std::int64_t immediateTime = -0x100000000;
@@ -148,7 +155,8 @@ public:
     virtual void resetControllers(std::uint8_t channel);
 
     // Makes the first byte of every channel message its channel plus `channel`: what was one is no message
-    // any more, and no filter drops it. A channel of 16 and above is told. [main]
+    // any more, and no filter drops it. A channel of 16 and above is told. It walks the list: cycles give
+    // nothing meanwhile. [main]
     virtual void setChannel(std::uint8_t channel);
 
     // MARK: Positions and tempo
@@ -160,8 +168,9 @@ public:
     virtual double getPositionInSeconds() const;
     virtual double getDurationInSeconds() const;
     virtual double getCurrentTimeInSeconds() const; // of the audio clock since the start
-    virtual double getProgress() const;             // 0 to 1
-    virtual void setTempoFactor(double value);      // what is not a number changes nothing
+    // 0 to 1; beyond where the last event is muted, so that the file does not end.
+    virtual double getProgress() const;
+    virtual void setTempoFactor(double value); // what is not a number changes nothing
     virtual double getTempoFactor() const;
     virtual void setRate(double value); // as the tempo factor
     virtual double getRate() const;
@@ -241,13 +250,17 @@ private:
     void trackAsLoaded(const std::shared_ptr<AUMIDIEventEx>& event, const AUMIDIEvent& record);
     void sendAll(void (AUMIDISequencer::*send)(std::uint8_t));
 
+    // A whole chain, what specialEvents keeps, and what waits to be sent.
+    const RenderEventRoom room{{static_cast<int>(maximumRealtimeEvents) + MAXEVENTS,
+                                static_cast<int>(maximumSpecialEvents) + MAXEVENTS, 64}};
     std::atomic_flag owner = ATOMIC_FLAG_INIT;
-    std::atomic<AUMIDISequencerList*> current;        // owned; never null
-    std::unique_ptr<AUMIDISequencerList> prepared;    // for the next time the file starts over
-    std::unique_ptr<AUMIDISequencerList> retired;     // a row, to be freed off the render thread
-    std::vector<std::shared_ptr<AUMIDIEventEx>> held; // notes that outlive their list
-    std::vector<AUMIDIEvent> internalEvents;          // what processInternal gives
-    std::atomic<int> eventCount{0};                   // of the list in use, as the two below
+    std::shared_ptr<AUMIDISequencerDelegate> retiredDelegate; // may still be under way on the render thread
+    std::atomic<AUMIDISequencerList*> current;                // owned; never null
+    std::unique_ptr<AUMIDISequencerList> prepared;            // for the next time the file starts over
+    std::unique_ptr<AUMIDISequencerList> retired;             // a row, to be freed off the render thread
+    std::vector<std::shared_ptr<AUMIDIEventEx>> held;         // notes that outlive their list
+    std::vector<AUMIDIEvent> internalEvents;                  // what processInternal gives
+    std::atomic<int> eventCount{0};                           // of the list in use, as the two below
     std::atomic<std::int64_t> durationInSamples{0};
     std::atomic<double> durationInBeats{0.0};
 

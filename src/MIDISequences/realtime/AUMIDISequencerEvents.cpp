@@ -54,11 +54,16 @@ void AUMIDISequencerEvents::pushOverOldest(const AUMIDIEvent& record, const std:
 {
     AURenderEvent* const whole = wholeRecord(record, bytes);
     const AUMIDIEvent copy = recordOf(record, bytes);
-    while (!tryPush(copy, whole)) {
-        if (AURenderEvent* const gone = pop(); gone != nullptr) {
-            releaseRenderEvents(gone);
-            dropped.fetch_add(1, std::memory_order_relaxed);
-        }
+    if (tryPush(copy, whole)) {
+        return;
+    }
+    if (AURenderEvent* const gone = pop(); gone != nullptr) {
+        releaseRenderEvents(gone);
+        dropped.fetch_add(1, std::memory_order_relaxed);
+    }
+    if (!tryPush(copy, whole)) {
+        releaseRenderEvents(whole);
+        dropped.fetch_add(1, std::memory_order_relaxed);
     }
 }
 

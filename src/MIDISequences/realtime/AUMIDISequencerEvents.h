@@ -26,7 +26,7 @@ public:
     // A copy of the record with `record.length` bytes from `bytes`. Where there is no room it is dropped.
     bool push(const AUMIDIEvent& record, const std::uint8_t* bytes);
 
-    // The same, but where there is no room the oldest goes.
+    // The same, but where there is no room the oldest goes; the new one, where that is just being taken out.
     void pushOverOldest(const AUMIDIEvent& record, const std::uint8_t* bytes);
 
     // The oldest as a record of a chain, which the caller owns; null where there is none.

@@ -9,7 +9,6 @@ MatrixSections::MatrixSections()
     for (int i = 0; i < sectionCount; ++i) {
         sections.push_back(std::make_shared<MatrixTracks>());
     }
-    prepareRenderEvents(MAXEVENTS);
 }
 
 void MatrixSections::prepare(std::int64_t time, int frameCount)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MIDISequences/AURenderEvent.h"
+#include "MIDISequences/RenderEventPool.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +11,12 @@
 // What sorter, mixer and splitter have in common. [any] No lock, no allocation.
 namespace volvelle {
 
-inline constexpr std::size_t listRoomAhead = 1024; // events for which room is made at construction
+inline constexpr std::size_t listRoomAhead = 1024;   // events for which room is made at construction
+inline constexpr std::size_t longListRoomAhead = 64; // of them above mediumRenderEvent bytes
+
+// What a list of that many events needs.
+inline constexpr RenderEventCounts listRoom{static_cast<int>(listRoomAhead), static_cast<int>(listRoomAhead),
+                                            static_cast<int>(longListRoomAhead)};
 
 // Calls `visit` with each MIDI and exclusive record of a list; records of other types are left out.
 template <class Visit>

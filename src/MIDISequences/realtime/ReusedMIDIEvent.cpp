@@ -6,7 +6,10 @@
 
 namespace volvelle {
 
-ReusedMIDIEvent::ReusedMIDIEvent() : AUMIDIEventEx(std::vector<std::uint8_t>(MAXBYTES)) {}
+ReusedMIDIEvent::ReusedMIDIEvent(std::uint32_t bytes)
+    : AUMIDIEventEx(std::vector<std::uint8_t>(bytes)), room(bytes)
+{
+}
 
 std::vector<std::uint8_t> ReusedMIDIEvent::array() const
 {
@@ -15,7 +18,7 @@ std::vector<std::uint8_t> ReusedMIDIEvent::array() const
 
 void ReusedMIDIEvent::InitializeWith(const AUMIDIEvent& aumi)
 {
-    if (aumi.length > MAXBYTES) {
+    if (aumi.length > room) {
         return;
     }
     setEvent(aumi);

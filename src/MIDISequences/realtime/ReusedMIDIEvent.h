@@ -7,21 +7,23 @@
 
 namespace volvelle {
 
-// An event that is filled again and again: it has room for MAXBYTES bytes whatever it held before, and its
-// length is that of what it holds. [render]
+// An event that is filled again and again: it has room for as many bytes as it was made with whatever it held
+// before, and its length is that of what it holds. [render]
 class ReusedMIDIEvent : public AUMIDIEventEx {
 public:
-    ReusedMIDIEvent();
+    explicit ReusedMIDIEvent(std::uint32_t room = MAXBYTES); // bytes
 
     std::vector<std::uint8_t> array() const override;
 
     std::uint32_t length() const override { return used; }
 
-    // Overwrites record and bytes; a record above MAXBYTES changes nothing. [render] No allocation.
+    // Overwrites record and bytes; a record that is longer than the room changes nothing. [render] No
+    // allocation.
     void InitializeWith(const AUMIDIEvent& aumi) override;
 
 private:
-    std::uint32_t used = 0; // bytes
+    const std::uint32_t room; // bytes, as the next
+    std::uint32_t used = 0;
 };
 
 } // namespace volvelle

@@ -192,7 +192,24 @@ TEST_F(AUMIDIEventListMixerTest, AnEventThatIsFilledAgainGivesNoByteOfWhatItHeld
         EXPECT_EQ(mixed({}, {exclusive}), ListEvents{exclusive});
         EXPECT_EQ(mixer.specialEvents[0]->array(), exclusive.bytes);
         EXPECT_EQ(mixer.specialEvents[0]->length(), length);
+        const AUMIDIEventEx copy(*mixer.specialEvents[0]);
+        EXPECT_EQ(copy.array(), exclusive.bytes);
     }
+}
+
+TEST_F(AUMIDIEventListMixerTest, MoreEventsThanWereMadeReadyAllComeThrough)
+{
+    ListEvents events;
+    for (int i = 0; i < 2500; ++i) {
+        const auto length = static_cast<std::size_t>(i % 10 == 0 ? 300 : 3);
+        ListEvent event{.stamp = i, .bytes = Bytes(length, static_cast<std::uint8_t>(i))};
+        event.bytes[0] = i % 10 == 0 ? 0xF0 : 0x90;
+        event.bytes[1] = static_cast<std::uint8_t>(i % 128);
+        event.bytes[2] = static_cast<std::uint8_t>(i / 128);
+        event.type = i % 10 == 0 ? AURenderEventMIDISysEx : AURenderEventMIDI;
+        events.push_back(event);
+    }
+    EXPECT_EQ(mixed(events, {}), events);
 }
 
 TEST_F(AUMIDIEventListMixerTest, ReleasesItsListWhenAskedAndWithTheNext)
@@ -244,6 +261,9 @@ TEST_F(AUMIDIEventListMixerTest, AThousandEventsTakeNoMemoryAndNoLock)
     for (ListEvent& event : events) {
         event = {.stamp = draw(random, 0, 511), .bytes = {0x90, 60, 1}};
         event.bytes.resize(draw(random, 0, 9) == 0 ? static_cast<std::size_t>(draw(random, 4, 256)) : 3U);
+    }
+    for (std::size_t i = 0; i < 20; ++i) {
+        events[i * 7].bytes.resize(1043);
     }
     const EventList first(events);
     std::ranges::reverse(events);

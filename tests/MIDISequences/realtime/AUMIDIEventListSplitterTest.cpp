@@ -137,6 +137,20 @@ TEST_F(AUMIDIEventListSplitterTest, AListThatAnotherTookThePlaceOfCanStillBeRead
     EXPECT_EQ(toldBy(first), (ListEvents{notes[0], notes[2]}));
 }
 
+TEST_F(AUMIDIEventListSplitterTest, ListsThatOthersTookThePlaceOfDoNotPileUp)
+{
+    ListEvents events(20, {.bytes = {0x91, 60, 1}});
+    const EventList list(events);
+    const auto splitAgain = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            EXPECT_NE(splitter.splitRealtimeEventListHead(list.head(), 1), nullptr);
+        }
+    };
+    splitAgain(AUMIDIEventListSplitter::maximumReplaced + 1);
+    const RealtimeGuard guard;
+    splitAgain(20'000);
+}
+
 TEST_F(AUMIDIEventListSplitterTest, ReleasingAllInOneReleasesNothing)
 {
     const EventList list(notes);
