@@ -105,11 +105,11 @@ fs::path IdeaFile::next()
 
 int IdeaFile::writeFree(std::span<const std::uint8_t> data)
 {
-    int failed = EEXIST;
-    while (failed == EEXIST) {
+    int failed = 0;
+    do {
         file = next();
         failed = isNameTaken(file) ? EEXIST : putFile(file, data, false);
-    }
+    } while (failed == EEXIST && isNameOfFile(base));
     return failed;
 }
 

@@ -20,7 +20,7 @@ public:
     // A plain line where the name is that of another kind of file, else nothing.
     static std::string misuseOf(const std::filesystem::path& out);
 
-    // The next free name of "F.mid", "F 2.mid" and so on.
+    // The next free name of "F.mid", "F 2.mid" and so on. Writing fails where `file` ends without a name.
     static IdeaFile firstFree(const std::filesystem::path& file);
 
     // Fails where the one file that has a name could not be written, as far as can be told. Nothing is

@@ -9,6 +9,17 @@ namespace volvelle {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+fs::path nameOf(const fs::path& out)
+{
+    const fs::path name = out.filename();
+    const bool isNone = out == standardOutputName || name.empty() || name == "." || name == "..";
+    return isNone ? "Recording.mid" : name;
+}
+
+} // namespace
+
 SavedTake saveTake(IdeaFile& wanted, const fs::path& out, std::span<const std::uint8_t> bytes,
                    std::span<const fs::path> spareFolders)
 {
@@ -18,7 +29,7 @@ SavedTake saveTake(IdeaFile& wanted, const fs::path& out, std::span<const std::u
         saved.file = wanted.name();
         return saved;
     }
-    const fs::path name = out == standardOutputName ? "Recording.mid" : out.filename();
+    const fs::path name = nameOf(out);
     for (const fs::path& folder : spareFolders) {
         std::error_code error;
         fs::create_directories(folder, error);

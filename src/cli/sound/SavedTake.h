@@ -17,7 +17,7 @@ struct SavedTake {
 };
 
 // Writes to `wanted`, else to the next free name like that of `out` in the first of the folders that takes
-// it; one that is not there is made. [main]
+// it; one that is not there is made. "Recording.mid" where `out` has no name of a file. [main]
 SavedTake saveTake(IdeaFile& wanted, const std::filesystem::path& out, std::span<const std::uint8_t> bytes,
                    std::span<const std::filesystem::path> spareFolders);
 

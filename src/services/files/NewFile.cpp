@@ -100,7 +100,7 @@ bool NewFile::create(const std::filesystem::path& path)
     struct stat existing = {};
     const bool exists = stat(target.c_str(), &existing) == 0;
     isDirect = exists && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode);
-    error = exists && S_ISDIR(existing.st_mode) ? EISDIR : 0;
+    error = exists && S_ISDIR(existing.st_mode) ? EISDIR : target.empty() ? ENOENT : 0;
     if (error == 0 && isDirect) {
         descriptor = openNameless();
         return recordUnless(descriptor >= 0);

@@ -18,7 +18,8 @@ public:
     NewFile& operator=(const NewFile&) = delete;
 
     // Begins anew for `target`, which is not touched; a link is followed, also one whose file is not there. A
-    // folder (EISDIR), a file that may not be written (EACCES) and a circle of links (ELOOP) are refused.
+    // folder (EISDIR), a file that may not be written (EACCES), a circle of links (ELOOP) and no name at all
+    // (ENOENT) are refused.
     bool create(const std::filesystem::path& target);
 
     // Begins anew for an open descriptor of the caller's, which the bytes are copied to.

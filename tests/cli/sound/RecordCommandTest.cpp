@@ -1,4 +1,5 @@
 #include "cli/sound/RecordCommand.h"
+#include "cli/sound/SavedTake.h"
 #include "services/files/SafeFile.h"
 #include "tests/cli/sound/FakePorts.h"
 #include "tests/cli/sound/TakeLines.h"
@@ -158,6 +159,8 @@ TEST_F(RecordCommandTest, WhatCannotBeWrittenIsRefusedBeforeThePortIsOpened)
         EXPECT_EQ(errors, inFolder(name) + " could not be written: " + reason + ".\n");
         EXPECT_EQ(output, "");
     }
+    EXPECT_EQ(run({"keys", "", 4.0}), 1);
+    EXPECT_EQ(errors, "'' could not be written: its folder does not exist.\n");
     EXPECT_EQ(record("a.wav"), 2);
     EXPECT_EQ(errors,
               "An idea is a MIDI file and no .wav: name one that ends in .mid, and turn it into sound "
@@ -186,6 +189,24 @@ TEST_F(RecordCommandTest, WhatCannotBeWrittenAtTheEndStandsElsewhere)
     EXPECT_EQ(errors, fault + " It stands in " + spare + ".\n");
     EXPECT_EQ(output, "Recorded 2 events (4.0 seconds) to " + spare + ".\n");
     EXPECT_EQ(linesOf("made/folder/a.mid"), oneNoteLines);
+}
+
+TEST_F(RecordCommandTest, WithoutANameOfAFileItIsARecordingElsewhere)
+{
+    for (const char* out : {"", ".", "..", "-", "no/"}) {
+        IdeaFile wanted(folder.path / "no/a.mid", false);
+        const SavedTake saved = saveTake(wanted, out, std::vector<std::uint8_t>{1}, spareFolders);
+        EXPECT_EQ(saved.file, (folder.path / "spare/Recording.mid").string()) << out;
+        fs::remove(folder.path / "spare/Recording.mid");
+    }
+}
+
+TEST_F(RecordCommandTest, WhereThereIsNoNameThereIsNoFreeOne)
+{
+    for (const char* name : {"spare/", "spare/.", "spare/.."}) {
+        IdeaFile file = IdeaFile::firstFree(folder.path / name);
+        EXPECT_FALSE(file.write(std::vector<std::uint8_t>{1})) << name;
+    }
 }
 
 TEST_F(RecordCommandTest, ElsewhereNoFileIsReplaced)
