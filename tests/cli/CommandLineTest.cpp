@@ -75,6 +75,17 @@ TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
     EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(CommandLine, APortHasAName)
+{
+    for (const char* arguments : {"record --port '' --out a", "play a.mid --port ''"}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_EQ(result.error, "A MIDI port has a name: --port list shows them all.\n") << arguments;
+        EXPECT_THAT(result.output, IsEmpty()) << arguments;
+    }
+    EXPECT_THAT(names(), IsEmpty());
+}
+
 TEST_F(CommandLine, TheTimeOfARecordingIsAboveNothingAndUpToADay)
 {
     for (const std::string seconds : {"0", "-1", "86400.1", "inf", "nan"}) {

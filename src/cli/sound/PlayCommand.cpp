@@ -69,6 +69,9 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (options.port == "list") {
         return tellPorts(makeMIDIPorts()->outputNames(), output);
     }
+    if (options.port == "") {
+        return output.misuse(namelessPort);
+    }
     return runPlay(options, output, std::make_shared<AudioOutput>(AudioOutput::forMusic()));
 }
 

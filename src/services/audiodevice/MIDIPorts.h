@@ -59,7 +59,7 @@ public:
     virtual Result<std::vector<std::string>> outputNames() = 0;
 
     // Opens the port of that name, else the first that has `name` in its own, whatever the case of the
-    // letters from a to z.
+    // letters from a to z. An empty name finds none.
     virtual Result<std::unique_ptr<MIDIOutput>> openOutput(const std::string& name) = 0;
 
     // Opens a port that other programs can connect to.

@@ -29,9 +29,12 @@ std::string lowered(std::string text)
     return text;
 }
 
-// The index of the port asked for, or that of the end.
+// The index of the port asked for, or that of the end. Each name holds an empty one, which finds none.
 std::size_t find(const std::vector<std::string>& names, const std::string& wanted)
 {
+    if (wanted.empty()) {
+        return names.size();
+    }
     const auto exact = std::find(names.begin(), names.end(), wanted);
     const auto partial = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
         return lowered(name).find(lowered(wanted)) != std::string::npos;

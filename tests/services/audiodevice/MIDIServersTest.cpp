@@ -84,6 +84,7 @@ TEST(MIDIServersTest, SendsANoteThroughJACKToAnotherProgram)
     const auto names = ports->outputNames();
     ASSERT_TRUE(names) << names.error();
     EXPECT_THAT(*names, testing::Contains(testing::HasSubstr("Listener:notes")));
+    EXPECT_EQ(ports->openOutput("").error(), "There is no MIDI port \"\".");
     const auto port = ports->openOutput("listener:NOTES");
     ASSERT_TRUE(port) << port.error();
     EXPECT_THAT((*port)->name(), testing::HasSubstr("Listener:notes"));
