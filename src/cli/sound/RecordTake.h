@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -56,7 +57,7 @@ private:
     std::int64_t placeOf(const AUMIDIEvent& event, std::int64_t position);
 
     AUMIDIRecorder recorder;
-    PortSounds sounds;
+    PortSounds sounds{std::numeric_limits<int>::max()};
     Starts starts{};
     Moment start;
     int count = 0;

@@ -5,12 +5,6 @@
 
 namespace volvelle {
 
-namespace {
-
-constexpr std::uint8_t mostOfOneKey = 255;
-
-} // namespace
-
 PortSounds::Step PortSounds::read(std::span<const std::uint8_t> message) noexcept
 {
     if (message.size() != 3) {
@@ -51,11 +45,11 @@ int PortSounds::change(std::span<const std::uint8_t> message) const noexcept
 {
     const Step step = read(message);
     const Channel& channel = channels[step.channel];
-    const std::uint8_t times = channel[step.slot];
+    const int times = channel[step.slot];
     const auto firstPedal = channel.begin() + noteCount;
     switch (step.effect) {
     case Effect::begin:
-        return times < (step.slot < noteCount ? mostOfOneKey : 1) ? 1 : 0;
+        return times < (step.slot < noteCount ? most : 1) ? 1 : 0;
     case Effect::end:
         return times > 0 ? -1 : 0;
     case Effect::endNotes:
@@ -74,11 +68,11 @@ void PortSounds::apply(std::span<const std::uint8_t> message) noexcept
     Channel& channel = channels[step.channel];
     const auto firstPedal = channel.begin() + noteCount;
     if (step.effect == Effect::endNotes) {
-        std::fill(channel.begin(), firstPedal, std::uint8_t{0});
+        std::fill(channel.begin(), firstPedal, 0);
     } else if (step.effect == Effect::liftPedals) {
-        std::fill(firstPedal, channel.end(), std::uint8_t{0});
+        std::fill(firstPedal, channel.end(), 0);
     } else {
-        channel[step.slot] = static_cast<std::uint8_t>(channel[step.slot] + by);
+        channel[step.slot] += by;
     }
     owed += by;
 }

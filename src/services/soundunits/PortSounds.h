@@ -13,6 +13,11 @@ namespace volvelle {
 // are down (64, 66 and 69). Of a fixed size. [any]
 class PortSounds {
 public:
+    static constexpr int usualStrikes = 255;
+
+    // Counts up to so many strikes of a key that were not ended.
+    explicit PortSounds(int mostOfOneKey = usualStrikes) : most(mostOfOneKey) {}
+
     // By how many a message changes releases().
     int change(std::span<const std::uint8_t> message) const noexcept;
 
@@ -50,7 +55,7 @@ private:
     static constexpr std::size_t noteCount = 128;
     static constexpr std::size_t slotCount = noteCount + holdPedals.size();
 
-    using Channel = std::array<std::uint8_t, slotCount>; // how often each note and pedal was begun
+    using Channel = std::array<int, slotCount>; // how often each note and pedal was begun
 
     struct Step {
         Effect effect = Effect::none;
@@ -62,6 +67,7 @@ private:
     static Step readController(std::size_t channel, std::uint8_t controller, std::uint8_t value) noexcept;
     static ShortMessage release(std::size_t channel, std::size_t slot) noexcept;
 
+    int most;
     std::array<Channel, channelCount> channels{};
     int owed = 0; // the sum of all
 };

@@ -143,6 +143,22 @@ TEST_F(RecordTakeTest, WhatSoundsAtTheEndEndsThere)
                      "4.0 message 176 64 0", "0.0 note 1 60 3 9 1.0", "0.0 note 15 127 4 0 4.0"}));
 }
 
+TEST_F(RecordTakeTest, EachStrikeOfAKeyWithoutEndsIsANote)
+{
+    constexpr int strikes = 3000;
+    for (int i = 0; i < strikes; ++i) {
+        hear(i * 0.01, {0x99, 36, 100});
+    }
+    hear(30.0, {0x89, 36, 1});
+    EXPECT_EQ(take.keys(), Keys{36});
+    take.end(at(60.0));
+    EXPECT_EQ(take.keys(), Keys{});
+    const Lines lines = linesOfFile();
+    ASSERT_EQ(lines.size(), std::size_t{strikes});
+    EXPECT_EQ(lines.front(), "0.0 note 9 36 100 1 60.0");
+    EXPECT_EQ(lines[500], "10.0 note 9 36 100 0 110.0");
+}
+
 TEST_F(RecordTakeTest, AMessageThatEndsAllNotesEndsThoseOfItsChannel)
 {
     for (const int controller : {120, 123}) {
