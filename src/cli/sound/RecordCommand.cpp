@@ -55,6 +55,7 @@ int save(RecordSession& session, IdeaFile& file, const std::filesystem::path& ou
     if (!bytes) {
         return output.failure(bytes.error());
     }
+    letEndWishInterrupt();
     const SavedTake saved = saveTake(file, out, *bytes, ground.spareFolders);
     if (saved.file.empty()) {
         return output.failure(saved.fault);

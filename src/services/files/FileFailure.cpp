@@ -41,6 +41,8 @@ std::string reasonOf(const std::filesystem::path& file, int error)
         return protectionOf(file);
     case EROFS:
         return "the device is read-only";
+    case EINTR:
+        return "it was ended before it was done";
     case EPIPE:
         return "nobody reads it";
     default:

@@ -5,9 +5,12 @@
 #include "tests/cli/sound/TakeLines.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <atomic>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
 
 namespace volvelle::test {
 namespace {
@@ -217,6 +220,29 @@ TEST_F(RecordCommandTest, ElsewhereNoFileIsReplaced)
     EXPECT_EQ(errors, "'/dev/full' could not be written: the device is full. It stands in " +
                           inFolder("spare/full 2.mid") + ".\n");
     EXPECT_EQ(linesOf("spare/full 2.mid"), oneNoteLines);
+}
+
+TEST_F(RecordCommandTest, ASignalEndsTheWaitForTheReaderOfAPipe)
+{
+    const std::string pipe = folder.path / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    ports.messages = oneNote;
+    std::atomic<bool> isOver{false};
+    std::thread user;
+    ports.onOpen = [&] {
+        user = std::thread([&isOver, recording = pthread_self()] {
+            while (!isOver) {
+                pthread_kill(recording, SIGINT);
+                std::this_thread::yield();
+            }
+        });
+    };
+    EXPECT_EQ(run({"keys", pipe, 1.0}), 1);
+    isOver = true;
+    user.join();
+    EXPECT_EQ(errors, "'" + pipe + "' could not be written: it was ended before it was done. It stands in " +
+                          inFolder("spare/pipe.mid") + ".\n");
+    EXPECT_EQ(linesOf("spare/pipe.mid").size(), 1U);
 }
 
 TEST_F(RecordCommandTest, WhereNoFolderTakesItOneLineSaysWhy)
