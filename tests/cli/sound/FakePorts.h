@@ -108,9 +108,9 @@ private:
 
         std::string name() const override { return "Fake:keys"; }
 
-        void send(const std::vector<Message>& messages)
+        void send(const std::vector<Message>& sent)
         {
-            for (const Message& message : messages) {
+            for (const Message& message : sent) {
                 receiver.receive(start + SteppingClock::duration(message.seconds), message.bytes);
             }
         }
