@@ -68,7 +68,7 @@ Shell::Shell(Options given)
     services.trash = std::make_shared<DesktopTrash>();
     rootScreen = DocumentBrowserViewController::make(std::move(services));
     rootScreen->host = mainWindow->host();
-    rootScreen->askForPlace = [this](const std::filesystem::path& proposal, auto chosen) {
+    rootScreen->askForPlace = [this](const std::filesystem::path& proposal, const auto& chosen) {
         mainWindow->askForPlace(proposal, chosen);
     };
     scene->rootViewController = rootScreen;
