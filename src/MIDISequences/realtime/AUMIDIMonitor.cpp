@@ -1,5 +1,6 @@
 #include "MIDISequences/realtime/AUMIDIMonitor.h"
 
+#include "MIDISequences/realtime/RenderEventList.h"
 #include "wire/MIDIConstants.h"
 
 #include <algorithm>
@@ -12,11 +13,6 @@ namespace {
 bool isWithin(const AUMIDIEvent& event, std::uint8_t first, std::uint8_t end)
 {
     return event.data[0] >= first && event.data[0] < end;
-}
-
-std::uint8_t channelOf(const AUMIDIEvent& event)
-{
-    return event.data[0] & 0x0F;
 }
 
 } // namespace

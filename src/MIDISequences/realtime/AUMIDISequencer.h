@@ -1,10 +1,10 @@
 #pragma once
 
 #include "MIDISequences/realtime/AUMIDIMonitor.h"
-#include "MIDISequences/realtime/AUMIDISequencerChain.h"
 #include "MIDISequences/realtime/AUMIDISequencerDelegate.h"
 #include "MIDISequences/realtime/AUMIDISequencerEvents.h"
 #include "MIDISequences/realtime/AUMIDISequencerList.h"
+#include "MIDISequences/realtime/RenderEventChain.h"
 #include "phrases/MIDIPhraseMixer.h"
 
 #include <atomic>
@@ -237,10 +237,10 @@ private:
     bool prepareFile(const std::optional<std::filesystem::path>& url);
 
     AURenderEvent* cycle(std::int64_t time, int frameCount, Told& told);
-    void endRunningNotes(AUMIDISequencerChain& chain);
-    void sendWaiting(AUMIDISequencerChain& chain, std::int64_t time, std::size_t count);
-    void playFile(AUMIDISequencerChain& chain, int frameCount, double tempo, Told& told);
-    bool play(AUMIDISequencerChain& chain, std::size_t index, double tempo);
+    void endRunningNotes(RenderEventChain& chain);
+    void sendWaiting(RenderEventChain& chain, std::int64_t time, std::size_t count);
+    void playFile(RenderEventChain& chain, int frameCount, double tempo, Told& told);
+    bool play(RenderEventChain& chain, std::size_t index, double tempo);
     bool isFiltered(std::uint8_t status) const;
     std::optional<std::int64_t> stampWithin(std::int64_t frameTime, const AUMIDIEvent& record, double tempo);
     void endOfFile(Told& told);

@@ -57,7 +57,7 @@ AURenderEvent* AUMIDISequencer::cycle(std::int64_t time, int frameCount, Told& t
     if (list().size() == 0 && waiting == 0) {
         return nullptr;
     }
-    AUMIDISequencerChain chain;
+    RenderEventChain chain;
     endRunningNotes(chain);
     sendWaiting(chain, time, waiting);
     if (!stopped && suspendTime < time) {
@@ -66,7 +66,7 @@ AURenderEvent* AUMIDISequencer::cycle(std::int64_t time, int frameCount, Told& t
     return chain.head;
 }
 
-void AUMIDISequencer::endRunningNotes(AUMIDISequencerChain& chain)
+void AUMIDISequencer::endRunningNotes(RenderEventChain& chain)
 {
     const bool isSeeking = seeking.exchange(false);
     if ((!stopped && !isSeeking) || runningNotes.empty()) {
@@ -79,7 +79,7 @@ void AUMIDISequencer::endRunningNotes(AUMIDISequencerChain& chain)
     clearWithoutQueue();
 }
 
-void AUMIDISequencer::sendWaiting(AUMIDISequencerChain& chain, std::int64_t time, std::size_t count)
+void AUMIDISequencer::sendWaiting(RenderEventChain& chain, std::int64_t time, std::size_t count)
 {
     for (std::size_t i = 0; i < count; ++i) {
         AURenderEvent* const record = realtimeEvents.pop();
@@ -90,7 +90,7 @@ void AUMIDISequencer::sendWaiting(AUMIDISequencerChain& chain, std::int64_t time
     }
 }
 
-void AUMIDISequencer::playFile(AUMIDISequencerChain& chain, int frameCount, double tempo, Told& told)
+void AUMIDISequencer::playFile(RenderEventChain& chain, int frameCount, double tempo, Told& told)
 {
     const AUMIDISequencerList& events = list();
     sequencerPosition =
@@ -111,7 +111,7 @@ void AUMIDISequencer::playFile(AUMIDISequencerChain& chain, int frameCount, doub
     sequencerPositionV = frameEnd;
 }
 
-bool AUMIDISequencer::play(AUMIDISequencerChain& chain, std::size_t index, double tempo)
+bool AUMIDISequencer::play(RenderEventChain& chain, std::size_t index, double tempo)
 {
     const std::shared_ptr<AUMIDIEventEx>& event = list()[index];
     AUMIDIEvent record = list().record(index);

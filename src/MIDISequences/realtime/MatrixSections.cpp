@@ -27,7 +27,7 @@ void MatrixSections::prepare(std::int64_t time, int frameCount)
 AURenderEvent* MatrixSections::process(std::int64_t time, int frameCount)
 {
     prepare(time, frameCount);
-    AUMIDISequencerChain chain;
+    RenderEventChain chain;
     for (const AUMIDIEvent& event : allEvents) {
         chain.append(event, event.data);
     }

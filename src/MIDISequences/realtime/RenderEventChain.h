@@ -11,11 +11,18 @@ struct RenderEventChain {
     AURenderEvent* head = nullptr;
     AURenderEvent* tail = nullptr;
 
-    void append(const AUMIDIEvent& record, const std::uint8_t* bytes)
+    // A copy of the record with `record.length` bytes, behind the last one. It may be changed.
+    AUMIDIEvent& append(const AUMIDIEvent& record, const std::uint8_t* bytes)
     {
-        AURenderEvent* const made = makeRenderEvent(record, bytes);
+        return append(makeRenderEvent(record, bytes));
+    }
+
+    // A record of the pool itself.
+    AUMIDIEvent& append(AURenderEvent* made)
+    {
         (head == nullptr ? head : tail->head.next) = made;
         tail = made;
+        return made->MIDI;
     }
 };
 

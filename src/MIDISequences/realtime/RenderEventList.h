@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-// What sorter, mixer and splitter have in common. [any] No lock, no allocation.
+// What those who read lists of render events have in common. [any] No lock, no allocation.
 namespace volvelle {
 
 inline constexpr std::size_t listRoomAhead = 1024;   // events for which room is made at construction
