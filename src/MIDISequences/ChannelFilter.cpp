@@ -1,54 +1,38 @@
 #include "MIDISequences/ChannelFilter.h"
 
-#include <algorithm>
+#include "MIDISequences/ChannelList.h"
 
 namespace volvelle {
 
-namespace {
-
-constexpr std::uint8_t channelCount = 16;
-
-} // namespace
-
 ChannelFilter::ChannelFilter()
 {
-    channels.reserve(channelCount);
+    channels.reserve(16);
     ChannelFilter::reset();
 }
 
 void ChannelFilter::reset()
 {
-    channels.clear();
-    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-        channels.push_back(channel);
-    }
+    openAllChannels(channels);
 }
 
 bool ChannelFilter::filters(std::uint8_t channel) const
 {
-    return std::ranges::find(channels, channel) == channels.end();
+    return !hasChannel(channels, channel);
 }
 
 void ChannelFilter::solo(std::uint8_t channel)
 {
-    if (channel < channelCount) {
-        channels.assign(1, channel);
-    }
+    soloChannel(channels, channel);
 }
 
 void ChannelFilter::mute(std::uint8_t channel)
 {
-    const auto place = std::ranges::find(channels, channel);
-    if (channel < channelCount && place != channels.end()) {
-        channels.erase(place);
-    }
+    muteChannel(channels, channel);
 }
 
 void ChannelFilter::unmute(std::uint8_t channel)
 {
-    if (channel < channelCount && ChannelFilter::filters(channel)) {
-        channels.push_back(channel);
-    }
+    unmuteChannel(channels, channel);
 }
 
 void ChannelFilter::unmuteAll()

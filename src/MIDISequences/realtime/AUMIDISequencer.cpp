@@ -1,17 +1,16 @@
 #include "MIDISequences/realtime/AUMIDISequencer.h"
 
+#include "MIDISequences/ChannelList.h"
 #include "MIDISequences/realtime/AUMIDISequencerOwning.h"
 #include "base/Checked.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace volvelle {
 
 namespace {
 
-constexpr std::array<std::uint8_t, 16> allChannels{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
 constexpr double slowest = 0.1;
 constexpr double fastest = 10.0;
 
@@ -26,10 +25,11 @@ void storeTempo(std::atomic<double>& tempo, double value)
 
 AUMIDISequencer::AUMIDISequencer()
     : phraseMixer(std::make_shared<MIDIPhraseMixer>()),
-      channelFilter(allChannels.begin(), allChannels.end()),
       current(new AUMIDISequencerList({}, std::make_shared<MIDISequence16>()))
 {
-    statusFilter.reserve(allChannels.size());
+    channelFilter.reserve(channelCount);
+    openAllChannels(channelFilter);
+    statusFilter.reserve(channelCount);
     internalEvents.reserve(MAXEVENTS);
 }
 
@@ -53,7 +53,7 @@ void AUMIDISequencer::reset()
         stopped = true;
         sequencerPosition = 0;
         sequencerStartTime = 0;
-        channelFilter.assign(allChannels.begin(), allChannels.end());
+        openAllChannels(channelFilter);
         realtimeEvents.clear();
         useListHeld(std::move(empty));
     });

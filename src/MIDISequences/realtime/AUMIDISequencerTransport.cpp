@@ -1,8 +1,7 @@
+#include "MIDISequences/ChannelList.h"
 #include "MIDISequences/realtime/AUMIDISequencerLine.h"
 #include "MIDISequences/realtime/AUMIDISequencerOwning.h"
 #include "base/Checked.h"
-
-#include <algorithm>
 
 namespace volvelle {
 
@@ -122,38 +121,22 @@ void AUMIDISequencer::seekToEvent(int index)
 
 void AUMIDISequencer::solo(std::uint8_t channel)
 {
-    if (channel < channelCount) {
-        own([&] { channelFilter.assign(1, channel); });
-    }
+    own([&] { soloChannel(channelFilter, channel); });
 }
 
 void AUMIDISequencer::mute(std::uint8_t channel)
 {
-    own([&] {
-        const auto place = std::ranges::find(channelFilter, channel);
-        if (channel < channelCount && place != channelFilter.end()) {
-            channelFilter.erase(place);
-        }
-    });
+    own([&] { muteChannel(channelFilter, channel); });
 }
 
 void AUMIDISequencer::unmute(std::uint8_t channel)
 {
-    own([&] {
-        if (channel < channelCount && std::ranges::find(channelFilter, channel) == channelFilter.end()) {
-            channelFilter.push_back(channel);
-        }
-    });
+    own([&] { unmuteChannel(channelFilter, channel); });
 }
 
 void AUMIDISequencer::unmuteAll()
 {
-    own([this] {
-        channelFilter.clear();
-        for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-            channelFilter.push_back(channel);
-        }
-    });
+    own([this] { openAllChannels(channelFilter); });
 }
 
 void AUMIDISequencer::muteAll()
