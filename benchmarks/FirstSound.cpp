@@ -2,7 +2,6 @@
 // of the system's clock, to the first frame of a play that is not silent, and ends. It plays into the silent
 // clock, or into the sound device where VOLVELLE_BENCH_SINK is "device".
 #include "cli/CommandLine.h"
-#include "cli/sound/MusicPlay.h"
 #include "cli/sound/PlayCommand.h"
 #include "cli/sound/RenderCommand.h"
 #include "services/audiodevice/AudioOutput.h"
@@ -11,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -51,7 +51,7 @@ private:
         const bool isSilent = std::all_of(left, left + frames, [](float sample) { return sample == 0.0F; });
         if (!isSilent && firstSound == 0) {
             firstSound = microsecondsNow();
-            endMusicPlay();
+            std::raise(SIGTERM);
         }
     }
 
