@@ -14,6 +14,7 @@ namespace volvelle {
 namespace {
 
 constexpr double beatsPerSecond = FileTempo::usual / 60.0; // of the sequencer's list
+constexpr const char* unreadable = "The music could not be read.";
 
 } // namespace
 
@@ -36,13 +37,20 @@ SequencedUnit::SequencedUnit(std::shared_ptr<AUAudioUnit> played)
 
 Result<> SequencedUnit::load(const std::vector<std::uint8_t>& data)
 {
-    stop();
     MusicSequence music;
+    if (readSequencedMusic(data, music) != noErr) {
+        stop();
+        return failure(unreadable);
+    }
+    return load(music);
+}
+
+Result<> SequencedUnit::load(const MusicSequence& music)
+{
+    stop();
     FileTempo read(rate());
-    OSStatus status = readSequencedMusic(data, music);
-    status = status == noErr ? read.read(music) : status;
-    if (status != noErr) {
-        return failure("The music could not be read.");
+    if (read.read(music) != noErr) {
+        return failure(unreadable);
     }
     announce(music);
     const AUMIDISequencerHold hold(busy);

@@ -42,6 +42,8 @@ public:
 
     // Stops, takes the bytes of a MIDI file, and announces its programs to the instrument.
     Result<> load(const std::vector<std::uint8_t>& data);
+    // The same with what readSequencedMusic() read.
+    Result<> load(const MusicSequence& music);
 
     void start(); // from the beginning; where there is nothing to play it has ended at once
     void pause(); // ends what sounds, and lifts the pedals

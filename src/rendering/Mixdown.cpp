@@ -11,9 +11,9 @@ constexpr float silence = 1.0e-4F; // -80 dB
 
 } // namespace
 
-Mixdown::Mixdown(std::vector<std::uint8_t> file, std::vector<RenderPart> ofPiece,
+Mixdown::Mixdown(RenderPiece whole, std::vector<RenderPart> ofPiece,
                  std::optional<std::filesystem::path> chosenBank, int number)
-    : data(std::move(file)),
+    : piece(std::move(whole)),
       parts(std::move(ofPiece)),
       bank(std::move(chosenBank)),
       cores(static_cast<std::size_t>(number))
@@ -52,7 +52,7 @@ Result<> Mixdown::beginParts()
     const auto isHeard = [this](const RenderPart& part) { return part.beginBlock <= block; };
     const auto heard = static_cast<std::size_t>(std::ranges::count_if(parts, isHeard));
     while (begun < std::min(parts.size(), heard + cores - 1)) {
-        auto rendering = PartRendering::make(data, parts[begun], bank);
+        auto rendering = PartRendering::make(piece, parts[begun], bank);
         if (!rendering) {
             return failure(rendering.error());
         }

@@ -21,9 +21,9 @@ namespace volvelle {
 // end of the last sound. [main]
 class Mixdown {
 public:
-    // `data` is the MIDI file, `parts` come from cutIntoParts().
-    Mixdown(std::vector<std::uint8_t> data, std::vector<RenderPart> parts,
-            std::optional<std::filesystem::path> bank, int cores);
+    // `parts` are those of the piece.
+    Mixdown(RenderPiece piece, std::vector<RenderPart> parts, std::optional<std::filesystem::path> bank,
+            int cores);
 
     // Tells `progress` each percent of the music.
     Result<> write(AudioFileWriter& writer, const std::function<void(int)>& progress);
@@ -35,7 +35,7 @@ private:
     void mixBlock();
     void limitBlock();
 
-    const std::vector<std::uint8_t> data;
+    const RenderPiece piece;
     const std::vector<RenderPart> parts;
     const std::optional<std::filesystem::path> bank;
     const std::size_t cores;

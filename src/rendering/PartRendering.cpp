@@ -1,5 +1,6 @@
 #include "rendering/PartRendering.h"
 
+#include "rendering/PartNotes.h"
 #include "services/audiograph/sequencer/AVMusicTrack.h"
 
 #include <algorithm>
@@ -21,46 +22,31 @@ constexpr std::int64_t effectPeriod = 480'000;
 
 PartRendering::PartRendering(const RenderPart& rendered) : part(rendered), block(rendered.beginBlock) {}
 
-Result<std::unique_ptr<PartRendering>> PartRendering::make(const std::vector<std::uint8_t>& data,
-                                                           const RenderPart& part,
+Result<std::unique_ptr<PartRendering>> PartRendering::make(const RenderPiece& piece, const RenderPart& part,
                                                            const std::optional<std::filesystem::path>& bank)
 {
     std::unique_ptr<PartRendering> rendering(new PartRendering(part));
     if (Result<> connected = rendering->graph.connectSynthesizer(bank); !connected) {
         return failure(connected.error());
     }
-    if (Result<> loaded = rendering->load(data); !loaded) {
+    if (Result<> loaded = rendering->load(piece); !loaded) {
         return failure(loaded.error());
+    }
+    if (rendering->graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
+        return failure("The audio engine could not render by itself.");
+    }
+    if (Result<> started = rendering->start(); !started) {
+        return failure(started.error());
     }
     return rendering;
 }
 
-Result<> PartRendering::load(const std::vector<std::uint8_t>& data)
+Result<> PartRendering::load(const RenderPiece& piece)
 {
-    if (Result<> loaded = part.isSequenced ? graph.sequencedUnit->load(data) : loadPlatform(data); !loaded) {
-        return loaded;
+    if (part.isSequenced) {
+        return graph.sequencedUnit->load(piece.sequence);
     }
-    if (graph.engine->enableManualRenderingMode(blockFrames) != noErr) {
-        return failure("The audio engine could not render by itself.");
-    }
-    return start();
-}
-
-Result<> PartRendering::loadPlatform(const std::vector<std::uint8_t>& data)
-{
-    MusicSequence sequence;
-    OSStatus status = NewMusicSequence(sequence);
-    if (status == noErr) {
-        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                           AVAudioSequencer::channelsToTracks);
-    }
-    status = status == noErr ? eraseNotesOutside(part, sequence) : status;
-    if (status != noErr) {
-        return failure("The music could not be read.");
-    }
-    if (Result<> loaded = sequencer.loadFromSequence(sequence); !loaded) {
-        return loaded;
-    }
+    sequencer.loadFromEvents(std::make_shared<const SequencerEvents>(notesOf(part, *piece.events)));
     for (const auto& track : sequencer.tracks()) {
         track->setDestinationAudioUnit(graph.instrument);
     }

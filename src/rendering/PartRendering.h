@@ -3,13 +3,13 @@
 #include "audio/SoundGraph.h"
 #include "base/Result.h"
 #include "rendering/RenderPart.h"
+#include "rendering/RenderPiece.h"
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace volvelle {
 
@@ -19,9 +19,7 @@ class PartRendering {
 public:
     static constexpr int blockFrames = RenderPart::blockFrames;
 
-    // `data` is the whole MIDI file.
-    static Result<std::unique_ptr<PartRendering>> make(const std::vector<std::uint8_t>& data,
-                                                       const RenderPart& part,
+    static Result<std::unique_ptr<PartRendering>> make(const RenderPiece& piece, const RenderPart& part,
                                                        const std::optional<std::filesystem::path>& bank);
 
     // Writes the next block to both channels. False once the part has died away, and nothing is written:
@@ -30,8 +28,7 @@ public:
 
 private:
     explicit PartRendering(const RenderPart& part);
-    Result<> load(const std::vector<std::uint8_t>& data);
-    Result<> loadPlatform(const std::vector<std::uint8_t>& data);
+    Result<> load(const RenderPiece& piece);
     Result<> start();
     void swingEffects();
 

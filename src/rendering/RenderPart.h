@@ -1,6 +1,7 @@
 #pragma once
 
-#include "services/musicsequence/MusicSequence.h"
+#include "audio/FileTempo.h"
+#include "services/audiograph/sequencer/SequencerEvents.h"
 
 #include <cstdint>
 #include <limits>
@@ -27,17 +28,12 @@ struct RenderPart {
 };
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
-// that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. Empty
-// where the piece cannot be read; one longer than the longest piece ends a second after that. [any]
-std::vector<RenderPart> cutIntoParts(const MusicSequence& sequence, int cores);
+// that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. A
+// piece longer than the longest ends a second after that. [any]
+std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores);
 
 // The piece as one part for the realtime sequencer, which begins a block later, and keeps within limits of
-// its own where the tempo goes beyond them. Where the piece cannot be read, it ends at once. [any]
-RenderPart sequencedPart(const MusicSequence& sequence);
-
-// Takes the notes out of a piece that do not begin in the part. What strikes the drums soon after it stays,
-// too soft to be heard, since it ends drums that ring; so does what strikes a key anew that sounds on after
-// the part, by its length or a pedal. A status from the sequence.
-[[nodiscard]] OSStatus eraseNotesOutside(const RenderPart& part, const MusicSequence& sequence);
+// its own where the tempo goes beyond them. [any]
+RenderPart sequencedPart(const SequencerEvents& events, const FileTempo& tempo);
 
 } // namespace volvelle

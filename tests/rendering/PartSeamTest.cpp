@@ -1,6 +1,7 @@
 #include "rendering/PartRendering.h"
 
 #include "base/Paths.h"
+#include "tests/rendering/PieceRead.h"
 #include "tests/services/soundunits/RandomPiece.h"
 #include "tests/support/ProjectFolders.h"
 
@@ -28,13 +29,13 @@ Song pieceOf(unsigned seed)
     return song.message(24.25, 0xB0, 64, 0).message(24.25, 0xB1, 66, 0);
 }
 
-std::vector<float> rendered(const std::vector<std::uint8_t>& data, const std::vector<RenderPart>& parts)
+std::vector<float> rendered(const RenderPiece& piece, const std::vector<RenderPart>& parts)
 {
     std::vector<float> mix;
     std::array<float, RenderPart::blockFrames> left{};
     std::array<float, RenderPart::blockFrames> right{};
     for (const RenderPart& part : parts) {
-        const auto made = PartRendering::make(data, part, std::nullopt);
+        const auto made = PartRendering::make(piece, part, std::nullopt);
         EXPECT_TRUE(made) << made.error();
         auto at = static_cast<std::size_t>(part.beginBlock) * RenderPart::blockFrames;
         while (made && (*made)->renderBlock(left.data(), right.data())) {
@@ -66,13 +67,11 @@ protected:
 
 void expectAlike(const std::vector<std::uint8_t>& data)
 {
-    MusicSequence sequence;
-    ASSERT_EQ(NewMusicSequence(sequence), noErr);
-    ASSERT_EQ(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, 0), noErr);
-    const std::vector<RenderPart> parts = cutIntoParts(sequence, 2);
+    const RenderPiece piece = pieceRead(data);
+    const std::vector<RenderPart> parts = piece.parts(2);
     ASSERT_EQ(parts.size(), 2U);
-    const std::vector<float> one = rendered(data, cutIntoParts(sequence, 1));
-    const std::vector<float> two = rendered(data, parts);
+    const std::vector<float> one = rendered(piece, piece.parts(1));
+    const std::vector<float> two = rendered(piece, parts);
     int sounding = 0;
     for (std::size_t begin = 0; begin < one.size(); begin += quarterSecond) {
         const double expected = levelFrom(one, begin);

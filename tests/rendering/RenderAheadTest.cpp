@@ -2,6 +2,7 @@
 
 #include "base/Paths.h"
 #include "services/musicsequence/MusicSequence.h"
+#include "tests/rendering/PieceRead.h"
 #include "tests/rendering/SmallMusic.h"
 #include "tests/support/ProjectFolders.h"
 
@@ -22,11 +23,10 @@ protected:
     static std::unique_ptr<PartRendering> rendering()
     {
         setResourcesFolder(buildFolder() / "resources");
-        const std::string file = smallMusic();
         RenderPart part;
         part.endBlock = 24;
         part.endBeats = std::numeric_limits<double>::infinity();
-        auto made = PartRendering::make({file.begin(), file.end()}, part, std::nullopt);
+        auto made = PartRendering::make(pieceRead(smallMusic()), part, std::nullopt);
         EXPECT_TRUE(made) << made.error();
         return *std::move(made);
     }
@@ -78,11 +78,9 @@ TEST_F(RenderAheadTest, AddsToWhatStandsThereAndNothingBehindTheEnd)
     EXPECT_EQ(once, before);
 }
 
-TEST_F(RenderAheadTest, WhatIsNoMusicAndABankThatIsNoneAreOneLine)
+TEST_F(RenderAheadTest, ABankThatIsNoneIsOneLine)
 {
-    const std::string file = smallMusic();
-    EXPECT_EQ(PartRendering::make({1, 2, 3}, {}, std::nullopt).error(), "The music could not be read.");
-    EXPECT_EQ(PartRendering::make({file.begin(), file.end()}, {}, "nobank.sf2").error(),
+    EXPECT_EQ(PartRendering::make(pieceRead(smallMusic()), {}, "nobank.sf2").error(),
               "The sound bank 'nobank.sf2' could not be loaded.");
 }
 

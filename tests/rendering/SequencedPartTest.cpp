@@ -1,6 +1,7 @@
 #include "rendering/PartRendering.h"
 
 #include "base/Paths.h"
+#include "tests/rendering/PieceRead.h"
 #include "tests/rendering/SmallMusic.h"
 #include "tests/services/audiograph/sequencer/Song.h"
 #include "tests/support/ProjectFolders.h"
@@ -17,20 +18,13 @@ namespace {
 constexpr std::size_t quarterSecond = 12000; // frames
 constexpr double audible = 1.0e-3;           // -60 dBFS
 
-MusicSequence sequenceOf(const std::vector<std::uint8_t>& data)
+std::vector<float> rendered(const std::vector<std::uint8_t>& data, bool isSequenced)
 {
-    MusicSequence sequence;
-    EXPECT_EQ(NewMusicSequence(sequence), noErr);
-    EXPECT_EQ(MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, 0), noErr);
-    return sequence;
-}
-
-std::vector<float> rendered(const std::vector<std::uint8_t>& data, const RenderPart& part)
-{
+    const RenderPiece piece = pieceRead(data, isSequenced);
     std::vector<float> mix;
     std::array<float, RenderPart::blockFrames> left{};
     std::array<float, RenderPart::blockFrames> right{};
-    const auto made = PartRendering::make(data, part, std::nullopt);
+    const auto made = PartRendering::make(piece, piece.parts(1).front(), std::nullopt);
     EXPECT_TRUE(made) << made.error();
     while (made && (*made)->renderBlock(left.data(), right.data())) {
         std::ranges::transform(left, right, std::back_inserter(mix), std::plus());
@@ -56,9 +50,8 @@ protected:
     // Each quarter of a second as loud as by the platform's sequencer, a block later.
     static void expectTheSameSound(const std::vector<std::uint8_t>& data)
     {
-        const MusicSequence sequence = sequenceOf(data);
-        const auto expected = rendered(data, cutIntoParts(sequence, 1).front());
-        auto sound = rendered(data, sequencedPart(sequence));
+        const auto expected = rendered(data, false);
+        auto sound = rendered(data, true);
         sound.erase(sound.begin(), sound.begin() + RenderPart::blockFrames);
         EXPECT_NEAR(static_cast<double>(sound.size()), static_cast<double>(expected.size()),
                     4.0 * quarterSecond);
@@ -97,19 +90,18 @@ TEST_F(SequencedPart, ItSoundsTheSameThroughChangesOfTempo)
 
 TEST_F(SequencedPart, ItLastsAsLongAsItsTempoLets)
 {
-    const auto blocks = [](Song song) { return sequencedPart(sequenceOf(song.file())).endBlock; };
+    const auto blocks = [](Song song) { return pieceRead(song.file(), true).parts(2).front().endBlock; };
     EXPECT_EQ(blocks(Song().note(0.0, 0, 60, 1, 8.0)), 1 + 96'000 * 2 / 512);
     EXPECT_EQ(blocks(Song().note(0.0, 0, 60, 1, 8.0).tempo(0.0, 5000.0)), 1 + (19'200 + 511) / 512);
     EXPECT_EQ(blocks(Song().note(0.0, 0, 60, 1, 1.0).tempo(0.0, 6.0)), 1 + (240'000 + 511) / 512);
-    EXPECT_EQ(sequencedPart(nullptr).endBlock, 0);
-    EXPECT_TRUE(sequencedPart(nullptr).isSequenced);
+    EXPECT_TRUE(pieceRead(Song().file(), true).parts(2).front().isSequenced);
 }
 
-TEST_F(SequencedPart, WhatIsNoFileIsOneSentence)
+TEST_F(SequencedPart, WhatIsNoFileIsAFailure)
 {
-    RenderPart part;
-    part.isSequenced = true;
-    EXPECT_EQ(PartRendering::make({1, 2, 3}, part, std::nullopt).error(), "The music could not be read.");
+    for (const bool isSequenced : {false, true}) {
+        EXPECT_NE(RenderPiece().read({1, 2, 3}, isSequenced), noErr);
+    }
 }
 
 } // namespace

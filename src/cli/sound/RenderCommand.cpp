@@ -20,29 +20,18 @@ int coresOf(const RenderOptions& options)
 }
 
 // Reads the file and cuts it into parts.
-Result<> readParts(const RenderOptions& options, std::vector<std::uint8_t>& data,
-                   std::vector<RenderPart>& parts)
+Result<> readParts(const RenderOptions& options, RenderPiece& piece, std::vector<RenderPart>& parts)
 {
-    MusicSequence sequence;
-    std::uint32_t tracks = 0;
-    OSStatus status = NewMusicSequence(sequence);
-    status = status == noErr ? readFile(options.file, data) : status;
-    if (status == noErr) {
-        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                           kMusicSequenceLoadSMF_PreserveTracks);
-    }
-    status = status == noErr ? MusicSequenceGetTrackCount(sequence, tracks) : status;
+    std::vector<std::uint8_t> data;
+    OSStatus status = readFile(options.file, data);
+    status = status == noErr ? piece.read(data, options.engine == renderEngine) : status;
     if (status != noErr) {
         return failure(readFailure(options.file, status));
     }
-    if (tracks == 0) {
+    if (!piece.hasTracks()) {
         return failure(trackFailure(options.file));
     }
-    if (options.engine == renderEngine) {
-        parts = {sequencedPart(sequence)};
-    } else {
-        parts = cutIntoParts(sequence, coresOf(options));
-    }
+    parts = piece.parts(coresOf(options));
     const bool isTooLong = !parts.empty() && parts.back().endBlock > RenderPart::longestPiece;
     if (isTooLong) {
         return failure(concat("'", options.file.string(), "' is too long: at most 24 hours are rendered."));
@@ -54,7 +43,7 @@ Result<> readParts(const RenderOptions& options, std::vector<std::uint8_t>& data
 
 int runRender(const RenderOptions& options, CommandOutput& output)
 {
-    std::vector<std::uint8_t> data;
+    RenderPiece piece;
     std::vector<RenderPart> parts;
     const bool isNamed = options.out != standardOutputName;
     if (isNamed) {
@@ -62,7 +51,7 @@ int runRender(const RenderOptions& options, CommandOutput& output)
             return output.misuse(format.error());
         }
     }
-    Result<> done = readParts(options, data, parts);
+    Result<> done = readParts(options, piece, parts);
     if (!done) {
         return output.failure(done.error());
     }
@@ -71,7 +60,7 @@ int runRender(const RenderOptions& options, CommandOutput& output)
     if (!done) {
         return output.failure(done.error());
     }
-    Mixdown mixdown(std::move(data), std::move(parts), options.bank, coresOf(options));
+    Mixdown mixdown(std::move(piece), std::move(parts), options.bank, coresOf(options));
     const auto showProgress = [&](int percent) { output.progress(percent, 100); };
     done = mixdown.write(writer, showProgress);
     if (!done) {

@@ -20,7 +20,7 @@ constexpr float highestRate = 1000.0F;
 AVAudioSequencer::AVAudioSequencer(const std::shared_ptr<AVAudioEngine>& newEngine)
     : engine(newEngine), core(std::make_shared<SequencerCore>())
 {
-    setEvents(std::make_shared<const SequencerEvents>());
+    loadFromEvents(std::make_shared<const SequencerEvents>());
     if (newEngine != nullptr) {
         newEngine->addSequencer(*this);
     }
@@ -67,11 +67,11 @@ Result<> AVAudioSequencer::take(const MusicSequence& sequence, OSStatus status)
     if (status != noErr) {
         return failure("The MIDI file could not be read (" + std::to_string(status) + ").");
     }
-    setEvents(loaded);
+    loadFromEvents(loaded);
     return {};
 }
 
-void AVAudioSequencer::setEvents(std::shared_ptr<const SequencerEvents> newEvents)
+void AVAudioSequencer::loadFromEvents(std::shared_ptr<const SequencerEvents> newEvents)
 {
     letTracksGo();
     events = std::move(newEvents);

@@ -38,6 +38,8 @@ public:
     Result<> loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options);
     // Takes what the sequence holds now: later changes of it are not heard.
     Result<> loadFromSequence(const MusicSequence& sequence);
+    // Takes what was read before. Not null.
+    void loadFromEvents(std::shared_ptr<const SequencerEvents> newEvents);
 
     const std::vector<std::shared_ptr<AVMusicTrack>>& tracks() const { return trackList; }
 
@@ -88,7 +90,6 @@ private:
     void move(double beats);
     void send();
     void publishContent();
-    void setEvents(std::shared_ptr<const SequencerEvents> newEvents);
     std::vector<std::shared_ptr<AVAudioUnit>> destinations() const;
 
     std::weak_ptr<AVAudioEngine> engine;

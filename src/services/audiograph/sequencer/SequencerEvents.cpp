@@ -194,6 +194,16 @@ void SequencerEvents::findPrograms()
     }
 }
 
+SequencerEvents SequencerEvents::with(std::vector<SequencerEvent> others) const
+{
+    SequencerEvents result(*this);
+    result.events = std::move(others);
+    result.order();
+    result.programs.clear();
+    result.findPrograms();
+    return result;
+}
+
 std::size_t SequencerEvents::firstFrom(double seconds) const noexcept
 {
     const auto first = std::lower_bound(events.begin(), events.end(), seconds,

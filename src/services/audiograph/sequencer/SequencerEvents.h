@@ -50,6 +50,9 @@ public:
     // Reads the whole sequence; on failure the content is not to be used. [main]
     [[nodiscard]] OSStatus read(const MusicSequence& sequence);
 
+    // The same piece with other events, which it brings in order: all that a later start is to know stays.
+    SequencerEvents with(std::vector<SequencerEvent> others) const;
+
     // The first event at or after `seconds`.
     std::size_t firstFrom(double seconds) const noexcept;
 

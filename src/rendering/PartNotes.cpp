@@ -1,0 +1,122 @@
+#include "rendering/PartNotes.h"
+
+#include "wire/DeviceChannels.h"
+
+#include <algorithm>
+#include <bitset>
+#include <cmath>
+#include <utility>
+
+namespace volvelle {
+
+namespace {
+
+constexpr double chokingBeats = 8.0;  // in which a struck drum may still end another
+constexpr std::uint8_t inaudible = 1; // velocity
+
+// When a part begins, ends, and no longer chokes, in seconds: as a sequencer that starts at its beats has it.
+struct PartSpan {
+    PartSpan(const RenderPart& part, const TempoMap& tempo) : begin(tempo.seconds(part.beginBeats))
+    {
+        if (std::isfinite(part.endBeats)) {
+            end = tempo.seconds(part.endBeats);
+            choking = tempo.seconds(part.endBeats + chokingBeats);
+        }
+    }
+
+    bool holds(double seconds) const { return seconds >= begin && seconds < end; }
+
+    double begin;
+    double end = std::numeric_limits<double>::infinity();
+    double choking = end;
+};
+
+// What of a piece sounds on where a part ends: a key that is struck again then ends what it sounded before.
+class KeysAtEnd {
+public:
+    explicit KeysAtEnd(const PartSpan& span) : end(span.end), choking(span.choking) {}
+
+    void take(const SequencerEvent& event)
+    {
+        if (event.seconds < end) {
+            channels.apply(event.bytes);
+        }
+    }
+
+    void takeOwn(const SequencerEvent& note)
+    {
+        struck.set(place(note));
+        held.set(place(note), note.partner > end);
+    }
+
+    // Of a note after the part: whether it ends one of the part.
+    bool ends(const SequencerEvent& note)
+    {
+        const int channel = channelOf(note.bytes);
+        const bool isDrum = channel == drumChannel && note.seconds < choking;
+        const bool isAgain = held.test(place(note)) || (struck.test(place(note)) && hasPedal(channel));
+        struck.reset(place(note));
+        held.reset(place(note));
+        return isDrum || isAgain;
+    }
+
+private:
+    static std::size_t place(const SequencerEvent& note)
+    {
+        return static_cast<std::size_t>(channelOf(note.bytes)) << 7U | (note.bytes[1] & 0x7FU);
+    }
+
+    bool hasPedal(int channel) const
+    {
+        return std::ranges::any_of(holdPedals,
+                                   [&](int pedal) { return channels[channel].controller(pedal) >= 64; });
+    }
+
+    double end;     // seconds, as the next
+    double choking; // up to here
+    DeviceChannels channels;
+    std::bitset<std::size_t{16} * 128> struck;
+    std::bitset<std::size_t{16} * 128> held;
+};
+
+// A note-on as soft as can be, and its end.
+void addSoftly(std::vector<SequencerEvent>& events, SequencerEvent note)
+{
+    note.bytes[2] = inaudible;
+    events.push_back(note);
+    std::swap(note.seconds, note.partner);
+    note.kind = SequencerEvent::noteOff;
+    note.bytes = {statusOf(STATUS_NOTEOFF, channelOf(note.bytes)), note.bytes[1], note.releaseVelocity};
+    events.push_back(note);
+}
+
+} // namespace
+
+SequencerEvents notesOf(const RenderPart& part, const SequencerEvents& piece)
+{
+    const PartSpan span(part, piece.tempo);
+    KeysAtEnd keys(span);
+    std::vector<SequencerEvent> kept;
+    for (const SequencerEvent& event : piece.events) {
+        if (event.kind == SequencerEvent::noteOff) {
+            if (span.holds(event.partner)) {
+                kept.push_back(event);
+            }
+            continue;
+        }
+        if (event.kind != SequencerEvent::noteOn) {
+            if (event.kind != SequencerEvent::longMessage) {
+                keys.take(event);
+            }
+            kept.push_back(event);
+        } else if (span.holds(event.seconds)) {
+            keys.takeOwn(event);
+            kept.push_back(event);
+        } else if (event.seconds >= span.end && keys.ends(event)) {
+            addSoftly(kept, event);
+        }
+    }
+    return piece.with(std::move(kept));
+}
+
+} // namespace volvelle

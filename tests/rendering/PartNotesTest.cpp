@@ -1,0 +1,108 @@
+#include "rendering/PartNotes.h"
+
+#include "tests/rendering/BeatPiece.h"
+
+#include <array>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace volvelle::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+// "4: 60 100" for each note, and "4: B0" for each controller, in their order. Each note ends, as its begin
+// has it.
+std::vector<std::string> linesOf(const SequencerEvents& events)
+{
+    std::vector<std::string> lines;
+    std::multiset<std::array<double, 4>> begins; // seconds, end, channel and key
+    std::multiset<std::array<double, 4>> ends;
+    for (const SequencerEvent& event : events.events) {
+        const std::string at = std::to_string(std::lround(events.tempo.beats(event.seconds))) + ": ";
+        if (event.kind == SequencerEvent::noteOff) {
+            ends.insert({event.partner, event.seconds, 1.0 * channelOf(event.bytes), 1.0 * event.bytes[1]});
+        } else if (event.kind == SequencerEvent::noteOn) {
+            begins.insert({event.seconds, event.partner, 1.0 * channelOf(event.bytes), 1.0 * event.bytes[1]});
+            lines.push_back(at + std::to_string(event.bytes[1]) + " " + std::to_string(event.bytes[2]));
+        } else if (event.kind == SequencerEvent::state) {
+            lines.push_back(at + "B0");
+        }
+    }
+    EXPECT_EQ(ends, begins);
+    return lines;
+}
+
+MusicSequence pieceOf(const std::vector<std::pair<double, MIDINoteMessage>>& notes, int pedal)
+{
+    MusicSequence sequence;
+    MusicTrack track;
+    EXPECT_EQ(NewMusicSequence(sequence), noErr);
+    EXPECT_EQ(MusicSequenceNewTrack(sequence, track), noErr);
+    if (pedal != 0) {
+        EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 0.0, {0xB0, static_cast<std::uint8_t>(pedal), 64}),
+                  noErr);
+    }
+    for (const auto& [position, note] : notes) {
+        EXPECT_EQ(MusicTrackNewMIDINoteEvent(track, position, note), noErr);
+    }
+    return sequence;
+}
+
+} // namespace
+
+TEST(PartNotes, APartKeepsItsOwnNotesAndAllElse)
+{
+    RenderPart part;
+    part.beginBeats = 2.0;
+    part.endBeats = 100.0;
+    EXPECT_THAT(linesOf(notesOf(part, piece(6, 120.0))),
+                ElementsAre("0: B0", "2: 60 100", "2: 42 90", "3: 60 100", "3: 42 90", "4: 60 100",
+                            "4: 42 90", "4: B0", "5: 60 100", "5: 42 90"));
+}
+
+TEST(PartNotes, DrumsSoonBehindAPartStaySoSoftThatTheyOnlyEndOthers)
+{
+    RenderPart part;
+    part.endBeats = 1.0;
+    EXPECT_THAT(linesOf(notesOf(part, piece(12, 120.0))),
+                ElementsAre("0: 60 100", "0: 42 90", "0: B0", "1: 42 1", "2: 42 1", "3: 42 1", "4: 42 1",
+                            "4: B0", "5: 42 1", "6: 42 1", "7: 42 1", "8: 42 1", "8: B0"));
+}
+
+TEST(PartNotes, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
+{
+    RenderPart part;
+    part.beginBeats = 1.0;
+    part.endBeats = 4.0;
+    const std::vector<std::pair<double, MIDINoteMessage>> notes{
+        {0.0, {0, 61, 90, 0, 8.0F}}, {2.0, {0, 60, 100, 0, 2.5F}}, {2.0, {0, 62, 100, 0, 2.0F}},
+        {5.0, {0, 60, 99, 0, 1.0F}}, {5.0, {0, 61, 99, 0, 1.0F}},  {5.0, {0, 62, 99, 0, 1.0F}},
+        {6.0, {0, 60, 98, 0, 1.0F}}, {6.0, {0, 62, 98, 0, 1.0F}}};
+    const auto kept = [&](int pedal) { return linesOf(notesOf(part, eventsOf(pieceOf(notes, pedal)))); };
+    EXPECT_THAT(kept(0), ElementsAre("2: 60 100", "2: 62 100", "5: 60 1"));
+    for (const int pedal : {64, 66, 69}) {
+        EXPECT_THAT(kept(pedal), ElementsAre("0: B0", "2: 60 100", "2: 62 100", "5: 60 1", "5: 62 1"));
+    }
+}
+
+TEST(PartNotes, OnlyTheProgramsOfItsNotesAreAskedFor)
+{
+    const auto sequence = pieceOf({{0.0, {1, 60, 90, 0, 1.0F}}, {4.0, {2, 60, 90, 0, 1.0F}}}, 0);
+    RenderPart part;
+    part.beginBeats = 4.0;
+    part.endBeats = 8.0;
+    const SequencerEvents piece = eventsOf(sequence);
+    EXPECT_EQ(piece.programs.size(), 2U);
+    const SequencerEvents notes = notesOf(part, piece);
+    ASSERT_EQ(notes.programs.size(), 1U);
+    EXPECT_EQ(notes.programs.front().channel, 2);
+    EXPECT_EQ(notes.tracks.size(), piece.tracks.size());
+}
+
+} // namespace volvelle::test
