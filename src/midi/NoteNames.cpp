@@ -1,19 +1,17 @@
 #include "midi/NoteNames.h"
 
 #include "base/Text.h"
+#include "wire/PitchClassNames.h"
 
 #include <algorithm>
-#include <array>
 
 namespace volvelle {
 
 NoteNames::NoteNames()
 {
-    static constexpr std::array<std::string_view, 12> pitchClasses = {"C",  "C#", "D",  "D#", "E",  "F",
-                                                                      "F#", "G",  "G#", "A",  "A#", "B"};
     values.reserve(128);
     for (int key = 0; key < 128; ++key) {
-        values.push_back(concat(pitchClasses[static_cast<std::size_t>(key % 12)], key / 12 - 2));
+        values.push_back(concat(pitchClassNames[static_cast<std::size_t>(key % 12)], key / 12 - 2));
     }
 }
 

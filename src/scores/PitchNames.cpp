@@ -1,26 +1,19 @@
 #include "scores/PitchNames.h"
 
 #include "scores/ScoreText.h"
+#include "wire/PitchClassNames.h"
 
 #include <algorithm>
-#include <array>
 
 namespace volvelle::scores {
 
-namespace {
-
-constexpr std::array<std::string_view, 12> names = {"C",  "C#", "D",  "D#", "E",  "F",
-                                                    "F#", "G",  "G#", "A",  "A#", "B"};
-
-} // namespace
-
 std::optional<int> pitchClass(std::string_view name)
 {
-    const auto found = std::find(names.begin(), names.end(), name);
-    if (found == names.end()) {
+    const auto found = std::ranges::find(pitchClassNames, name);
+    if (found == pitchClassNames.end()) {
         return std::nullopt;
     }
-    return static_cast<int>(found - names.begin());
+    return static_cast<int>(found - pitchClassNames.begin());
 }
 
 std::optional<int> pitchNumber(std::string_view name)
@@ -40,7 +33,7 @@ std::optional<int> pitchNumber(std::string_view name)
 
 std::string_view pitchClassName(int pitchClass)
 {
-    return names[static_cast<std::size_t>(pitchClass % 12)];
+    return pitchClassNames[static_cast<std::size_t>(pitchClass % 12)];
 }
 
 std::string pitchName(int number)

@@ -1,6 +1,6 @@
 #include "theory/EnumMIDINotes.h"
 
-#include <array>
+#include "wire/PitchClassNames.h"
 
 namespace volvelle {
 
@@ -14,9 +14,8 @@ std::optional<EnumMIDINotes> EnumMIDINotes::fromRawValue(int rawValue)
 
 std::string EnumMIDINotes::getName(int number)
 {
-    static constexpr std::array<std::string_view, 12> names = {"C",  "C#", "D",  "D#", "E",  "F",
-                                                               "F#", "G",  "G#", "A",  "A#", "B"};
-    return number < C || number > B ? std::string() : std::string(names[static_cast<std::size_t>(number)]);
+    const auto index = static_cast<std::size_t>(number);
+    return number < C || number > B ? std::string() : std::string(pitchClassNames[index]);
 }
 
 bool EnumMIDINotes::isBlackKey(std::string_view name)
