@@ -23,6 +23,13 @@ struct DiscContent {
     bool isSmall = false; // a tile's: rim, ink, hub and notes alone
     bool hasTexts = true; // position and tempo in the hub
 
+    // But for where it is and whether it plays.
+    bool hasSameMusic(const DiscContent& other) const
+    {
+        return beats == other.beats && beatsPerBar == other.beatsPerBar && tempo == other.tempo &&
+               isSmall == other.isSmall && hasTexts == other.hasTexts && chords == other.chords;
+    }
+
     bool operator==(const DiscContent&) const = default;
 };
 

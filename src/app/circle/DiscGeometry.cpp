@@ -29,8 +29,7 @@ std::string shortNumber(double value)
 
 } // namespace
 
-DiscGeometry::DiscGeometry(const DiscContent& content, double side)
-    : unit(side / (content.isSmall ? smallSideUnits : sideUnits))
+DiscGeometry::DiscGeometry(const DiscContent& content, double side) : unit(unitOf(content, side))
 {
     const double tip = 254.5;
     const double half = std::max(5.5, 5.5 / unit);
@@ -41,12 +40,31 @@ DiscGeometry::DiscGeometry(const DiscContent& content, double side)
     for (int key = 36; key <= 96; key += 12) {
         octaves.push_back(2.0 * (key + 24));
     }
-    makeTexts(content);
     if (hasTurn(content)) {
         makeTicks(content);
         makeChords(content);
+    }
+    move(content);
+}
+
+void DiscGeometry::move(const DiscContent& content)
+{
+    wedge = elapsed = sounding = std::nullopt;
+    soundingChord = std::nullopt;
+    chordName.clear();
+    if (content.isSmall) {
+        return;
+    }
+    makeTexts(content);
+    if (hasTurn(content)) {
+        findChord(content);
         makeMoving(content);
     }
+}
+
+double DiscGeometry::unitOf(const DiscContent& content, double side)
+{
+    return side / (content.isSmall ? smallSideUnits : sideUnits);
 }
 
 CGPoint DiscGeometry::place(double angle, double radius)
@@ -99,14 +117,21 @@ void DiscGeometry::makeChords(const DiscContent& content)
         const double length = std::min(end, content.beats) - start;
         const double middle = angle(start + (length < 4.0 ? length / 2.0 : 2.0), content);
         const Sector sector{angle(start, content), angle(length, content)};
-        const bool sounds = content.position >= start && content.position < end;
-        chords.push_back({sector, content.chords[i].name, middle, std::cos(middle) < -1e-9,
-                          sector.sweep * nameRadius, sounds});
-        if (sounds) {
-            chordName = content.chords[i].name;
-            sounding = content.isPlaying ? std::optional(sector) : std::nullopt;
-        }
+        chords.push_back({start, end, sector, content.chords[i].name, middle, std::cos(middle) < -1e-9,
+                          sector.sweep * nameRadius});
     }
+}
+
+void DiscGeometry::findChord(const DiscContent& content)
+{
+    const auto next = std::ranges::upper_bound(chords, content.position, {}, &Chord::begin);
+    if (next == chords.begin() || !(content.position < (next - 1)->end)) {
+        return;
+    }
+    const Chord& chord = *(next - 1);
+    soundingChord = static_cast<std::size_t>(next - chords.begin()) - 1;
+    chordName = chord.name;
+    sounding = content.isPlaying ? std::optional(chord.sector) : std::nullopt;
 }
 
 void DiscGeometry::makeTexts(const DiscContent& content)

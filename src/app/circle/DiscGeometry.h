@@ -17,6 +17,12 @@ public:
     // `side`: the disc's width in pixels.
     DiscGeometry(const DiscContent& content, double side);
 
+    // Brings what moves to another position, or to rest; all else of the content is to be the same.
+    void move(const DiscContent& content);
+
+    // Pixels of a unit.
+    static double unitOf(const DiscContent& content, double side);
+
     enum class Step { sixteenth, beat, bar };
 
     struct Tick {
@@ -35,12 +41,13 @@ public:
     };
 
     struct Chord {
+        double begin; // beats, as the next
+        double end;
         Sector sector;
         std::string name;
         double nameAngle; // of the name's middle
         bool isFlipped;   // the name is turned about, to stand upright
         double room;      // units along the ring
-        bool isSounding;
     };
 
     static constexpr double sideUnits = 604.0;
@@ -56,14 +63,15 @@ public:
     static constexpr double nameRadius = 283.0;
     static constexpr double progress = 255.0;
 
-    double unit;                  // pixels
-    std::vector<double> octaves;  // radii
-    std::vector<double> spokes;   // angles
-    std::vector<Tick> ticks;      // sixteenths, beats, bars
-    std::vector<Chord> chords;    // each up to the next one's start
-    std::array<CGPoint, 3> index; // the mark at twelve, its tip first
-    std::string chordName;        // that sounds; may be empty
-    std::string positionText;     // "bar.beat"
+    double unit;                              // pixels
+    std::vector<double> octaves;              // radii
+    std::vector<double> spokes;               // angles
+    std::vector<Tick> ticks;                  // sixteenths, beats, bars
+    std::vector<Chord> chords;                // each up to the next one's start
+    std::array<CGPoint, 3> index;             // the mark at twelve, its tip first
+    std::optional<std::size_t> soundingChord; // also at rest
+    std::string chordName;                    // of that; may be empty
+    std::string positionText;                 // "bar.beat"
     std::string tempoText;
     std::optional<Sector> wedge;    // while playing
     std::optional<Sector> elapsed;  // while playing, its bead at the end
@@ -76,6 +84,7 @@ private:
     void makeTicks(const DiscContent& content);
     void addTicks(double beats, double step, Step kind, double outer);
     void makeChords(const DiscContent& content);
+    void findChord(const DiscContent& content);
     void makeTexts(const DiscContent& content);
     void makeMoving(const DiscContent& content);
 

@@ -19,14 +19,6 @@ void prepare(QPainter& painter, double side, const DiscGeometry& disc)
     painter.scale(disc.unit, disc.unit);
 }
 
-// Without what moves.
-DiscContent atRest(DiscContent content)
-{
-    content.position = 0.0;
-    content.isPlaying = false;
-    return content;
-}
-
 QImage stillPicture(const DiscGeometry& disc, bool isSmall, double side, double ratio, const Tokens& tokens)
 {
     const int pixels = std::max(1, static_cast<int>(std::ceil(side * ratio)));
@@ -71,27 +63,55 @@ CircleDrawing smallDrawing(MIDICircleViewBase& circle, const CGRect& frame)
 
 CGRect DiscPainter::canvas(const DiscContent& content, double side)
 {
-    const double own = MIDICircleViewBase::canvas.width * DiscGeometry(content, side).unit;
+    const double own = MIDICircleViewBase::canvas.width * DiscGeometry::unitOf(content, side);
     return {(side - own) / 2.0, (side - own) / 2.0, own, own};
 }
 
 void DiscPainter::paint(QPainter& painter, const DiscContent& content, double side, Theme theme)
 {
-    const Tokens& tokens = Tokens::of(theme);
-    const DiscGeometry disc(content, side);
-    const Ground newGround{atRest(content), side, painter.device()->devicePixelRatio(), theme};
-    if (ground != newGround) {
-        ground = newGround;
-        still = stillPicture(disc, content.isSmall, side, newGround.ratio, tokens);
-    }
-    painter.drawImage(QPointF(), still);
+    keep(content, side, painter.device()->devicePixelRatio(), theme);
+    painter.drawImage(QPointF(), named);
     if (content.isSmall) {
         return;
     }
     painter.save();
-    prepare(painter, side, disc);
-    paintMovingParts(painter, disc, tokens);
+    prepare(painter, side, *disc);
+    paintMovingParts(painter, *disc, Tokens::of(theme));
     painter.restore();
+}
+
+bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, double drawnRatio,
+                               Theme drawnTheme) const
+{
+    return side == drawnSide && ratio == drawnRatio && theme == drawnTheme && content.hasSameMusic(drawn);
+}
+
+void DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
+{
+    const Tokens& tokens = Tokens::of(theme);
+    const bool isNew = !ground || !ground->isOf(content, side, ratio, theme);
+    if (isNew) {
+        ground = {content, side, ratio, theme};
+        disc.emplace(content, side);
+        still = stillPicture(*disc, content.isSmall, side, ratio, tokens);
+    } else {
+        disc->move(content);
+    }
+    if (isNew || disc->sounding != namedSector || disc->soundingChord != namedChord) {
+        paintChords(tokens);
+    }
+}
+
+void DiscPainter::paintChords(const Tokens& tokens)
+{
+    namedSector = disc->sounding;
+    namedChord = disc->soundingChord;
+    named = still;
+    if (!ground->content.isSmall) {
+        QPainter painter(&named);
+        prepare(painter, ground->side, *disc);
+        paintChordParts(painter, *disc, tokens);
+    }
 }
 
 QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,

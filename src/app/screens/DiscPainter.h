@@ -13,7 +13,8 @@
 namespace volvelle {
 
 // Paints the disc that the notes lie on, a square from 0, 0 on. What stands still is kept as a picture, and
-// made anew with another side, theme, document or pixel ratio. [any]
+// made anew with another side, theme, document or pixel ratio; a second one has the chords as well, and is
+// made anew with each that begins to sound. [any]
 class DiscPainter {
 public:
     // `side`: lengths. The painter must be neither turned nor scaled but by its device.
@@ -30,11 +31,20 @@ private:
         double ratio = 0.0;
         Theme theme = Theme::dark;
 
-        bool operator==(const Ground&) const = default;
+        // But for what moves.
+        bool isOf(const DiscContent& drawn, double drawnSide, double drawnRatio, Theme drawnTheme) const;
     };
 
+    // Brings pictures and geometry up to date.
+    void keep(const DiscContent& content, double side, double ratio, Theme theme);
+    void paintChords(const Tokens& tokens);
+
     std::optional<Ground> ground;
+    std::optional<DiscGeometry> disc;
     QImage still;
+    QImage named;                                    // with the chords
+    std::optional<DiscGeometry::Sector> namedSector; // that sounds there, as the next
+    std::optional<std::size_t> namedChord;
 };
 
 // A whole disc with its notes: `side` lengths wide, each `ratio` pixels, on `background`, or clear without

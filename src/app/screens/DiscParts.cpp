@@ -108,10 +108,14 @@ void paintScale(QPainter& painter, const DiscGeometry& disc, const Tokens& token
 }
 
 // Along the ring, its middle on the name's radius.
-void paintName(QPainter& painter, const DiscGeometry& disc, const DiscGeometry::Chord& chord,
+void paintName(QPainter& painter, const DiscGeometry& disc, const DiscGeometry::Chord& chord, bool isSounding,
                const Tokens& tokens)
 {
-    const QFont nameFont = font(15, chord.isSounding ? 650 : 500);
+    constexpr double least = 4.0; // pixels: no name is narrower
+    if (chord.room * disc.unit < least) {
+        return;
+    }
+    const QFont nameFont = font(15, isSounding ? 650 : 500);
     const QFontMetricsF metrics(nameFont);
     const QString name = QString::fromStdString(chord.name);
     if (metrics.horizontalAdvance(name) > chord.room * disc.unit) {
@@ -121,7 +125,7 @@ void paintName(QPainter& painter, const DiscGeometry& disc, const DiscGeometry::
     painter.translate(point(DiscGeometry::place(chord.nameAngle, DiscGeometry::nameRadius)));
     painter.rotate(chord.nameAngle * degrees + (chord.isFlipped ? 180.0 : 0.0));
     centredText(painter, disc, metrics.capHeight() / 2.0 / disc.unit, nameFont,
-                chord.isSounding ? tokens.fg : tokens.fg2, name);
+                isSounding ? tokens.fg : tokens.fg2, name);
     painter.restore();
 }
 
@@ -197,20 +201,25 @@ void paintStillParts(QPainter& painter, const DiscGeometry& disc, const Tokens& 
     paintScale(painter, disc, tokens);
 }
 
-void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
+void paintChordParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
 {
     if (disc.sounding) {
         sector(painter, *disc.sounding, DiscGeometry::scaleOuter, DiscGeometry::rim, tokens.sector);
     }
+    for (std::size_t i = 0; i < disc.chords.size(); ++i) {
+        const DiscGeometry::Chord& chord = disc.chords[i];
+        radialLine(painter, chord.sector.start, DiscGeometry::scaleOuter, DiscGeometry::rim,
+                   hairline(tokens.tick));
+        paintName(painter, disc, chord, i == disc.soundingChord, tokens);
+    }
+}
+
+void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
+{
     if (disc.wedge) {
         sector(painter, *disc.wedge, DiscGeometry::wedgeInner, DiscGeometry::wedgeOuter, white(0.07));
     }
     paintHub(painter, disc, tokens);
-    for (const DiscGeometry::Chord& chord : disc.chords) {
-        radialLine(painter, chord.sector.start, DiscGeometry::scaleOuter, DiscGeometry::rim,
-                   hairline(tokens.tick));
-        paintName(painter, disc, chord, tokens);
-    }
     if (disc.elapsed) {
         paintElapsed(painter, disc, disc.elapsed->sweep, tokens);
     }

@@ -12,7 +12,10 @@ namespace volvelle {
 // Shadow, rim, ink, guides and scale.
 void paintStillParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
 
-// Sounding sector, wedge, hub, chords, the way that has been played, and the index mark.
+// The sounding sector and the names of the chords.
+void paintChordParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
+
+// Wedge, hub, the way that has been played, and the index mark.
 void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
 
 // Rim, ink and hub of a tile's disc.

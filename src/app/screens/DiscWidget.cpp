@@ -70,13 +70,10 @@ void DiscWidget::paintEvent(QPaintEvent* /*event*/)
     MIDICircleViewBase& circle = *view->baseClass;
     const MIDICircleViewDelegate* hasMusic = view->delegate();
     shown.beats = hasMusic != nullptr ? view->delegate()->getBeatCount() : 16.0;
-    shown.position = circle.currentBeat;
-    DiscContent drawn = shown;
-    if (drawn.isPlaying && Appearance::reducesMotion()) {
-        drawn.position = std::floor(drawn.position);
-    }
-    discPainter.paint(painter, drawn, side(), Appearance::shared().theme());
-    view->bounds = DiscPainter::canvas(drawn, side());
+    const bool movesByBeats = shown.isPlaying && Appearance::reducesMotion();
+    shown.position = movesByBeats ? std::floor(circle.currentBeat) : circle.currentBeat;
+    discPainter.paint(painter, shown, side(), Appearance::shared().theme());
+    view->bounds = DiscPainter::canvas(shown, side());
     if (!view->isHidden) {
         circlePainter.paint(painter, circle, view->bounds, ResizingBehavior::fitInside);
     }

@@ -110,7 +110,9 @@ QWidget* TileDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 void TileDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
     const auto* line = qobject_cast<QLineEdit*>(editor);
-    if (line == nullptr || !line->isModified()) {
+    const bool isKept =
+        line != nullptr && (line->isModified() || line->text() == index.data(Qt::EditRole).toString());
+    if (!isKept) {
         QStyledItemDelegate::setEditorData(editor, index);
     }
 }

@@ -96,8 +96,7 @@ TEST(DiscGeometry, TheHubTellsChordPositionAndTempo)
     EXPECT_EQ(disc.chordName, "F");
     EXPECT_EQ(disc.positionText, "2.2");
     EXPECT_EQ(disc.tempoText, "92.5 bpm");
-    EXPECT_TRUE(disc.chords[1].isSounding);
-    EXPECT_FALSE(disc.chords[0].isSounding);
+    EXPECT_EQ(disc.soundingChord, 1U);
     EXPECT_EQ(DiscGeometry(fourBars(), 728.0).positionText, "1.1");
     EXPECT_EQ(DiscGeometry(fourBars(), 728.0).tempoText, "120 bpm");
 }
@@ -114,6 +113,27 @@ TEST(DiscGeometry, OnlyAPlayingDiscMoves)
     EXPECT_NEAR(playing.wedge->sweep, 0.125 * pi, 1e-12);
     EXPECT_NEAR(playing.elapsed->sweep, 0.625 * pi, 1e-12);
     EXPECT_EQ(playing.sounding, playing.chords[1].sector);
+}
+
+TEST(DiscGeometry, MovingIsBeingMadeAnewElsewhere)
+{
+    DiscContent content = fourBars();
+    DiscGeometry moved(content, 728.0);
+    for (const double position : {0.0, 3.999, 4.0, 5.0, 15.999, 16.0, -1.0}) {
+        for (const bool isPlaying : {true, false}) {
+            content.position = position;
+            content.isPlaying = isPlaying;
+            moved.move(content);
+            const DiscGeometry made(content, 728.0);
+            EXPECT_EQ(moved.positionText, made.positionText);
+            EXPECT_EQ(moved.chordName, made.chordName);
+            EXPECT_EQ(moved.soundingChord, made.soundingChord);
+            EXPECT_EQ(moved.sounding, made.sounding);
+            EXPECT_EQ(moved.wedge, made.wedge);
+            EXPECT_EQ(moved.elapsed, made.elapsed);
+        }
+    }
+    EXPECT_EQ(moved.soundingChord, std::nullopt);
 }
 
 TEST(DiscGeometry, PastTheEndTheArcIsFullAndTheWedgeIsGone)
