@@ -4,7 +4,7 @@
 #include "base/Console.h"
 #include "wire/MIDIConstants.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace volvelle {
 
@@ -25,9 +25,9 @@ double limited(double value, double lowest, double highest)
     return value < lowest ? lowest : value > highest ? highest : value;
 }
 
-bool isOpen(const MIDIRecorder::Note& note, std::uint8_t channel, std::uint8_t key)
+std::uint16_t placeOf(std::uint8_t channel, std::uint8_t key)
 {
-    return note.channel == channel && note.number == key && note.duration == 0.0;
+    return static_cast<std::uint16_t>(channel << 8U | key);
 }
 
 } // namespace
@@ -91,10 +91,10 @@ bool MIDIRecorder::isRecording() const
 void MIDIRecorder::noteOn(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity)
 {
     if (isRecording()) {
-        notes.push_back({.number = note,
-                         .channel = channel,
-                         .velocity = velocity,
-                         .position = getCurrentPositionInBeats()});
+        notes[placeOf(channel, note)].push_back({.number = note,
+                                                 .channel = channel,
+                                                 .velocity = velocity,
+                                                 .position = getCurrentPositionInBeats()});
     }
 }
 
@@ -104,15 +104,8 @@ void MIDIRecorder::noteOff(std::uint8_t channel, std::uint8_t note, std::uint8_t
         return;
     }
     const double position = getCurrentPositionInBeats();
-    std::vector<Note> closed;
-    std::erase_if(notes, [&](const Note& open) {
-        const bool isMeant = isOpen(open, channel, note);
-        if (isMeant) {
-            closed.push_back(open);
-        }
-        return isMeant;
-    });
-    for (Note& each : closed) {
+    const std::deque<Note> closed = std::exchange(notes[placeOf(channel, note)], {});
+    for (Note each : closed) {
         each.release = velocity;
         each.duration = position - each.position;
         write(each);
@@ -161,11 +154,11 @@ void MIDIRecorder::noteOnAtSamplePosition(std::uint8_t channel, std::uint8_t not
                                           std::int64_t position)
 {
     if (isRecording()) {
-        notes.push_back({.number = note,
-                         .channel = channel,
-                         .velocity = velocity,
-                         .position = beatsAt(position),
-                         .samplePosition = position});
+        notes[placeOf(channel, note)].push_back({.number = note,
+                                                 .channel = channel,
+                                                 .velocity = velocity,
+                                                 .position = beatsAt(position),
+                                                 .samplePosition = position});
     }
 }
 
@@ -175,15 +168,14 @@ void MIDIRecorder::noteOffAtSamplePosition(std::uint8_t channel, std::uint8_t no
     if (!isRecording()) {
         return;
     }
-    const auto place =
-        std::ranges::find_if(notes, [&](const Note& open) { return isOpen(open, channel, note); });
-    if (place == notes.end()) {
+    std::deque<Note>& open = notes[placeOf(channel, note)];
+    if (open.empty()) {
         safeprint("Warnung: Eine OFF Note ", note, " auf Kanal ", channel,
                   " konnte nicht zugeordnet werden, an position ", position, ".");
         return;
     }
-    Note closed = *place;
-    notes.erase(place);
+    Note closed = open.front();
+    open.pop_front();
     close(closed, velocity, position);
 }
 

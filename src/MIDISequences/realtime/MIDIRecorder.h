@@ -4,6 +4,8 @@
 #include "sequence/MIDISequence.h"
 
 #include <cstdint>
+#include <deque>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -30,8 +32,8 @@ public:
     static constexpr double samplesPerBeat = 24000.0; // at 48,000 Hz and 120 beats per minute
 
 private:
-    std::vector<MusicTrack> tracks; // stays empty
-    std::vector<Note> notes;        // open
+    std::vector<MusicTrack> tracks;                  // stays empty
+    std::map<std::uint16_t, std::deque<Note>> notes; // open, by channel and key, the first ones first
 
 public:
     bool isStarted = false;

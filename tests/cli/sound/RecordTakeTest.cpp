@@ -159,6 +159,23 @@ TEST_F(RecordTakeTest, EachStrikeOfAKeyWithoutEndsIsANote)
     EXPECT_EQ(lines[500], "10.0 note 9 36 100 0 110.0");
 }
 
+TEST_F(RecordTakeTest, EachEndIsThatOfTheFirstStrikeOfItsKeyHoweverManyAreOpen)
+{
+    constexpr int strikes = 60'000;
+    constexpr int keys = 40;
+    for (int i = 0; i < strikes; ++i) {
+        hear(i * 0.001, {0x99, static_cast<std::uint8_t>(36 + i % keys), 100});
+    }
+    for (int i = 0; i < strikes; ++i) {
+        hear(60.0 + i * 0.001, {0x89, static_cast<std::uint8_t>(36 + i % keys), 1});
+    }
+    EXPECT_EQ(take.keys(), Keys{});
+    const Lines lines = linesOfFile();
+    ASSERT_EQ(lines.size(), std::size_t{strikes});
+    EXPECT_EQ(lines[500], "1.0 note 9 56 100 1 120.0");
+    EXPECT_EQ(lines[50'000], "100.0 note 9 36 100 1 120.0");
+}
+
 TEST_F(RecordTakeTest, AMessageThatEndsAllNotesEndsThoseOfItsChannel)
 {
     for (const int controller : {120, 123}) {
