@@ -1,8 +1,5 @@
 #include "services/audiodevice/RtMidiInput.h"
 
-#include "services/audiodevice/RtMidiConnection.h"
-
-#include <algorithm>
 #include <utility>
 
 namespace volvelle {
@@ -23,29 +20,10 @@ RtMidiInput::RtMidiInput(std::unique_ptr<RtMidiIn> given, std::shared_ptr<MIDIRe
     midi->setCallback(handOn, receiver.get());
 }
 
-// What is kept for good calls its receiver no more: its server is dead.
-RtMidiInput::~RtMidiInput()
-{
-    endConnection(std::move(midi));
-}
-
 bool RtMidiInput::isLost()
 {
-    lost = lost || isGone();
+    lost = lost || (!isVirtual && !listeners.hasThisProcess(portName));
     return lost;
-}
-
-bool RtMidiInput::isGone()
-{
-    if (midi->getCurrentApi() == RtMidi::UNIX_JACK && !isJackServerRunning()) {
-        return true;
-    }
-    try {
-        const std::vector<std::string> names = portNames(*midi);
-        return !isVirtual && std::ranges::find(names, portName) == names.end();
-    } catch (const std::exception&) {
-        return true;
-    }
 }
 
 } // namespace volvelle

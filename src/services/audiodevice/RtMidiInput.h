@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/audiodevice/MIDIPorts.h"
+#include "services/audiodevice/PortListeners.h"
 
 #include <RtMidi.h>
 #include <cstdint>
@@ -10,14 +11,11 @@
 
 namespace volvelle {
 
-// An input that hears one port, or one that others connect to.
+// An input through the kernel's sequencer, that hears one port, or one that others connect to.
 class RtMidiInput : public MIDIInput {
 public:
     // Hands what comes to the receiver from now on; the port is opened behind this.
     RtMidiInput(std::unique_ptr<RtMidiIn> midi, std::shared_ptr<MIDIReceiver> receiver);
-    ~RtMidiInput() override;
-    RtMidiInput(const RtMidiInput&) = delete;
-    RtMidiInput& operator=(const RtMidiInput&) = delete;
 
     bool isLost() override;
 
@@ -28,9 +26,8 @@ public:
     bool isVirtual = false; // others connect to it, and none is to be lost
 
 private:
-    bool isGone();
-
     std::shared_ptr<MIDIReceiver> receiver;
+    PortListeners listeners;
     bool lost = false;
 };
 

@@ -1,6 +1,7 @@
 #include "services/audiodevice/RtMidiPorts.h"
 
 #include "base/Text.h"
+#include "services/audiodevice/JackInput.h"
 #include "services/audiodevice/RtMidiConnection.h"
 #include "services/audiodevice/RtMidiInput.h"
 #include "services/audiodevice/SoundServers.h"
@@ -42,6 +43,16 @@ std::size_t find(const std::vector<std::string>& names, const std::string& wante
     return static_cast<std::size_t>((exact != names.end() ? exact : partial) - names.begin());
 }
 
+std::string refusal(const std::string& name, const std::string& reason)
+{
+    return concat("The MIDI port \"", name, "\" could not be opened: ", reason);
+}
+
+std::string absence(const std::string& name)
+{
+    return concat("There is no MIDI port \"", name, "\".");
+}
+
 // Opens the port asked for, or one of that name for others, and gives its name.
 Result<std::string> open(const std::string& name, bool isVirtual, RtMidi& midi)
 {
@@ -53,12 +64,54 @@ Result<std::string> open(const std::string& name, bool isVirtual, RtMidi& midi)
         const std::vector<std::string> names = portNames(midi);
         const std::size_t index = find(names, name);
         if (index == names.size()) {
-            return failure(concat("There is no MIDI port \"", name, "\"."));
+            return failure(absence(name));
         }
         midi.openPort(static_cast<unsigned int>(index), clientName);
         return names[index];
     } catch (const std::exception& exception) {
-        return failure(concat("The MIDI port \"", name, "\" could not be opened: ", exception.what()));
+        return failure(refusal(name, exception.what()));
+    }
+}
+
+Result<std::unique_ptr<MIDIInput>> open(const std::string& name, bool isVirtual,
+                                        std::unique_ptr<RtMidiInput> input)
+{
+    auto port = open(name, isVirtual, *input->midi);
+    if (!port) {
+        return failure(std::move(port).error());
+    }
+    input->portName = *std::move(port);
+    input->isVirtual = isVirtual;
+    return input;
+}
+
+Result<std::unique_ptr<MIDIInput>> open(const std::string& name, bool isVirtual,
+                                        std::unique_ptr<JackInput> input)
+{
+    const std::vector<std::string> names = input->portNames();
+    const std::size_t index = isVirtual ? 0 : find(names, name);
+    if (!isVirtual && index == names.size()) {
+        return failure(absence(name));
+    }
+    if (isVirtual ? input->offer(name) : input->hear(names[index])) {
+        return input;
+    }
+    return failure(refusal(name, "JACK refuses it."));
+}
+
+constexpr const char* noService =
+    "There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.";
+
+// Null where the service does not answer.
+template <class Midi>
+std::unique_ptr<Midi> connectTo(RtMidi::Api api)
+{
+    try {
+        auto midi = std::make_unique<Midi>(api, clientName);
+        midi->setErrorCallback(throwError);
+        return midi;
+    } catch (const std::exception&) {
+        return nullptr;
     }
 }
 
@@ -117,15 +170,11 @@ template <class Midi>
 Result<std::unique_ptr<Midi>> RtMidiPorts::connect() const
 {
     for (const RtMidi::Api api : order) {
-        try {
-            auto midi = std::make_unique<Midi>(api, clientName);
-            midi->setErrorCallback(throwError);
+        if (auto midi = connectTo<Midi>(api)) {
             return midi;
-        } catch (const std::exception&) {
-            continue;
         }
     }
-    return failure("There are no MIDI ports: neither the system's MIDI sequencer nor JACK answers.");
+    return failure(noService);
 }
 
 template <class Midi>
@@ -190,18 +239,17 @@ Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::outputTo(const std::string& nam
 Result<std::unique_ptr<MIDIInput>>
 RtMidiPorts::inputFrom(const std::string& name, std::shared_ptr<MIDIReceiver> receiver, bool isVirtual) const
 {
-    auto midi = connect<RtMidiIn>();
-    if (!midi) {
-        return failure(midi.error());
+    for (const RtMidi::Api api : order) {
+        if (api != RtMidi::UNIX_JACK) {
+            if (auto midi = connectTo<RtMidiIn>(api)) {
+                return open(name, isVirtual,
+                            std::make_unique<RtMidiInput>(std::move(midi), std::move(receiver)));
+            }
+        } else if (auto input = JackInput::connect(clientName, receiver)) {
+            return open(name, isVirtual, std::move(input));
+        }
     }
-    auto input = std::make_unique<RtMidiInput>(*std::move(midi), std::move(receiver));
-    auto port = open(name, isVirtual, *input->midi);
-    if (!port) {
-        return failure(std::move(port).error());
-    }
-    input->portName = *std::move(port);
-    input->isVirtual = isVirtual;
-    return input;
+    return failure(noService);
 }
 
 } // namespace volvelle

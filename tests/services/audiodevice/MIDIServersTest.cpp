@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <jack/jack.h>
+#include <memory>
 #include <thread>
 
 namespace volvelle::test {
@@ -33,11 +36,11 @@ public:
         queue.push(message);
     }
 
-    // The next message, for ten seconds at most.
-    std::vector<std::uint8_t> next()
+    // The next message, for ten seconds at most, or so many hundredths of one.
+    std::vector<std::uint8_t> next(int most = 1000)
     {
         Message message;
-        for (int tries = 0; tries < 1000; ++tries) {
+        for (int tries = 0; tries < most; ++tries) {
             if (queue.pop(message)) {
                 EXPECT_GE(message.arrived, last);
                 last = message.arrived;
@@ -65,6 +68,31 @@ std::string allPorts(const SoundServersFolder& servers)
     }
     return all;
 }
+
+// Counts the programs that come to the server while it stands.
+class Newcomers {
+public:
+    Newcomers() : client(jack_client_open("Newcomers", JackNoStartServer, nullptr))
+    {
+        jack_set_client_registration_callback(client, note, this);
+        EXPECT_EQ(jack_activate(client), 0);
+    }
+
+    ~Newcomers() { jack_client_close(client); }
+
+    Newcomers(const Newcomers&) = delete;
+    Newcomers& operator=(const Newcomers&) = delete;
+
+    std::atomic<int> count{0};
+
+private:
+    static void note(const char* /*name*/, int isNew, void* newcomers)
+    {
+        static_cast<Newcomers*>(newcomers)->count += isNew != 0 ? 1 : 0;
+    }
+
+    jack_client_t* client;
+};
 
 // Another program's port that sends what a shell script writes.
 std::vector<std::string> speaking(const std::string& script)
@@ -131,6 +159,42 @@ TEST(MIDIServersTest, HearsAnotherProgramThroughJACK)
     EXPECT_EQ(ports->openInput("speaker:keys", receiver).error(), "There is no MIDI port \"speaker:keys\".");
 }
 
+TEST(MIDIServersTest, AnInputWhosePortCameBackIsLost)
+{
+    const SoundServersFolder servers(SoundServersFolder::Kind::shared);
+    USE_SERVER(servers, "jack");
+    ChildProcess first(speaking("sleep 1"));
+    ASSERT_EQ(first.readLine(), "ready");
+    const auto input =
+        makeMIDIPorts({false, true})->openInput("speaker:keys", std::make_shared<KeepingReceiver>());
+    ASSERT_TRUE(input) << input.error();
+    EXPECT_FALSE((*input)->isLost());
+    EXPECT_EQ(first.waitForEnd(), 0);
+    ChildProcess second(speaking("sleep 1"));
+    ASSERT_EQ(second.readLine(), "ready");
+    EXPECT_THAT(allPorts(servers), testing::HasSubstr("Speaker:keys"));
+    EXPECT_TRUE((*input)->isLost());
+    EXPECT_EQ(second.waitForEnd(), 0);
+}
+
+TEST(MIDIServersTest, AskingWhetherAnInputIsLostOpensNoProgram)
+{
+    const SoundServersFolder servers(SoundServersFolder::Kind::shared);
+    USE_SERVER(servers, "jack");
+    const auto input =
+        makeMIDIPorts({false, true})->openVirtualInput("ears", std::make_shared<KeepingReceiver>());
+    ASSERT_TRUE(input) << input.error();
+    const Newcomers newcomers;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_FALSE((*input)->isLost());
+    }
+    EXPECT_TRUE(MIDIServices::present().jack); // which does
+    for (int tries = 0; tries < 100 && newcomers.count == 0; ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(newcomers.count, 1);
+}
+
 TEST(MIDIServersTest, OpensAPortThatOtherProgramsPlayTo)
 {
     const SoundServersFolder servers(SoundServersFolder::Kind::shared);
@@ -143,8 +207,12 @@ TEST(MIDIServersTest, OpensAPortThatOtherProgramsPlayTo)
     EXPECT_THAT(allPorts(servers), testing::HasSubstr("Volvelle:ears"));
     const auto output = ports->openOutput("volvelle:ears");
     ASSERT_TRUE(output) << output.error();
-    EXPECT_EQ((*output)->send(std::array<std::uint8_t, 3>{0x90, 60, 100}).error(), "");
-    EXPECT_EQ(receiver->next(), (Bytes{0x90, 60, 100}));
+    Bytes heard;
+    for (int tries = 0; tries < 50 && heard.empty(); ++tries) { // none while the two are being connected
+        EXPECT_EQ((*output)->send(std::array<std::uint8_t, 3>{0x90, 60, 100}).error(), "");
+        heard = receiver->next(20);
+    }
+    EXPECT_EQ(heard, (Bytes{0x90, 60, 100}));
     EXPECT_FALSE((*input)->isLost());
 }
 
