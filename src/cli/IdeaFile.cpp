@@ -79,19 +79,25 @@ std::string IdeaFile::misuseOf(const fs::path& out)
                   ": name one that ends in .mid, and turn it into sound with the command 'render'.");
 }
 
-Result<> IdeaFile::write(std::span<const std::uint8_t> data)
+Result<> IdeaFile::write(std::span<const std::uint8_t> data, const EndOfPatience& end)
 {
     int failed = 0;
     if (base == standardOutputName) {
         file = "standard output";
-        failed = writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
-    } else if (isNamed) {
-        file = next();
-        failed = putFile(file, data, true);
+        failed = end ? writePatiently(STDOUT_FILENO, data, end)
+                     : writeAll(STDOUT_FILENO, data.data(), static_cast<std::int64_t>(data.size()));
     } else {
-        failed = writeFree(data);
+        failed = isNamed ? writeNamed(data, end) : writeFree(data);
     }
     return failed == 0 ? Result<>() : failure(writeFailure(file, failed));
+}
+
+int IdeaFile::writeNamed(std::span<const std::uint8_t> data, const EndOfPatience& end)
+{
+    file = next();
+    std::error_code error;
+    const bool isPatient = end && isOther(fs::status(file, error));
+    return isPatient ? writePatiently(file, data, end) : putFile(file, data, true);
 }
 
 fs::path IdeaFile::next()

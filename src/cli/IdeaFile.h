@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "services/files/PatientWrite.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -27,8 +28,9 @@ public:
     // written.
     Result<> prepare() const;
 
-    // Writes the next idea.
-    Result<> write(std::span<const std::uint8_t> data);
+    // Writes the next idea. With `end` what has a name, and standard output, is waited for until that says
+    // so.
+    Result<> write(std::span<const std::uint8_t> data, const EndOfPatience& end = {});
 
     // The file that was written last, and its number.
     std::string name() const { return file.string(); }
@@ -39,6 +41,7 @@ private:
     IdeaFile(bool isNamed, bool isNumbered, std::filesystem::path base);
 
     std::filesystem::path next();
+    int writeNamed(std::span<const std::uint8_t> data, const EndOfPatience& end);
     int writeFree(std::span<const std::uint8_t> data);
 
     const bool isNamed;

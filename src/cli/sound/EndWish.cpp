@@ -30,17 +30,6 @@ void listenForEndWish()
     }
 }
 
-void letEndWishInterrupt()
-{
-    for (const int signal : endingSignals) {
-        struct sigaction action = {};
-        if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler == onSignal) {
-            action.sa_flags &= ~SA_RESTART;
-            sigaction(signal, &action, nullptr);
-        }
-    }
-}
-
 bool takeEndWish()
 {
     return endWanted.exchange(false);

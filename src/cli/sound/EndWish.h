@@ -8,10 +8,6 @@ namespace volvelle {
 // [main]
 void listenForEndWish();
 
-// From now on such a wish ends the wait for another program as well, such as the reader of a pipe: the call
-// fails with EINTR. [main] Once no library has threads that wait.
-void letEndWishInterrupt();
-
 // True once for all wishes since the last call. [main]
 bool takeEndWish();
 

@@ -9,6 +9,7 @@
 #include "cli/sound/SavedTake.h"
 #include "services/audiodevice/RtAudioSink.h"
 
+#include <cerrno>
 #include <cmath>
 
 namespace volvelle {
@@ -45,7 +46,16 @@ int tellEnd(const SavedTake& saved, const RecordSession& session, CommandOutput&
                                : output.failure(concat(saved.fault, " It stands in '", saved.file, "'."));
 }
 
-int save(RecordSession& session, IdeaFile& file, const std::filesystem::path& out, CommandOutput& output,
+// The user's wish to end it, or as much time again as the recording had at most.
+EndOfPatience patienceOf(const RecordOptions& options, const Clock& clock)
+{
+    return [&clock, longest = options.seconds, start = clock.now()] {
+        const bool isOver = longest && clock.now() - start > *longest;
+        return takeEndWish() ? EINTR : isOver ? ETIMEDOUT : 0;
+    };
+}
+
+int save(RecordSession& session, IdeaFile& file, const RecordOptions& options, CommandOutput& output,
          const RecordGround& ground)
 {
     if (session.take.events() == 0) {
@@ -55,8 +65,9 @@ int save(RecordSession& session, IdeaFile& file, const std::filesystem::path& ou
     if (!bytes) {
         return output.failure(bytes.error());
     }
-    letEndWishInterrupt();
-    const SavedTake saved = saveTake(file, out, *bytes, ground.spareFolders);
+    const std::filesystem::path& out = required(options.out);
+    const SavedTake saved =
+        saveTake(file, out, *bytes, ground.spareFolders, patienceOf(options, ground.clock));
     if (saved.file.empty()) {
         return output.failure(saved.fault);
     }
@@ -98,7 +109,7 @@ int runRecord(const RecordOptions& options, CommandOutput& output, const RecordG
         return output.failure(opened.error());
     }
     session->run();
-    return save(*session, file, out, output, ground);
+    return save(*session, file, options, output, ground);
 }
 
 } // namespace volvelle

@@ -13,7 +13,8 @@ namespace volvelle {
 // Records a MIDI port into a MIDI file, until Ctrl-C or q, a closed terminal, the end of its time or of the
 // port, and says at the end what was recorded: the messages that came, without the ends that were made for
 // what still sounded. Nothing is written where nothing came. What cannot be written to where it was to go is
-// saved elsewhere, and the status is exitFailed. Returns the exit status.
+// saved elsewhere, and the status is exitFailed; so is it where a pipe has no reader, or a full one is not
+// read, until the user ends that as well or `options.seconds` are over once more. Returns the exit status.
 int runRecord(const RecordOptions& options, CommandOutput& output);
 
 // What a recording stands on. The clock is that of the main run loop.

@@ -21,10 +21,10 @@ fs::path nameOf(const fs::path& out)
 } // namespace
 
 SavedTake saveTake(IdeaFile& wanted, const fs::path& out, std::span<const std::uint8_t> bytes,
-                   std::span<const fs::path> spareFolders)
+                   std::span<const fs::path> spareFolders, const EndOfPatience& end)
 {
     SavedTake saved;
-    saved.fault = wanted.write(bytes).error();
+    saved.fault = wanted.write(bytes, end).error();
     if (saved.fault.empty()) {
         saved.file = wanted.name();
         return saved;

@@ -44,6 +44,7 @@ std::string reasonOf(const std::filesystem::path& file, int error)
     case EINTR:
         return "it was ended before it was done";
     case EPIPE:
+    case ETIMEDOUT:
         return "nobody reads it";
     default:
         return std::system_category().message(error);

@@ -7,10 +7,12 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace volvelle::test {
 namespace {
@@ -41,6 +43,32 @@ protected:
         errors = testing::internal::GetCapturedStderr();
         EXPECT_EQ(ports.closed, ports.opened);
         return status;
+    }
+
+    // One who sends signals until it is over.
+    int runWithAnImpatientUser(const RecordOptions& options)
+    {
+        std::atomic<bool> isOver{false};
+        std::thread user;
+        ports.onOpen = [&] {
+            user = std::thread([&isOver, recording = pthread_self()] {
+                while (!isOver) {
+                    pthread_kill(recording, SIGINT);
+                    std::this_thread::yield();
+                }
+            });
+        };
+        const int status = run(options);
+        isOver = true;
+        user.join();
+        return status;
+    }
+
+    std::string makePipe() const
+    {
+        const std::string pipe = folder.path / "pipe";
+        EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        return pipe;
     }
 
     std::string inFolder(const std::string& name) const { return "'" + (folder.path / name).string() + "'"; }
@@ -224,25 +252,48 @@ TEST_F(RecordCommandTest, ElsewhereNoFileIsReplaced)
 
 TEST_F(RecordCommandTest, ASignalEndsTheWaitForTheReaderOfAPipe)
 {
-    const std::string pipe = folder.path / "pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const std::string pipe = makePipe();
     ports.messages = oneNote;
-    std::atomic<bool> isOver{false};
-    std::thread user;
-    ports.onOpen = [&] {
-        user = std::thread([&isOver, recording = pthread_self()] {
-            while (!isOver) {
-                pthread_kill(recording, SIGINT);
-                std::this_thread::yield();
-            }
-        });
-    };
-    EXPECT_EQ(run({"keys", pipe, 1.0}), 1);
-    isOver = true;
-    user.join();
+    EXPECT_EQ(runWithAnImpatientUser({"keys", pipe, std::nullopt}), 1);
     EXPECT_EQ(errors, "'" + pipe + "' could not be written: it was ended before it was done. It stands in " +
                           inFolder("spare/pipe.mid") + ".\n");
     EXPECT_EQ(linesOf("spare/pipe.mid").size(), 1U);
+}
+
+TEST_F(RecordCommandTest, ASignalEndsTheWaitForAReaderThatDoesNotRead)
+{
+    const std::string pipe = makePipe();
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    ports.messages = {{0.5, {0xF0}}};
+    ports.messages.front().bytes.resize(60'000, 1);
+    ports.messages.front().bytes.push_back(0xF7);
+    ports.messages.push_back(ports.messages.front());
+    EXPECT_EQ(runWithAnImpatientUser({"keys", pipe, std::nullopt}), 1);
+    close(reader);
+    EXPECT_EQ(errors, "'" + pipe + "' could not be written: it was ended before it was done. It stands in " +
+                          inFolder("spare/pipe.mid") + ".\n");
+    EXPECT_EQ(linesOf("spare/pipe.mid").size(), 2U);
+}
+
+TEST_F(RecordCommandTest, TheWaitForTheReaderOfAPipeLastsNoLongerThanTheRecording)
+{
+    const std::string pipe = makePipe();
+    ports.messages = oneNote;
+    EXPECT_EQ(run({"keys", pipe, 1.5}), 1);
+    EXPECT_EQ(errors, "'" + pipe + "' could not be written: nobody reads it. It stands in " +
+                          inFolder("spare/pipe.mid") + ".\n");
+    EXPECT_EQ(linesOf("spare/pipe.mid"), oneNoteLines);
+}
+
+TEST_F(RecordCommandTest, AReaderThatComesLateGetsAll)
+{
+    const std::string pipe = makePipe();
+    ports.messages = oneNote;
+    std::vector<std::uint8_t> bytes;
+    std::thread reader([&] { EXPECT_EQ(readFile(pipe, bytes), noErr); });
+    EXPECT_EQ(run({"keys", pipe, 4.0}), 0);
+    reader.join();
+    EXPECT_EQ(takeLines(bytes), oneNoteLines);
 }
 
 TEST_F(RecordCommandTest, WhereNoFolderTakesItOneLineSaysWhy)
