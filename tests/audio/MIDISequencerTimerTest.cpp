@@ -115,6 +115,28 @@ TEST_F(MIDISequencerTimerTest, WithoutAnyLengthTheFirstTickEndsThePlayback)
     EXPECT_EQ(told(), (Lines{"stop", "complete"}));
 }
 
+TEST_F(MIDISequencerTimerTest, AFileOfANoteWithoutLengthEndsWithTheFirstTickHeardOrNot)
+{
+    MIDISequence16 song;
+    song.createNoteEvent(0.0, 0, 60, 100, 0, 0.0F);
+    for (const bool isRendered : {false, true}) {
+        const auto fresh = MIDISequencer::make();
+        fresh->delegate = listener;
+        fresh->connect(engine);
+        fresh->loadFromData(bytesOf(song));
+        fresh->setTrackPorts(lead.node);
+        transport->stop();
+        told();
+        notes(lead);
+        fresh->start();
+        render(isRendered ? 512 : 0);
+        clock.advance(tick);
+        render(512);
+        EXPECT_EQ(told(), (Lines{"play", "stop", "complete"}));
+        EXPECT_EQ(notes(lead).size(), isRendered ? 2U : 0U);
+    }
+}
+
 TEST_F(MIDISequencerTimerTest, TheTotalIsThatOfTheMomentInWhichTheCallRuns)
 {
     transport->onTimer();

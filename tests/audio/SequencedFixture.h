@@ -69,8 +69,8 @@ protected:
     static constexpr int channels = 16;
     static constexpr int resetsOfAStop = 80;
 
-    // What the platform's sequencer plays up to `frames`, without what it sends at frame 0 to begin.
-    static Heard ofPlatform(const std::vector<std::uint8_t>& file, std::int64_t frames)
+    // What the platform's sequencer plays up to `frames`.
+    static Heard ofPlatformWithItsStart(const std::vector<std::uint8_t>& file, std::int64_t frames)
     {
         const auto unit = std::make_shared<HeardUnit>();
         HandEngine hand(unit);
@@ -81,8 +81,22 @@ protected:
         }
         EXPECT_EQ(sequencer.start().error(), "");
         hand.render(frames, 512);
-        std::erase_if(unit->heard, [](const HeardMessage& message) { return message.frame == 0; });
         return unit->heard;
+    }
+
+    // Without what it sends at frame 0 to begin.
+    static Heard ofPlatform(const std::vector<std::uint8_t>& file, std::int64_t frames)
+    {
+        Heard heard = ofPlatformWithItsStart(file, frames);
+        std::erase_if(heard, [](const HeardMessage& message) { return message.frame == 0; });
+        return heard;
+    }
+
+    // Their beginnings and their ends.
+    static Heard notesOf(Heard heard)
+    {
+        std::erase_if(heard, [](const HeardMessage& message) { return message.bytes.front() >= 0xA0; });
+        return heard;
     }
 
     // What the realtime one plays, its lead taken off, without the resets of its start and of its end.

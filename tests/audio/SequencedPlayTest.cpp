@@ -202,6 +202,16 @@ TEST_F(SequencedPlayTest, APieceWhoseLastEventIsLeftOutEndsByItsLength)
     EXPECT_THAT(unit->heard, SizeIs(2 * resetsOfAStop + 2));
 }
 
+TEST_F(SequencedPlayTest, AFileOfANoteWithoutLengthSoundsBeforeItEnds)
+{
+    play(Song().note(0.0, 2, 60, 100, 0.0));
+    EXPECT_FALSE(sequenced->hasEnded());
+    hand.render(1024, 512);
+    EXPECT_TRUE(sequenced->hasEnded());
+    EXPECT_THAT(notesOf(unit->heard),
+                ElementsAre(HeardMessage{512, {0x92, 60, 100}}, HeardMessage{512, {0x82, 60, 0}}));
+}
+
 TEST_F(SequencedPlayTest, AFileWithoutEventsHasEndedAtOnce)
 {
     play(Song());

@@ -44,6 +44,16 @@ TEST_F(SequencedTest, AtAConstantTempoBothEnginesPlayTheSame)
     }
 }
 
+TEST_F(SequencedTest, ANoteWithoutLengthIsPlayedByBothEnginesAtTheStartOfAFileToo)
+{
+    for (const double beat : {0.0, 0.5}) {
+        const auto file = Song().note(beat, 3, 60, 100, 0.0).note(2.0, 3, 62, 90, 0.5).file();
+        const Heard heard = ofPlatformWithItsStart(file, 72'000);
+        expectSame(ofSequenced(file, 72'000, 512), notesOf(heard), 0);
+        EXPECT_EQ(notesOf(heard).size(), 4U);
+    }
+}
+
 TEST_F(SequencedTest, FrameByFrameItPlaysTheSame)
 {
     const auto file =

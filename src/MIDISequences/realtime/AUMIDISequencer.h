@@ -204,6 +204,9 @@ public:
     bool startAtOnce(std::int64_t time);
 
 protected:
+    // The list in use. [main, render]
+    const AUMIDISequencerList& list() const { return *current.load(std::memory_order_acquire); }
+
     // Puts a list in use, as a loading does; null is a fatal stop. [main]
     void useList(std::unique_ptr<AUMIDISequencerList> list);
 
@@ -221,8 +224,6 @@ private:
     template <class Body>
     void own(const Body& body);
     static void tell(const Told& told);
-
-    const AUMIDISequencerList& list() const { return *current.load(std::memory_order_acquire); }
 
     // Those without a hold of their own.
     void startHeld(std::int64_t time);

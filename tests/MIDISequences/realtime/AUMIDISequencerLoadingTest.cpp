@@ -6,6 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <utility>
+
 namespace volvelle::test {
 
 namespace {
@@ -46,6 +49,13 @@ StampedEvents notesOf(const AUMIDISequencer& sequencer)
     std::erase_if(result, [](const Stamped& event) { return event.bytes[0] == 0xFD; });
     return result;
 }
+
+class AskedMixer : public MIDIPhraseMixer {
+public:
+    std::vector<std::pair<int, std::filesystem::path>> asked;
+
+    void loadTrack(int track, const std::filesystem::path& url) override { asked.emplace_back(track, url); }
+};
 
 class AUMIDISequencerLoading : public testing::Test {
 protected:
@@ -232,6 +242,23 @@ TEST_F(AUMIDISequencerLoading, AMusicSequenceIsLoadedFromItsStartAndPlaysOn)
     EXPECT_THAT(sequencer.listener->calls, ElementsAre("loaded"));
 }
 
+TEST_F(AUMIDISequencerLoading, AListTellsTheFileThatItIsOf)
+{
+    EXPECT_EQ(sequencer.list().file.filePath, "");
+    sequencer.loadMIDIFile(first, true);
+    EXPECT_EQ(sequencer.list().file.filePath, first.string());
+    sequencer.loadSequence(sequencer.sequence()->getMusicSequence());
+    EXPECT_EQ(sequencer.list().file.filePath, "");
+}
+
+TEST_F(AUMIDISequencerLoading, AClipAsksTheMixerForTwoTracksWithoutAFile)
+{
+    const auto mixer = std::make_shared<AskedMixer>();
+    sequencer.phraseMixer = mixer;
+    sequencer.loadClip();
+    EXPECT_THAT(mixer->asked, ElementsAre(std::pair(0, ""), std::pair(1, "")));
+}
+
 TEST_F(AUMIDISequencerLoading, ASequencerOfOneChannelWritesItsChannelAfterEachLoading)
 {
     sequencer.isMultiChannel = false;
@@ -293,6 +320,22 @@ TEST(AUMIDISequencerLoadingDeathTest, NoCurrentFileIsAFatalStop)
 {
     AUMIDISequencer sequencer;
     EXPECT_STOP(sequencer.loadMIDIFileInternal(), nilMessage);
+}
+
+TEST(AUMIDISequencerLoadingDeathTest, NoListIsAFatalStop)
+{
+    SequencerProbe sequencer;
+    EXPECT_STOP(sequencer.useList(nullptr), nilMessage);
+}
+
+TEST(AUMIDISequencerLoadingDeathTest, WhatWasIsGoneBeforeAnythingIsLoaded)
+{
+    static SequencerProbe sequencer;
+    sequencer.load(StampedEvents{{0, {0x90, 60, 1}}});
+    setFinalStep([] { std::_Exit(sequencer.isEmpty() ? 7 : 8); });
+    EXPECT_EXIT(sequencer.loadSequence(nullptr), testing::ExitedWithCode(7), "");
+    EXPECT_EXIT(sequencer.loadMIDIFileInternal(), testing::ExitedWithCode(7), "");
+    setFinalStep(nullptr);
 }
 
 } // namespace volvelle::test

@@ -119,6 +119,16 @@ TEST_F(AUMIDISequencerTransport, StoppingSendsItsFiveRowsOfMessages)
     EXPECT_TRUE(sequencer.seeking);
 }
 
+TEST_F(AUMIDISequencerTransport, AResetEmptiesTheListsOfTheMonitor)
+{
+    sequencer.addMonitoring(AUMIDIEventEx(AURenderEventMIDI, Bytes{0x90, 60, 1}.data(), 3, 0));
+    ASSERT_EQ(sequencer.getSize(), 1);
+    ASSERT_EQ(sequencer.getRunningNotesCount(), 1);
+    sequencer.reset();
+    EXPECT_EQ(sequencer.getSize(), 0);
+    EXPECT_EQ(sequencer.getRunningNotesCount(), 0);
+}
+
 TEST_F(AUMIDISequencerTransport, PausingAndGoingOnMovesTheStart)
 {
     sequencer.startClean(1000);

@@ -61,9 +61,9 @@ SequencerProbe::SequencerProbe()
     delegate = listener;
 }
 
-void SequencerProbe::load(const StampedEvents& list)
+void SequencerProbe::load(const StampedEvents& newList)
 {
-    load(eventsOf(list));
+    load(eventsOf(newList));
 }
 
 void SequencerProbe::load(std::vector<std::shared_ptr<AUMIDIEventEx>> events)

@@ -53,7 +53,10 @@ public:
 
     std::shared_ptr<SequencerListener> listener = std::make_shared<SequencerListener>();
 
-    void load(const StampedEvents& list);
+    using AUMIDISequencer::list;
+    using AUMIDISequencer::useList;
+
+    void load(const StampedEvents& newList);
     void load(std::vector<std::shared_ptr<AUMIDIEventEx>> events);
 
     // Those of one cycle.
