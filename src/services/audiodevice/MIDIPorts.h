@@ -41,8 +41,8 @@ class MIDIInput {
 public:
     virtual ~MIDIInput() = default;
 
-    // True once the other program's port, or the service behind it, has gone: nothing comes any more. Asks
-    // the service, which takes its time.
+    // True once nothing comes any more: the other program's port, the connection to it or the service behind
+    // it has gone. A port that came back is not connected anew. Asks the service, which takes its time.
     virtual bool isLost() = 0;
 
     // The name of the port.

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-// What outputs and inputs share. Each may throw what the library throws. [main, worker, sender]
+// What connections of the library share. Each may throw what the library throws. [main, worker, sender]
 namespace volvelle {
 
 // The names of the ports that an output can send to, or an input hear.

@@ -57,6 +57,14 @@ TEST_F(MIDIPatternTest, ASequenceThatCannotBeMadeIsReported)
     EXPECT_EQ(pattern->musicTrack, nullptr);
 }
 
+TEST_F(MIDIPatternTest, ASequenceThatCannotBeGivenUpIsGoneAllTheSame)
+{
+    fail(Operation::DisposeMusicSequence);
+    fail(Operation::NewMusicSequence);
+    pattern->create();
+    EXPECT_EQ(pattern->musicSequence, nullptr);
+}
+
 TEST_F(MIDIPatternTest, ATrackThatCannotBeMadeIsReported)
 {
     fail(Operation::MusicSequenceNewTrack);
