@@ -11,16 +11,10 @@
 
 namespace volvelle::scores {
 
-// The header lines of a score that its body needs.
-struct ScoreSettings {
-    int lowest = 48;                  // "from": the lowest key that a chord may use
-    std::vector<int> dynamics = {76}; // "dynamics": a velocity for each bar, the last one going on
-};
-
 // The readers of the three kinds of body. `body` holds the lines after the opening word. Each appends notes
 // (and chords) to the score; on a fault it answers one plain line.
 Result<> readNotes(const std::vector<ScoreLine>& body, Score& score);
-Result<> readChords(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score);
+Result<> readChords(const std::vector<ScoreLine>& body, Score& score);
 Result<> readDrums(const std::vector<ScoreLine>& body, Score& score);
 
 // The four bars of a body of bar lines that the line `opened` opens.

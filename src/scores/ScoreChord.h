@@ -4,7 +4,7 @@
 
 namespace volvelle {
 
-// One named chord of a chord pattern, without its inversion and its velocity.
+// One named chord of a chord pattern.
 struct ScoreChord {
     double position = 0; // beats from the start
     std::string name;    // as "Am7"

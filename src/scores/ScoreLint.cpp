@@ -285,7 +285,9 @@ std::vector<std::string> lintScore(const Score& score)
     for (const auto& note : score.notes) {
         lintNote(score, bound, note, faults);
     }
-    lintVelocities(score, faults);
+    if (score.kind != ScoreKind::chordPattern) {
+        lintVelocities(score, faults);
+    }
     lintOverlaps(score, faults);
     if (score.kind == ScoreKind::drums) {
         lintLimbs(score, faults);

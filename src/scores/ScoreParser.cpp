@@ -1,7 +1,6 @@
 #include "scores/ScoreParser.h"
 
 #include "base/Text.h"
-#include "scores/PitchNames.h"
 #include "scores/ScoreBody.h"
 #include "scores/ScoreText.h"
 
@@ -32,17 +31,14 @@ bool isBodyWord(std::string_view key)
 
 class HeaderReader {
 public:
-    HeaderReader(Score& score, ScoreSettings& settings) : score(score), settings(settings) {}
+    explicit HeaderReader(Score& score) : score(score) {}
 
     Result<> read(const ScoreLine& line);
 
 private:
     Result<> take(std::string_view key, std::string_view value, int line);
-    Result<> takeDynamics(std::string_view value);
-    Result<> takeLowest(std::string_view value);
 
     Score& score;
-    ScoreSettings& settings;
     std::set<std::string, std::less<>> seen;
 };
 
@@ -78,44 +74,15 @@ Result<> HeaderReader::take(std::string_view key, std::string_view value, int li
         score.titleLine = line;
     } else if (key == "style") {
         score.style = value;
+    } else if (pattern && (key == "from" || key == "dynamics" || key == "machine")) {
+        return failure(quoted(key) + " is never heard of a chord pattern: leave it out");
     } else if (key == "machine" && value == "yes") {
         score.machine = true;
     } else if (key == "machine") {
         return failure("\"machine\" is \"yes\" or left out");
-    } else if (key == "from" && pattern) {
-        return takeLowest(value);
-    } else if (key == "dynamics" && pattern) {
-        return takeDynamics(value);
     } else {
         return failure("the key " + quoted(key) + " is not known here");
     }
-    return {};
-}
-
-Result<> HeaderReader::takeDynamics(std::string_view value)
-{
-    settings.dynamics.clear();
-    for (const auto word : scoreCells(value)) {
-        const auto level = dynamicsLevel(word);
-        if (!level) {
-            return failure(quoted(word) + " is no level: pp p mp mf f ff");
-        }
-        settings.dynamics.push_back(*level);
-    }
-    if (settings.dynamics.size() > Score::bars) {
-        return failure("\"dynamics\" has one level for each of 4 bars at most");
-    }
-    return {};
-}
-
-Result<> HeaderReader::takeLowest(std::string_view value)
-{
-    constexpr int most = 104;
-    const auto number = pitchNumber(value);
-    if (!number || *number > most) {
-        return failure(quoted(value) + " is no pitch from C-2 to G#6");
-    }
-    settings.lowest = *number;
     return {};
 }
 
@@ -124,11 +91,11 @@ bool opensBody(std::string_view line)
     return line == "chords:" || line == "notes:" || line == "drums:";
 }
 
-Result<> readBody(const std::vector<ScoreLine>& body, const ScoreSettings& settings, Score& score)
+Result<> readBody(const std::vector<ScoreLine>& body, Score& score)
 {
     switch (score.kind) {
     case ScoreKind::chordPattern:
-        return readChords(body, settings, score);
+        return readChords(body, score);
     case ScoreKind::drums:
         return readDrums(body, score);
     default:
@@ -136,9 +103,9 @@ Result<> readBody(const std::vector<ScoreLine>& body, const ScoreSettings& setti
     }
 }
 
-Result<> readHeader(const std::vector<ScoreLine>& head, Score& score, ScoreSettings& settings)
+Result<> readHeader(const std::vector<ScoreLine>& head, Score& score)
 {
-    HeaderReader reader(score, settings);
+    HeaderReader reader(score);
     for (const ScoreLine& line : head) {
         if (Result<> read = reader.read(line); !read) {
             return read;
@@ -169,12 +136,11 @@ Result<Score> parseScore(std::string_view text, ScoreKind kind)
 {
     Score score;
     score.kind = kind;
-    ScoreSettings settings;
     const auto lines = scoreLines(text);
     const auto opening = std::ranges::find_if(lines, opensBody, &ScoreLine::text);
     Result<> read = checkBytes(text);
     if (read) {
-        read = readHeader({lines.begin(), opening}, score, settings);
+        read = readHeader({lines.begin(), opening}, score);
     }
     if (read && opening == lines.end()) {
         read = failure(concat(atLine(lineCount(text)), "the body is missing: there is no line ",
@@ -185,7 +151,7 @@ Result<Score> parseScore(std::string_view text, ScoreKind kind)
         read = checkOpening(*opening, score);
     }
     if (read) {
-        read = readBody({opening + 1, lines.end()}, settings, score);
+        read = readBody({opening + 1, lines.end()}, score);
     }
     return read ? Result<Score>(std::move(score)) : failure(read.error());
 }
