@@ -1,17 +1,12 @@
 #include "base/Checked.h"
 #include "base/Console.h"
+#include "phrases/ChordFollowing.h"
 #include "phrases/MIDIChordPhrase.h"
 #include "phrases/MIDIPhrase.h"
 
 #include <algorithm>
 
 namespace volvelle {
-
-namespace {
-
-constexpr int numberOfKeys = 128;
-
-} // namespace
 
 void MIDIPhrase::transposeTrackNotes(MIDIChordPhrase& chordTrack)
 {
@@ -34,27 +29,24 @@ void MIDIPhrase::transposeNotesToChord(MIDIChordPhrase& chordTrack, double from,
             continue;
         }
         const ChordRule& rule = required(checkedAt(chordTrack.chords, index)->nrule);
-        std::uint8_t candidate = event->number;
-        int tried = 0;
-        while (!transpose(rule, candidate, event->position)) {
-            if (++tried > numberOfKeys) {
-                fatalStop(endlessMessage);
-            }
-            candidate =
-                candidate >= numberOfKeys - 1 ? std::uint8_t{0} : static_cast<std::uint8_t>(candidate + 1);
+        const auto key = nextFreeKey(event->number, [&](std::uint8_t candidate) {
+            return transpose(rule, candidate, event->position);
+        });
+        if (!key) {
+            fatalStop(endlessMessage);
         }
         const auto moved = std::make_shared<PhraseEvent>(*event);
         moved->id = id++;
-        moved->number = candidate;
+        moved->number = *key;
         generatedEvents.push_back(moved);
     }
 }
 
 bool MIDIPhrase::transpose(const ChordRule& rule, std::uint8_t note, double position)
 {
-    return std::ranges::any_of(rule.rule, [&](int tone) {
-        return note % 12 == tone && !hasNoteAtPosition(generatedEvents, note, position);
-    });
+    return isFreeTone(
+        note, [&](int tone) { return std::ranges::find(rule.rule, tone) != rule.rule.end(); },
+        [&](std::uint8_t key) { return hasNoteAtPosition(generatedEvents, key, position); });
 }
 
 bool MIDIPhrase::hasNoteAtPosition(const PhraseEvents& notes, std::uint8_t note, double position)
