@@ -8,6 +8,7 @@
 #include "inspection/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
 #include "scores/LibraryLint.h"
+#include "scores/PhraseFile.h"
 #include "scores/PhraseFolders.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
@@ -130,19 +131,10 @@ void checkChords(const MIDIChordPhrase& phrase, const std::string& place, std::v
     }
 }
 
-std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
+std::shared_ptr<MIDIPhrase> loaded(const fs::path& file, ScoreKind kind)
 {
     const StopContext context(file);
-    if (kind == ScoreKind::chordPattern) {
-        const auto chords = MIDIChordPhrase::make();
-        chords->isMasterTrack = true;
-        chords->loadPhrase(file, 0);
-        return chords;
-    }
-    auto phrase = MIDIPhrase::make();
-    phrase->channel = scoreChannel(kind);
-    phrase->loadPhrase2(file, 0);
-    return phrase;
+    return loadPhrase(file, kind);
 }
 
 void checkFile(const MIDIPhrase& phrase, ScoreKind kind, const std::string& place,
@@ -169,7 +161,7 @@ void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>&
         return;
     }
     WarningSink sink;
-    const auto phrase = loadPhrase(file, kind);
+    const auto phrase = loaded(file, kind);
     if (!phrase->sequence) {
         problems.push_back(concat(place, ": the file vanished"));
         return;
@@ -225,7 +217,9 @@ int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& out
     if (ear) {
         return output.failure("--ear measures compiled phrases: name the folder of Phrases and Phrases2.");
     }
-    const LintReport report = isScore ? lintScoreFile(root) : lintLibrary(root);
+    const auto resources = resourcesFolder();
+    const PhraseCompany elsewhere = resources ? companyIn(*resources) : PhraseCompany();
+    const LintReport report = isScore ? lintScoreFile(root, elsewhere) : lintLibrary(root, elsewhere);
     return told(report.faults, static_cast<std::size_t>(report.scores), root, output);
 }
 

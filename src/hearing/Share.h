@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace volvelle {
 
 // How many of how many.
@@ -19,5 +21,8 @@ struct Share {
 
     bool operator==(const Share&) const = default;
 };
+
+// A share from 0 to 1 for people, in tenths: "8.3 %".
+std::string percentText(double share);
 
 } // namespace volvelle

@@ -1,14 +1,17 @@
 #include "scores/LibraryLint.h"
 
 #include "base/Text.h"
+#include "scores/FolderLint.h"
+#include "scores/PhraseBounds.h"
+#include "scores/PhraseLint.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreLint.h"
-#include "scores/ScoreOnsets.h"
 #include "scores/ScoreText.h"
 
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <span>
 #include <system_error>
 
 namespace volvelle {
@@ -19,74 +22,104 @@ namespace fs = std::filesystem;
 
 constexpr auto nameForm = "a score is called NNN-some-name.score";
 
-int fewOnsets(ScoreKind kind)
-{
-    return kind == ScoreKind::drums ? 5 : 2;
-}
-
-bool hasNearlyEmptyBar(const Score& score)
-{
-    for (int bar = 1; bar <= Score::bars; ++bar) {
-        if (std::ssize(scores::onsets(score, bar)) <= fewOnsets(score.kind)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool soundsOnEveryFirstBeat(const Score& score)
-{
-    for (int bar = 0; bar < Score::bars; ++bar) {
-        const double beat = bar * Score::beatsInBar;
-        if (std::ranges::none_of(score.notes, [beat](const ScoreNote& note) {
-                return note.position <= beat && note.position + note.duration > beat;
-            })) {
-            return false;
-        }
-    }
-    return true;
-}
+struct ReadScore {
+    fs::path file;
+    Score score;
+};
 
 class LibraryLinter {
 public:
-    explicit LibraryLinter(const fs::path& folder) : library(folder) {}
+    LibraryLinter(const fs::path& folder, const PhraseCompany& elsewhere)
+        : library(folder), company(elsewhere)
+    {
+    }
 
-    void lintFolder(ScoreKind kind);
+    void readFolder(ScoreKind kind);
+    void measureAgainstOwn();
+    void lintFolderOf(ScoreKind kind);
     void lintFile(const fs::path& file, ScoreKind kind);
-    void readTitlesBeside(const fs::path& file); // below the library
 
     LintReport report;
 
 private:
+    using Scores = std::vector<ReadScore>;
+
     void add(const fs::path& place, const std::string& fault);
     void lintNames(const fs::path& folder);
     void lintNumbers(const std::vector<fs::path>& files);
-    void lintTitle(const fs::path& file, const Score& score);
-    void readTitle(const fs::path& other, const fs::path& file, ScoreKind kind);
-    void lintShares(const fs::path& folder, ScoreKind kind);
+    void lintScoreOf(const ReadScore& read);
+    void lintTitle(const ReadScore& read);
+    void lintNearest(const ReadScore& read, std::span<const ReadScore> others);
+    void addNearest(const ReadScore& read, const ReadScore& nearest, double distance);
 
     const fs::path library;
-    std::map<std::string, fs::path> titles; // with the file that has each
-    std::vector<Score> read;                // of the folder at hand
+    PhraseCompany company;                  // what phrases are measured against
+    std::map<std::string, fs::path> titles; // with the first file that has each
+    std::map<ScoreKind, Scores> read;
 };
 
-void LibraryLinter::lintFolder(ScoreKind kind)
+// Keeps what can be read; faults are told later.
+void LibraryLinter::readFolder(ScoreKind kind)
+{
+    const auto files = scoresIn(library / scoreFolder(kind));
+    for (const fs::path& file : files ? *files : std::vector<fs::path>()) {
+        if (const auto score = readScore(file, kind)) {
+            read[kind].push_back({file, *score});
+        }
+    }
+}
+
+// Chord patterns and drums of the folder itself stand for those from elsewhere.
+void LibraryLinter::measureAgainstOwn()
+{
+    if (const Scores& patterns = read[ScoreKind::chordPattern]; !patterns.empty()) {
+        company.harmonies.clear();
+        for (const auto& [file, score] : patterns) {
+            company.addPattern(score);
+        }
+    }
+    if (const Scores& drums = read[ScoreKind::drums]; !drums.empty()) {
+        company.kicks.clear();
+        for (const auto& [file, score] : drums) {
+            company.addDrums(score);
+        }
+    }
+}
+
+void LibraryLinter::lintFolderOf(ScoreKind kind)
 {
     const fs::path folder = library / scoreFolder(kind);
+    std::error_code unknown;
+    if (!fs::exists(fs::symlink_status(folder, unknown))) {
+        return;
+    }
     const auto files = scoresIn(folder);
     if (!files || files->empty()) {
         add(folder, files ? noScores : files.error());
         return;
     }
-    read.clear();
     lintNames(folder);
     lintNumbers(*files);
+    const std::span<const ReadScore> scores = read[kind];
+    std::vector<Score> phrases;
     for (const fs::path& file : *files) {
-        lintFile(file, kind);
+        ++report.scores;
+        const auto known = std::ranges::find(scores, file, &ReadScore::file);
+        if (known == scores.end()) {
+            add(file, readScore(file, kind).error());
+            continue;
+        }
+        lintScoreOf(*known);
+        lintTitle(*known);
+        lintNearest(*known, scores.first(phrases.size()));
+        phrases.push_back(known->score);
     }
-    lintShares(folder, kind);
+    for (const std::string& fault : lintFolder(phrases, kind)) {
+        add(folder, fault);
+    }
 }
 
+// One score, against all others around it.
 void LibraryLinter::lintFile(const fs::path& file, ScoreKind kind)
 {
     ++report.scores;
@@ -95,33 +128,59 @@ void LibraryLinter::lintFile(const fs::path& file, ScoreKind kind)
         add(file, score.error());
         return;
     }
-    for (const std::string& fault : lintScore(*score)) {
-        add(file, fault);
+    for (auto& [other, scores] : read) {
+        std::erase_if(scores, [&](const ReadScore& beside) {
+            std::error_code unknown;
+            return fs::equivalent(beside.file, file, unknown);
+        });
+        for (const ReadScore& beside : scores) {
+            titles.emplace(beside.score.title, beside.file);
+        }
     }
-    lintTitle(file, *score);
-    read.push_back(*score);
+    const ReadScore own{file, *score};
+    lintScoreOf(own);
+    lintTitle(own);
+    lintNearest(own, read[kind]);
 }
 
-void LibraryLinter::readTitlesBeside(const fs::path& file)
+void LibraryLinter::lintScoreOf(const ReadScore& own)
 {
-    for (const ScoreKind kind : allScoreKinds) {
-        const auto others = scoresIn(library / scoreFolder(kind));
-        for (const fs::path& other : others ? *others : std::vector<fs::path>()) {
-            readTitle(other, file, kind);
+    for (const auto& faults :
+         {lintScore(own.score), lintPhrase(own.score), lintMeasure(own.score, company)}) {
+        for (const std::string& fault : faults) {
+            add(own.file, fault);
         }
     }
 }
 
-// The title of a score unless it is `file`.
-void LibraryLinter::readTitle(const fs::path& other, const fs::path& file, ScoreKind kind)
+void LibraryLinter::lintNearest(const ReadScore& own, std::span<const ReadScore> others)
 {
-    std::error_code unknown;
-    if (fs::equivalent(other, file, unknown)) {
-        return;
+    const auto places = placesOf(own.score);
+    const ReadScore* nearest = nullptr;
+    double least = leastDistance;
+    for (const ReadScore& other : others) {
+        if (own.score.kind == ScoreKind::chordPattern) {
+            if (areOnePattern(own.score, other.score)) {
+                add(own.file, concat("its chords stand in ", other.file.string(),
+                                     " at the same times, up to a transposition"));
+                return;
+            }
+        } else if (const double distance = distanceOf(places, placesOf(other.score)); distance < least) {
+            least = distance;
+            nearest = &other;
+        }
     }
-    if (const auto score = readScore(other, kind)) {
-        titles.emplace(score->title, other);
+    if (nearest != nullptr) {
+        addNearest(own, *nearest, least);
     }
+}
+
+void LibraryLinter::addNearest(const ReadScore& own, const ReadScore& nearest, double distance)
+{
+    const bool isDrums = own.score.kind == ScoreKind::drums;
+    add(own.file, concat(isDrums ? "the places of kicks and snares" : "the places where it is struck",
+                         " differ from those of ", nearest.file.string(), " in ", percentText(distance),
+                         ", at least ", percentText(leastDistance)));
 }
 
 void LibraryLinter::add(const fs::path& place, const std::string& fault)
@@ -162,26 +221,13 @@ void LibraryLinter::lintNumbers(const std::vector<fs::path>& files)
     }
 }
 
-void LibraryLinter::lintTitle(const fs::path& file, const Score& score)
+void LibraryLinter::lintTitle(const ReadScore& own)
 {
-    const auto [first, isNew] = titles.emplace(score.title, file);
+    const auto [first, isNew] = titles.emplace(own.score.title, own.file);
     if (!isNew) {
-        add(file, concat(scores::atLine(score.titleLine), "the title ", scores::quoted(score.title),
-                         " stands in ", first->second.string(), ", too: each is used once"));
-    }
-}
-
-void LibraryLinter::lintShares(const fs::path& folder, ScoreKind kind)
-{
-    const auto nearlyEmpty = std::ranges::count_if(read, hasNearlyEmptyBar);
-    if (kind != ScoreKind::chordPattern && nearlyEmpty < std::ssize(read) / 3) {
-        add(folder, concat(nearlyEmpty, " of ", read.size(), " phrases leave one bar nearly empty, with ",
-                           fewOnsets(kind), " places that are struck at most: every third does"));
-    }
-    const auto grounded = std::ranges::count_if(read, soundsOnEveryFirstBeat);
-    if (kind == ScoreKind::bass && grounded < std::ssize(read) * 2 / 3) {
-        add(folder, concat(grounded, " of ", read.size(),
-                           " basses sound on the first beat of every bar: two of three do"));
+        add(own.file,
+            concat(scores::atLine(own.score.titleLine), "the title ", scores::quoted(own.score.title),
+                   " stands in ", first->second.string(), ", too: each is used once"));
     }
 }
 
@@ -192,23 +238,27 @@ std::optional<ScoreKind> kindByFolder(const fs::path& file)
 
 } // namespace
 
-LintReport lintLibrary(const fs::path& library)
+LintReport lintLibrary(const fs::path& library, const PhraseCompany& elsewhere)
 {
-    LibraryLinter linter(library);
+    LibraryLinter linter(library, elsewhere);
     for (const ScoreKind kind : allScoreKinds) {
-        linter.lintFolder(kind);
+        linter.readFolder(kind);
+    }
+    linter.measureAgainstOwn();
+    for (const ScoreKind kind : allScoreKinds) {
+        linter.lintFolderOf(kind);
     }
     return linter.report;
 }
 
-LintReport lintScoreFile(const fs::path& file)
+LintReport lintScoreFile(const fs::path& file, const PhraseCompany& elsewhere)
 {
     std::error_code unknown;
     const fs::path own = fs::absolute(file, unknown).lexically_normal();
     const fs::path place = kindByFolder(own) ? own : fs::canonical(file, unknown);
     const auto kind = kindByFolder(place);
     const fs::path around = kindByFolder(file) ? file.parent_path().parent_path() : "";
-    LibraryLinter linter(around.empty() ? place.parent_path().parent_path() : around);
+    LibraryLinter linter(around.empty() ? place.parent_path().parent_path() : around, elsewhere);
     if (!kind) {
         linter.report.faults.push_back(
             concat(file.string(), ": a score lies in one of the folders ", scoreFolders()));
@@ -217,7 +267,10 @@ LintReport lintScoreFile(const fs::path& file)
     if (!scoreNumber(place)) {
         linter.report.faults.push_back(concat(file.string(), ": ", nameForm));
     }
-    linter.readTitlesBeside(file);
+    for (const ScoreKind beside : allScoreKinds) {
+        linter.readFolder(beside);
+    }
+    linter.measureAgainstOwn();
     linter.lintFile(file, *kind);
     return linter.report;
 }

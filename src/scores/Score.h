@@ -6,6 +6,7 @@
 #include "scores/ScoreNote.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace volvelle {
@@ -19,9 +20,14 @@ struct Score {
     static constexpr double sixteenth = 0.25; // beats
     static constexpr double gap = 0.03125;    // beats that a note ends ahead of its written end
 
+    // What the flags are called in the texts of a compiled phrase.
+    static constexpr std::string_view machineMark = "machine: yes";
+    static constexpr std::string_view colourMark = "colour: yes";
+
     std::string title;
     std::string style;
     bool machine = false; // deliberately played with fewer than six velocities
+    bool colour = false;  // at home beside some phrases alone: free of the bounds that carriers keep
     ScoreKind kind = ScoreKind::lead;
     int titleLine = 0; // in the text, counted from 1; 0 where there is none
     int bodyLine = 0;  // the line of the opening word

@@ -1,6 +1,7 @@
 #include "scores/ScoreLint.h"
 
 #include "base/Text.h"
+#include "scores/PhraseBounds.h"
 #include "scores/PitchNames.h"
 #include "scores/ScoreOnsets.h"
 #include "scores/ScoreText.h"
@@ -22,21 +23,6 @@ constexpr std::size_t leastVelocities = 6;
 constexpr int kitAtOnce = 3;
 constexpr int handsAtOnce = 2;
 constexpr double breath = 1; // beats
-
-// The bounds of one kind. The keys leave two semitones of room above for phrases that are moved.
-struct Bounds {
-    std::string_view what;
-    int lowest;
-    int highest;
-    int least;
-    int most;
-    std::size_t voices;
-};
-
-constexpr Bounds bounds[] = {
-    {"a chord pattern", 48, 72, 1, 8, 4}, {"a chord phrase", 52, 72, 16, 96, 4}, {"a lead", 62, 82, 8, 64, 2},
-    {"a bass", 28, 48, 8, 64, 2},         {"a drum phrase", 27, 87, 24, 160, 5},
-};
 
 using Faults = std::vector<std::string>;
 using Together = std::map<double, std::vector<const ScoreNote*>>;
@@ -79,7 +65,7 @@ Together byPosition(const Score& score)
     return together;
 }
 
-void lintCount(const Score& score, const Bounds& bound, Faults& faults)
+void lintCount(const Score& score, const PhraseBounds& bound, Faults& faults)
 {
     const bool pattern = score.kind == ScoreKind::chordPattern;
     const int count = static_cast<int>(pattern ? score.chords.size() : score.notes.size());
@@ -89,7 +75,7 @@ void lintCount(const Score& score, const Bounds& bound, Faults& faults)
     }
 }
 
-void lintNote(const Score& score, const Bounds& bound, const ScoreNote& note, Faults& faults)
+void lintNote(const Score& score, const PhraseBounds& bound, const ScoreNote& note, Faults& faults)
 {
     const auto bar = inBar(note);
     if (note.position < 0 || note.position >= Score::beats) {
@@ -140,7 +126,7 @@ void lintOverlaps(const Score& score, Faults& faults)
     }
 }
 
-void lintVoices(const Score& score, const Bounds& bound, Faults& faults)
+void lintVoices(const Score& score, const PhraseBounds& bound, Faults& faults)
 {
     constexpr std::size_t closeVoices = 3;
     constexpr int wideSpan = 12;
@@ -274,12 +260,12 @@ void lintChords(const Score& score, Faults& faults)
 int mostNotes(ScoreKind kind)
 {
     constexpr int inPatterns = 2000;
-    return kind == ScoreKind::chordPattern ? inPatterns : bounds[static_cast<std::size_t>(kind)].most;
+    return kind == ScoreKind::chordPattern ? inPatterns : phraseBounds(kind).most;
 }
 
 std::vector<std::string> lintScore(const Score& score)
 {
-    const auto& bound = bounds[static_cast<std::size_t>(score.kind)];
+    const PhraseBounds& bound = phraseBounds(score.kind);
     Faults faults;
     lintCount(score, bound, faults);
     for (const auto& note : score.notes) {

@@ -80,6 +80,10 @@ Result<> HeaderReader::take(std::string_view key, std::string_view value, int li
         score.machine = true;
     } else if (key == "machine") {
         return failure("\"machine\" is \"yes\" or left out");
+    } else if (key == "colour" && value == "yes") {
+        score.colour = true;
+    } else if (key == "colour") {
+        return failure("\"colour\" is \"yes\" or left out");
     } else {
         return failure("the key " + quoted(key) + " is not known here");
     }

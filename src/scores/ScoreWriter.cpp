@@ -46,6 +46,12 @@ OSStatus fill(const MusicTrack& track, const Score& score)
     if (status == noErr) {
         status = addText(track, 0, textMeta, std::string(styleMark) + score.style);
     }
+    if (status == noErr && score.machine) {
+        status = addText(track, 0, textMeta, Score::machineMark);
+    }
+    if (status == noErr && score.colour) {
+        status = addText(track, 0, textMeta, Score::colourMark);
+    }
     for (std::size_t i = 0; status == noErr && i < score.chords.size(); ++i) {
         status = addText(track, score.chords[i].position, textMeta, "chord: " + score.chords[i].name);
     }

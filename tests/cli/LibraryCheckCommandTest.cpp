@@ -14,6 +14,13 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 
+// A bass that keeps all rules.
+const std::string goodBass = "title: T\nstyle: S\nnotes:\n"
+                             "| E1:4=60 r:2 B0:2=66 G0:4=61 C1:2=62 r:2 |\n"
+                             "| E1:4=60 r:2 B0:2=66 G0:4=61 D1:2=63 r:2 |\n"
+                             "| A1:4=64 r:2 D1:2=66 F1:4=61 C1:2=62 r:2 |\n"
+                             "| E1:4=65 r:12 |\n";
+
 class LibraryCheck : public ProgramRun {
 protected:
     LibraryCheck()
@@ -58,7 +65,7 @@ TEST_F(LibraryCheck, TheProjectsOwnLibrarySoundsWithinItsBounds)
 {
     const auto result = volvelle("library check --ear");
     EXPECT_EQ(result.status, 0) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("share of first beats with a bass note: 0."));
+    EXPECT_THAT(result.output, HasSubstr("share of first beats with a bass note: "));
 }
 
 TEST_F(LibraryCheck, ALibraryThatSoundsOutsideTheBoundsIsTold)
@@ -154,44 +161,50 @@ TEST_F(LibraryCheck, TheProjectsOwnScoresAreInOrder)
 
 TEST_F(LibraryCheck, AScoreIsHeldAgainstTheRules)
 {
-    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
-    write("scores/basses/001-a.score",
-          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n");
+    write("scores/basses/001-a.score", goodBass);
     EXPECT_EQ(volvelle("library check scores/basses/001-a.score").output, "1 phrase is in order.\n");
-    write("scores/basses/001-a.score",
-          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F4:16=64 |\n| E1:16=65 |\n");
+    std::string wrong = goodBass;
+    write("scores/basses/001-a.score", wrong.replace(wrong.find("A1:4"), 2, "F4"));
     const auto result = volvelle("library check scores/basses/001-a.score");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output, "scores/basses/001-a.score: line 6, bar 3: F4 lies outside E0 to C2\n");
+    EXPECT_EQ(result.output, "scores/basses/001-a.score: line 6, bar 3: F4 lies outside E0 to D2\n");
     EXPECT_EQ(result.error, "1 problem in 1 phrase of 'scores/basses/001-a.score'.\n");
 }
 
-TEST_F(LibraryCheck, AFolderOfScoresIsHeldAgainstTheRulesAndNotMeasured)
+TEST_F(LibraryCheck, AFolderOfSomeScoresIsHeldAgainstTheRulesAndNotMeasured)
 {
+    write("scores/basses/001-a.score", goodBass);
+    EXPECT_EQ(volvelle("library check scores").output, "1 phrase is in order.\n");
     std::filesystem::create_directories(folder / "work/scores/drums");
-    const std::string missing = ": the folder cannot be read\n";
-    EXPECT_EQ(volvelle("library check scores").output,
-              "scores/chord-patterns" + missing + "scores/chords" + missing + "scores/leads" + missing +
-                  "scores/basses" + missing + "scores/drums: there are no scores in the folder\n");
+    EXPECT_EQ(volvelle("library check scores").output, "scores/drums: there are no scores in the folder\n");
     EXPECT_EQ(volvelle("library check --ear scores").error,
               "--ear measures compiled phrases: name the folder of Phrases and Phrases2.\n");
 }
 
+TEST_F(LibraryCheck, AScoreIsMeasuredAgainstTheLibraryInUse)
+{
+    const std::string late = "title: T\nstyle: S\nnotes:\n"
+                             "| r:2 E1:2=60 B0:2=66 G0:2=61 C1:2=62 r:6 |\n"
+                             "| r:2 E1:2=60 B0:2=66 G0:2=61 D1:2=63 r:6 |\n"
+                             "| r:2 A1:2=64 D1:2=66 F1:2=61 C1:2=62 r:6 |\n"
+                             "| r:2 E1:4=65 r:10 |\n";
+    write("scores/basses/001-a.score", late);
+    const auto output = volvelle("library check scores/basses/001-a.score").output;
+    EXPECT_THAT(output, HasSubstr("scores/basses/001-a.score: of the chord changes the bass meets "));
+    EXPECT_THAT(output, HasSubstr(" %, at least 50 %\n"));
+}
+
 TEST_F(LibraryCheck, AScoreIsFoundThroughALink)
 {
-    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
-    write("scores/basses/001-a.score",
-          "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n");
+    write("scores/basses/001-a.score", goodBass);
     std::filesystem::create_symlink("scores/basses/001-a.score", folder / "work/mine.score");
     EXPECT_EQ(volvelle("library check mine.score").output, "1 phrase is in order.\n");
 }
 
 TEST_F(LibraryCheck, TheTitleOfAScoreIsHeldAgainstTheLibrary)
 {
-    const std::string bar = "| E1:4=60 E1:4=61 E1:4=62 E1:4=63 |\n";
-    const std::string score = "title: T\nstyle: S\nnotes:\n" + bar + bar + "| F1:16=64 |\n| E1:16=65 |\n";
-    write("scores/basses/001-a.score", score);
-    write("scores/leads/004-b.score", score);
+    write("scores/basses/001-a.score", goodBass);
+    write("scores/leads/004-b.score", goodBass);
     write("scores/leads/005-c.score", "broken");
     EXPECT_EQ(
         volvelle("library check scores/basses/001-a.score").output,
@@ -227,11 +240,11 @@ TEST_F(LibraryCheck, ADamagedPhraseIsTold)
 TEST_F(LibraryCheck, APhraseHasNoMoreNotesThanItsKindMayHave)
 {
     std::vector<ScoreNote> notes;
-    for (int i = 0; i < 65; ++i) {
+    for (int i = 0; i < 25; ++i) {
         notes.push_back({i % 8 * 2.0, 1.0, static_cast<std::uint8_t>(40 + i), 90});
     }
     put(ScoreKind::lead, notes, {});
-    EXPECT_EQ(problem(), "lib/Phrases2/02 leads/001.mid: the phrase has 65 notes, at most 64\n");
+    EXPECT_EQ(problem(), "lib/Phrases2/02 leads/001.mid: the phrase has 25 notes, at most 24\n");
     notes.pop_back();
     put(ScoreKind::lead, notes, {});
     EXPECT_EQ(volvelle("library check lib").status, 0);

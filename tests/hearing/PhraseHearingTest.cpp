@@ -120,5 +120,13 @@ TEST(PhraseHearing, DistanceIsTheShareOfPlacesThatOnlyOneHas)
     EXPECT_EQ(distanceOf(Rows{}, Rows{}), 0.0);
 }
 
+TEST(PhraseHearing, AShareIsToldInTenthsOfAPercent)
+{
+    EXPECT_EQ(percentText(0.08), "8 %");
+    EXPECT_EQ(percentText(0.08349), "8.3 %");
+    EXPECT_EQ(percentText(Share{2, 3}.value()), "66.7 %");
+    EXPECT_EQ(percentText(Share{}.value()), "0 %");
+}
+
 } // namespace
 } // namespace volvelle

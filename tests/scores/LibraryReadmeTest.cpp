@@ -1,4 +1,5 @@
 #include "scores/ChordName.h"
+#include "scores/PhraseLint.h"
 #include "scores/ScoreLint.h"
 #include "tests/scores/ScoreTexts.h"
 #include "tests/support/ProjectFolders.h"
@@ -38,8 +39,9 @@ TEST(LibraryReadme, ItsExamplesKeepTheRules)
                                    ScoreKind::drums};
     ASSERT_EQ(shown.size(), std::size(kinds) + 1);
     for (std::size_t i = 0; i < std::size(kinds); ++i) {
-        EXPECT_EQ(lintScore(test::parsed(shown[0] + shown[i + 1], kinds[i])), std::vector<std::string>{})
-            << shown[i + 1];
+        const Score score = test::parsed(shown[0] + shown[i + 1], kinds[i]);
+        EXPECT_EQ(lintScore(score), std::vector<std::string>{}) << shown[i + 1];
+        EXPECT_EQ(lintPhrase(score), std::vector<std::string>{}) << shown[i + 1];
     }
 }
 

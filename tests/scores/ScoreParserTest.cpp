@@ -49,6 +49,14 @@ TEST(ScoreHeader, TitleStyleAndMachineAreKept)
     EXPECT_FALSE(parsed(head + "notes:\n" + rest + rest + rest + rest, ScoreKind::bass).machine);
 }
 
+TEST(ScoreHeader, AColourIsMarked)
+{
+    const std::string bars = "chords:\n| Am | FM | GM | . |\n";
+    EXPECT_TRUE(parsed(head + "colour: yes\n" + bars, ScoreKind::chordPattern).colour);
+    EXPECT_FALSE(parsed(head + bars, ScoreKind::chordPattern).colour);
+    EXPECT_EQ(faultOf("colour: no\n", ScoreKind::lead), "line 1: \"colour\" is \"yes\" or left out");
+}
+
 TEST(ScoreHeader, AByteOrderMarkIsPassedOver)
 {
     EXPECT_EQ(parsed("\xEF\xBB\xBF" + head + "notes:\n" + rest + rest + rest + rest, ScoreKind::lead).title,
