@@ -1,6 +1,7 @@
 #include "inspection/EarMeasure.h"
 
 #include "base/Text.h"
+#include "hearing/PhraseHearing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,7 +31,7 @@ bool soundsAt(const PhraseEvent& note, double position)
 
 double share(long part, long whole)
 {
-    return whole == 0 ? 0.0 : static_cast<double>(part) / static_cast<double>(whole);
+    return Share{part, whole}.value();
 }
 
 const ChordEvent* chordAt(const std::vector<std::shared_ptr<ChordEvent>>& chords, double position)
@@ -56,8 +57,39 @@ void EarMeasure::add(MIDIClipGenerator& generator)
     }
     addGrid(mix);
     addBass(generator, mix);
-    addLead(generator.getPhrase(leadChannel));
+    leadRepeats += keyRepeats(heardNotes(generator, leadChannel));
     addSilence(mix);
+    addIdea(generator);
+    addPress(generator);
+}
+
+void EarMeasure::addIdea(MIDIClipGenerator& generator)
+{
+    const IdeaResult result = testIdea(generator);
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        ideasHolding.at(i) += result.at(i) ? 1 : 0;
+    }
+    const auto faults = std::ranges::count(result, false);
+    ideasWithout += faults == 0 ? 1 : 0;
+    ideasWithOne += faults <= 1 ? 1 : 0;
+}
+
+void EarMeasure::addPress(MIDIClipGenerator& generator)
+{
+    ++presses;
+    std::set<std::filesystem::path> files;
+    for (const ArrangementTrack& track : arrangementTracks) {
+        if (const auto& file = track.phraseIn(*generator.phraseMixer).currentURL) {
+            files.insert(*file);
+        }
+    }
+    if (std::ranges::any_of(files, [this](const auto& file) { return heardFiles.contains(file); })) {
+        comebacks.push_back(presses);
+        presses = 0;
+        heardFiles.clear();
+        return;
+    }
+    heardFiles.merge(files);
 }
 
 void EarMeasure::addGrid(const Notes& mix)
@@ -98,18 +130,9 @@ void EarMeasure::addBass(MIDIClipGenerator& generator, const Notes& mix)
             ++bassDistances;
             bassDistanceSum += lowest - bass->number;
         }
+        bassBelow += bass->number < lowest ? 1 : 0;
     }
     barsWithBass += std::ranges::count(hasBass, true);
-}
-
-void EarMeasure::addLead(const Notes& lead)
-{
-    for (std::size_t i = 1; i < lead.size(); ++i) {
-        if (lead[i]->position > lead[i - 1]->position) {
-            ++leadSteps;
-            leadRepeats += lead[i]->number == lead[i - 1]->number ? 1 : 0;
-        }
-    }
 }
 
 void EarMeasure::addSilence(const Notes& mix)
@@ -117,6 +140,9 @@ void EarMeasure::addSilence(const Notes& mix)
     double longest = 0.0;
     double heardUntil = 0.0;
     for (const auto& note : mix) {
+        if (note->channel == chordChannel) {
+            continue;
+        }
         longest = std::max(longest, note->position - heardUntil);
         heardUntil = std::max(heardUntil, note->position + note->duration);
     }
@@ -137,7 +163,7 @@ std::vector<EarMeasure::Row> EarMeasure::table() const
     const auto counted = static_cast<long>(sorted.size());
     const long allNotes = std::accumulate(notes.begin(), notes.end(), 0L);
     std::vector<Row> rows;
-    rows.reserve(densities.size() + 11);
+    rows.reserve(densities.size() + 12 + ideaTests.size() + 3);
     for (const auto& [channel, least, most] : densities) {
         rows.push_back({concat("notes per beat, channel ", channel + 1), perBeat(channel), least, most});
     }
@@ -151,12 +177,32 @@ std::vector<EarMeasure::Row> EarMeasure::table() const
                     40.0});
     rows.push_back({"share of bass notes on a root", share(bassOnRoot, bassNotes), 0.25, 0.8});
     rows.push_back(
+        {"share of bass notes below all other pitched voices", share(bassBelow, bassNotes), 0.95, 1.0});
+    rows.push_back(
         {"share of first beats with a bass note", share(barsWithBass, arrangements * 4L), 0.55, 1.0});
-    rows.push_back({"share of lead steps that repeat the key", share(leadRepeats, leadSteps), 0.0, 0.25});
+    rows.push_back({"share of lead steps that repeat the key", leadRepeats.value(), 0.0, 0.25});
     rows.push_back({"share of arrangements without a chord", share(withoutChord, arrangements), 0.0, 0.0});
-    rows.push_back({"longest silence in an arrangement in beats, least", shortestSilence, 0.0, 1.0});
-    rows.push_back({"longest silence in an arrangement in beats, most", longestSilence, 0.0, 8.0});
+    rows.push_back(
+        {"longest silence in an arrangement without chords in beats, least", shortestSilence, 0.0, 4.0});
+    rows.push_back(
+        {"longest silence in an arrangement without chords in beats, most", longestSilence, 0.0, 8.0});
+    addIdeaRows(rows);
     return rows;
+}
+
+void EarMeasure::addIdeaRows(std::vector<Row>& rows) const
+{
+    constexpr double manyPresses = 1000;
+    for (std::size_t i = 0; i < ideaTests.size(); ++i) {
+        rows.push_back({concat("share of ideas: ", ideaTests.at(i).name),
+                        share(ideasHolding.at(i), arrangements), ideaTests.at(i).least, 1.0});
+    }
+    rows.push_back({"share of ideas without a fault", share(ideasWithout, arrangements), 0.4, 1.0});
+    rows.push_back({"share of ideas with one fault at most", share(ideasWithOne, arrangements), 0.75, 1.0});
+    auto sorted = comebacks;
+    std::ranges::sort(sorted);
+    const double median = sorted.empty() ? manyPresses : sorted[sorted.size() / 2];
+    rows.push_back({"press at which a phrase comes back, median", median, 2.0, manyPresses});
 }
 
 } // namespace volvelle

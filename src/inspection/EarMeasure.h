@@ -1,9 +1,13 @@
 #pragma once
 
+#include "hearing/Share.h"
+#include "inspection/IdeaTests.h"
 #include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIClipGenerator.h"
 
 #include <array>
+#include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -33,8 +37,10 @@ private:
 
     void addGrid(const Notes& mix);
     void addBass(MIDIClipGenerator& generator, const Notes& mix);
-    void addLead(const Notes& lead);
     void addSilence(const Notes& mix);
+    void addIdea(MIDIClipGenerator& generator);
+    void addPress(MIDIClipGenerator& generator);
+    void addIdeaRows(std::vector<Row>& rows) const;
 
     int arrangements = 0;
     int withoutChord = 0;
@@ -46,9 +52,15 @@ private:
     long barsWithBass = 0;        // a bass note on the first beat
     long bassDistances = 0;       // notes with another voice above
     double bassDistanceSum = 0.0; // semitones
-    long leadSteps = 0;
-    long leadRepeats = 0;
-    double shortestSilence = beats; // beats, of the longest silence in each arrangement
+    long bassBelow = 0;           // notes below all other pitched voices
+    Share leadRepeats;            // of the steps
+    std::array<int, ideaTests.size()> ideasHolding{};
+    int ideasWithout = 0;                       // a fault
+    int ideasWithOne = 0;                       // fault at most
+    std::set<std::filesystem::path> heardFiles; // since the last one that came back
+    int presses = 0;                            // since then
+    std::vector<int> comebacks;                 // the presses at which a phrase came back
+    double shortestSilence = beats;             // beats, of the longest silence in each arrangement
     double longestSilence = 0.0;
 };
 

@@ -83,6 +83,7 @@ TEST_F(Ear, TheBassIsHeldAgainstChordsBarsAndVoices)
     const auto values = measured();
     EXPECT_DOUBLE_EQ(values.at("share of bass notes on a root"), 1.0 / 3.0);
     EXPECT_EQ(values.at("share of first beats with a bass note"), 0.5);
+    EXPECT_EQ(values.at("share of bass notes below all other pitched voices"), 1.0);
     EXPECT_EQ(values.at("semitones from bass to the lowest other voice, mean"), 24.0);
     EXPECT_EQ(values.at("share of arrangements without a chord"), 0.0);
 }
@@ -94,14 +95,45 @@ TEST_F(Ear, RepeatsOfALeadAreCountedByStepAndNotWithinAChord)
     EXPECT_DOUBLE_EQ(measured().at("share of lead steps that repeat the key"), 1.0 / 3.0);
 }
 
-TEST_F(Ear, SilenceIsMeasuredBeforeBetweenAndBehindAllTracks)
+TEST_F(Ear, SilenceIsMeasuredBeforeBetweenAndBehindAllTracksButTheChords)
 {
     generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 1, 5), note(2, 60, 3, 1),
                                                           note(2, 60, 9, 6)};
+    generator.phraseMixer->chordTrack->generatedEvents = {note(0, 60, 0, 16)};
     const auto values = measured();
-    EXPECT_EQ(values.at("longest silence in an arrangement in beats, least"), 3.0);
-    EXPECT_EQ(values.at("longest silence in an arrangement in beats, most"), 3.0);
+    EXPECT_EQ(values.at("longest silence in an arrangement without chords in beats, least"), 3.0);
+    EXPECT_EQ(values.at("longest silence in an arrangement without chords in beats, most"), 3.0);
     EXPECT_EQ(values.at("share of arrangements without a chord"), 1.0);
+}
+
+TEST_F(Ear, ANoteOfTheBassAboveAnotherVoiceIsCounted)
+{
+    generator.phraseMixer->bassTrack0->generatedEvents = {note(8, 60, 0, 1), note(8, 40, 4, 1)};
+    generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 50, 0, 1)};
+    EXPECT_EQ(measured().at("share of bass notes below all other pitched voices"), 0.5);
+}
+
+TEST_F(Ear, IdeasAreCountedByTheirFaults)
+{
+    const auto values = measured();
+    EXPECT_EQ(values.at("share of ideas: four kicks"), 0.0);
+    EXPECT_EQ(values.at("share of ideas: three distinct chords, none for more than 8 beats"), 0.0);
+    EXPECT_EQ(values.at("share of ideas: the lead repeats its key in 30 % of its steps at most"), 1.0);
+    EXPECT_EQ(values.at("share of ideas without a fault"), 0.0);
+    EXPECT_EQ(values.at("share of ideas with one fault at most"), 0.0);
+    EXPECT_EQ(values.at("press at which a phrase comes back, median"), 1000.0);
+}
+
+TEST_F(Ear, APhraseThatComesBackIsCountedByPresses)
+{
+    EarMeasure measure;
+    for (const char* const name : {"1", "2", "1", "1", "1", "3", "4", "5", "4"}) {
+        generator.makeArrangement(true);
+        generator.phraseMixer->leadTrack0->currentURL = name;
+        measure.add(generator);
+    }
+    EXPECT_EQ(measure.table().back().name, "press at which a phrase comes back, median");
+    EXPECT_EQ(measure.table().back().value, 3.0);
 }
 
 } // namespace
