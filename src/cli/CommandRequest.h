@@ -19,6 +19,7 @@ struct Request {
     InspectOptions inspect;
     LibraryCheckOptions libraryCheck;
     LibraryCompileOptions libraryCompile;
+    LibraryHearOptions libraryHear;
     PlayOptions play;
     RecordOptions record;
     RenderOptions render;

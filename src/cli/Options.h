@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 // What the arguments of each command say.
@@ -37,6 +38,13 @@ struct LibraryCheckOptions {
 struct LibraryCompileOptions {
     std::filesystem::path scores;
     std::filesystem::path out;
+};
+
+struct LibraryHearOptions {
+    std::filesystem::path score;
+    std::optional<std::filesystem::path> out; // a folder that keeps the arrangements
+    std::optional<std::string> port;          // as play has them
+    std::optional<std::filesystem::path> bank;
 };
 
 } // namespace volvelle

@@ -4,6 +4,7 @@
 #include "cli/InspectCommand.h"
 #include "cli/LibraryCheckCommand.h"
 #include "cli/LibraryCompileCommand.h"
+#include "cli/LibraryHearCommand.h"
 
 #include <filesystem>
 #include <limits>
@@ -94,13 +95,37 @@ void addLibraryCompile(CLI::App& library, Request& request)
     });
 }
 
+void addLibraryHear(CLI::App& library, Request& request)
+{
+    CLI::App& hear = addCommand(library, "hear", "Play a score in three new arrangements",
+                                "Also --resources DIR, --verbose, --quiet.\n"
+                                "Example: volvelle library hear library/leads/004-kite.score");
+    LibraryHearOptions& options = request.libraryHear;
+    hear.add_option("SCORE", options.score, "the score, in a folder of its kind")
+        ->required()
+        ->option_text("(required)");
+    hear.add_option("--out", options.out,
+                    "folder that keeps the three as MIDI files; none is kept without it")
+        ->option_text("DIR");
+    hear.add_option("--port", options.port, "a MIDI port of another program; the sound device without it")
+        ->option_text("NAME");
+    hear.add_option("--bank", options.bank, "the sound bank; the best one installed without it")
+        ->option_text("F");
+    hear.callback([&request] {
+        request.action = [&request](CommandOutput& output) {
+            return runLibraryHear(request.libraryHear, output);
+        };
+    });
+}
+
 void addLibrary(CLI::App& app, Request& request)
 {
-    CLI::App& library =
-        addCommand(app, "library", "Check or compile the phrase library", "Example: volvelle library check");
+    CLI::App& library = addCommand(app, "library", "Check, compile or hear the phrase library",
+                                   "Example: volvelle library check");
     library.require_subcommand(1);
     addLibraryCheck(library, request);
     addLibraryCompile(library, request);
+    addLibraryHear(library, request);
 }
 
 } // namespace

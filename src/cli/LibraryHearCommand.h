@@ -1,0 +1,12 @@
+#pragma once
+
+#include "cli/CommandOutput.h"
+#include "cli/Options.h"
+
+namespace volvelle {
+
+// Makes three arrangements that hold the phrase of a score, and plays them one after the other through the
+// program with sound; keeps them as files where a folder is named. Returns the exit status. [main]
+int runLibraryHear(const LibraryHearOptions& options, CommandOutput& output);
+
+} // namespace volvelle

@@ -1,0 +1,87 @@
+#include "tests/cli/ProgramRun.h"
+#include "tests/support/ProjectFolders.h"
+
+#include <gmock/gmock.h>
+
+namespace volvelle::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// Runs the program beside one that, in place of playing, notes its arguments and the size of its file.
+class LibraryHear : public ProgramRun {
+protected:
+    LibraryHear()
+    {
+        write("volvelle-sound", "#!/bin/sh\necho \"$@\" | sed 's/=[^ ]*resources/=R/; s,-- .*/,-- ,' >> heard\n"
+                                "test -s \"$(eval echo \\\"\\${$#}\\\")\"\n");
+        std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
+        write("leads/001-a.score", "title: T\nstyle: S\nnotes:\n| ff C4:16 | r:16 | r:16 | r:16 |\n");
+        write("chord-patterns/001-a.score", "title: P\nstyle: S\nchords:\n| Am | FM | GM | E7 |\n");
+    }
+
+    ProgramResult hear(const std::string& arguments) const
+    {
+        return shell(
+            "cp \"$VOLVELLE\" alone; ./alone library hear --resources \"${VOLVELLE%/*}/resources\" " +
+            arguments);
+    }
+};
+
+TEST_F(LibraryHear, AScoreIsPlayedInThreeArrangements)
+{
+    const auto result = hear("leads/001-a.score");
+    EXPECT_EQ(result.status, 0) << result.error;
+    EXPECT_THAT(result.output, StartsWith("'001-a 1.mid': "));
+    EXPECT_EQ(read("heard"), "play --resources=R -- 001-a 1.mid\nplay --resources=R -- 001-a 2.mid\n"
+                             "play --resources=R -- 001-a 3.mid\n");
+}
+
+TEST_F(LibraryHear, AFolderKeepsTheArrangements)
+{
+    std::filesystem::create_directory(folder / "work/kept");
+    EXPECT_EQ(hear("leads/001-a.score --out kept --port Out --bank b.sf2 --quiet").output, "");
+    EXPECT_THAT(read("heard"),
+                StartsWith("play --port=Out --bank=b.sf2 --resources=R --quiet -- 001-a 1.mid\n"));
+    for (const char* name : {"kept/001-a 1.mid", "kept/001-a 2.mid", "kept/001-a 3.mid"}) {
+        const auto lead = volvelle(std::string("inspect --json '") + name + "'").output;
+        EXPECT_THAT(lead, HasSubstr("\"channel\":2,")) << name;
+    }
+}
+
+TEST_F(LibraryHear, AChordPatternLeadsTheOthers)
+{
+    std::filesystem::create_directory(folder / "work/kept");
+    EXPECT_EQ(hear("chord-patterns/001-a.score --out kept").status, 0);
+    const auto shown = volvelle("inspect 'kept/001-a 2.mid'");
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_THAT(shown.output, HasSubstr("12.0"));
+}
+
+TEST_F(LibraryHear, WhatCannotBeHeardIsOneLine)
+{
+    write("leads/002-b.score", "broken");
+    const std::pair<std::string, std::string> cases[] = {
+        {"leads/002-b.score", "leads/002-b.score: line 1: a header line reads \"key: value\"\n"},
+        {"leads/003-c.score", "leads/003-c.score: the score cannot be read\n"},
+        {"volvelle-sound",
+         "volvelle-sound: a score lies in one of the folders chord-patterns, chords, leads, basses, drums\n"},
+        {"leads/001-a.score --out gone", "There is no folder 'gone'.\n"}};
+    for (const auto& [arguments, line] : cases) {
+        const auto result = hear(arguments);
+        EXPECT_EQ(result.status, 1) << arguments;
+        EXPECT_EQ(result.error, line);
+    }
+}
+
+TEST_F(LibraryHear, APlayerThatFailsEndsIt)
+{
+    write("volvelle-sound", "#!/bin/sh\nexit 1\n");
+    std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
+    EXPECT_EQ(hear("leads/001-a.score").status, 1);
+}
+
+} // namespace
+} // namespace volvelle::test
