@@ -168,13 +168,18 @@ Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operatio
         return failure(concat("'", url.string(), "' could not be written: it is a pipe."));
     }
     const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
-    if (overwrites && isOneFile(url, location)) {
-        if (Result<> kept = keepOther(); !kept) {
-            return kept;
-        }
+    const bool isOwn = overwrites && isOneFile(url, location);
+    Result<> kept = isOwn ? keepOther() : Result<>();
+    if (!kept) {
+        return kept;
     }
-    if (const int failed = putFile(url, *content->bytes, overwrites); failed != 0) {
-        return failure(writeFailure(url, failed));
+    const NewFile::Keeper keep = [&](const fs::path& replaced) {
+        kept = keepReplaced(replaced);
+        return bool(kept);
+    };
+    const int failed = putFile(url, *content->bytes, overwrites, isOwn ? keep : NewFile::Keeper());
+    if (failed != 0) {
+        return kept ? failure(writeFailure(url, failed)) : kept;
     }
     location = url;
     remember(std::move(*content->bytes));
@@ -207,6 +212,16 @@ Result<> UIDocument::keepOther()
         known = FileContent{*stamp, std::move(bytes)};
     }
     return kept;
+}
+
+Result<> UIDocument::keepReplaced(const fs::path& replaced)
+{
+    std::vector<std::uint8_t> bytes;
+    if (!stampOf(replaced) || readFile(replaced, bytes) != noErr) {
+        return failure(concat("'", location.string(), "' could not be written: it changed meanwhile."));
+    }
+    const bool isKnown = known && known->bytes == bytes;
+    return isKnown ? Result<>() : NSFileVersion::addVersionOfItemAtURL(location, bytes);
 }
 
 std::optional<UIDocument::FileStamp> UIDocument::stampOf(const fs::path& file)

@@ -118,7 +118,8 @@ private:
     Result<> write(const std::filesystem::path& url, UIDocumentSaveOperation operation);
     void remember(std::vector<std::uint8_t> written);
     Result<> keepOther(); // what another program put in the file's place
-    void enter(int next); // by way of a conflict, where there is one
+    Result<> keepReplaced(const std::filesystem::path& replaced); // the same, after that was looked at
+    void enter(int next);                                         // by way of a conflict, where there is one
 
     std::filesystem::path location;
     int state = UIDocumentState::closed;

@@ -53,6 +53,17 @@ std::filesystem::path folderOf(const std::filesystem::path& file)
     return file.has_parent_path() ? file.parent_path() : ".";
 }
 
+bool renameWith(unsigned flags, const std::string& from, const std::filesystem::path& to)
+{
+    return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0;
+}
+
+// Whether the file system does not know such a renaming.
+bool isUnknown(int failure)
+{
+    return failure == EINVAL || failure == ENOSYS;
+}
+
 // A file without a name, which goes with its descriptor. -1 where it fails.
 int openNamelessIn(const std::filesystem::path& folder)
 {
@@ -173,7 +184,7 @@ std::int64_t NewFile::length()
     return recordUnless(fstat(descriptor, &information) == 0) ? information.st_size : -1;
 }
 
-bool NewFile::takePlace(bool overwrite)
+bool NewFile::takePlace(bool overwrite, const Keeper& keep)
 {
     if (isDirect) {
         if (error == 0) {
@@ -188,7 +199,7 @@ bool NewFile::takePlace(bool overwrite)
         recordUnless(close(descriptor) == 0);
         descriptor = -1;
     }
-    if (error == 0 && recordUnless(takeName(overwrite))) {
+    if (error == 0 && recordUnless(takeName(overwrite, keep))) {
         name.clear();
         syncFolder(folder);
     }
@@ -225,16 +236,39 @@ bool NewFile::takeMode()
     return stat(target.c_str(), &existing) != 0 || fchmod(descriptor, existing.st_mode & 07777U) == 0;
 }
 
-bool NewFile::takeName(bool overwrite)
+bool NewFile::takeName(bool overwrite, const Keeper& keep)
 {
     if (overwrite) {
-        return rename(name.c_str(), target.c_str()) == 0;
+        return keep ? exchange(keep) : rename(name.c_str(), target.c_str()) == 0;
     }
-    if (renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
-        return true;
+    return renameWith(RENAME_NOREPLACE, name, target) ||
+           (isUnknown(errno) && link(name.c_str(), target.c_str()) == 0 && unlink(name.c_str()) == 0);
+}
+
+// While the names are exchanged the temporary one is that of a file of the user's.
+bool NewFile::exchange(const Keeper& keep)
+{
+    while (!renameWith(RENAME_NOREPLACE, name, target)) {
+        if (errno == EEXIST) {
+            forgetPendingFile(std::exchange(slot, -1));
+            if (renameWith(RENAME_EXCHANGE, name, target)) {
+                const std::string replaced = std::exchange(name, "");
+                const bool isKept = keep(replaced);
+                if (isKept || renameWith(RENAME_EXCHANGE, replaced, target)) {
+                    unlink(replaced.c_str());
+                }
+                errno = ECANCELED;
+                return isKept;
+            }
+        }
+        if (isUnknown(errno)) {
+            return rename(name.c_str(), target.c_str()) == 0;
+        }
+        if (errno != ENOENT) {
+            return false;
+        }
     }
-    const bool isUnknown = errno == EINVAL || errno == ENOSYS; // to this file system
-    return isUnknown && link(name.c_str(), target.c_str()) == 0 && unlink(name.c_str()) == 0;
+    return true;
 }
 
 void NewFile::drop()

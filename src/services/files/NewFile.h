@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace volvelle {
@@ -32,9 +33,14 @@ public:
     std::int64_t seek(std::int64_t offset, int whence);
     std::int64_t length();
 
+    // Told where the file stands whose place was taken, before that is removed; false gives it its place
+    // back.
+    using Keeper = std::function<bool(const std::filesystem::path& replaced)>;
+
     // Puts the bytes on disk, and the file in the place of its target with the access rights of that. Without
-    // `overwrite` a target that is there by now is a failure, EEXIST.
-    bool takePlace(bool overwrite = true);
+    // `overwrite` a target that is there by now is a failure, EEXIST. A file that `keep` will not have
+    // replaced is one too, ECANCELED; it is not asked where the file system cannot exchange two names.
+    bool takePlace(bool overwrite = true, const Keeper& keep = {});
 
     // Closes and removes the file.
     void drop();
@@ -51,7 +57,8 @@ private:
     int openTarget() const;
     int copyIntoTarget();
     bool takeMode();
-    bool takeName(bool overwrite);
+    bool takeName(bool overwrite, const Keeper& keep);
+    bool exchange(const Keeper& keep);
     bool recordUnless(bool good); // notes the error of the system unless `good`
 
     std::filesystem::path target;

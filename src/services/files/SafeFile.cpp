@@ -1,7 +1,5 @@
 #include "services/files/SafeFile.h"
 
-#include "services/files/NewFile.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -82,11 +80,12 @@ int writeDirectly(const std::filesystem::path& path, std::span<const std::uint8_
                : writeAll(file.descriptor, bytes.data(), static_cast<std::int64_t>(bytes.size()));
 }
 
-int replaceRegular(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
+int replaceRegular(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite,
+                   const NewFile::Keeper& keep)
 {
     NewFile file;
     if (file.create(path) && file.write(bytes.data(), static_cast<std::int64_t>(bytes.size()))) {
-        file.takePlace(overwrite);
+        file.takePlace(overwrite, keep);
     }
     return file.failure();
 }
@@ -116,7 +115,8 @@ OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& 
     }
 }
 
-int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite)
+int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite,
+            const NewFile::Keeper& keep)
 try {
     if (path.empty()) {
         return ENOENT;
@@ -129,7 +129,7 @@ try {
     if (exists && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode)) {
         return writeDirectly(path, bytes);
     }
-    return replaceRegular(path, bytes, overwrite);
+    return replaceRegular(path, bytes, overwrite, keep);
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }

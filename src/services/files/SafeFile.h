@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Status.h"
+#include "services/files/NewFile.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -22,7 +23,9 @@ namespace volvelle {
 [[nodiscard]] OSStatus replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                                    bool overwrite);
 
-// The same, answering 0 or the system's number of the failure, for writeFailure(). [any]
-int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite);
+// The same, answering 0 or the system's number of the failure, for writeFailure(); ECANCELED where `keep`
+// will not have the file replaced, see NewFile. [any]
+int putFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes, bool overwrite,
+            const NewFile::Keeper& keep = {});
 
 } // namespace volvelle
