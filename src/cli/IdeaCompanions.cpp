@@ -37,14 +37,20 @@ std::string IdeaCompanions::misuseOf(const GenerateOptions& options)
     if ((options.png || options.wav) && options.out == standardOutputName) {
         return "Standard output takes an idea alone: leave --png and --wav out.";
     }
-    if (options.png && fileEnding(*options.png) != ".png") {
-        return concat("A picture is a PNG: name a file that ends in .png, not '", options.png->string(),
-                      "'.");
+    if (const std::string line = options.png ? misuseOfPicture(*options.png) : ""; !line.empty()) {
+        return line;
     }
     if (options.wav && fileEnding(*options.wav) != ".wav") {
         return concat("Sound is a WAV: name a file that ends in .wav, not '", options.wav->string(), "'.");
     }
     return "";
+}
+
+std::string IdeaCompanions::misuseOfPicture(const fs::path& file)
+{
+    return fileEnding(file) == ".png"
+               ? ""
+               : concat("A picture is a PNG: name a file that ends in .png, not '", file.string(), "'.");
 }
 
 fs::path IdeaCompanions::numbered(const fs::path& file, int number) const

@@ -19,6 +19,9 @@ public:
     // A plain line where what is asked for can never be, else nothing.
     static std::string misuseOf(const GenerateOptions& options);
 
+    // The same for the name of a picture.
+    static std::string misuseOfPicture(const std::filesystem::path& file);
+
     // exitDone where those of idea `number` can be written; else says why not. Nothing is written.
     int prepare(int number, CommandOutput& output) const;
 

@@ -4,6 +4,7 @@
 #include "app/document/FileCircle.h"
 #include "app/screens/DiscImage.h"
 #include "base/Text.h"
+#include "cli/IdeaCompanions.h"
 #include "services/files/FileFailure.h"
 #include "services/files/NewFile.h"
 #include "services/files/SafeFile.h"
@@ -47,6 +48,11 @@ int write(const std::filesystem::path& out, const QByteArray& png)
 
 int runPicture(const PictureOptions& options, CommandOutput& output)
 {
+    if (options.out != standardOutputName) {
+        if (const std::string line = IdeaCompanions::misuseOfPicture(options.out); !line.empty()) {
+            return output.misuse(line);
+        }
+    }
     std::vector<std::uint8_t> data;
     if (const OSStatus status = readFile(options.file, data); status != noErr) {
         return output.failure(readFailure(options.file, status));

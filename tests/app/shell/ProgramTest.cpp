@@ -76,6 +76,14 @@ TEST_F(ProgramTest, DrawsAPicture)
     EXPECT_EQ(QImage(QString::fromStdString(picture.string())).size(), QSize(300, 300));
 }
 
+TEST_F(ProgramTest, DrawsNoPictureOfAnotherKind)
+{
+    const auto picture = home.path / "One.jpg";
+    EXPECT_EQ(run({}, {"picture", "One.mid", "--out", picture.string()}),
+              "A picture is a PNG: name a file that ends in .png, not '" + picture.string() + "'.\n[2]");
+    EXPECT_FALSE(std::filesystem::exists(picture));
+}
+
 TEST_F(ProgramTest, AFileThatMayNotBeWrittenIsAFailedTest)
 {
     ChildProcess child(command({}, {"--self-test"}, "ulimit -f 0; exec \"$0\" \"$@\" 2>&1"));
