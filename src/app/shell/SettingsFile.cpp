@@ -8,14 +8,16 @@ namespace volvelle {
 
 namespace {
 
+const QString emptyKey = "%"; // which is no quoted key
+
 QString quoted(const std::string& key)
 {
-    return QString::fromStdString(key).toUtf8().toPercentEncoding();
+    return key.empty() ? emptyKey : QString(QByteArray::fromStdString(key).toPercentEncoding());
 }
 
 std::string unquoted(const QString& key)
 {
-    return QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
+    return key == emptyKey ? "" : QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
 }
 
 std::string kindOf(const SettingsValue& value)

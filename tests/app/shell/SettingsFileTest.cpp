@@ -66,6 +66,32 @@ TEST_F(SettingsFileTest, TakesPlainTextsThatWereWrittenByHandAndNoLists)
               (std::map<std::string, SettingsValue>{{"plain", "3"}, {"appearance", "dark"}}));
 }
 
+TEST_F(SettingsFileTest, ReadsTheRestBesideWhatIsNoText)
+{
+    folder.write("volvelle/own.ini",
+                 "[General]\nfirst=1\n=nothing\n%=percent\n\xE9\xFFodd=2\nvalue=\xE9\n[\xFF]\nin=3\nno line\n"
+                 "[General]\nlast=4\n");
+    {
+        SettingsFile settings("own");
+        EXPECT_EQ(settings.value("first"), SettingsValue("1"));
+        EXPECT_EQ(settings.value("last"), SettingsValue("4"));
+        EXPECT_TRUE(settings.value("value").has_value());
+        EXPECT_GE(settings.entries().size(), 3U);
+        settings.setValue("new", std::int64_t{5});
+        settings.setValue("", std::int64_t{6});
+        settings.setValue("\xE9", std::int64_t{7});
+        settings.setValue("\xE8", std::int64_t{8});
+        EXPECT_EQ(settings.value(""), SettingsValue(std::int64_t{6}));
+    }
+    SettingsFile settings("own");
+    EXPECT_EQ(settings.value("first"), SettingsValue("1"));
+    EXPECT_EQ(settings.value("last"), SettingsValue("4"));
+    EXPECT_EQ(settings.value("new"), SettingsValue(std::int64_t{5}));
+    EXPECT_EQ(settings.value(""), SettingsValue(std::int64_t{6}));
+    EXPECT_EQ(settings.value("\xE9"), SettingsValue(std::int64_t{7}));
+    EXPECT_EQ(settings.entries().at("\xE8"), SettingsValue(std::int64_t{8}));
+}
+
 TEST_F(SettingsFileTest, TakesSeveralThreads)
 {
     SettingsFile settings("own");
