@@ -86,7 +86,7 @@ void DocumentBrowserViewController::prepareForEnd()
 void DocumentBrowserViewController::saveUnsavedElsewhere()
 {
     isPresenting = true;
-    askForPlace(required(unsaved).fileURL().filename(),
+    askForPlace(required(unsaved).fileURL(),
                 [root = std::weak_ptr(self())](const std::optional<fs::path>& chosen) {
                     if (const auto there = root.lock()) {
                         there->isPresenting = false;

@@ -128,7 +128,7 @@ TEST_F(UnsavedDocument, IsSavedElsewhereWhereThereIsAPlace)
     }
     EXPECT_EQ(host->alertTexts(), Lines{alertOf(full, "[Retry, Save As, OK]")});
     host->press("Save As");
-    EXPECT_EQ(proposed, "Slow tide.mid");
+    EXPECT_EQ(proposed, file);
     EXPECT_TRUE(root->isPresenting);
     answer(std::nullopt);
     EXPECT_EQ(host->alerts.size(), 1U);
