@@ -51,24 +51,16 @@ Result<fs::path> copyFree(const fs::path& from, const fs::path& wanted)
     return putFree(wanted, [&bytes](const fs::path& file) { return putFile(file, bytes, false); });
 }
 
-std::string quoted(const fs::path& file)
+constexpr const char* tooLong = "The name is too long.";
+
+bool isTooLong(const fs::path& file)
 {
-    return concat("'", plainLine(utf8Text(file.filename().string())), "'");
+    return file.filename().native().size() > NAME_MAX;
 }
 
-// The system's number for what a move answers.
-int moved(const fs::path& from, const fs::path& to)
+std::string notThere(const fs::path& file)
 {
-    switch (moveFile(from, to)) {
-    case noErr:
-        return 0;
-    case fileExistsErr:
-        return EEXIST;
-    case fileNotFoundErr:
-        return ENOENT;
-    default:
-        return isWritable(to.parent_path()) ? EIO : EACCES;
-    }
+    return concat("'", shownName(file), "' is not there any more.");
 }
 
 // A name that begins with a point would not be listed.
@@ -129,12 +121,15 @@ bool DocumentFolder::contains(const fs::path& file) const
 
 Result<fs::path> DocumentFolder::takeCopy(const fs::path& file) const
 {
-    if (auto made = makeFolder(); !made) {
-        return failure(made.error());
-    }
     fs::path wanted = folder / visibleName(file);
     if (!isMIDIFileName(wanted)) {
         wanted += ".mid";
+    }
+    if (isTooLong(wanted)) {
+        return failure(tooLong);
+    }
+    if (auto made = makeFolder(); !made) {
+        return failure(made.error());
     }
     return copyFree(file, wanted);
 }
@@ -145,9 +140,9 @@ Result<fs::path> DocumentFolder::takeMove(const fs::path& file) const
         return failure(made.error());
     }
     if (!isNameTaken(file)) {
-        return failure(concat("'", shownName(file), "' is not there any more."));
+        return failure(notThere(file));
     }
-    return putFree(folder / file.filename(), [&file](const fs::path& to) { return moved(file, to); });
+    return putFree(folder / file.filename(), [&file](const fs::path& to) { return moveFile(file, to); });
 }
 
 Result<fs::path> DocumentFolder::duplicate(const fs::path& file) const
@@ -157,6 +152,9 @@ Result<fs::path> DocumentFolder::duplicate(const fs::path& file) const
 
 Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string& typed) const
 {
+    if (typed == shownName(file)) {
+        return file;
+    }
     const bool hasEnding = isMIDIFileName(typed) && fs::path(typed).has_stem();
     const std::string name = hasEnding ? fs::path(typed).stem().string() : typed;
     if (const std::string refusal = refusalOf(name); !refusal.empty()) {
@@ -166,15 +164,18 @@ Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string&
     if (to == file) {
         return to;
     }
-    if (to.filename().native().size() > NAME_MAX) {
-        return failure("The name is too long.");
+    if (isTooLong(to)) {
+        return failure(tooLong);
     }
-    const int failed = moved(file, to);
+    if (!isNameTaken(file)) {
+        return failure(notThere(file));
+    }
+    const int failed = moveFile(file, to);
     if (failed == EEXIST) {
         return failure(concat("There is already an idea called '", plainLine(name), "'."));
     }
     if (failed != 0) {
-        return failure(concat(quoted(file), " could not be renamed."));
+        return failure(writeFailure(to, failed));
     }
     return to;
 }

@@ -184,17 +184,18 @@ void UIDocumentBrowserViewController::revealDocument(
     completion(place);
 }
 
-void UIDocumentBrowserViewController::renameSelection(const std::string& name)
+Result<> UIDocumentBrowserViewController::renameSelection(const std::string& name)
 {
     if (!folder || !selected) {
-        return;
+        return {};
     }
-    if (const auto place = folder->rename(*selected, name)) {
-        show(*place);
-    } else {
-        showMessage("File Error", place.error());
+    const auto place = folder->rename(*selected, name);
+    if (!place) {
         refresh();
+        return failure(place.error());
     }
+    show(*place);
+    return {};
 }
 
 void UIDocumentBrowserViewController::duplicateSelection()

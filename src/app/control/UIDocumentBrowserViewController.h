@@ -102,8 +102,8 @@ public:
     void revealDocument(const std::filesystem::path& file, bool importIfNeeded,
                         const std::function<void(const Result<std::filesystem::path>& place)>& completion);
 
-    // Each for the selected document; nothing where none is.
-    void renameSelection(const std::string& name);
+    // Each for the selected document; nothing where none is. Why a name is refused is for the caller to tell.
+    Result<> renameSelection(const std::string& name);
     void duplicateSelection();
     void moveSelectionToTrash();
 

@@ -124,6 +124,9 @@ void BrowserScreen::showSelection()
 
 std::optional<BrowserScreen::Notice> BrowserScreen::notice() const
 {
+    if (!refusal.isEmpty()) {
+        return Notice{refusal, ""};
+    }
     if (!logic->waitingDocuments().empty()) {
         return Notice{QString::fromStdString(logic->waitingLine()), "Open now"};
     }
@@ -144,7 +147,9 @@ void BrowserScreen::actOnNotice()
 
 void BrowserScreen::dropNotice()
 {
-    if (!logic->waitingDocuments().empty()) {
+    if (!refusal.isEmpty()) {
+        tellRefusal("");
+    } else if (!logic->waitingDocuments().empty()) {
         logic->forgetWaitingDocuments();
     } else {
         trashed.clear();
@@ -178,6 +183,32 @@ void BrowserScreen::rename()
 {
     if (logic->canPerformAction("rename:")) {
         tiles->edit(tiles->currentIndex());
+    }
+}
+
+// What is refused stays in its field.
+void BrowserScreen::takeName(const std::filesystem::path& file, const QString& name)
+{
+    logic->select(file);
+    const Result<> renamed = logic->renameSelection(name.toStdString());
+    if (renamed) {
+        return;
+    }
+    tellRefusal(QString::fromStdString(renamed.error()));
+    const QModelIndex tile = model->indexOf(file);
+    if (isVisible() && tile.isValid()) {
+        tiles->edit(tile);
+        if (auto* field = qobject_cast<QLineEdit*>(tiles->indexWidget(tile))) {
+            field->setText(name);
+            field->setModified(true);
+        }
+    }
+}
+
+void BrowserScreen::tellRefusal(const QString& line)
+{
+    if (std::exchange(refusal, line) != line) {
+        Q_EMIT noticeChanged();
     }
 }
 

@@ -33,7 +33,7 @@ public:
     // One line that the window tells below the screens, with what can be done about it.
     struct Notice {
         QString line;
-        QString action;
+        QString action; // empty for none
     };
 
     BrowserScreen(std::shared_ptr<DocumentBrowserViewController> logic, Thumbnails& thumbnails,
@@ -43,7 +43,8 @@ public:
     // The keyboard's focus to the tiles, with the selected one in view, or to New where there are none.
     void takeFocus();
 
-    // Documents that wait, else what was moved to the trash last and not left since; no value for neither.
+    // Why a name was refused, as long as it is being edited; else documents that wait, else what was moved to
+    // the trash last and not left since; no value for none of them.
     std::optional<Notice> notice() const;
     void actOnNotice();
     void dropNotice();
@@ -83,6 +84,8 @@ private:
     void followScreen();
     void open();
     void rename();
+    void takeName(const std::filesystem::path& file, const QString& name);
+    void tellRefusal(const QString& line);
     void duplicate();
     void moveToTrash();
     void undo();
@@ -103,6 +106,7 @@ private:
     TileModel* model = nullptr;
     std::vector<std::pair<QAction*, QString>> actions; // with their selectors
     std::optional<std::filesystem::path> scrolledTo;   // the selection that was brought into view last
+    QString refusal;                                   // of the last name; empty for none
     QString trashed;                                   // what was moved to the trash; empty for nothing
     int margin = -1;                                   // pixels left of the tiles
     bool isShowing = false;                            // what the logic has, so that it is not told it again

@@ -59,11 +59,9 @@ void BrowserScreen::makeTiles()
     // Later, since the list changes, and the editor still is at work.
     connect(
         model, &TileModel::renamed, this,
-        [this](const std::filesystem::path& file, const QString& name) {
-            logic->select(file);
-            logic->renameSelection(name.toStdString());
-        },
+        [this](const std::filesystem::path& file, const QString& name) { takeName(file, name); },
         Qt::QueuedConnection);
+    connect(tiles->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, [this] { tellRefusal(""); });
     empty = new EmptyBrowser(middle);
     connect(empty->newButton, &QPushButton::clicked, this, [this] { logic->createDocument(); });
     connect(empty->importButton, &QPushButton::clicked, this, &BrowserScreen::import);

@@ -4,6 +4,7 @@
 #include "app/screens/BrowserScreen.h"
 #include "app/screens/DocumentScreen.h"
 #include "app/screens/FadeOut.h"
+#include "app/screens/FileAddress.h"
 #include "app/screens/HelpScreen.h"
 
 #include <QApplication>
@@ -30,7 +31,7 @@ std::vector<std::filesystem::path> filesOf(const QMimeData& data)
     std::vector<std::filesystem::path> files;
     for (const QUrl& url : data.urls()) {
         if (url.isLocalFile()) {
-            files.emplace_back(QFile::encodeName(url.toLocalFile()).toStdString());
+            files.push_back(fileOf(url));
         }
     }
     return files;

@@ -16,6 +16,9 @@ MessageBar::MessageBar(QWidget* parent)
     layout->addWidget(label, 1);
     layout->addWidget(button);
     layout->addWidget(close);
+    // A click leaves the focus with the field that the line is about.
+    button->setFocusPolicy(Qt::TabFocus);
+    close->setFocusPolicy(Qt::TabFocus);
     connect(button, &QPushButton::clicked, this, &MessageBar::acted);
     connect(close, &QPushButton::clicked, this, &MessageBar::closed);
     hide();
@@ -33,6 +36,7 @@ void MessageBar::tell(const QString& line, const QString& action)
     label->setText(line);
     button->setText(action);
     button->setAccessibleName(action);
+    button->setVisible(!action.isEmpty());
     setAccessibleName(line);
     setVisible(true);
 }

@@ -6,7 +6,7 @@
 
 namespace volvelle {
 
-// A line at the foot of the window with one thing to do, and a way to be rid of it. [main]
+// A line at the foot of the window with one thing to do or none, and a way to be rid of it. [main]
 class MessageBar : public QFrame {
     Q_OBJECT
 

@@ -164,7 +164,7 @@ void Thumbnails::take(const Key& key, const Thumbnail& thumbnail)
         known.erase(oldest);
         order.pop_front();
     }
-    Q_EMIT made(QFile::decodeName(key.file.c_str()));
+    Q_EMIT made(key.file);
     begin();
 }
 

@@ -58,7 +58,7 @@ public:
     static std::filesystem::path usualFolder();
 
 Q_SIGNALS:
-    void made(const QString& file);
+    void made(const std::filesystem::path& file);
 
 private:
     void begin();

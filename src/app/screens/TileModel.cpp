@@ -1,9 +1,8 @@
 #include "app/screens/TileModel.h"
 
 #include "app/control/DateText.h"
+#include "app/control/LocalizedName.h"
 #include "app/screens/Appearance.h"
-
-#include <QFile>
 
 #include <algorithm>
 #include <ctime>
@@ -150,7 +149,7 @@ QVariant TileModel::data(const QModelIndex& index, int role) const
         }
         return {};
     case Qt::ToolTipRole:
-        return QFile::decodeName(shown->location.c_str()).toHtmlEscaped();
+        return QString::fromStdString(shownPath(shown->location)).toHtmlEscaped();
     default:
         return {};
     }
@@ -171,9 +170,9 @@ Qt::ItemFlags TileModel::flags(const QModelIndex& index) const
     return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable : Qt::NoItemFlags;
 }
 
-void TileModel::update(const QString& file)
+void TileModel::update(const std::filesystem::path& file)
 {
-    const QModelIndex row = indexOf(QFile::encodeName(file).toStdString());
+    const QModelIndex row = indexOf(file);
     if (row.isValid()) {
         Q_EMIT dataChanged(row, row);
     }

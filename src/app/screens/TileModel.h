@@ -43,7 +43,7 @@ private:
     void removeRowsWithout(const std::vector<FolderDocument>& documents);
     void placeRows(const std::vector<FolderDocument>& documents);
     std::optional<Thumbnails::Thumbnail> thumbnail(const FolderDocument& document) const;
-    void update(const QString& file);
+    void update(const std::filesystem::path& file);
 
     Thumbnails& thumbnails;
     std::vector<FolderDocument> rows;

@@ -1,6 +1,7 @@
 #include "app/shell/AppProgram.h"
 
 #include "app/screens/Appearance.h"
+#include "app/screens/FileAddress.h"
 #include "app/shell/ColorScheme.h"
 #include "app/shell/EndSignals.h"
 #include "app/shell/OneInstance.h"
@@ -15,8 +16,6 @@
 #include "services/settings/NSUserDefaults.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QIcon>
 
 #include <csignal>
@@ -48,11 +47,14 @@ bool hasDisplay()
            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-QStringList absolute(const std::vector<std::filesystem::path>& files)
+// Where they stand for another process, too.
+QStringList addressesOf(const std::vector<std::filesystem::path>& files)
 {
     QStringList result;
     for (const auto& file : files) {
-        result << QDir().absoluteFilePath(QFile::decodeName(file.c_str()));
+        std::error_code unknown;
+        const auto place = std::filesystem::absolute(file, unknown);
+        result << addressOf(unknown ? file : place);
     }
     return result;
 }
@@ -101,7 +103,7 @@ int runWindow(const AppOptions& options)
     const QApplication application(count, arguments);
     qInstallMessageHandler(before);
     prepareApplication();
-    const QStringList files = absolute(options.files);
+    const QStringList files = addressesOf(options.files);
     Shell* running = nullptr;
     QStringList early; // handed over before the shell is there
     OneInstance instance(OneInstance::usualName());

@@ -1,12 +1,13 @@
 #include "app/shell/FileManager.h"
 
+#include "app/screens/FileAddress.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QFile>
 #include <QStringList>
-#include <QUrl>
 
 #include <utility>
 
@@ -24,8 +25,7 @@ void showInFileManager(const std::filesystem::path& file,
     const QString name = "org.freedesktop.FileManager1";
     QDBusMessage message =
         QDBusMessage::createMethodCall(name, "/org/freedesktop/FileManager1", name, "ShowItems");
-    const QUrl url = QUrl::fromLocalFile(QFile::decodeName(file.c_str()));
-    message << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
+    message << QStringList{addressOf(file)} << QString();
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(message), qApp);
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, qApp,
                      [folder, open = std::move(openFolder)](QDBusPendingCallWatcher* call) {

@@ -1,5 +1,6 @@
 #include "app/shell/MediaPlayer.h"
 
+#include "app/screens/FileAddress.h"
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QUrl>
@@ -137,7 +138,7 @@ void MediaPlayerControls::OpenUri(const QString& uri)
 {
     const QUrl url(uri);
     if (url.isLocalFile()) {
-        player.window.open(url.toLocalFile());
+        player.window.open(addressOf(fileOf(url)));
     }
 }
 

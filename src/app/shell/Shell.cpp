@@ -2,6 +2,7 @@
 
 #include "app/screens/BrowserScreen.h"
 #include "app/screens/DocumentScreen.h"
+#include "app/screens/FileAddress.h"
 #include "app/shell/DesktopTrash.h"
 #include "app/shell/FileManager.h"
 #include "base/Paths.h"
@@ -23,11 +24,6 @@ constexpr double soundInterval = 0.5; // seconds between two looks at the sink
 constexpr int folderPause = 200;      // ms, in which several changes of a folder become one
 constexpr const char* noSound = "There is no sound device: the music plays on silently.";
 
-std::filesystem::path pathOf(const QString& file)
-{
-    return QFile::encodeName(file).toStdString();
-}
-
 void post(std::string_view notification)
 {
     defaultNotificationCenter().post(notification, nullptr);
@@ -42,7 +38,7 @@ std::vector<UIOpenURLContext> contextsOf(const QStringList& files)
 {
     std::vector<UIOpenURLContext> contexts;
     for (const QString& file : files) {
-        contexts.push_back({pathOf(file), true});
+        contexts.push_back({fileOf(file), true});
     }
     return contexts;
 }

@@ -82,14 +82,13 @@ fs::path named(const fs::path& folder, std::string_view kind, int number, const 
 // Moves a version's bytes to a name that is free.
 Result<> keep(const fs::path& version, const fs::path& folder)
 {
-    OSStatus status = fileExistsErr;
-    for (int number = 1; status == fileExistsErr; ++number) {
-        status = moveFile(version, named(folder, keptName, number, version.extension()));
+    int failed = EEXIST;
+    fs::path kept;
+    for (int number = 1; failed == EEXIST; ++number) {
+        kept = named(folder, keptName, number, version.extension());
+        failed = moveFile(version, kept);
     }
-    if (status != noErr) {
-        return failure(concat("'", version.string(), "' could not be moved to '", folder.string(), "'."));
-    }
-    return {};
+    return failed == 0 ? Result<>() : failure(writeFailure(kept, failed));
 }
 
 } // namespace
@@ -170,7 +169,7 @@ void NSFileVersion::setResolved(bool value)
     const int number = numberOf(place);
     const fs::path renamed =
         named(place.parent_path(), value ? resolvedName : conflictName, number, place.extension());
-    if (value != isResolved && moveFile(place, renamed) == noErr) {
+    if (value != isResolved && moveFile(place, renamed) == 0) {
         place = renamed;
         isResolved = value;
     }

@@ -1,11 +1,29 @@
 #include "services/files/FileNames.h"
 
+#include "base/PlainText.h"
 #include "base/Text.h"
 
 #include <algorithm>
+#include <climits>
 #include <system_error>
 
 namespace volvelle {
+
+namespace {
+
+// The first bytes of a text, without the half of a letter at their end.
+std::string wholeLetters(const std::string& name, std::size_t bytes)
+{
+    const auto isInside = [&](std::size_t at) {
+        return (static_cast<unsigned char>(name[at]) & 0xC0U) == 0x80U;
+    };
+    while (bytes > 0 && utf8Length(name) == name.size() && isInside(bytes)) {
+        --bytes;
+    }
+    return name.substr(0, bytes);
+}
+
+} // namespace
 
 std::string fileEnding(const std::filesystem::path& file)
 {
@@ -24,7 +42,13 @@ bool isMIDIFileName(const std::filesystem::path& file)
 
 std::filesystem::path withNumber(const std::filesystem::path& file, int number)
 {
-    return file.parent_path() / concat(file.stem().string(), " ", number, file.extension().string());
+    std::string name = file.stem().string();
+    const std::string ending = concat(" ", number, file.extension().string());
+    const bool isLong = name.size() + ending.size() > NAME_MAX;
+    if (isLong && file.filename().native().size() <= NAME_MAX && ending.size() < NAME_MAX) {
+        name = wholeLetters(name, NAME_MAX - ending.size());
+    }
+    return file.parent_path() / (name + ending);
 }
 
 std::filesystem::path numberedFile(const std::filesystem::path& file, int number)

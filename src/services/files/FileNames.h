@@ -11,7 +11,7 @@ std::string fileEnding(const std::filesystem::path& file);
 // True for the name of a MIDI file: .mid or .midi, in large letters or small. [any]
 bool isMIDIFileName(const std::filesystem::path& file);
 
-// "a/NAME 1.mid" for 1 and so on. [any]
+// "a/NAME 1.mid" for 1 and so on. Of a long name as many whole letters are kept as there is room for. [any]
 std::filesystem::path withNumber(const std::filesystem::path& file, int number);
 
 // "a/NAME.mid" for 1, "a/NAME 2.mid" for 2 and so on. [any]

@@ -26,45 +26,44 @@ void syncFolderOf(const std::filesystem::path& file)
 
 } // namespace
 
-OSStatus moveFile(const std::filesystem::path& from, const std::filesystem::path& to)
+int moveFile(const std::filesystem::path& from, const std::filesystem::path& to)
 {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
         syncFolderOf(to);
         syncFolderOf(from);
-        return noErr;
+        return 0;
     }
     switch (errno) {
     case EXDEV:
     case EINVAL:
     case ENOSYS:
         return moveFileByCopying(from, to);
-    case ENOENT:
     case ENOTDIR:
-        return fileNotFoundErr;
-    case EEXIST:
-        return fileExistsErr;
+        return ENOENT;
     default:
-        return fileIOErr;
+        return errno;
     }
 }
 
-OSStatus moveFileByCopying(const std::filesystem::path& from, const std::filesystem::path& to)
+int moveFileByCopying(const std::filesystem::path& from, const std::filesystem::path& to)
 {
-    struct stat source = {};
     std::vector<std::uint8_t> bytes;
-    OSStatus status = readFile(from, bytes);
-    status = status == noErr ? replaceFile(to, bytes, false) : status;
-    if (status != noErr) {
-        return status;
+    if (const OSStatus status = readFile(from, bytes); status != noErr) {
+        return status == fileNotFoundErr ? ENOENT : EIO;
     }
+    if (const int failed = putFile(to, bytes, false); failed != 0) {
+        return failed == ENOTDIR ? ENOENT : failed;
+    }
+    struct stat source = {};
     const bool isMoved = stat(from.c_str(), &source) == 0 &&
                          chmod(to.c_str(), source.st_mode & 07777U) == 0 && unlink(from.c_str()) == 0;
     if (!isMoved) {
+        const int failed = errno;
         unlink(to.c_str());
-        return fileIOErr;
+        return failed;
     }
     syncFolderOf(from);
-    return noErr;
+    return 0;
 }
 
 } // namespace volvelle

@@ -148,9 +148,56 @@ TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
     EXPECT_EQ(told(folder.rename(file, "a/b")), "A name cannot hold a slash.");
     EXPECT_EQ(told(folder.rename(file, std::string(252, 'x'))), "The name is too long.");
     EXPECT_EQ(told(folder.rename(file, "b")), "There is already an idea called 'b'.");
-    EXPECT_EQ(told(folder.rename(ideas.path / "c.mid", "d")), "'c.mid' could not be renamed.");
+    EXPECT_EQ(told(folder.rename(ideas.path / "c.mid", "d")), "'c' is not there any more.");
     EXPECT_EQ(ideas.names(), (Lines{"a.mid", "b.mid"}));
     EXPECT_EQ(told(folder.rename(file, std::string(251, 'x'))), std::string(251, 'x') + ".mid");
+}
+
+TEST_F(DocumentFolderTest, ALongNameIsRenamedDuplicatedAndImported)
+{
+    const std::string longest = std::string(251, 'x') + ".mid";
+    const fs::path file = ideas.write(longest, "abc");
+    EXPECT_EQ(told(folder.duplicate(file)), std::string(249, 'x') + " 2.mid");
+    EXPECT_EQ(told(folder.duplicate(file)), std::string(249, 'x') + " 3.mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write(longest, "new"))), std::string(249, 'x') + " 4.mid");
+    EXPECT_EQ(told(folder.rename(file, std::string(251, 'y'))), std::string(251, 'y') + ".mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write(std::string(251, 'z'), ""))),
+              std::string(251, 'z') + ".mid");
+    EXPECT_EQ(folder.documents().size(), 5U);
+}
+
+TEST_F(DocumentFolderTest, ATooLongNameIsRefusedBeforeAnythingIsTouched)
+{
+    const DocumentFolder later(ideas.path / "x", trash);
+    EXPECT_EQ(told(later.takeCopy(elsewhere.write(std::string(252, 'x'), ""))), "The name is too long.");
+    EXPECT_EQ(ideas.names(), Lines{});
+}
+
+TEST_F(DocumentFolderTest, ANameOfOtherBytesIsRenamedAndLeftWhereItIsNotEdited)
+{
+    const fs::path file = ideas.write("a\xE9\n.mid", "abc");
+    EXPECT_EQ(told(folder.rename(file, "aé ")), "a\xE9\n.mid");
+    EXPECT_EQ(told(folder.duplicate(file)), "a\xE9\n 2.mid");
+    EXPECT_EQ(told(folder.rename(file, "b")), "b.mid");
+    EXPECT_EQ(textOf(ideas.path / "b.mid"), "abc");
+}
+
+TEST_F(DocumentFolderTest, AMoveThatFailsTellsWhy)
+{
+    std::error_code none;
+    if (!fs::is_directory("/dev/shm", none)) {
+        GTEST_SKIP() << "there is no second device";
+    }
+    const fs::path file = fs::path("/dev/shm") / (ideas.path.filename().string() + ".mid");
+    ASSERT_EQ(putFile(file, std::vector<std::uint8_t>(20), true), 0);
+    {
+        const FileSizeLimit limit(4);
+        EXPECT_EQ(told(folder.takeMove(file)),
+                  "'" + (ideas.path / file.filename()).string() +
+                      "' could not be written: it would be larger than allowed.");
+    }
+    EXPECT_TRUE(fs::remove(file));
+    EXPECT_EQ(ideas.names(), Lines{});
 }
 
 TEST_F(DocumentFolderTest, TheTrashGivesBackTheLastFirst)

@@ -57,7 +57,7 @@ TEST_F(UIDocumentBrowserViewControllerTest, BeforeAFolderIsShownNothingHappens)
     browser->createDocument();
     browser->importDocument("a.mid");
     browser->pick({"a.mid"});
-    browser->renameSelection("a");
+    EXPECT_TRUE(browser->renameSelection("a"));
     browser->duplicateSelection();
     browser->moveSelectionToTrash();
     browser->undo();
@@ -208,12 +208,12 @@ TEST_F(UIDocumentBrowserViewControllerTest, AFileIsRenamedDuplicatedAndStaysSele
 {
     makeBrowser({"a.mid", "b.mid"});
     root->select(documents / "a.mid");
-    root->renameSelection("c");
+    EXPECT_TRUE(root->renameSelection("c"));
     EXPECT_EQ(selectedName(), "c.mid");
     root->duplicateSelection();
     EXPECT_EQ(selectedName(), "c 2.mid");
-    root->renameSelection("b");
-    EXPECT_EQ(host->alertTexts(), Lines{"File Error: File Error There is already an idea called 'b'. [OK]"});
+    EXPECT_EQ(root->renameSelection("b").error(), "There is already an idea called 'b'.");
+    EXPECT_EQ(host->alertTexts(), Lines{});
     EXPECT_EQ(selectedName(), "c 2.mid");
     EXPECT_EQ(folder.names(), Lines{});
 }
@@ -223,8 +223,7 @@ TEST_F(UIDocumentBrowserViewControllerTest, WhatFailsIsToldAndTheListIsReadAnew)
     makeBrowser({"a.mid", "b.mid"});
     root->select(documents / "a.mid");
     fs::remove(documents / "a.mid");
-    root->renameSelection("c");
-    EXPECT_EQ(host->alertTexts(), Lines{"File Error: File Error 'a.mid' could not be renamed. [OK]"});
+    EXPECT_EQ(root->renameSelection("c").error(), "'a' is not there any more.");
     EXPECT_EQ(shownNames(), Lines{"b"});
     fs::remove(documents / "b.mid");
     root->duplicateSelection();

@@ -30,6 +30,28 @@ TEST_F(DesktopTrashTest, TakesAFileAndGivesItBack)
     EXPECT_FALSE(std::filesystem::exists(info));
 }
 
+TEST_F(DesktopTrashTest, TakesNamesOfAnyBytesAndLengthAndGivesThemBack)
+{
+    for (const std::string& name : {std::string("a\xE9 %.mid"), std::string(251, 'x') + ".mid"}) {
+        for (int round = 0; round < 2; ++round) {
+            const auto file = folder.write(name, "content");
+            const auto place = trash.take(file);
+            ASSERT_TRUE(place) << place.error();
+            EXPECT_TRUE(folder.names().empty());
+            const auto info =
+                place->parent_path().parent_path() / "info" / (place->filename().string() + ".trashinfo");
+            EXPECT_TRUE(std::filesystem::exists(info)) << info;
+            const auto other = trash.take(folder.write(name, "other"));
+            ASSERT_TRUE(other);
+            EXPECT_NE(*other, *place);
+            EXPECT_TRUE(trash.restore(*place, file));
+            EXPECT_EQ(std::filesystem::file_size(file), 7U);
+            EXPECT_FALSE(std::filesystem::exists(info));
+            std::filesystem::remove(file);
+        }
+    }
+}
+
 TEST_F(DesktopTrashTest, MakesTheTrashWhereNoneIsYetAndNeverInTheWorkingFolder)
 {
     TemporaryFolder fresh;

@@ -36,6 +36,17 @@ TEST(FileNames, ANumberStandsBeforeTheEnding)
     EXPECT_EQ(numberedFile("a.b.mid", 3), "a.b 3.mid");
 }
 
+TEST(FileNames, ANumberedNameIsNoLongerThanAFileSystemTakes)
+{
+    EXPECT_EQ(withNumber("a/" + std::string(251, 'x') + ".mid", 12),
+              "a/" + std::string(248, 'x') + " 12.mid");
+    EXPECT_EQ(withNumber(std::string(248, 'x') + "é.mid", 2), std::string(248, 'x') + " 2.mid");
+    EXPECT_EQ(withNumber(std::string(247, 'x') + "éxx.mid", 2), std::string(247, 'x') + "é 2.mid");
+    EXPECT_EQ(withNumber(std::string(247, 'x') + "\xA9xxx.mid", 2), std::string(247, 'x') + "\xA9x 2.mid");
+    const std::string none(252, 'x');
+    EXPECT_EQ(withNumber(none + ".mid", 2), none + " 2.mid");
+}
+
 TEST(FileNames, ANameIsTakenByWhateverHasIt)
 {
     const TemporaryFolder folder;

@@ -4,6 +4,7 @@
 #include "tests/services/files/FileSizeLimit.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Move = OSStatus (*)(const fs::path&, const fs::path&);
+using Move = int (*)(const fs::path&, const fs::path&);
 
 class MovedFiles : public testing::TestWithParam<Move> {
 protected:
@@ -32,7 +33,7 @@ protected:
 TEST_P(MovedFiles, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
 {
     fs::permissions(from, fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(GetParam()(from, to), noErr);
+    EXPECT_EQ(GetParam()(from, to), 0);
     EXPECT_EQ(folder.names(), Lines{"b"});
     EXPECT_EQ(contentOf(to), hex("\"old\""));
     EXPECT_EQ(fs::status(to).permissions(), fs::perms::owner_read | fs::perms::owner_write);
@@ -41,7 +42,7 @@ TEST_P(MovedFiles, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
 TEST_P(MovedFiles, WhatHasTheNameAlreadyStays)
 {
     folder.write("b", "other");
-    EXPECT_EQ(GetParam()(from, to), fileExistsErr);
+    EXPECT_EQ(GetParam()(from, to), EEXIST);
     EXPECT_EQ(contentOf(from), hex("\"old\""));
     EXPECT_EQ(contentOf(to), hex("\"other\""));
     EXPECT_EQ(folder.names(), (Lines{"a", "b"}));
@@ -49,18 +50,24 @@ TEST_P(MovedFiles, WhatHasTheNameAlreadyStays)
 
 TEST_P(MovedFiles, AFileOrAFolderThatIsNotThereIsTold)
 {
-    EXPECT_EQ(GetParam()(folder.path / "none", to), fileNotFoundErr);
-    EXPECT_EQ(GetParam()(from, folder.path / "none" / "b"), fileNotFoundErr);
+    EXPECT_EQ(GetParam()(folder.path / "none", to), ENOENT);
+    EXPECT_EQ(GetParam()(from, folder.path / "none" / "b"), ENOENT);
     EXPECT_EQ(folder.names(), Lines{"a"});
 }
 
 INSTANTIATE_TEST_SUITE_P(ByNameAndByCopying, MovedFiles, testing::Values(&moveFile, &moveFileByCopying));
 
+TEST_P(MovedFiles, ANameThatIsTooLongIsTold)
+{
+    EXPECT_EQ(GetParam()(from, folder.path / std::string(256, 'x')), ENAMETOOLONG);
+    EXPECT_EQ(folder.names(), Lines{"a"});
+}
+
 TEST_F(MovedFiles, ACopyThatFailsLeavesEverythingAsItWas)
 {
     {
         const FileSizeLimit limit(1);
-        EXPECT_EQ(moveFileByCopying(from, to), fileIOErr);
+        EXPECT_EQ(moveFileByCopying(from, to), EFBIG);
     }
     EXPECT_EQ(folder.names(), Lines{"a"});
     EXPECT_EQ(contentOf(from), hex("\"old\""));
@@ -73,10 +80,10 @@ TEST_F(MovedFiles, AFileMovesToAnotherDevice)
         GTEST_SKIP() << "there is no second device";
     }
     const fs::path far = fs::path("/dev/shm") / folder.path.filename();
-    EXPECT_EQ(moveFile(from, far), noErr);
+    EXPECT_EQ(moveFile(from, far), 0);
     EXPECT_EQ(contentOf(far), hex("\"old\""));
     EXPECT_EQ(folder.names(), Lines{});
-    EXPECT_EQ(moveFile(far, to), noErr);
+    EXPECT_EQ(moveFile(far, to), 0);
     EXPECT_FALSE(fs::exists(far));
     EXPECT_EQ(contentOf(to), hex("\"old\""));
 }
