@@ -314,6 +314,43 @@ TEST(MIDICircleView, DrawsItsBoundsUnlessHidden)
     EXPECT_EQ(drawn([&] { view.draw({}); }), CircleDrawing{});
 }
 
+TEST(MIDICircleView, SharesItsContrastOut)
+{
+    MIDICircleView view;
+    view.setContrast(0.25);
+    expectColor(view.baseClass->colorContrast, {0.75, 0.75, 0.75, 1.0});
+    expectColor(view.baseClass->colorContrastInverted, {0.25, 0.25, 0.25, 1.0});
+    expectColor(view.baseClass->colorMain, {0.75, 0.75, 0.75, 1.0});
+}
+
+TEST(MIDICircleView, HandsEachDelegateOnAlsoNone)
+{
+    FakeSequence sequence;
+    MIDICircleView view;
+    EXPECT_EQ(view.baseClass->delegate, nullptr);
+    view.setDelegate(&sequence);
+    EXPECT_EQ(view.baseClass->delegate, &sequence);
+    view.setDelegate(nullptr);
+    EXPECT_EQ(view.baseClass->delegate, nullptr);
+}
+
+TEST_F(Circle, BeginsWithItsUsualColoursAndSizes)
+{
+    const MIDICircleViewBase fresh;
+    expectColor(fresh.colorChannel, {0.8, 0.4, 0.4, 1.0});
+    expectColor(fresh.colorMarker, {0.652, 0.8, 0.32, 1.0});
+    expectColor(fresh.colorContrast, {0.0, 0.0, 0.0, 1.0});
+    expectColor(fresh.colorContrastInverted, {1.0, 1.0, 1.0, 1.0});
+    expectColor(fresh.colorMain, {0.753, 0.753, 0.753, 1.0});
+    EXPECT_EQ(fresh.beatLength, 16.0);
+    EXPECT_EQ(fresh.noteWidth, 2.0);
+    EXPECT_EQ(fresh.progressionValue, 0.0);
+    EXPECT_EQ(fresh.currentBeat, 0.0);
+    EXPECT_EQ(fresh.scaling.width, 1.0);
+    EXPECT_EQ(fresh.scaling.height, 1.0);
+    EXPECT_EQ(fresh.delegate, nullptr);
+}
+
 TEST(MIDICircleView, IsDrawnAgainAfterFocusContrastAndProgress)
 {
     int draws = 0;
