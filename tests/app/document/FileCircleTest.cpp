@@ -36,6 +36,23 @@ TEST_F(FileCircleTest, HoldsTheEventsThatADocumentOfTheFileHas)
     EXPECT_EQ(FileCircle(smallFile()).notes(), 3);
 }
 
+// One track of two channels, the higher one first.
+const std::vector<std::uint8_t> twoChannels{0x4D, 0x54, 0x68, 0x64, 0,    0,    0,    6,    0,  0,    0,
+                                            1,    0,    96,   0x4D, 0x54, 0x72, 0x6B, 0,    0,  0,    20,
+                                            0,    0x91, 62,   100,  0,    0x90, 60,   100,  96, 0x81, 62,
+                                            64,   0,    0x80, 60,   64,   0,    0xFF, 0x2F, 0};
+
+TEST_F(FileCircleTest, TheChannelsOfOneTrackStandApartAsInADocument)
+{
+    const auto file = folder.write("a.mid", twoChannels);
+    const Lines texts = textsOf(FileCircle(file).getEvents());
+    ASSERT_EQ(texts.size(), 4U);
+    EXPECT_EQ(texts.front(), "0 144 60 100");
+    const auto document = MIDIDocument::make(file);
+    EXPECT_TRUE(opens(*document));
+    EXPECT_EQ(textsOf(document->getEvents()), texts);
+}
+
 TEST_F(FileCircleTest, IsAsLongAsItsLongestTrack)
 {
     writeFile(folder.path / "a.mid", {{{0.0, 60, 1.0}, {19.0, 62, 1.5, 3}}, {}, {}});
