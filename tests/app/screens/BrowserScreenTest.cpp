@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QSignalSpy>
 
 namespace volvelle::test {
 namespace {
@@ -164,111 +163,6 @@ TEST_F(BrowserScreenTest, KeepsTheOldNameWithEscape)
     EXPECT_TRUE(tiles().hasFocus());
 }
 
-TEST_F(BrowserScreenTest, KeepsANameThatIsRefusedInItsField)
-{
-    writeThree();
-    open();
-    for (const auto& [name, line] :
-         std::vector<std::pair<QString, std::string>>{{"Copper", "There is already an idea called 'Copper'."},
-                                                      {"a/b", "A name cannot hold a slash."},
-                                                      {QString(252, 'x'), "The name is too long."}}) {
-        key(Qt::Key_F2);
-        type(name);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        settle();
-        auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-        ASSERT_NE(field, nullptr) << line;
-        EXPECT_EQ(field->text(), name);
-        EXPECT_EQ(notice(), line);
-        EXPECT_EQ(button(*window, ""), nullptr);
-        EXPECT_EQ(alert(), "");
-        QTest::keyClick(field, Qt::Key_Escape);
-        settle();
-        EXPECT_EQ(notice(), "");
-        EXPECT_EQ(names(), (Names{"Hallway", "Copper", "Slow tide"}));
-    }
-}
-
-TEST_F(BrowserScreenTest, TakesTheNextNameAfterOneThatWasRefused)
-{
-    writeThree();
-    open();
-    key(Qt::Key_F2);
-    type("Copper");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
-    QTest::keyClicks(QApplication::focusWidget(), " again");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
-    EXPECT_EQ(names(), (Names{"Copper again", "Copper", "Slow tide"}));
-    EXPECT_EQ(notice(), "");
-    EXPECT_TRUE(tiles().hasFocus());
-}
-
-TEST_F(BrowserScreenTest, KeepsANameThatIsRefusedWhereAnotherTileIsClicked)
-{
-    writeThree();
-    open();
-    key(Qt::Key_F2);
-    type("Copper");
-    QTest::mouseClick(tiles().viewport(), Qt::LeftButton, {},
-                      tiles().visualRect(tiles().model()->index(2, 0)).center());
-    settle();
-    auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-    ASSERT_NE(field, nullptr);
-    EXPECT_EQ(field->text(), "Copper");
-    EXPECT_EQ(selected(), "Hallway");
-    press("Close");
-    EXPECT_EQ(notice(), "");
-    EXPECT_TRUE(field->hasFocus());
-    EXPECT_EQ(names(), (Names{"Hallway", "Copper", "Slow tide"}));
-}
-
-TEST_F(BrowserScreenTest, TellsThatAFileIsGoneThatIsRenamed)
-{
-    writeThree();
-    open();
-    key(Qt::Key_F2);
-    std::filesystem::remove(folder / "Hallway.mid");
-    type("Late");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
-    EXPECT_EQ(names(), (Names{"Copper", "Slow tide"}));
-    EXPECT_EQ(notice(), "'Hallway' is not there any more.");
-}
-
-TEST_F(BrowserScreenTest, ShowsOpensAndRenamesANameOfOtherBytes)
-{
-    writeIdea("a\xE9.mid");
-    open();
-    EXPECT_EQ(names(), Names{"aé"});
-    const QModelIndex tile = tiles().model()->index(0, 0);
-    QSignalSpy changed(tiles().model(), &QAbstractItemModel::dataChanged);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !tile.data(TileModel::discRole).isNull(); }, 30'000));
-    EXPECT_EQ(changed.count(), 1);
-    key(Qt::Key_Return);
-    ASSERT_NE(document(), nullptr);
-    EXPECT_EQ(root->documentViewController->title, "aé");
-    key(Qt::Key_Escape);
-    key(Qt::Key_F2);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
-    EXPECT_TRUE(std::filesystem::exists(folder / "a\xE9.mid"));
-    key(Qt::Key_F2);
-    type("b");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
-    EXPECT_TRUE(std::filesystem::exists(folder / "b.mid"));
-}
-
-TEST_F(BrowserScreenTest, TakesADropOfANameOfOtherBytes)
-{
-    open();
-    std::filesystem::copy_file(writeIdea("Slow tide.mid"), home.path / "a\xE9.mid");
-    drop({QUrl(addressOf(home.path / "a\xE9.mid"))});
-    EXPECT_TRUE(std::filesystem::exists(folder / "a\xE9.mid"));
-}
-
 TEST_F(BrowserScreenTest, DuplicatesWithCtrlD)
 {
     writeThree();
@@ -368,6 +262,14 @@ TEST_F(BrowserScreenTest, CopiesWhatIsDroppedAndLetsTheRestWait)
     EXPECT_EQ(root->documentViewController->title, "Other");
     EXPECT_EQ(notice(), "");
     EXPECT_TRUE(document()->disc()->hasFocus());
+}
+
+TEST_F(BrowserScreenTest, TakesADropOfANameOfOtherBytes)
+{
+    open();
+    std::filesystem::copy_file(writeIdea("Slow tide.mid"), home.path / "a\xE9.mid");
+    drop({QUrl(addressOf(home.path / "a\xE9.mid"))});
+    EXPECT_TRUE(std::filesystem::exists(folder / "a\xE9.mid"));
 }
 
 TEST_F(BrowserScreenTest, ShowsTheFileThatIsSelectedInTheFileManager)
