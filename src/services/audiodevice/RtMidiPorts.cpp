@@ -7,6 +7,8 @@
 #include "services/audiodevice/SoundServers.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -15,6 +17,9 @@ namespace volvelle {
 namespace {
 
 constexpr const char* clientName = "Volvelle";
+
+// JACK takes a connection into its graph some cycles after it is asked for; what is sent before is lost.
+constexpr auto jackSettling = std::chrono::milliseconds(100);
 
 // Throws what the library would print: warnings mean here that something was not done.
 void throwError(RtMidiError::Type type, const std::string& message, void* /*user*/)
@@ -232,6 +237,9 @@ Result<std::unique_ptr<MIDIOutput>> RtMidiPorts::outputTo(const std::string& nam
     auto port = open(name, isVirtual, **midi);
     if (!port) {
         return failure(std::move(port).error());
+    }
+    if (!isVirtual && (*midi)->getCurrentApi() == RtMidi::UNIX_JACK) {
+        std::this_thread::sleep_for(jackSettling);
     }
     return std::make_unique<RtMidiOutput>(*std::move(midi), *std::move(port));
 }
