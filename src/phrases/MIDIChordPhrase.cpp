@@ -97,6 +97,7 @@ void MIDIChordPhrase::createChordRule(const std::vector<int>& sounding,
     const auto matches = chordRules().findMatches(sounding);
     if (matches.empty()) {
         directPrint("MIDIChordPhrase: Warning: No chord detected.");
+        loadWarnings.emplace_back("No chord detected.");
         return;
     }
     const int index = chordRules().getMatchingIndex();
@@ -167,7 +168,7 @@ void MIDIChordPhrase::addChord(const std::shared_ptr<ChordEvent>& chord)
         }
     }
     if (!chords.empty() && chords.back()->position == chord->position) {
-        directPrint("Warning: Multiple chords at position ", chord->position, " were filtered out.");
+        warn(concat("Multiple chords at position ", chord->position, " were filtered out."));
         append(chord->notes, chords.back()->notes);
         return;
     }

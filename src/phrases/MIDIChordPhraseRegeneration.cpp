@@ -64,7 +64,7 @@ void MIDIChordPhrase::keepChordNote(ChordEvent& chord, const std::shared_ptr<Phr
                                     std::size_t place, const std::vector<double>& positions)
 {
     if (place + 1 >= positions.size()) {
-        directPrint("Warning: The position is out of index.");
+        warn("The position is out of index.");
         return;
     }
     const double span = positions[place + 1] - positions[place];
@@ -73,7 +73,7 @@ void MIDIChordPhrase::keepChordNote(ChordEvent& chord, const std::shared_ptr<Phr
     }
     note->duration = span - DONOTOVERLAPP;
     if (!(note->duration >= MINDURATION)) {
-        directPrint("Warning: A chord event is too short ", note->duration, " and filtered out.");
+        warn(concat("A chord event is too short ", note->duration, " and filtered out."));
         note->duration = MINDURATION;
         return;
     }

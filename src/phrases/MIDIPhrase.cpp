@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace volvelle {
 
@@ -38,6 +39,12 @@ MIDIPhrase::MIDIPhrase()
 
 MIDIPhrase::~MIDIPhrase() = default;
 
+void MIDIPhrase::warn(std::string sentence)
+{
+    directPrint("Warning: ", sentence);
+    loadWarnings.push_back(std::move(sentence));
+}
+
 std::shared_ptr<MIDIPhrase> MIDIPhrase::make()
 {
     return std::shared_ptr<MIDIPhrase>(new MIDIPhrase);
@@ -58,6 +65,7 @@ void MIDIPhrase::loadPhrase(const std::filesystem::path& url, int transpose)
         return;
     }
     currentURL = url;
+    loadWarnings.clear();
     loadedEvents.clear();
     currentID = 0;
     sequence = nullptr;
@@ -125,8 +133,7 @@ void MIDIPhrase::foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event)
     if (!loadedEvents.empty()) {
         const PhraseEvent& last = *loadedEvents.back();
         if (last.position == found.position && last.number == found.number && last.channel == found.channel) {
-            directPrint("Warning: Duplicated note event (", found.number, ") at position ", found.position,
-                        ".");
+            warn(concat("Duplicated note event (", found.number, ") at position ", found.position, "."));
             return;
         }
     }

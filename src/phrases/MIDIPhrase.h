@@ -13,6 +13,8 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace volvelle {
 
@@ -38,6 +40,7 @@ public:
     std::shared_ptr<PolyRhythmicStepGenerator> polyRhythmicStepGenerator;
     std::shared_ptr<RandomStepGenerator> randomStepGenerator;
     std::optional<std::filesystem::path> currentURL; // the file last loaded
+    std::vector<std::string> loadWarnings;           // what was odd in that file, in plain sentences
     int currentLength = 0;                           // whole beats
     int currentID = 0;                               // the next id while loading
     int channel = 0;                                 // that the notes of this track get
@@ -98,6 +101,9 @@ public:
 
 protected:
     MIDIPhrase();
+
+    // Keeps a sentence about the file that is loaded, and prints it.
+    void warn(std::string sentence);
 };
 
 } // namespace volvelle
