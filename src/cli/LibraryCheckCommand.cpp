@@ -1,22 +1,23 @@
 #include "cli/LibraryCheckCommand.h"
 
 #include "base/Checked.h"
-#include "base/Console.h"
 #include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/StopContext.h"
 #include "inspection/EarMeasure.h"
 #include "phrases/MIDIPhrases.h"
 #include "scores/LibraryLint.h"
+#include "scores/LibraryRules.h"
 #include "scores/PhraseFile.h"
 #include "scores/PhraseFolders.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreKind.h"
-#include "scores/ScoreLint.h"
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <optional>
+#include <span>
 #include <utility>
 
 namespace volvelle {
@@ -26,33 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using NamedChord = std::pair<double, std::string>; // position in beats, short name
-
-// Keeps the warnings among the lines, and passes all of them on.
-class WarningSink : public ConsoleSink {
-public:
-    WarningSink() : next(console().setSink(this)) {}
-
-    ~WarningSink() override { console().setSink(next); }
-
-    WarningSink(const WarningSink&) = delete;
-    WarningSink& operator=(const WarningSink&) = delete;
-
-    void write(std::string_view line) override
-    {
-        if (line.starts_with("Warning:") ||
-            line.starts_with("MIDIChordPhrase: Warning: No chord detected.")) {
-            warnings.emplace_back(line);
-        }
-        if (next != nullptr) {
-            next->write(line);
-        }
-    }
-
-    std::vector<std::string> warnings;
-
-private:
-    ConsoleSink* next;
-};
 
 // "12.mid" is 12; what is no number stands after all numbers.
 int numberOf(const fs::path& file)
@@ -137,45 +111,52 @@ std::shared_ptr<MIDIPhrase> loaded(const fs::path& file, ScoreKind kind)
     return loadPhrase(file, kind);
 }
 
-void checkFile(const MIDIPhrase& phrase, ScoreKind kind, const std::string& place,
-               std::vector<std::string>& problems)
+void checkFile(const MIDIPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
 {
     std::vector<std::string> mended;
     if (MusicSequenceGetLoadWarnings(phrase.sequence->getMusicSequence(), mended) == noErr &&
         !mended.empty()) {
         problems.push_back(concat(place, ": ", mended.front()));
     }
-    const auto most = static_cast<std::size_t>(mostNotes(kind));
-    if (phrase.loadedEvents.size() > most) {
-        problems.push_back(
-            concat(place, ": the phrase has ", phrase.loadedEvents.size(), " notes, at most ", most));
+    for (const std::string& warning : phrase.loadWarnings) {
+        problems.push_back(concat(place, ": ", warning));
     }
 }
 
-void checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
+// The phrase as a score; none where nothing of it sounds.
+std::optional<Score> checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
 {
     const std::string place = file.string();
     std::error_code error;
     if (!fs::is_regular_file(file, error)) {
         problems.push_back(concat(place, ": there is no such file"));
-        return;
+        return std::nullopt;
     }
-    WarningSink sink;
     const auto phrase = loaded(file, kind);
     if (!phrase->sequence) {
         problems.push_back(concat(place, ": the file vanished"));
-        return;
+        return std::nullopt;
     }
     if (const auto chords = std::dynamic_pointer_cast<MIDIChordPhrase>(phrase)) {
         checkChords(*chords, place, problems);
     }
+    checkFile(*phrase, place, problems);
     if (phrase->loadedEvents.empty()) {
         problems.push_back(concat(place, ": the phrase is silent"));
+        return std::nullopt;
     }
-    checkFile(*phrase, kind, place, problems);
-    flushLog();
-    for (const std::string& warning : sink.warnings) {
-        problems.push_back(concat(place, ": ", warning));
+    return scoreOf(*phrase, kind);
+}
+
+void holdRules(const fs::path& root, LibraryRules& rules)
+{
+    rules.begin();
+    for (const ScoreKind kind : allScoreKinds) {
+        const std::span<const PlacedScore> scores = rules.read[kind];
+        for (std::size_t i = 0; i < scores.size(); ++i) {
+            rules.hold(scores[i], scores.first(i));
+        }
+        rules.holdFolder(root / phraseFolder(kind), scores, kind);
     }
 }
 
@@ -223,6 +204,29 @@ int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& out
     return told(report.faults, static_cast<std::size_t>(report.scores), root, output);
 }
 
+int checkPhrases(const fs::path& root, bool ear, CommandOutput& output)
+{
+    std::vector<std::string> problems;
+    std::size_t count = 0;
+    LibraryRules rules;
+    for (const ScoreKind kind : allScoreKinds) {
+        const auto files = phrasesIn(root / phraseFolder(kind), problems);
+        count += files.size();
+        for (const fs::path& file : files) {
+            if (const auto score = checkPhrase(file, kind, problems)) {
+                rules.read[kind].push_back({file, *score});
+            }
+        }
+    }
+    const bool canBeHeard = problems.empty();
+    holdRules(root, rules);
+    problems.insert(problems.end(), rules.faults.begin(), rules.faults.end());
+    if (ear && canBeHeard) {
+        checkEar(root, output, problems);
+    }
+    return told(problems, count, root, output);
+}
+
 // The line for what is neither phrases nor scores, else empty.
 std::string misnomer(const fs::path& root, bool isScore)
 {
@@ -249,26 +253,14 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
     if (!root) {
         return output.failure("There is no phrase library beside this program: name its folder.");
     }
-    const bool isScore = root->extension() == ".score";
+    const bool isScore = isScoreFile(*root);
     if (const std::string line = misnomer(*root, isScore); !line.empty()) {
         return output.failure(line);
     }
     if (isScore || holdsScoreFolders(*root)) {
         return checkScores(*root, isScore, options.ear, output);
     }
-    std::vector<std::string> problems;
-    std::size_t count = 0;
-    for (const ScoreKind kind : allScoreKinds) {
-        const auto files = phrasesIn(*root / phraseFolder(kind), problems);
-        count += files.size();
-        for (const fs::path& file : files) {
-            checkPhrase(file, kind, problems);
-        }
-    }
-    if (options.ear && problems.empty()) {
-        checkEar(*root, output, problems);
-    }
-    return told(problems, count, *root, output);
+    return checkPhrases(*root, options.ear, output);
 }
 
 } // namespace volvelle

@@ -1,10 +1,17 @@
 #include "scores/PhraseFile.h"
 
 #include "base/Checked.h"
+#include "base/PlainText.h"
+#include "base/Text.h"
 #include "phrases/MIDIPhrases.h"
 #include "scores/PhraseFolders.h"
+#include "scores/ScoreBody.h"
+#include "services/musicsequence/MusicSequence.h"
 
+#include <algorithm>
 #include <cmath>
+#include <map>
+#include <ranges>
 #include <string>
 #include <system_error>
 
@@ -14,14 +21,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
+template <class Text>
+std::string textOf(const Text& event)
+{
+    return plainLine(std::string(event.data.begin(), event.data.end()));
+}
+
 void takeTexts(const MIDIPhrase& phrase, Score& score)
 {
     for (const auto& track : required(phrase.sequence->sequenceNode).tracks) {
         for (const auto& event : required(track).getElementsOfClass<MetaTrackNameEvent>()) {
-            score.title.assign(event->data.begin(), event->data.end());
+            score.title = score.title.empty() ? textOf(*event) : score.title;
         }
         for (const auto& event : required(track).getElementsOfClass<MetaTextEvent>()) {
-            const std::string line(event->data.begin(), event->data.end());
+            const std::string line = textOf(*event);
+            if (line.starts_with(Score::styleMark)) {
+                score.style = line.substr(Score::styleMark.size());
+            }
             score.machine = score.machine || line == Score::machineMark;
             score.colour = score.colour || line == Score::colourMark;
         }
@@ -31,11 +47,54 @@ void takeTexts(const MIDIPhrase& phrase, Score& score)
 void takeNotes(const MIDIPhrase& phrase, Score& score)
 {
     for (const auto& event : phrase.loadedEvents) {
-        if (event->type == PhraseEvent::noteOn) {
+        if (event->type == PhraseEvent::noteOn && event->position < Score::beats) {
             const double whole = std::round(event->duration / Score::sixteenth) * Score::sixteenth;
             score.notes.push_back({event->position, whole - Score::gap, event->number, event->value});
         }
     }
+}
+
+void takeChords(const MIDIChordPhrase& pattern, Score& score)
+{
+    for (const auto& chord : pattern.chords) {
+        if (chord->position < Score::beats) {
+            score.chords.push_back({chord->position, required(chord->nrule).shortName});
+        }
+    }
+    scores::layOutChords(score);
+}
+
+// Keeps one note of each key at a position, a sixteenth long at least, up to the next one of its key and to
+// the end of the phrase.
+void separate(std::vector<ScoreNote>& notes)
+{
+    std::map<int, double> nextOf;
+    std::vector<ScoreNote> kept;
+    for (ScoreNote& note : notes | std::views::reverse) {
+        const double next = nextOf.try_emplace(note.number, Score::beats).first->second;
+        if (note.position < next) {
+            note.duration =
+                std::clamp(note.duration, Score::sixteenth - Score::gap, next - note.position - Score::gap);
+            kept.push_back(note);
+        }
+        nextOf[note.number] = note.position;
+    }
+    notes.assign(kept.rbegin(), kept.rend());
+}
+
+// Fails with a line where a file is no whole MIDI file.
+Result<> checkFile(const fs::path& file)
+{
+    MusicSequence sequence;
+    if (NewMusicSequence(sequence) != noErr ||
+        MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType, 0) != noErr) {
+        return failure("the MIDI file cannot be read");
+    }
+    std::vector<std::string> mended;
+    if (MusicSequenceGetLoadWarnings(sequence, mended) == noErr && !mended.empty()) {
+        return failure(mended.front());
+    }
+    return {};
 }
 
 } // namespace
@@ -59,11 +118,33 @@ Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind)
     Score score;
     score.kind = kind;
     takeTexts(phrase, score);
-    takeNotes(phrase, score);
     if (const auto* pattern = dynamic_cast<const MIDIChordPhrase*>(&phrase)) {
-        for (const auto& chord : pattern->chords) {
-            score.chords.push_back({chord->position, required(chord->nrule).shortName});
-        }
+        takeChords(*pattern, score);
+    } else {
+        takeNotes(phrase, score);
+    }
+    return score;
+}
+
+Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
+{
+    if (const Result<> whole = checkFile(file); !whole) {
+        return failure(whole.error());
+    }
+    const auto phrase = loadPhrase(file, kind);
+    const double length = required(phrase->sequence).getLength();
+    if (std::round(length / Score::sixteenth) * Score::sixteenth > Score::beats) {
+        return failure(
+            concat("the MIDI file is ", roundedText(length), " beats long, at most ", arrangementBeats));
+    }
+    Score score = scoreOf(*phrase, kind);
+    if (score.notes.empty()) {
+        return failure(
+            concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes"));
+    }
+    separate(score.notes);
+    if (score.title.empty()) {
+        score.title = plainLine(file.stem().string());
     }
     return score;
 }

@@ -20,7 +20,8 @@ struct Score {
     static constexpr double sixteenth = 0.25; // beats
     static constexpr double gap = 0.03125;    // beats that a note ends ahead of its written end
 
-    // What the flags are called in the texts of a compiled phrase.
+    // How a style begins, and what the flags are called, in the texts of a compiled phrase.
+    static constexpr std::string_view styleMark = "style: ";
     static constexpr std::string_view machineMark = "machine: yes";
     static constexpr std::string_view colourMark = "colour: yes";
 

@@ -17,6 +17,9 @@ Result<> readNotes(const std::vector<ScoreLine>& body, Score& score);
 Result<> readChords(const std::vector<ScoreLine>& body, Score& score);
 Result<> readDrums(const std::vector<ScoreLine>& body, Score& score);
 
+// Gives a score the notes of its chords as readChords() does, each chord up to the next one.
+void layOutChords(Score& score);
+
 // The four bars of a body of bar lines that the line `opened` opens.
 Result<std::vector<ScoreBar>> fourBars(const std::vector<ScoreLine>& body, int opened);
 

@@ -34,6 +34,7 @@ public:
     explicit ChordReader(Score& score) : score(score) {}
 
     Result<> readBar(const ScoreBar& bar);
+    void begin(const ChordName& chord, int line, double position);
     void finish(double end);
 
 private:
@@ -83,9 +84,15 @@ Result<> ChordReader::readChord(std::string_view name, int line, double position
     if (const auto detected = chordDetected(chord->tones()); detected != name) {
         return failure(concat(name, " is found again as ", detected, ": write ", detected));
     }
-    sounding = {closePosition(*chord), position, line};
+    begin(*chord, line, position);
     score.chords.push_back({position, std::string(name)});
     return {};
+}
+
+void ChordReader::begin(const ChordName& chord, int line, double position)
+{
+    finish(position);
+    sounding = {closePosition(chord), position, line};
 }
 
 void ChordReader::finish(double end)
@@ -113,6 +120,18 @@ Result<> readChords(const std::vector<ScoreLine>& body, Score& score)
     }
     reader.finish(Score::beats);
     return {};
+}
+
+void layOutChords(Score& score)
+{
+    score.notes.clear();
+    ChordReader reader(score);
+    for (const ScoreChord& chord : score.chords) {
+        if (const auto named = chordNamed(chord.name)) {
+            reader.begin(*named, 0, chord.position);
+        }
+    }
+    reader.finish(Score::beats);
 }
 
 } // namespace volvelle::scores

@@ -1,9 +1,11 @@
 #include "scores/ScoreFile.h"
 
+#include "scores/PhraseFile.h"
 #include "scores/ScoreParser.h"
 #include "services/files/SafeFile.h"
 
 #include <algorithm>
+#include <cctype>
 #include <system_error>
 #include <tuple>
 
@@ -33,7 +35,22 @@ bool standsBefore(const fs::path& one, const fs::path& other)
     return key(one) < key(other);
 }
 
+constexpr std::string_view scoreEnding = ".score";
+
 } // namespace
+
+bool isMIDIFile(const fs::path& file)
+{
+    std::string ending = file.extension().string();
+    std::ranges::transform(ending, ending.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending == ".mid" || ending == ".midi";
+}
+
+bool isScoreFile(const fs::path& file)
+{
+    return file.extension() == scoreEnding || isMIDIFile(file);
+}
 
 Result<std::vector<fs::path>> scoresIn(const fs::path& folder)
 {
@@ -42,7 +59,7 @@ Result<std::vector<fs::path>> scoresIn(const fs::path& folder)
     for (fs::directory_iterator entry(folder, status), end; !status && entry != end;
          entry.increment(status)) {
         const std::string name = entry->path().filename().string();
-        if (!name.starts_with(".") && entry->path().extension() == ".score") {
+        if (!name.starts_with(".") && isScoreFile(entry->path())) {
             paths.push_back(entry->path());
         }
     }
@@ -60,8 +77,7 @@ std::optional<int> scoreNumber(const fs::path& file)
     const std::string name = file.stem().string();
     const auto count = std::min(name.find_first_not_of(digits), name.size());
     const bool isPadded = count == least || (count > least && name.front() != '0');
-    if (!isPadded || count > most || name.size() < count + 2 || name[count] != '-' ||
-        file.extension() != ".score") {
+    if (!isPadded || count > most || name.size() < count + 2 || name[count] != '-' || !isScoreFile(file)) {
         return std::nullopt;
     }
     return std::stoi(name.substr(0, count));
@@ -81,6 +97,9 @@ Result<Score> readScore(const fs::path& file, ScoreKind kind)
     std::vector<std::uint8_t> words;
     if (!fs::is_regular_file(file, unknown) || readFile(file, words) != noErr) {
         return failure("the score cannot be read");
+    }
+    if (isMIDIFile(file)) {
+        return readMIDIPhrase(file, kind);
     }
     return parseScore(std::string(words.begin(), words.end()), kind);
 }

@@ -257,12 +257,6 @@ void lintChords(const Score& score, Faults& faults)
 
 } // namespace
 
-int mostNotes(ScoreKind kind)
-{
-    constexpr int inPatterns = 2000;
-    return kind == ScoreKind::chordPattern ? inPatterns : phraseBounds(kind).most;
-}
-
 std::vector<std::string> lintScore(const Score& score)
 {
     const PhraseBounds& bound = phraseBounds(score.kind);

@@ -15,7 +15,4 @@ namespace volvelle {
 // turn of the drums in the fourth bar.
 std::vector<std::string> lintScore(const Score& score);
 
-// The most notes that a phrase of a kind has; a chord pattern, whose chords are counted, has its own bound.
-int mostNotes(ScoreKind kind);
-
 } // namespace volvelle

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::uint8_t textMeta = 0x01;
 constexpr std::uint8_t trackNameMeta = 0x03;
-constexpr std::string_view styleMark = "style: ";
 constexpr std::int16_t ticksInBeat = 480;
 
 OSStatus addText(const MusicTrack& track, double position, std::uint8_t type, std::string_view words)
@@ -44,7 +43,7 @@ OSStatus fill(const MusicTrack& track, const Score& score)
 {
     OSStatus status = addText(track, 0, trackNameMeta, score.title);
     if (status == noErr) {
-        status = addText(track, 0, textMeta, std::string(styleMark) + score.style);
+        status = addText(track, 0, textMeta, std::string(Score::styleMark) + score.style);
     }
     if (status == noErr && score.machine) {
         status = addText(track, 0, textMeta, Score::machineMark);
@@ -98,7 +97,7 @@ bool isCompiledPhrase(std::span<const std::uint8_t> bytes)
     const auto track = bytes.subspan(from);
     return std::ranges::equal(bytes.first(std::min(head.size(), bytes.size())), head) &&
            std::ranges::equal(track.first(std::min(name.size(), track.size())), name) &&
-           !std::ranges::search(track, styleMark).empty();
+           !std::ranges::search(track, Score::styleMark).empty();
 }
 
 } // namespace volvelle
