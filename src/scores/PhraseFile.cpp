@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <ranges>
 #include <string>
@@ -82,7 +83,24 @@ void separate(std::vector<ScoreNote>& notes)
     notes.assign(kept.rbegin(), kept.rend());
 }
 
-// Fails with a line where a file is no whole MIDI file.
+// The length of the longest track in beats, in sixteenths.
+double lengthOf(const MusicSequence& sequence)
+{
+    double longest = 0;
+    std::uint32_t tracks = 0;
+    bool goesOn = MusicSequenceGetTrackCount(sequence, tracks) == noErr;
+    for (std::uint32_t i = 0; goesOn && i < tracks; ++i) {
+        MusicTrack track;
+        double length = 0;
+        std::uint32_t size = sizeof(length);
+        goesOn = MusicSequenceGetIndTrack(sequence, i, track) == noErr &&
+                 MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &length, size) == noErr;
+        longest = std::max(longest, length);
+    }
+    return std::round(longest / Score::sixteenth) * Score::sixteenth;
+}
+
+// Fails with a line where a file is no whole MIDI file of sixteen beats.
 Result<> checkFile(const fs::path& file)
 {
     MusicSequence sequence;
@@ -93,6 +111,9 @@ Result<> checkFile(const fs::path& file)
     std::vector<std::string> mended;
     if (MusicSequenceGetLoadWarnings(sequence, mended) == noErr && !mended.empty()) {
         return failure(mended.front());
+    }
+    if (const double length = lengthOf(sequence); length > Score::beats) {
+        return failure(concat("the MIDI file is ", length, " beats long, at most ", arrangementBeats));
     }
     return {};
 }
@@ -132,11 +153,6 @@ Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
         return failure(whole.error());
     }
     const auto phrase = loadPhrase(file, kind);
-    const double length = required(phrase->sequence).getLength();
-    if (std::round(length / Score::sixteenth) * Score::sixteenth > Score::beats) {
-        return failure(
-            concat("the MIDI file is ", roundedText(length), " beats long, at most ", arrangementBeats));
-    }
     Score score = scoreOf(*phrase, kind);
     if (score.notes.empty()) {
         return failure(

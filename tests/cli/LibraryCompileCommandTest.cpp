@@ -35,7 +35,6 @@ TEST_F(LibraryCompile, ScoresBecomeAWorkingLibrary)
     EXPECT_EQ(result.status, 0) << result.error;
     EXPECT_EQ(result.output, "5 scores compiled, 5 phrases written, 0 removed.\n");
     EXPECT_THAT(read("lib/Phrases2/10 drums/001.mid"), StartsWith("MThd"));
-    EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");
     EXPECT_THAT(volvelle("generate --resources lib").output, HasSubstr("CHORDS                A\n"));
 }
 
@@ -62,6 +61,48 @@ TEST_F(LibraryCompile, AFaultyScoreIsOneLineAndTheOldLibraryStaysWhole)
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.error,
               "chord-patterns/001-a.score: line 5, bar 4: C6 is found again as Am7: write Am7\n");
+    EXPECT_EQ(read("lib/Phrases2/02 leads/001.mid"), before);
+}
+
+// A phrase of a library is a MIDI file like any other.
+TEST_F(LibraryCompile, MIDIFilesTakeThePlaceOfScores)
+{
+    writeScores("| CM | FM | GM | Am |");
+    volvelle("library compile scores lib");
+    const std::string lead = read("lib/Phrases2/02 leads/001.mid");
+    const std::string pattern = read("lib/Phrases/chord patterns/001.mid");
+    write("scores/leads/007-mine.mid", lead);
+    write("scores/leads/003-b.score", notes("F4"));
+    write("scores/leads/groove.MIDI", lead);
+    write("scores/chord-patterns/002-b.mid", pattern);
+    std::filesystem::remove(folder / "work/scores/chord-patterns/001-a.score");
+    EXPECT_EQ(volvelle("library compile scores other").output,
+              "8 scores compiled, 8 phrases written, 0 removed.\n");
+    EXPECT_EQ(read("other/Phrases2/02 leads/001.mid"), lead);
+    EXPECT_NE(read("other/Phrases2/02 leads/002.mid"), lead);
+    EXPECT_EQ(read("other/Phrases2/02 leads/003.mid"), lead);
+    EXPECT_EQ(read("other/Phrases2/02 leads/004.mid"), lead);
+    EXPECT_EQ(read("other/Phrases/chord patterns/001.mid"), pattern);
+    EXPECT_EQ(volvelle("generate --resources other").status, 0);
+    std::filesystem::remove(folder / "work/scores/leads/groove.MIDI");
+    EXPECT_EQ(volvelle("library compile scores other").output,
+              "7 scores compiled, 0 phrases written, 1 removed.\n");
+}
+
+TEST_F(LibraryCompile, AMIDIFileThatIsNoPhraseIsOneLineAndNothingChanges)
+{
+    writeScores("| CM | FM | GM | Am |");
+    volvelle("library compile scores lib");
+    const std::string before = read("lib/Phrases2/02 leads/001.mid");
+    write("scores/leads/001-a.score", notes("F4"));
+    write("scores/leads/002-long.mid",
+          std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\xD\0\x92H@\x18\x82H\0\x98\0\xFF\x2F\0", 35));
+    write("scores/drums/002-b.mid", "x");
+    const auto result = volvelle("library compile scores lib");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.error, "leads/002-long.mid: the MIDI file is 32.25 beats long, at most 16\n"
+                            "drums/002-b.mid: the MIDI file cannot be read\n");
     EXPECT_EQ(read("lib/Phrases2/02 leads/001.mid"), before);
 }
 

@@ -6,6 +6,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <fstream>
+#include <gmock/gmock.h>
+#include <tuple>
 
 namespace volvelle {
 namespace {
@@ -24,6 +26,28 @@ protected:
         fs::create_directories(place.parent_path());
         std::ofstream(place, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes->data()), std::ssize(*bytes));
+    }
+
+    // A file of one track, 96 ticks to the beat, with these events in hex and its end.
+    void write(const std::string& name, std::string events) const
+    {
+        std::erase(events, ' ');
+        std::string track;
+        for (std::size_t i = 0; i < events.size(); i += 2) {
+            track += static_cast<char>(std::stoi(events.substr(i, 2), nullptr, 16));
+        }
+        track += std::string("\xFF\x2F\0", 3);
+        std::ofstream(folder / name, std::ios::binary)
+            << std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0", 21) << static_cast<char>(track.size())
+            << track;
+    }
+
+    Score readElsewhere(const std::string& name, const std::string& hex, ScoreKind kind) const
+    {
+        write(name, hex);
+        const auto score = readMIDIPhrase(folder / name, kind);
+        EXPECT_EQ(score.error(), "");
+        return score ? *score : Score();
     }
 
     Score readBack(const Score& score) const
@@ -55,6 +79,82 @@ TEST_F(PhraseFile, TheChordsOfAPatternAreThoseThatAreFound)
     const Score pattern =
         parsed(head + "chords:\n| Am . . G#+ | Bo7 | FM - | E7 |\n", ScoreKind::chordPattern);
     EXPECT_EQ(readBack(pattern).chords, pattern.chords);
+}
+
+TEST_F(PhraseFile, AMIDIFileFromElsewhereIsAScoreOfItsNotesOnTheGrid)
+{
+    const Score score = readElsewhere("my groove.mid",
+                                      "00 924850 02 824800" // C4 for two ticks
+                                      "01 924850 03 824800" // again at once
+                                      "54 924F40 34 924F41" // G4 at beat 0.96 for a beat, and at 1.5
+                                      "2C 824F00 04 824F00"
+                                      "8A39 924850 04 824800" // C4 at beat 15.9
+                                      "05",
+                                      ScoreKind::lead);
+    EXPECT_EQ(score.title, "my groove");
+    EXPECT_EQ(score.kind, ScoreKind::lead);
+    const std::vector<ScoreNote> notes = {
+        {0.0, 0.21875, 72, 80}, {1.0, 0.46875, 79, 64}, {1.5, 0.46875, 79, 65}};
+    EXPECT_EQ(score.notes, notes);
+}
+
+TEST_F(PhraseFile, AMIDIFileKeepsItsTexts)
+{
+    const Score lead =
+        parsed(head + "machine: yes\ncolour: yes\nnotes:\n| ff C4:3 r:13 | C4:16=90 | ~:4 r:12 | r:16 |\n",
+               ScoreKind::lead);
+    put(lead, "001.mid");
+    const auto back = readMIDIPhrase(folder / phraseFolder(ScoreKind::lead) / "001.mid", ScoreKind::lead);
+    ASSERT_TRUE(back) << back.error();
+    EXPECT_EQ(scoreToMIDI(*back).error(), "");
+    EXPECT_EQ(*scoreToMIDI(*back), *scoreToMIDI(lead));
+}
+
+TEST_F(PhraseFile, AChordPatternFromElsewhereIsItsChords)
+{
+    const Score pattern = parsed(head + "chords:\n| Am . . G#+ | Bo7 | FM | E7 |\n", ScoreKind::chordPattern);
+    put(pattern, "001.mid");
+    const fs::path file = folder / phraseFolder(ScoreKind::chordPattern) / "001.mid";
+    const auto back = readMIDIPhrase(file, ScoreKind::chordPattern);
+    ASSERT_TRUE(back) << back.error();
+    EXPECT_EQ(back->chords, pattern.chords);
+    EXPECT_EQ(back->notes, pattern.notes);
+}
+
+TEST_F(PhraseFile, WhatIsNoPhraseIsTold)
+{
+    const std::tuple<std::string, ScoreKind, std::string> cases[] = {
+        {"00", ScoreKind::lead, "the MIDI file holds no notes"},
+        {"00", ScoreKind::chordPattern, "the MIDI file holds no chords"},
+        {"00 924850 18 824800 8C00", ScoreKind::lead, "the MIDI file is 16.25 beats long, at most 16"},
+        {"8B7F 924850 01 824800 00", ScoreKind::drums, "the MIDI file holds no notes"},
+        {"00 904850 00 904950 60 804800 00 804900 00", ScoreKind::lead, ""},
+        {"00 924850 8C0B 824800 00", ScoreKind::lead, ""},
+    };
+    for (const auto& [hex, kind, line] : cases) {
+        write("a.mid", hex);
+        EXPECT_EQ(readMIDIPhrase(folder / "a.mid", kind).error(), line) << hex;
+    }
+    std::ofstream(folder / "a.mid") << "x";
+    EXPECT_EQ(readMIDIPhrase(folder / "a.mid", ScoreKind::lead).error(), "the MIDI file cannot be read");
+    std::ofstream(folder / "a.mid") << std::string(
+        "MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x20\0\x92H@\x10\x82H\0", 30);
+    EXPECT_THAT(readMIDIPhrase(folder / "a.mid", ScoreKind::lead).error(), testing::EndsWith("."));
+    EXPECT_EQ(readMIDIPhrase(folder / "gone.mid", ScoreKind::lead).error(), "the MIDI file cannot be read");
+}
+
+TEST_F(PhraseFile, WhatWasOddInALoadedFileIsKeptUntilTheNext)
+{
+    Score pattern = parsed(head + "chords:\n| Am | . | . | E7 |\n", ScoreKind::chordPattern);
+    put(pattern, "001.mid");
+    pattern.notes = {{0, 1, 60, 90}, {0, 1, 61, 90}, {1, 1, 61, 90}};
+    put(pattern, "002.mid");
+    const fs::path place = folder / phraseFolder(ScoreKind::chordPattern);
+    const auto phrase = loadPhrase(place / "002.mid", ScoreKind::chordPattern);
+    EXPECT_EQ(phrase->loadWarnings, (std::vector<std::string>{"Duplicated note event (61) at position 1.0.",
+                                                              "No chord detected."}));
+    phrase->loadPhrase(place / "001.mid", 0);
+    EXPECT_EQ(phrase->loadWarnings, std::vector<std::string>{});
 }
 
 TEST_F(PhraseFile, ThePatternsAndDrumsOfALibraryAreTheCompanyOfAPhrase)

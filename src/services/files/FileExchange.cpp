@@ -2,7 +2,7 @@
 
 #include "base/PendingFiles.h"
 #include "services/files/FileFailure.h"
-#include "services/files/SafeFile.h"
+#include "services/files/NewFile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -62,6 +62,28 @@ bool trade(const fs::path& one, const fs::path& other)
     return isThere(one) ? takeName(one, other) : takeName(other, one);
 }
 
+// A new file, which is on disk only once it is synced. 0 or the system's number of the failure.
+int writeNew(const fs::path& file, std::span<const std::uint8_t> bytes)
+{
+    const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (opened < 0) {
+        return errno;
+    }
+    const int failed = writeAll(opened, bytes.data(), std::ssize(bytes));
+    return close(opened) == 0 || failed != 0 ? failed : errno;
+}
+
+// Puts a file or a folder on disk. 0 or the system's number of the failure.
+int sync(const fs::path& path)
+{
+    const int opened = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int failed = opened >= 0 && fsync(opened) == 0 ? 0 : errno;
+    if (opened >= 0) {
+        close(opened);
+    }
+    return failed;
+}
+
 Result<> resultOf(const fs::path& file, int error)
 {
     return error == 0 ? Result<>() : failure(writeFailure(file, error));
@@ -102,7 +124,7 @@ Result<> FileExchange::put(const fs::path& file, std::span<const std::uint8_t> b
 {
     int error = signals.isOneWaiting() ? EINTR : note(file);
     if (error == 0) {
-        error = putFile(changes.back().aside, bytes, false);
+        error = writeNew(changes.back().aside, bytes);
     }
     return resultOf(file, error);
 }
@@ -114,6 +136,9 @@ Result<> FileExchange::remove(const fs::path& file)
 
 Result<> FileExchange::carryOut()
 {
+    if (Result<> synced = syncNew(); !synced) {
+        return synced;
+    }
     for (std::size_t i = 0; i < changes.size(); ++i) {
         if (!trade(changes[i].aside, changes[i].file)) {
             const int error = errno;
@@ -121,7 +146,22 @@ Result<> FileExchange::carryOut()
             return failure(writeFailure(changes[i].file, error));
         }
     }
+    for (const auto& [folder, side] : sides) {
+        sync(folder);
+    }
     isDone = true;
+    return {};
+}
+
+// All at once, when all are written: that is much faster than one by one.
+Result<> FileExchange::syncNew() const
+{
+    for (const Change& change : changes) {
+        const int error = signals.isOneWaiting() ? EINTR : isThere(change.aside) ? sync(change.aside) : 0;
+        if (error != 0) {
+            return failure(writeFailure(change.file, error));
+        }
+    }
     return {};
 }
 

@@ -37,6 +37,7 @@ private:
         std::filesystem::path aside; // the new file, once all is done the old one
     };
 
+    Result<> syncNew() const;
     int note(const std::filesystem::path& file);
     void goBack(std::size_t done);
 

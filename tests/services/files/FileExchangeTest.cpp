@@ -136,6 +136,23 @@ TEST_F(FileExchanges, ASignalWaitsForTheEndAndStopsWhatIsNotWrittenYet)
     expectThatNothingChanged();
 }
 
+TEST_F(FileExchanges, ASignalBeforeAnyFileTookItsPlaceStopsAll)
+{
+    const auto end = [](int /*signal*/) { _exit(7); };
+    EXPECT_EXIT(
+        {
+            std::signal(SIGTERM, end);
+            FileExchange files;
+            const Result<> before = files.put(at("one/a"), bytes);
+            std::raise(SIGTERM);
+            if (!before || files.carryOut()) {
+                _exit(8);
+            }
+        },
+        testing::ExitedWithCode(7), "");
+    expectThatNothingChanged();
+}
+
 TEST_F(FileExchanges, ASignalThatIsIgnoredStopsNothing)
 {
     const auto before = std::signal(SIGHUP, SIG_IGN);
