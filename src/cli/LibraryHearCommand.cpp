@@ -13,6 +13,7 @@
 #include "scores/ScoreWriter.h"
 #include "sequence/SequenceFileBytes.h"
 #include "services/files/FileFailure.h"
+#include "services/files/HeldSignals.h"
 #include "services/files/PrivateFolder.h"
 #include "services/files/SafeFile.h"
 
@@ -93,6 +94,7 @@ int play(const fs::path& file, const LibraryHearOptions& options, CommandOutput&
 
 int hear(const Score& score, const fs::path& folder, const LibraryHearOptions& options, CommandOutput& output)
 {
+    const HeldSignals signals;
     const PrivateFolder place;
     const fs::path phrase = place.path() / "phrase.mid";
     const auto bytes = scoreToMIDI(score);

@@ -1,9 +1,9 @@
 #include "cli/SiblingProgram.h"
 
 #include "base/Text.h"
+#include "services/files/HeldSignals.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <sys/prctl.h>
@@ -14,15 +14,48 @@ namespace volvelle {
 
 namespace {
 
-constexpr int notBegun = 127; // what a shell says, too
+constexpr int notBegun = 127;     // what a shell says, too
+constexpr int exitBySignal = 128; // and this, with the number of the signal
 
-[[noreturn]] void become(const std::string& program, const std::vector<char*>& arguments, pid_t parent)
+// What asks this process to end, unless it is ignored, and the news of a child.
+sigset_t watchedSignals()
+{
+    sigset_t watched;
+    sigemptyset(&watched);
+    sigaddset(&watched, SIGCHLD);
+    for (const int signal : endingSignals) {
+        struct sigaction action = {};
+        if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            sigaddset(&watched, signal);
+        }
+    }
+    return watched;
+}
+
+[[noreturn]] void become(const std::string& program, const std::vector<char*>& arguments, pid_t parent,
+                         const sigset_t& watched)
 {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
+    sigprocmask(SIG_UNBLOCK, &watched, nullptr);
     if (getppid() == parent) {
         execv(program.c_str(), arguments.data());
     }
     _exit(notBegun);
+}
+
+// Waits for the end of a child, and gives its status. A signal that asks this process to end is one for the
+// child, too, a second one ends it at once. The signal, 0 without one.
+int waitFor(pid_t child, const sigset_t& watched, int& status)
+{
+    int wanted = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        const int signal = sigwaitinfo(&watched, nullptr);
+        if (signal > 0 && signal != SIGCHLD) {
+            kill(child, wanted == 0 ? SIGTERM : SIGKILL);
+            wanted = signal;
+        }
+    }
+    return wanted;
 }
 
 } // namespace
@@ -46,13 +79,19 @@ int runSibling(const char* name, const std::vector<std::string>& arguments, Comm
     std::vector<char*> pointers(words.size() + 1, nullptr);
     std::ranges::transform(words, pointers.begin(), [](std::string& word) { return word.data(); });
     std::fflush(stdout);
+    const sigset_t watched = watchedSignals();
+    sigset_t before;
+    sigprocmask(SIG_BLOCK, &watched, &before);
     const pid_t self = getpid();
     const pid_t child = fork();
     if (child == 0) {
-        become(program, pointers, self);
+        become(program, pointers, self, watched);
     }
     int status = 0;
-    while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    const int signal = child > 0 ? waitFor(child, watched, status) : 0;
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    if (signal != 0) {
+        return exitBySignal + signal;
     }
     if (child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == notBegun) {
         return tellMissingSibling(name, output);

@@ -2,6 +2,7 @@
 #include "tests/support/ProjectFolders.h"
 
 #include <gmock/gmock.h>
+#include <tuple>
 
 namespace volvelle::test {
 namespace {
@@ -15,8 +16,9 @@ class LibraryHear : public ProgramRun {
 protected:
     LibraryHear()
     {
-        write("volvelle-sound", "#!/bin/sh\necho \"$@\" | sed 's/=[^ ]*resources/=R/; s,-- .*/,-- ,' >> heard\n"
-                                "test -s \"$(eval echo \\\"\\${$#}\\\")\"\n");
+        write("volvelle-sound",
+              "#!/bin/sh\necho \"$@\" | sed 's/=[^ ]*resources/=R/; s,-- .*/,-- ,' >> heard\n"
+              "test -s \"$(eval echo \\\"\\${$#}\\\")\"\n");
         std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
         write("leads/001-a.score", "title: T\nstyle: S\nnotes:\n| ff C4:16 | r:16 | r:16 | r:16 |\n");
         write("chord-patterns/001-a.score", "title: P\nstyle: S\nchords:\n| Am | FM | GM | E7 |\n");
@@ -76,11 +78,44 @@ TEST_F(LibraryHear, WhatCannotBeHeardIsOneLine)
     }
 }
 
+TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
+{
+    const std::tuple<std::string, std::string, int> cases[] = {
+        {"kill -INT $PPID\nexec sleep 60", "", 130},
+        {"kill -TERM $PPID\nexec sleep 60", "", 143},
+        {"trap 'exit 0' TERM\nkill -INT $PPID\nwhile :; do :; done", "", 130},
+        {"trap 'kill -INT $PPID' TERM\nkill -HUP $PPID\nwhile :; do :; done", "", 130},
+        {"kill -INT $PPID\nexit 0", "trap '' INT; ", 0}};
+    for (const auto& [script, before, status] : cases) {
+        std::filesystem::remove_all(folder / "work/temporary");
+        std::filesystem::create_directory(folder / "work/temporary");
+        write("heard", "");
+        write("volvelle-sound", "#!/bin/sh\necho x >> heard\n" + script + "\n");
+        const auto result =
+            shell(before + "cp \"$VOLVELLE\" alone; TMPDIR=\"$PWD/temporary\" ./alone library hear "
+                           "--resources \"${VOLVELLE%/*}/resources\" leads/001-a.score");
+        EXPECT_EQ(result.status, status) << script;
+        EXPECT_EQ(result.error, "");
+        EXPECT_EQ(read("heard"), status == 0 ? "x\nx\nx\n" : "x\n") << script;
+        EXPECT_TRUE(std::filesystem::is_empty(folder / "work/temporary")) << script;
+    }
+}
+
 TEST_F(LibraryHear, APlayerThatFailsEndsIt)
 {
     write("volvelle-sound", "#!/bin/sh\nexit 1\n");
     std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
     EXPECT_EQ(hear("leads/001-a.score").status, 1);
+    write("volvelle-sound", "#!/bin/sh\nkill -KILL $$\n");
+    EXPECT_EQ(hear("leads/001-a.score").error,
+              "The program 'volvelle-sound' ended before its work was done.\n");
+}
+
+TEST_F(LibraryHear, AMIDIFileIsHeardLikeAScore)
+{
+    EXPECT_EQ(shell("cp \"${VOLVELLE%/*}/resources/Phrases2/02 leads/001.mid\" leads/002-b.mid").status, 0);
+    EXPECT_EQ(hear("leads/002-b.mid").status, 0);
+    EXPECT_THAT(read("heard"), StartsWith("play --resources=R -- 002-b 1.mid\n"));
 }
 
 } // namespace
