@@ -57,9 +57,10 @@ void addInspect(CLI::App& app, Request& request)
 
 void addLibraryCheck(CLI::App& library, Request& request)
 {
-    CLI::App& check = addCommand(library, "check", "Load every phrase as the generator does",
-                                 "Also --resources DIR, --verbose, --quiet.\n"
-                                 "Example: volvelle library check build/release/resources --ear");
+    CLI::App& check =
+        addCommand(library, "check", "Load every phrase as the generator does, and hold the rules",
+                   "Also --resources DIR, --verbose, --quiet.\n"
+                   "Example: volvelle library check build/release/resources --ear");
     check
         .add_option("DIR", request.libraryCheck.folder,
                     "folder of phrases or of scores, or one score; the one in use without it")
@@ -77,9 +78,11 @@ void addLibraryCheck(CLI::App& library, Request& request)
 
 void addLibraryCompile(CLI::App& library, Request& request)
 {
-    CLI::App& compile = addCommand(library, "compile", "Turn text scores into phrases",
+    CLI::App& compile = addCommand(library, "compile", "Turn text scores and MIDI files into phrases",
                                    "Also --quiet.\nExample: volvelle library compile library phrases");
-    compile.add_option("SCORES", request.libraryCompile.scores, "folder of the scores")
+    compile
+        .add_option("SCORES", request.libraryCompile.scores,
+                    "folder of the scores, or of MIDI files of 16 beats in their place")
         ->required()
         ->option_text("(required)");
     compile.add_option("DIR", request.libraryCompile.out, "folder for Phrases and Phrases2")
@@ -101,7 +104,7 @@ void addLibraryHear(CLI::App& library, Request& request)
                                 "Also --resources DIR, --verbose, --quiet.\n"
                                 "Example: volvelle library hear library/leads/004-kite.score");
     LibraryHearOptions& options = request.libraryHear;
-    hear.add_option("SCORE", options.score, "the score, in a folder of its kind")
+    hear.add_option("SCORE", options.score, "the score or MIDI file, in a folder of its kind")
         ->required()
         ->option_text("(required)");
     hear.add_option("--out", options.out,
