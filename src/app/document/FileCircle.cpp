@@ -32,20 +32,22 @@ double longestTrack(MIDISequence& sequence, const MusicSequence& content)
 
 } // namespace
 
-FileCircle::FileCircle(const std::filesystem::path& file) : beats(circleBeats(0.0))
+FileCircle::FileCircle(const std::filesystem::path& file, const std::stop_token& stop)
+    : beats(circleBeats(0.0))
 {
     std::vector<std::uint8_t> data;
-    if (readFile(file, data) == noErr) {
-        load(data);
+    if (!stop.stop_requested() && readFile(file, data) == noErr) {
+        load(data, stop);
     }
 }
 
-FileCircle::FileCircle(const std::vector<std::uint8_t>& data) : beats(circleBeats(0.0))
+FileCircle::FileCircle(const std::vector<std::uint8_t>& data, const std::stop_token& stop)
+    : beats(circleBeats(0.0))
 {
-    load(data);
+    load(data, stop);
 }
 
-void FileCircle::load(const std::vector<std::uint8_t>& data)
+void FileCircle::load(const std::vector<std::uint8_t>& data, const std::stop_token& stop)
 {
     MusicSequence content;
     if (NewMusicSequence(content) != noErr ||
@@ -55,8 +57,14 @@ void FileCircle::load(const std::vector<std::uint8_t>& data)
     }
     MIDISequence16 sequence;
     sequence.setMusicSequence(content);
+    if (stop.stop_requested()) {
+        return;
+    }
     beats = circleBeats(longestTrack(sequence, content));
     sequence.musicSequenceToSequenceNode();
+    if (stop.stop_requested()) {
+        return;
+    }
     events = sequence.nodesToAUMIDIEvent(samplerate, 0);
     count = static_cast<int>(std::ranges::count_if(events, [](const auto& event) {
         return event->length() > 2 && isNoteOn({event->data()[0], event->data()[1], event->data()[2]});

@@ -43,12 +43,12 @@ QPointF pointOf(const CircleArc& arc, double angle)
 
 } // namespace
 
-void CirclePainter::paint(QPainter& painter, const CircleDrawing& drawing)
+void CirclePainter::paint(QPainter& painter, const CircleDrawing& drawing, const std::stop_token& stop)
 {
     painter.save();
     paintLines(painter, drawing);
     const std::size_t step = strideOf(drawing, std::abs(painter.deviceTransform().m11()));
-    for (std::size_t i = 0; i < drawing.arcs.size(); i += step) {
+    for (std::size_t i = 0; i < drawing.arcs.size() && !stop.stop_requested(); i += step) {
         paintArc(painter, drawing.arcs[i]);
     }
     painter.restore();

@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include <stop_token>
+
 namespace volvelle {
 
 // Paints a circle. Its notes stay in a picture; where some become thick or thin, all that touch these places
@@ -12,8 +14,9 @@ namespace volvelle {
 class CirclePainter {
 public:
     // Paints all of it from nothing. Where that took seconds, as with many thousands of notes that are held
-    // all around, every so manieth arc is painted: more could not be told apart.
-    static void paint(QPainter& painter, const CircleDrawing& drawing);
+    // all around, every so manieth arc is painted: more could not be told apart. Asked to stop, it leaves out
+    // the rest.
+    static void paint(QPainter& painter, const CircleDrawing& drawing, const std::stop_token& stop = {});
 
     // Paints the circle as `drawSymbolMain` draws it, by way of the picture. It is made anew where anything
     // but the position has changed: beats, events, colours, frame, or what a length is in pixels.

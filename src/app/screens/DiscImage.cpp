@@ -24,7 +24,8 @@ QImage clearImage(int side, double ratio)
 
 } // namespace
 
-QImage smallDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme)
+QImage smallDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme,
+                      const std::stop_token& stop)
 {
     MIDICircleViewBase circle;
     circle.makeColors();
@@ -32,7 +33,7 @@ QImage smallDiscImage(MIDICircleViewDelegate& music, int side, double ratio, The
     DiscContent content;
     content.beats = music.getBeatCount();
     content.isSmall = true;
-    return discImage(content, circle, side, ratio, theme);
+    return discImage(content, circle, side, ratio, theme, stop);
 }
 
 QImage faintDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme)

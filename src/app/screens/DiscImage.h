@@ -7,12 +7,15 @@
 
 #include <QImage>
 
+#include <stop_token>
+
 namespace volvelle {
 
 // Discs as pictures; `side` and `ratio` are lengths and the pixels of each. [any] One music by one thread.
 
-// A tile's: no scale, no thick notes.
-QImage smallDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme);
+// A tile's: no scale, no thick notes. One that is asked to stop lacks notes.
+QImage smallDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme,
+                      const std::stop_token& stop = {});
 
 // The one of an empty browser: no names, the notes faint and white.
 QImage faintDiscImage(MIDICircleViewDelegate& music, int side, double ratio, Theme theme);

@@ -115,16 +115,19 @@ void DiscPainter::paintChords(const Tokens& tokens)
 }
 
 QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,
-                 const QColor& background)
+                 const std::stop_token& stop)
 {
     const int pixels = std::max(1, static_cast<int>(std::lround(side * ratio)));
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
-    image.fill(background);
+    image.fill(Qt::transparent);
     QPainter painter(&image);
     DiscPainter().paint(painter, content, side, theme);
     const CGRect frame = DiscPainter::canvas(content, side);
-    CirclePainter::paint(painter, content.isSmall ? smallDrawing(circle, frame) : drawingOf(circle, frame));
+    if (!stop.stop_requested()) {
+        CirclePainter::paint(painter,
+                             content.isSmall ? smallDrawing(circle, frame) : drawingOf(circle, frame), stop);
+    }
     return image;
 }
 

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <optional>
+#include <stop_token>
 
 namespace volvelle {
 
@@ -47,9 +48,9 @@ private:
     std::optional<std::size_t> namedChord;
 };
 
-// A whole disc with its notes: `side` lengths wide, each `ratio` pixels, on `background`, or clear without
-// one. The notes of a small one are never thick.
+// A whole disc with its notes: `side` lengths wide, each `ratio` pixels. The notes of a small one are never
+// thick. One that is asked to stop lacks notes.
 QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,
-                 const QColor& background = Qt::transparent);
+                 const std::stop_token& stop = {});
 
 } // namespace volvelle

@@ -82,6 +82,7 @@ Thumbnails::Thumbnails(fs::path where) : folder(std::move(where)), pool(std::mak
 Thumbnails::~Thumbnails()
 {
     waiting.clear();
+    end.request_stop();
     pool->waitForDone();
 }
 
@@ -103,13 +104,13 @@ fs::path Thumbnails::usualFolder()
     return cache.isEmpty() ? fs::path() : fs::path(cache.toStdString()) / "volvelle" / "tiles";
 }
 
-Thumbnails::Thumbnail Thumbnails::make(const Key& key)
+Thumbnails::Thumbnail Thumbnails::make(const Key& key, const std::stop_token& stop)
 {
     const bool isTooLarge = key.size > mostOfAFile;
-    FileCircle circle(isTooLarge ? fs::path() : key.file);
+    FileCircle circle(isTooLarge ? fs::path() : key.file, stop);
     Thumbnail thumbnail;
     thumbnail.notes = circle.notes();
-    thumbnail.disc = smallDiscImage(circle, key.side, key.ratio, key.theme);
+    thumbnail.disc = smallDiscImage(circle, key.side, key.ratio, key.theme, stop);
     return thumbnail;
 }
 
@@ -136,18 +137,24 @@ void Thumbnails::begin()
     isMaking = true;
     const Key key = waiting.front();
     waiting.pop_front();
-    pool->start([this, key] {
-        const QString file = folder.empty() ? QString() : cached(folder, key);
-        auto thumbnail = file.isEmpty() ? std::nullopt : read(file, key.version());
-        if (!thumbnail) {
-            thumbnail = make(key);
-            if (!file.isEmpty()) {
-                write(file, *thumbnail, key.version());
-            }
+    pool->start([this, key] { makeOnThread(key); });
+}
+
+void Thumbnails::makeOnThread(const Key& key)
+{
+    const QString file = folder.empty() ? QString() : cached(folder, key);
+    auto thumbnail = file.isEmpty() ? std::nullopt : read(file, key.version());
+    if (!thumbnail) {
+        thumbnail = make(key, end.get_token());
+        if (end.stop_requested()) {
+            return;
         }
-        QMetaObject::invokeMethod(
-            this, [this, key, made = *thumbnail] { take(key, made); }, Qt::QueuedConnection);
-    });
+        if (!file.isEmpty()) {
+            write(file, *thumbnail, key.version());
+        }
+    }
+    QMetaObject::invokeMethod(
+        this, [this, key, made = *thumbnail] { take(key, made); }, Qt::QueuedConnection);
 }
 
 void Thumbnails::take(const Key& key, const Thumbnail& thumbnail)

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <unordered_map>
 
@@ -46,13 +47,13 @@ public:
 
     // Pictures are kept in `folder`, nowhere where it is empty; the oldest go where there are too many.
     explicit Thumbnails(std::filesystem::path folder);
-    ~Thumbnails() override; // waits for the picture that is being made
+    ~Thumbnails() override; // gives up the picture that is being made
 
     // The picture, where it is there; else it is made and told. What was asked for last comes first.
     std::optional<Thumbnail> find(const Key& key);
 
-    // Makes one at once, from the file. [any]
-    static Thumbnail make(const Key& key);
+    // Makes one at once, from the file; asked to stop, what there is of it. [any]
+    static Thumbnail make(const Key& key, const std::stop_token& stop = {});
 
     // "volvelle/tiles" in the user's cache folder.
     static std::filesystem::path usualFolder();
@@ -62,6 +63,7 @@ Q_SIGNALS:
 
 private:
     void begin();
+    void makeOnThread(const Key& key);
     void prune() const;
     void take(const Key& key, const Thumbnail& thumbnail);
 
@@ -76,6 +78,7 @@ private:
     qsizetype bytes = 0;                              // of them
     std::deque<Key> waiting;                          // the newest first
     bool isMaking = false;
+    std::stop_source end;
     std::unique_ptr<QThreadPool> pool;
 };
 

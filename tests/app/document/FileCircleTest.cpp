@@ -36,6 +36,22 @@ TEST_F(FileCircleTest, HoldsTheEventsThatADocumentOfTheFileHas)
     EXPECT_EQ(FileCircle(smallFile()).notes(), 3);
 }
 
+TEST_F(FileCircleTest, AllEventsGoToTheFirstCable)
+{
+    const auto file = folder.write("a.mid", smallFile());
+    const auto document = MIDIDocument::make(file);
+    EXPECT_TRUE(opens(*document));
+    FileCircle circle(file);
+    auto events = circle.getEvents();
+    for (const auto& event : document->getEvents()) {
+        events.push_back(event);
+    }
+    ASSERT_EQ(events.size(), 12U);
+    for (const auto& event : events) {
+        EXPECT_EQ(event->pEvent()->cable, 0);
+    }
+}
+
 // One track of two channels, the higher one first.
 const std::vector<std::uint8_t> twoChannels{0x4D, 0x54, 0x68, 0x64, 0,    0,    0,    6,    0,  0,    0,
                                             1,    0,    96,   0x4D, 0x54, 0x72, 0x6B, 0,    0,  0,    20,
@@ -84,6 +100,17 @@ TEST_F(FileCircleTest, OfWhatCannotBeReadIsEmpty)
         EXPECT_EQ(circle.getBeatCount(), 16.0) << file;
     }
     EXPECT_EQ(FileCircle(std::vector<std::uint8_t>()).notes(), -1);
+}
+
+TEST_F(FileCircleTest, IsGivenUpWhereItIsAskedToStop)
+{
+    std::stop_source stop;
+    EXPECT_EQ(FileCircle(smallFile(), stop.get_token()).notes(), 3);
+    stop.request_stop();
+    FileCircle circle(smallFile(), stop.get_token());
+    EXPECT_EQ(circle.notes(), -1);
+    EXPECT_EQ(circle.getEvents().size(), 0U);
+    EXPECT_EQ(FileCircle(folder.write("a.mid", smallFile()), stop.get_token()).notes(), -1);
 }
 
 TEST_F(FileCircleTest, OfAnArrangementHasAllItsNotes)

@@ -130,6 +130,32 @@ TEST_F(ThumbnailsTest, ComeAlsoWhereNothingCanBeKept)
     EXPECT_EQ(wait(onAFile, keyOf("Slow tide.mid")).notes, 3);
 }
 
+// Of one track and as many notes as a file may hold.
+std::string largestFile()
+{
+    std::string events("\0\x90\x3C\x64", 4);
+    while (events.size() < (2U << 20) - 60) {
+        events.append("\1\x3C\0\1\x3C\x64", 6);
+    }
+    events.append("\0\xFF\x2F\0", 4);
+    std::string file("MThd\0\0\0\6\0\0\0\1\0\x60MTrk", 18);
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        file += static_cast<char>(events.size() >> shift);
+    }
+    return file + events;
+}
+
+TEST_F(ThumbnailsTest, AreGivenUpInTheEnd)
+{
+    home.write("Documents/Volvelle/Large.mid", largestFile());
+    const auto key = keyOf("Large.mid");
+    {
+        Thumbnails shortLived(home.path / "tiles");
+        EXPECT_FALSE(shortLived.find(key).has_value());
+    }
+    EXPECT_EQ(kept(), 0U);
+}
+
 TEST_F(ThumbnailsTest, AllComeWhereAScreenAsksForMany)
 {
     std::vector<Thumbnails::Key> keys;
