@@ -16,6 +16,7 @@ namespace {
 
 constexpr int searchWidth = 264; // pixels
 constexpr int controlHeight = 36;
+constexpr int textRise = 2; // room below centred text, which lifts it by half
 constexpr int footerHeight = 44;
 
 } // namespace
@@ -24,6 +25,7 @@ void BrowserScreen::makeHeader()
 {
     title = new QLabel("Ideas", this);
     title->setFont(Appearance::font(Appearance::Text::display));
+    title->setContentsMargins(0, 0, 0, textRise);
     search = new SearchField(this);
     setTip(search, "Search by name", "Ctrl+F");
     search->setAcceptDrops(false); // files are the window's

@@ -44,6 +44,7 @@ void DiscWidget::setPlaying(bool isPlaying)
         view->baseClass->currentBeat = 0.0;
     }
     setTip(this, isPlaying ? "Stop" : "Play", "Space");
+    showPointer();
     update();
 }
 
@@ -100,7 +101,13 @@ void DiscWidget::mouseReleaseEvent(QMouseEvent* event)
 
 void DiscWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    setCursor(shown.isPlaying && isOnDisc(event->position()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    pointer = event->position();
+    showPointer();
+}
+
+void DiscWidget::showPointer()
+{
+    setCursor(shown.isPlaying && isOnDisc(pointer) ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 void DiscWidget::changeEvent(QEvent* event)

@@ -46,6 +46,7 @@ protected:
 
 private:
     bool isOnDisc(const QPointF& point) const;
+    void showPointer();
     double side() const;
 
     std::shared_ptr<MIDICircleView> view;
@@ -53,6 +54,7 @@ private:
     DiscPainter discPainter;
     CirclePainter circlePainter;
     bool isPressed = false;
+    QPointF pointer; // where it was last
 };
 
 } // namespace volvelle

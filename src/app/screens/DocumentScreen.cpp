@@ -17,6 +17,7 @@ namespace {
 constexpr int discMargin = 64;
 constexpr int largeHeight = 52;
 constexpr int buttonHeight = 44;
+constexpr QSize playSize(20, 16); // of its triangle and the gap to its text
 
 struct FileText : UILabel {
     explicit FileText(FileLabel* to) : label(to) {}
@@ -33,8 +34,7 @@ struct FileText : UILabel {
 
 QIcon playIcon()
 {
-    constexpr int size = 16;
-    QPixmap pixmap(size * 4, size * 4);
+    QPixmap pixmap(playSize * 4);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -66,6 +66,7 @@ DocumentScreen::DocumentScreen(MIDIDocumentViewController& screen, QWidget* pare
     sound->setWordWrap(true);
     sound->hide();
     generate->setFont(Appearance::font(Appearance::Text::largeButton));
+    play->setIconSize(playSize);
     play->setIcon(playIcon());
     connect(&Appearance::shared(), &Appearance::changed, this, [this] { play->setIcon(playIcon()); });
     connectTo(screen);

@@ -9,6 +9,7 @@ namespace volvelle {
 namespace {
 
 constexpr int textMargin = 23; // pixels
+constexpr int textRise = 2;    // below, which lifts the text by half
 constexpr QPointF lens(19.5, -1.0);
 constexpr double lensRadius = 4.75;
 constexpr QPointF handle(4.0, 4.0);
@@ -21,7 +22,7 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent)
 {
     setPlaceholderText("Search");
     setAccessibleName("Search");
-    setTextMargins(textMargin, 0, 0, 0);
+    setTextMargins(textMargin, 0, 0, textRise);
 }
 
 void SearchField::paintEvent(QPaintEvent* event)

@@ -1,12 +1,33 @@
 #include "app/screens/Appearance.h"
+#include "app/screens/FadeOut.h"
 #include "tests/app/screens/ScreensFixture.h"
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QSignalSpy>
 
+#include <algorithm>
+#include <cmath>
+
 namespace volvelle::test {
 namespace {
+
+// A desktop that wants nothing to move, or all.
+class MotionStyle : public QProxyStyle {
+public:
+    explicit MotionStyle(int duration) : QProxyStyle("Fusion"), milliseconds(duration) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_Widget_Animation_Duration ? milliseconds
+                                                    : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    const int milliseconds;
+};
 
 struct DocumentScreenTest : Screens {
     DocumentScreenTest()
@@ -26,6 +47,18 @@ struct DocumentScreenTest : Screens {
         for (const char* name : {"Generate", "Play", "Save", "Done"}) {
             if (seen(name) != nullptr) {
                 result.emplace_back(name);
+            }
+        }
+        return result;
+    }
+
+    // The pictures that fade.
+    std::vector<FadeOut*> fades() const
+    {
+        std::vector<FadeOut*> result;
+        for (QWidget* child : window->findChildren<QWidget*>()) {
+            if (auto* fade = dynamic_cast<FadeOut*>(child)) {
+                result.push_back(fade);
             }
         }
         return result;
@@ -209,6 +242,25 @@ TEST_F(DocumentScreenTest, TakesTheDesktopsColoursAlsoInTooltipsAndIcons)
     EXPECT_EQ(seen("Play")->toolTip(), tip);
 }
 
+TEST_F(DocumentScreenTest, KeepsTheTriangleOfPlayApartFromItsText)
+{
+    key(Qt::Key_Space);
+    const QImage play = seen("Play")->grab().toImage();
+    std::vector<int> columns; // that hold more than the button's ground
+    for (int x = 10; x < play.width() - 10; ++x) {
+        bool isMarked = false;
+        for (int y = 10; y < play.height() - 10; ++y) {
+            isMarked = isMarked || play.pixel(x, y) != play.pixel(10, 10);
+        }
+        if (isMarked) {
+            columns.push_back(x);
+        }
+    }
+    const auto gap = std::ranges::adjacent_find(columns, [](int a, int b) { return b > a + 4; });
+    ASSERT_NE(gap, columns.end());
+    EXPECT_NEAR(*(gap + 1) - *gap - 1, 9, 1);
+}
+
 TEST_F(DocumentScreenTest, SaysWhereTheMusicIsAndWhatItIsAtRest)
 {
     goOn(0.3);
@@ -219,6 +271,46 @@ TEST_F(DocumentScreenTest, SaysWhereTheMusicIsAndWhatItIsAtRest)
     const QString atRest = document()->disc()->accessibleDescription();
     EXPECT_FALSE(atRest.isEmpty());
     EXPECT_FALSE(atRest.startsWith("Bar"));
+}
+
+TEST_F(DocumentScreenTest, MovesFromBeatToBeatWhereMotionIsReduced)
+{
+    goOn(0.6);
+    for (const int duration : {200, 0}) {
+        QApplication::setStyle(new MotionStyle(duration));
+        document()->disc()->grab();
+        const double beat = document()->disc()->circle()->baseClass->currentBeat;
+        ASSERT_NE(beat, std::floor(beat));
+        EXPECT_EQ(document()->disc()->content().position, duration == 0 ? std::floor(beat) : beat);
+    }
+}
+
+TEST_F(DocumentScreenTest, FadesOnlyWhereMotionIsWanted)
+{
+    for (const int duration : {0, 200}) {
+        QApplication::setStyle(new MotionStyle(duration));
+        qDeleteAll(fades());
+        key(Qt::Key_Escape);
+        EXPECT_EQ(fades().empty(), duration == 0);
+        root->pick({file});
+        settle();
+    }
+}
+
+TEST_F(DocumentScreenTest, ShowsAHandOverADiscThatPlays)
+{
+    DiscWidget& disc = *document()->disc();
+    const auto shape = [&disc] { return disc.cursor().shape(); };
+    QTest::mouseMove(&disc, {1, 1});
+    EXPECT_EQ(shape(), Qt::ArrowCursor);
+    QTest::mouseMove(&disc, disc.rect().center());
+    EXPECT_EQ(shape(), Qt::PointingHandCursor);
+    key(Qt::Key_Space);
+    EXPECT_EQ(shape(), Qt::ArrowCursor);
+    QTest::mouseMove(&disc, disc.rect().center() + QPoint(5, 5));
+    EXPECT_EQ(shape(), Qt::ArrowCursor);
+    key(Qt::Key_Space);
+    EXPECT_EQ(shape(), Qt::PointingHandCursor);
 }
 
 TEST_F(DocumentScreenTest, TellsWhenTheMusicBeginsAndEnds)
