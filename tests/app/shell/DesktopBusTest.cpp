@@ -110,12 +110,16 @@ TEST_F(DesktopBusTest, SleepAndWakingAreToldOnceEach)
 {
     std::vector<std::string> told;
     const SleepWatch watch([&] { told.emplace_back("sleep"); }, [&] { told.emplace_back("wake"); });
+    // The bus knows by its answer what the watch listens to.
+    EXPECT_FALSE(QDBusConnection::systemBus().interface()->isServiceRegistered("org.freedesktop.login1"));
     ASSERT_TRUE(desktop.registerService("org.freedesktop.login1"));
     for (const bool isStarting : {false, true, true, false, false}) {
         tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {isStarting});
     }
     tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {true});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() >= 3; }));
+    while (told.size() < 3) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     EXPECT_EQ(told, (std::vector<std::string>{"sleep", "wake", "sleep"}));
 }
 
@@ -128,6 +132,15 @@ TEST_F(DesktopBusTest, AFileIsShownInTheFileManager)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
     EXPECT_EQ(manager.shown, QStringList{"file:///a/b%20c/Gr%C3%BCn.mid"});
     EXPECT_EQ(opened, "");
+}
+
+TEST_F(DesktopBusTest, AFileOfAnyBytesIsShownInTheFileManager)
+{
+    FakeFileManager manager;
+    offer("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", manager);
+    showInFileManager("/a/Gr\xFCn.mid", [](const QString&) {});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
+    EXPECT_EQ(manager.shown, QStringList{"file:///a/Gr%FCn.mid"});
 }
 
 TEST_F(DesktopBusTest, TheFolderIsOpenedWhereNoFileManagerAnswers)

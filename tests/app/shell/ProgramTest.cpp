@@ -13,6 +13,10 @@
 namespace volvelle::test {
 namespace {
 
+const std::vector<std::uint8_t> oneNote{0x4D, 0x54, 0x68, 0x64, 0,    0,    0, 6,    0,    0,  0, 1,
+                                        0,    96,   0x4D, 0x54, 0x72, 0x6B, 0, 0,    0,    12, 0, 0x90,
+                                        60,   100,  96,   0x80, 60,   64,   0, 0xFF, 0x2F, 0};
+
 struct ProgramTest : testing::Test {
     // The program with these arguments, in folders of its own, as the script starts it.
     std::vector<std::string> command(const std::vector<std::string>& variables,
@@ -66,10 +70,7 @@ TEST_F(ProgramTest, SaysInOneLineThatThereIsNoDisplay)
 
 TEST_F(ProgramTest, DrawsAPicture)
 {
-    static const std::vector<std::uint8_t> notes{
-        0x4D, 0x54, 0x68, 0x64, 0,  0, 0,    6,  0,   0,  0,    1,  0,  96, 0x4D, 0x54, 0x72,
-        0x6B, 0,    0,    0,    12, 0, 0x90, 60, 100, 96, 0x80, 60, 64, 0,  0xFF, 0x2F, 0};
-    const auto file = home.write("One.mid", notes);
+    const auto file = home.write("One.mid", oneNote);
     const auto picture = home.path / "One.png";
     const std::string told = run({}, {"picture", file.string(), "--out", picture.string(), "--size", "300"});
     EXPECT_TRUE(told.ends_with("[0]")) << told;
@@ -108,6 +109,19 @@ TEST_F(ProgramTest, SaysNothingWhereItIsAskedTo)
         command({"QT_QPA_PLATFORM=offscreen"}, {"--quiet"}, "exec timeout 2 \"$0\" \"$@\" 2> /dev/null"));
     EXPECT_EQ(child.readLine(), "");
     EXPECT_EQ(child.waitForEnd(), 124);
+}
+
+TEST_F(ProgramTest, PlaysAFileOfAnyBytes)
+{
+    const auto file = home.write("Gr\xFCn.mid", oneNote);
+    ChildProcess child(command({"QT_QPA_PLATFORM=offscreen"}, {file.string()}));
+    std::string line = child.readLine();
+    while (!line.empty() && line.find("The sequencer is playing.") == std::string::npos) {
+        line = child.readLine();
+    }
+    EXPECT_FALSE(line.empty());
+    child.signal(SIGTERM);
+    child.waitForEnd();
 }
 
 TEST_F(ProgramTest, EndsInOrderWhenItIsAsked)
