@@ -1,9 +1,30 @@
 #include "services/audiodevice/AVAudioSession.h"
+#include "services/audiograph/graph/AVAudioUnitEffect.h"
 #include "tests/app/control/ScreenFixture.h"
+
+#include <algorithm>
 
 namespace volvelle::test {
 
 namespace {
+
+// A silent unit that counts how often its engine stopped.
+class CountingUnit : public AUAudioUnit {
+public:
+    CountingUnit() : AUAudioUnit(limiterComponent) { outputBusses.push_back({{48000.0, 2}, "out", true}); }
+
+    void engineStopped() override { ++stops; }
+
+    int stops = 0;
+
+protected:
+    void renderBlock(const float* /*inputLeft*/, const float* /*inputRight*/, float* left, float* right,
+                     int frames, std::span<const TimedMessage> /*events*/) noexcept override
+    {
+        std::fill_n(left, frames, 0.0F);
+        std::fill_n(right, frames, 0.0F);
+    }
+};
 
 class DocumentBrowserEngineTest : public Screens {
 protected:
@@ -13,6 +34,9 @@ protected:
     }
 
     void post(std::string_view notification) { defaultNotificationCenter().post(notification, nullptr); }
+
+    // The one that the sink pulls.
+    AVAudioEngine& engine() const { return dynamic_cast<AVAudioEngine&>(*sink->source); }
 
     void openSlowTide()
     {
@@ -86,6 +110,42 @@ TEST_F(DocumentBrowserEngineTest, TheRateIsThatOfTheSession)
     EXPECT_EQ(root->getSamplerate(), AVAudioSession::sharedInstance().sampleRate());
     EXPECT_EQ(root->getSamplerate(), 48000.0);
     EXPECT_EQ(root->sink(), sink);
+}
+
+TEST_F(DocumentBrowserEngineTest, TheSynthesizerSoundsThroughALimiter)
+{
+    makeRoot();
+    std::vector<AudioComponentDescription> chain; // from the mixer back
+    const AVAudioNode* node = engine().mainMixerNode().get();
+    while (const AudioConnection* const wire = engine().connections().input(*node, 0)) {
+        node = wire->from.get();
+        chain.push_back(dynamic_cast<const AVAudioUnit&>(*node).audioComponentDescription());
+    }
+    EXPECT_EQ(chain, (std::vector{limiterComponent, synthesizerComponent}));
+}
+
+TEST_F(DocumentBrowserEngineTest, NoSoundsAreLoadedAheadOfADocument)
+{
+    root = DocumentBrowserViewController::make(services());
+    root->loadViewIfNeeded();
+    for (const std::string& line : console.take()) {
+        EXPECT_EQ(line.find("preload"), std::string::npos) << line;
+    }
+}
+
+TEST_F(DocumentBrowserEngineTest, AnEngineThatPausesKeepsWhatSoundsAndOneThatStopsDoesNot)
+{
+    makeRoot();
+    AVAudioEngine& driven = engine();
+    const auto unit = std::make_shared<CountingUnit>();
+    ASSERT_EQ(driven.attachNode(std::make_shared<AVAudioUnit>(unit)), noErr);
+    root->pauseEngine();
+    EXPECT_FALSE(driven.isRunning());
+    EXPECT_EQ(unit->stops, 0);
+    root->startEngine();
+    root->stopEngine();
+    EXPECT_FALSE(driven.isRunning());
+    EXPECT_EQ(unit->stops, 1);
 }
 
 TEST_F(DocumentBrowserEngineTest, WhileMusicPlaysThreeButtonsAreAway)

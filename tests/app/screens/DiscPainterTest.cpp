@@ -1,9 +1,11 @@
 #include "app/screens/DiscPainter.h"
+#include "app/screens/DiscImage.h"
 #include "tests/app/circle/FakeSequence.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 namespace volvelle {
 namespace {
@@ -72,6 +74,28 @@ TEST_F(Disc, NotesOfASmallOneAreNeverThick)
     const QImage disc = image(Theme::dark, 534);
     EXPECT_EQ(at(disc, 0.5, 0.5 + 172.0 / 534), Tokens::of(Theme::dark).disc.rgba());
     EXPECT_EQ(circle.currentBeat, 2.0);
+}
+
+TEST_F(Disc, IsFaintAndWithoutTextsInAnEmptyBrowser)
+{
+    sequence.events.clear();
+    sequence.add({0x93, 62, 127}, 0.0, 12.0); // at 172
+    const Tokens& tokens = Tokens::of(Theme::dark);
+    const QImage disc = faintDiscImage(sequence, 604, 1.0, Theme::dark);
+    EXPECT_EQ(faintDiscImage(sequence, 100, 2.0, Theme::dark).size(), QSize(200, 200));
+    const auto below = [&disc](double radius) { // to the right, half way down
+        const double place = 0.5 + radius * std::numbers::sqrt2 / 2.0 / 604.0;
+        return at(disc, place, place);
+    };
+    const auto faint = [](int ink) { return static_cast<int>(std::lround(ink * 0.83 + 255 * 0.17)); };
+    expectNear(below(172.0),
+               {faint(tokens.disc.red()), faint(tokens.disc.green()), faint(tokens.disc.blue())});
+    EXPECT_EQ(below(176.0), tokens.disc.rgba()) << "thin";
+    for (int y = 302 + 15; y < 302 + 75; ++y) {
+        for (int x = 302 - 20; x < 302 + 20; ++x) {
+            ASSERT_EQ(disc.pixel(x, y), tokens.rim.rgba()) << x << " " << y;
+        }
+    }
 }
 
 TEST_F(Disc, StaysWholeAsItMovesAndChanges)
