@@ -197,12 +197,12 @@ void EarMeasure::addIdeaRows(std::vector<Row>& rows) const
         rows.push_back({concat("share of ideas: ", ideaTests.at(i).name),
                         share(ideasHolding.at(i), arrangements), ideaTests.at(i).least, 1.0});
     }
-    rows.push_back({"share of ideas without a fault", share(ideasWithout, arrangements), 0.35, 1.0});
-    rows.push_back({"share of ideas with one fault at most", share(ideasWithOne, arrangements), 0.75, 1.0});
+    rows.push_back({"share of ideas without a fault", share(ideasWithout, arrangements), 0.55, 1.0});
+    rows.push_back({"share of ideas with one fault at most", share(ideasWithOne, arrangements), 0.88, 1.0});
     auto sorted = comebacks;
     std::ranges::sort(sorted);
     const double median = sorted.empty() ? manyPresses : sorted[sorted.size() / 2];
-    rows.push_back({"press at which a phrase comes back, median", median, 2.0, manyPresses});
+    rows.push_back({"press at which a phrase comes back, median", median, 5.0, manyPresses});
 }
 
 } // namespace volvelle
