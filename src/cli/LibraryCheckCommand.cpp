@@ -113,6 +113,11 @@ std::shared_ptr<MIDIPhrase> loaded(const fs::path& file, ScoreKind kind)
 
 void checkFile(const MIDIPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
 {
+    constexpr std::size_t most = 2000;
+    if (phrase.loadedEvents.size() > most) {
+        problems.push_back(
+            concat(place, ": the phrase has ", phrase.loadedEvents.size(), " events, at most ", most));
+    }
     std::vector<std::string> mended;
     if (MusicSequenceGetLoadWarnings(phrase.sequence->getMusicSequence(), mended) == noErr &&
         !mended.empty()) {

@@ -93,26 +93,23 @@ protected:
         return {status, testing::internal::GetCapturedStdout(), std::move(error)};
     }
 
-    // What is told of the library, by the line.
-    std::vector<std::string> problems() const
-    {
-        const auto result = volvelle("library check lib");
-        EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.error, EndsWith(" of 'lib'.\n"));
-        std::vector<std::string> lines;
-        std::istringstream words(result.output);
-        for (std::string line; std::getline(words, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
-
+    // What is told of the library.
     std::string problem() const
     {
         const auto result = volvelle("library check lib");
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.error, EndsWith(" of 'lib'.\n"));
         return result.output;
+    }
+
+    std::vector<std::string> problems() const
+    {
+        std::vector<std::string> lines;
+        std::istringstream words(problem());
+        for (std::string line; std::getline(words, line);) {
+            lines.push_back(line);
+        }
+        return lines;
     }
 };
 
@@ -317,6 +314,20 @@ TEST_F(LibraryCheck, APhraseHasNoMoreNotesThanItsKindMayHave)
     notes.pop_back();
     put(ScoreKind::lead, notes, {});
     EXPECT_THAT(problems(), Not(Contains(line)));
+}
+
+TEST_F(LibraryCheck, AChordPatternOfThousandsOfNotesIsTold)
+{
+    std::vector<ScoreNote> notes;
+    for (int i = 0; i < 1001; ++i) {
+        notes.push_back({i / 64.0, 1 / 128.0, static_cast<std::uint8_t>(48 + i % 2), 90});
+    }
+    put(ScoreKind::chordPattern, notes, {});
+    const std::string line = "lib/Phrases/chord patterns/001.mid: the phrase has 2002 events, at most 2000";
+    EXPECT_THAT(problems(), Contains(line));
+    notes.pop_back();
+    put(ScoreKind::chordPattern, notes, {});
+    EXPECT_THAT(problems(), Not(Contains(HasSubstr(" events, at most "))));
 }
 
 TEST_F(LibraryCheck, ACompiledPhraseIsHeldAgainstTheRulesOfItsScore)
