@@ -1,10 +1,14 @@
 #include "scores/LibraryLint.h"
 
+#include "scores/LibraryRules.h"
+#include "scores/PhraseFolders.h"
 #include "scores/ScoreFile.h"
+#include "scores/ScoreWriter.h"
 #include "tests/scores/ScoreTexts.h"
 #include "tests/support/ProjectFolders.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <sys/stat.h>
@@ -58,11 +62,17 @@ protected:
         fs::create_directory(path);
     }
 
+    // A score with the next number of its folder.
+    static fs::path next(const fs::path& around, const std::string& name)
+    {
+        const int number = static_cast<int>(scores(around.filename()).size()) + 1;
+        return around / (fs::path(phraseName(number)).stem().string() + "-" + name);
+    }
+
     // Under the next number and another title.
     static fs::path copied(const fs::path& file)
     {
-        const int count = static_cast<int>(scores(file.parent_path().filename()).size());
-        const fs::path copy = file.parent_path() / ("0" + std::to_string(count + 1) + "-copy.score");
+        const fs::path copy = next(file.parent_path(), "copy.score");
         fs::copy_file(file, copy);
         replace(copy, "title: ", "title: Another ");
         return copy;
@@ -100,18 +110,41 @@ TEST_F(LibraryLint, NumbersWithAGapOrADoubleAreTold)
 
 TEST_F(LibraryLint, NamesOfAnotherFormAreTold)
 {
-    const auto last = scores("drums").back();
-    const std::string number = std::to_string(scores("drums").size());
-    fs::rename(last, "lib/drums/" + number + "-short.score");
+    fs::rename(scores("drums").back(), "lib/drums/99-short.score");
     write("lib/drums/100-a.scor", "");
     write("lib/drums/.hidden", "");
     write("lib/drums/notes.txt", "");
     const std::string form = ": a score is called NNN-some-name.score";
     EXPECT_EQ(lintLibrary("lib").faults,
-              (Lines{"lib/drums/100-a.scor" + form, "lib/drums/" + number + "-short.score" + form,
+              (Lines{"lib/drums/100-a.scor" + form, "lib/drums/99-short.score" + form,
                      "lib/drums/notes.txt" + form}));
-    EXPECT_EQ(lintScoreFile("lib/drums/" + number + "-short.score").faults,
-              Lines{"lib/drums/" + number + "-short.score" + form});
+    EXPECT_EQ(lintScoreFile("lib/drums/99-short.score").faults, Lines{"lib/drums/99-short.score" + form});
+}
+
+TEST_F(LibraryLint, AMIDIFileIsHeldAgainstTheRulesLikeAScore)
+{
+    const auto last = scores("leads").back();
+    const auto bytes = scoreToMIDI(*readScore(last, ScoreKind::lead));
+    ASSERT_TRUE(bytes) << bytes.error();
+    const std::string words(bytes->begin(), bytes->end());
+    write(fs::path(last).replace_extension(".mid"), words);
+    fs::remove(last);
+    EXPECT_EQ(lintLibrary("lib").faults, Lines{});
+    write("lib/leads/groove.mid", words.substr(0, 30));
+    EXPECT_EQ(lintLibrary("lib").faults.front(),
+              "lib/leads/groove.mid: a MIDI file among scores is called NNN-some-name.mid");
+    EXPECT_EQ(lintScoreFile("lib/leads/groove.mid").faults.front(),
+              "lib/leads/groove.mid: a MIDI file among scores is called NNN-some-name.mid");
+}
+
+TEST_F(LibraryLint, PhrasesWithoutATitleDoNotShareOne)
+{
+    LibraryRules rules;
+    rules.hold({"a.mid", {}}, {});
+    rules.hold({"b.mid", {}}, {});
+    EXPECT_EQ(std::ranges::count_if(rules.faults,
+                                    [](auto& line) { return line.find("title") != std::string::npos; }),
+              0);
 }
 
 TEST_F(LibraryLint, ThreeDigitsOrMoreAreANumber)
@@ -167,15 +200,12 @@ TEST_F(LibraryLint, APhraseThatIsStruckAsAnotherIsTold)
 
 TEST_F(LibraryLint, AChordPatternThatIsAnotherTransposedIsTold)
 {
-    write("lib/chord-patterns/020-a.score", "title: A\nstyle: S\nchords:\n| Am | FM | C+ | E7 |\n");
-    write("lib/chord-patterns/021-b.score", "title: B\nstyle: S\nchords:\n| Bm | GM | D+ | F#7 |\n");
-    replace("lib/chord-patterns/020-a.score", "C+", "G#+");
-    replace("lib/chord-patterns/021-b.score", "D+", "A#+");
-    EXPECT_EQ(
-        lintLibrary("lib").faults,
-        Lines{
-            "lib/chord-patterns/021-b.score: its chords stand in lib/chord-patterns/020-a.score at the same "
-            "times, up to a transposition"});
+    const auto first = next("lib/chord-patterns", "a.score");
+    write(first, "title: A\nstyle: S\nchords:\n| Am | FM | G#+ | E7 |\n");
+    const auto second = next("lib/chord-patterns", "b.score");
+    write(second, "title: B\nstyle: S\nchords:\n| Bm | GM | A#+ | F#7 |\n");
+    EXPECT_EQ(lintLibrary("lib").faults, Lines{second.string() + ": its chords stand in " + first.string() +
+                                               " at the same times, up to a transposition"});
 }
 
 TEST_F(LibraryLint, PhrasesAreMeasuredAgainstTheChordPatternsAndDrumsAround)
