@@ -124,9 +124,9 @@ TEST_F(PhraseFile, AChordPatternFromElsewhereIsItsChords)
 TEST_F(PhraseFile, AChordThatIsFoundAtTheEndIsLeftOut)
 {
     const std::string fifth = " 904050 00 904750 ";
-    const Score score =
-        readElsewhere("a.mid", "00" + fifth + "60 804000 00 804700 8B19" + fifth + "04 804000 00 804700 03",
-                      ScoreKind::chordPattern);
+    const Score score = readElsewhere(
+        "a.mid", "00" + fifth + "60 804000 00 804700 8B19 904150 00 904850 04 804100 00 804800 03",
+        ScoreKind::chordPattern);
     ASSERT_EQ(score.chords.size(), 1U);
     EXPECT_EQ(score.chords[0], (ScoreChord{0, "E5"}));
     EXPECT_EQ(score.notes.size(), 2U);
