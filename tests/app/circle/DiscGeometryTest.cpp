@@ -87,6 +87,15 @@ TEST(DiscGeometry, AChordOwnsTheRingUpToTheNext)
     EXPECT_FALSE(disc.chords[3].isFlipped);
 }
 
+TEST(DiscGeometry, ANameStandsTwoBeatsBehindItsStartOrInTheMiddle)
+{
+    DiscContent content;
+    content.chords = {{0.0, "Am7"}, {4.5, "F"}, {8.0, "C"}};
+    const DiscGeometry disc(content, 728.0);
+    EXPECT_NEAR(disc.chords.at(0).nameAngle, 2.0 / 16.0 * 2.0 * pi, 1e-12);
+    EXPECT_NEAR(disc.chords.at(1).nameAngle, 6.25 / 16.0 * 2.0 * pi, 1e-12);
+}
+
 TEST(DiscGeometry, TheHubTellsChordPositionAndTempo)
 {
     DiscContent content = fourBars();

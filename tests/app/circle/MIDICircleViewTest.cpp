@@ -225,6 +225,19 @@ TEST_F(Circle, OnlyNotesThatReachPastTheCanvasAreClipped)
     EXPECT_EQ(mainOf(base).arcs.at(0).clips.size(), 2U);
 }
 
+TEST(GraphicsContextTest, AnArcIsClippedAtEachSideThatItCrosses)
+{
+    const std::vector<std::pair<CGPoint, std::size_t>> places{{{10, 50}, 0}, {{50, 10}, 0}, {{90, 50}, 0},
+                                                              {{50, 90}, 0}, {{9, 50}, 1},  {{50, 9}, 1},
+                                                              {{91, 50}, 1}, {{50, 91}, 1}};
+    for (const auto& [centre, clips] : places) {
+        GraphicsContext context;
+        context.clipToRect({0, 0, 100, 100});
+        context.strokeArc(centre, 9.0, 0.0, 1.0, 2.0, UIColor::redColor());
+        EXPECT_EQ(context.drawing.arcs.at(0).clips.size(), clips) << centre.x << " " << centre.y;
+    }
+}
+
 TEST_F(Circle, ThickNotesAreClippedFromKey102On)
 {
     for (const std::uint8_t key : std::vector<std::uint8_t>{101, 102}) {
