@@ -70,6 +70,16 @@ TEST_F(DocumentBrowserViewControllerTest, AnExampleThatCannotBeCopiedIsTold)
                          {provide + "ERROR: Could not provide example file: Not a directory", started}));
 }
 
+TEST_F(DocumentBrowserViewControllerTest, ALinkInThePlaceOfTheExampleLeadsToIt)
+{
+    writeExample();
+    fs::create_directories(documents);
+    fs::create_symlink("elsewhere.mid", documents / "New MIDI Idea.mid");
+    EXPECT_EQ(linesOfLoading(), followedBy(directories(), {started}));
+    EXPECT_EQ(fs::read_symlink(documents / "New MIDI Idea.mid"), "elsewhere.mid");
+    EXPECT_EQ(bytesOf(documents / "elsewhere.mid"), smallFile());
+}
+
 TEST_F(DocumentBrowserViewControllerTest, WithoutAFolderForDocumentsNothingIsWrittenAnywhere)
 {
     writeExample();
