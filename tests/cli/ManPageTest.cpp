@@ -92,8 +92,8 @@ protected:
 
 TEST_F(ManPage, TheOptionsOfEachCommandAreThoseOfItsHelp)
 {
-    for (const char* command :
-         {"generate", "inspect", "play", "record", "render", "picture", "library check", "library compile", "library hear"}) {
+    for (const char* command : {"generate", "inspect", "play", "record", "render", "picture", "library check",
+                                "library compile", "library hear"}) {
         EXPECT_EQ(optionsOf(section(std::string(".SS ") + command)),
                   optionsOfHelp(volvelle(std::string(command) + " --help").output))
             << command;
