@@ -13,13 +13,13 @@ class Harmony {
 public:
     static constexpr int sixteenths = arrangementBeats * 4;
 
-    // Chords at the end and behind it are left out.
+    // Chords from the end on are left out.
     explicit Harmony(std::vector<HeardChord> chords);
 
     // The chord that sounds at a sixteenth, null before the first one and outside 0 to 63.
     const HeardChord* chordAt(int sixteenth) const;
 
-    // The sixteenth at which the next chord begins, 64 behind the last.
+    // The sixteenth at which the next chord begins, 64 after the last.
     int endOf(std::size_t chord) const;
 
     std::vector<HeardChord> chords;

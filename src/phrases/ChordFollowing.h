@@ -15,7 +15,7 @@ bool isFreeTone(std::uint8_t key, const IsTone& isTone, const IsTaken& isTaken)
     return isTone(key % 12) && !isTaken(key);
 }
 
-// The first free key from `key` upward, behind the last key from 0 on; nothing where none is free.
+// The first free key from `key` upward, after the last key from 0 on; nothing where none is free.
 template <class IsFree>
 std::optional<std::uint8_t> nextFreeKey(std::uint8_t key, const IsFree& isFree)
 {

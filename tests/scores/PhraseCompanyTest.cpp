@@ -80,6 +80,40 @@ TEST(PhraseCompany, ALeadThatIsHeardOnOneKeyIsTold)
     EXPECT_TRUE(faults[0].starts_with("of the steps that are heard, the key is repeated in ")) << faults[0];
 }
 
+// What is told of a phrase over these chords, which are not moved, and these kicks.
+Lines faultsOver(std::vector<HeardChord> chords, Onsets kicks, const Score& score)
+{
+    PhraseCompany company;
+    company.harmonies.emplace_back(std::move(chords));
+    company.kicks.push_back(kicks);
+    return lintMeasure(score, company);
+}
+
+TEST(PhraseCompany, WhatLiesOnABoundIsInOrder)
+{
+    const HeardChord c{0, 0x091, 0};
+    const HeardChord f{16, 0x221, 5};
+    const HeardChord g{32, 0x884, 7};
+    const Onsets all = ~Onsets{0};
+    const Score twoOfThree = phrase(ScoreKind::bass, "| C1:4 r:12 | F1:4 r:12 | r:16 | r:16 |\n");
+    EXPECT_EQ(faultsOver({c, f, g}, all, twoOfThree), Lines{});
+    const Score oneOfTwo = phrase(ScoreKind::bass, "| C1:4 r:12 | A0:4 r:12 | r:16 | r:16 |\n");
+    EXPECT_EQ(faultsOver({c, f}, all, oneOfTwo), Lines{});
+    EXPECT_EQ(faultsOver({c, f, g}, all, oneOfTwo),
+              Lines{"of the chords the bass sounds the root in 33.3 %, at least 50 %"});
+    const Score fourNotes = phrase(ScoreKind::bass, "| C1:4 C1:4 C1:4 C1:4 | r:16 | r:16 | r:16 |\n");
+    EXPECT_EQ(faultsOver({c}, Onsets{1}, fourNotes), Lines{});
+    EXPECT_EQ(faultsOver({c}, Onsets{2}, fourNotes),
+              Lines{"of the notes a kick lies under 0 %, at least 25 %"});
+    const Score threeOfTen = phrase(ScoreKind::lead, "| C4:2 C4:2 E4:2 E4:2 G4:2 G4:2 C4:2 E4:2 |"
+                                                     " G4:2 C4:2 E4:2 r:10 | r:16 | r:16 |\n");
+    EXPECT_EQ(faultsOver({c}, all, threeOfTen), Lines{});
+    const Score fourOfTen = phrase(ScoreKind::lead, "| C4:2 C4:2 E4:2 E4:2 G4:2 G4:2 C4:2 C4:2 |"
+                                                    " G4:2 C4:2 E4:2 r:10 | r:16 | r:16 |\n");
+    EXPECT_EQ(faultsOver({c}, all, fourOfTen),
+              Lines{"of the steps that are heard, the key is repeated in 40 %, at most 30 %"});
+}
+
 TEST(PhraseCompany, WithoutCompanyNothingIsTold)
 {
     EXPECT_EQ(lintMeasure(phrase(ScoreKind::bass, "| C1:16 | ~:16 | ~:16 | ~:16 |\n"), {}), Lines{});
