@@ -9,6 +9,7 @@
 #include "inspection/ArrangementSummary.h"
 #include "phrases/MIDIClipGenerator.h"
 #include "phrases/PhraseLibrary.h"
+#include "scores/PhraseBounds.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreWriter.h"
 #include "sequence/SequenceFileBytes.h"
@@ -30,7 +31,6 @@ namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr int arrangements = 3;
-constexpr int farthestMove = 6; // semitones
 
 // Puts the phrase in the place of the one that was drawn for its track.
 void putPhrase(MIDIClipGenerator& generator, const fs::path& phrase, ScoreKind kind)

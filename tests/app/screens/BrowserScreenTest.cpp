@@ -122,18 +122,6 @@ TEST_F(BrowserScreenTest, RenamesWithF2)
     EXPECT_EQ(document(), nullptr);
 }
 
-TEST_F(BrowserScreenTest, KeepsTheNameSelectedWhereItsPictureComes)
-{
-    writeThree();
-    open();
-    key(Qt::Key_F2);
-    auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-    ASSERT_NE(editor, nullptr);
-    const QModelIndex current = tiles().currentIndex();
-    Q_EMIT tiles().model()->dataChanged(current, current);
-    EXPECT_EQ(editor->selectedText(), "Hallway");
-}
-
 TEST_F(BrowserScreenTest, KeepsWhatIsTypedWhileTheListChanges)
 {
     writeThree();
