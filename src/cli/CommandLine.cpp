@@ -28,6 +28,25 @@ void addCommonOptions(CLI::App& app, Request& request)
     app.set_version_flag("--version", "volvelle " VOLVELLE_VERSION, "tell the version");
 }
 
+// The device of standard output stands for standard output: opened as a file, it would write over what stands
+// there.
+void nameStandardOutput(Request& request)
+{
+    const auto isDevice = [](const std::filesystem::path& out) {
+        return out == "/dev/stdout" || out == "/dev/fd/1" || out == "/proc/self/fd/1";
+    };
+    for (auto* const out : {&request.generate.out, &request.record.out}) {
+        if (out->has_value() && isDevice(**out)) {
+            *out = standardOutputName;
+        }
+    }
+    for (auto* const out : {&request.render.out, &request.picture.out}) {
+        if (isDevice(*out)) {
+            *out = standardOutputName;
+        }
+    }
+}
+
 int run(const Request& request)
 {
     StandardOutputSink sink;
@@ -133,6 +152,7 @@ int runCommandLine(int argc, char** argv, const HandedCommands& commands)
     } catch (const CLI::ParseError& error) {
         return tellMisuse(app, error, namesOf(request.app.files));
     }
+    nameStandardOutput(request);
     return run(request);
 }
 

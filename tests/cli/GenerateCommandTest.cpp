@@ -184,6 +184,16 @@ TEST_F(Generate, StandardOutputGetsTheBytesAlone)
     EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(Generate, TheDeviceOfStandardOutputIsStandardOutput)
+{
+    for (const std::string name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+        write("more.mid", "begin");
+        EXPECT_EQ(shell("exec \"$VOLVELLE\" generate --out " + name + " >>more.mid").error, "");
+        EXPECT_THAT(read("more.mid"), StartsWith("beginMThd"));
+    }
+    EXPECT_THAT(names(), ElementsAre("more.mid"));
+}
+
 TEST_F(Generate, ManyLongFilesReportEveryArrangement)
 {
     const auto result = volvelle("generate --long 3 --count 2 --out a");

@@ -183,6 +183,8 @@ TEST_F(Render, APipeGetsWhatAFileWouldGet)
     write("more.wav", "begin");
     shell("exec \"$VOLVELLE\" render small.mid --out - >>more.wav");
     EXPECT_TRUE(read("more.wav") == "begin" + read("file.wav"));
+    shell("exec \"$VOLVELLE\" render small.mid --out /dev/stdout >>more.wav");
+    EXPECT_TRUE(read("more.wav") == "begin" + read("file.wav") + read("file.wav"));
     const auto full = shell("exec \"$VOLVELLE\" render small.mid --out - >/dev/full");
     EXPECT_EQ(full.status, 1);
     EXPECT_EQ(full.error, "'standard output' could not be written: the device is full.\n");
