@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 
-#include <bitset>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -17,46 +17,57 @@ double inTenths(double value)
     return std::floor(value * 10.0) / 10.0;
 }
 
-std::string chordAt(const FileDescription& description, double position)
+} // namespace
+
+PlayDisplay::PlayDisplay(FileDescription file) : length(file.length), chords(std::move(file.chords))
 {
-    std::string name = "-";
-    for (const FoundChord& chord : description.chords) {
-        if (chord.position <= position) {
-            name = chord.shortName;
-        }
-    }
-    return name;
+    addSpans(file);
 }
 
-std::string soundingChannels(const FileDescription& description, double position)
+void PlayDisplay::addSpans(const FileDescription& file)
 {
-    std::bitset<16> channels;
-    for (const FoundTrack& track : description.tracks) {
+    for (const FoundTrack& track : file.tracks) {
         for (const FoundNote& note : track.notes) {
-            if (note.position <= position && position < note.position + note.duration) {
-                channels.set(note.channel);
-            }
+            spans.at(note.channel).push_back({note.position, note.position + note.duration});
         }
     }
+    for (std::vector<Span>& ofChannel : spans) {
+        std::ranges::sort(ofChannel, {}, &Span::begin);
+        std::vector<Span> apart;
+        for (const Span& span : ofChannel) {
+            if (apart.empty() || span.begin > apart.back().end) {
+                apart.push_back(span);
+            }
+            apart.back().end = std::max(apart.back().end, span.end);
+        }
+        ofChannel = std::move(apart);
+    }
+}
+
+std::string PlayDisplay::chordAt(double position) const
+{
+    const auto next = std::ranges::upper_bound(chords, position, {}, &FoundChord::position);
+    return next == chords.begin() ? "-" : (next - 1)->shortName;
+}
+
+std::string PlayDisplay::soundingChannels(double position) const
+{
     std::string line;
-    for (std::size_t channel = 0; channel < channels.size(); ++channel) {
-        if (channels[channel]) {
+    for (std::size_t channel = 0; channel < spans.size(); ++channel) {
+        const auto next = std::ranges::upper_bound(spans[channel], position, {}, &Span::begin);
+        if (next != spans[channel].begin() && position < (next - 1)->end) {
             line += concat(" ", channel + 1);
         }
     }
     return line.empty() ? " -" : line;
 }
 
-} // namespace
-
-PlayDisplay::PlayDisplay(FileDescription file) : description(std::move(file)) {}
-
 std::string PlayDisplay::line(double position, bool isPaused) const
 {
     const int beat = static_cast<int>(position);
     return concat(isPaused ? "Paused  " : "", "Bar ", beat / beatsPerBar + 1, ".", beat % beatsPerBar + 1,
-                  "  ", chordAt(description, position), "  channels", soundingChannels(description, position),
-                  "  ", inTenths(position), " of ", inTenths(description.length), " beats");
+                  "  ", chordAt(position), "  channels", soundingChannels(position), "  ", inTenths(position),
+                  " of ", inTenths(length), " beats");
 }
 
 void PlayDisplay::show(double position, bool isPaused)

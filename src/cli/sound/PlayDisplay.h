@@ -2,8 +2,11 @@
 
 #include "cli/sound/TerminalLine.h"
 #include "inspection/FileDescription.h"
+#include "wire/ShortMessage.h"
 
+#include <array>
 #include <string>
+#include <vector>
 
 namespace volvelle {
 
@@ -22,7 +25,19 @@ public:
     void finish() { shown.finish(); }
 
 private:
-    const FileDescription description;
+    // A stretch in which a channel sounds, its end left out. Beats.
+    struct Span {
+        double begin = 0.0;
+        double end = 0.0;
+    };
+
+    void addSpans(const FileDescription& description);
+    std::string chordAt(double position) const;
+    std::string soundingChannels(double position) const;
+
+    double length;                                     // beats
+    std::vector<FoundChord> chords;                    // by position
+    std::array<std::vector<Span>, channelCount> spans; // of each channel, apart from one another and in order
     TerminalLine shown;
 };
 

@@ -26,5 +26,24 @@ TEST(PlayDisplay, TheLineTellsBarChordChannelsAndPosition)
     EXPECT_EQ(display.line(9.0, true), "Paused  Bar 3.2  FM  channels -  9.0 of 16.0 beats");
 }
 
+TEST(PlayDisplay, NotesThatTouchOverlapOrComeInAnyOrderAreOneSound)
+{
+    FileDescription description = music();
+    description.tracks[0].notes = {{6.0, 1.0, 60, 90, 0, 2}, {1.0, 1.0, 60, 90, 0, 2},
+                                   {2.0, 1.0, 61, 90, 0, 2}, {0.5, 4.0, 62, 90, 0, 2},
+                                   {3.0, 0.5, 63, 90, 0, 2}, {8.0, 0.0, 60, 90, 0, 2}};
+    const PlayDisplay display(description);
+    for (const auto& [position, sounds] : std::vector<std::pair<double, bool>>{{0.4, false},
+                                                                               {0.5, true},
+                                                                               {4.4, true},
+                                                                               {4.5, false},
+                                                                               {5.9, false},
+                                                                               {6.0, true},
+                                                                               {7.0, false},
+                                                                               {8.0, false}}) {
+        EXPECT_EQ(display.line(position, false).find("channels 3 ") != std::string::npos, sounds) << position;
+    }
+}
+
 } // namespace
 } // namespace volvelle
