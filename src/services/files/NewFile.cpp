@@ -1,6 +1,7 @@
 #include "services/files/NewFile.h"
 
 #include "base/PendingFiles.h"
+#include "services/files/FileNames.h"
 
 #include <array>
 #include <cerrno>
@@ -196,6 +197,7 @@ bool NewFile::takePlace(bool overwrite, const Keeper& keep)
     }
     const std::filesystem::path folder = folderOf(target);
     if (error == 0 && recordUnless(takeMode()) && recordUnless(fsync(descriptor) == 0)) {
+        rememberItself();
         recordUnless(close(descriptor) == 0);
         descriptor = -1;
     }
@@ -236,6 +238,15 @@ bool NewFile::takeMode()
     return stat(target.c_str(), &existing) != 0 || fchmod(descriptor, existing.st_mode & 07777U) == 0;
 }
 
+void NewFile::rememberItself()
+{
+    struct stat itself = {};
+    if (fstat(descriptor, &itself) == 0) {
+        device = itself.st_dev;
+        inode = itself.st_ino;
+    }
+}
+
 bool NewFile::takeName(bool overwrite, const Keeper& keep)
 {
     if (overwrite) {
@@ -245,30 +256,65 @@ bool NewFile::takeName(bool overwrite, const Keeper& keep)
            (isUnknown(errno) && link(name.c_str(), target.c_str()) == 0 && unlink(name.c_str()) == 0);
 }
 
-// While the names are exchanged the temporary one is that of a file of the user's.
 bool NewFile::exchange(const Keeper& keep)
 {
-    while (!renameWith(RENAME_NOREPLACE, name, target)) {
-        if (errno == EEXIST) {
+    constexpr int mostTries = 100; // where the target comes and goes
+    for (int tried = 0; tried < mostTries; ++tried) {
+        if (renameWith(RENAME_NOREPLACE, name, target)) {
+            return true;
+        }
+        const bool isThere = errno == EEXIST;
+        if (isThere) {
             forgetPendingFile(std::exchange(slot, -1));
             if (renameWith(RENAME_EXCHANGE, name, target)) {
-                const std::string replaced = std::exchange(name, "");
-                const bool isKept = keep(replaced);
-                if (isKept || renameWith(RENAME_EXCHANGE, replaced, target)) {
-                    unlink(replaced.c_str());
-                }
-                errno = ECANCELED;
-                return isKept;
+                return keepReplaced(keep);
             }
         }
         if (isUnknown(errno)) {
             return rename(name.c_str(), target.c_str()) == 0;
         }
-        if (errno != ENOENT) {
+        if (!isThere || errno != ENOENT) {
             return false;
         }
     }
-    return true;
+    return false;
+}
+
+// The temporary name is that of a file of the user's by now.
+bool NewFile::keepReplaced(const Keeper& keep)
+{
+    const std::string replaced = std::exchange(name, "");
+    bool isKept = false;
+    try {
+        isKept = keep(replaced);
+    } catch (const std::exception&) {
+        isKept = false;
+    }
+    if (isKept) {
+        unlink(replaced.c_str());
+    } else {
+        giveBack(replaced);
+    }
+    errno = ECANCELED;
+    return isKept;
+}
+
+// What another program has put into the place meanwhile gets a free name beside it.
+void NewFile::giveBack(const std::string& replaced) const
+{
+    struct stat found = {};
+    if (renameWith(RENAME_EXCHANGE, replaced, target)) {
+        if (lstat(replaced.c_str(), &found) == 0 && found.st_dev == device && found.st_ino == inode) {
+            unlink(replaced.c_str());
+            return;
+        }
+    } else if (renameWith(RENAME_NOREPLACE, replaced, target)) {
+        return;
+    }
+    bool isTaken = true;
+    for (int number = 2; isTaken; ++number) {
+        isTaken = !renameWith(RENAME_NOREPLACE, replaced, numberedFile(target, number)) && errno == EEXIST;
+    }
 }
 
 void NewFile::drop()

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <sys/types.h>
 
 namespace volvelle {
 
@@ -33,8 +34,8 @@ public:
     std::int64_t seek(std::int64_t offset, int whence);
     std::int64_t length();
 
-    // Told where the file stands whose place was taken, before that is removed; false gives it its place
-    // back.
+    // Told where the file stands whose place was taken, before that is removed; false, or an exception, gives
+    // it its place back.
     using Keeper = std::function<bool(const std::filesystem::path& replaced)>;
 
     // Puts the bytes on disk, and the file in the place of its target with the access rights of that. Without
@@ -59,12 +60,17 @@ private:
     bool takeMode();
     bool takeName(bool overwrite, const Keeper& keep);
     bool exchange(const Keeper& keep);
+    bool keepReplaced(const Keeper& keep);
+    void giveBack(const std::string& replaced) const;
+    void rememberItself();
     bool recordUnless(bool good); // notes the error of the system unless `good`
 
     std::filesystem::path target;
     std::string name;
     int descriptor = -1;
-    int slot = -1; // among the files that are being written
+    int slot = -1;    // among the files that are being written
+    dev_t device = 0; // where its bytes are, as the next
+    ino_t inode = 0;
     int error = 0;
     bool isDirect = false;   // a device, a pipe or an open descriptor
     bool isComplete = false; // its bytes are on their way there

@@ -87,6 +87,67 @@ TEST_F(LateWriters, WhereAVersionCannotBeKeptTheFileHasItsPlaceBack)
     EXPECT_EQ(versions(), Lines{"theirs"});
 }
 
+TEST_F(LateWriters, AFolderThatGoesEndsTheSave)
+{
+    const auto document = opened();
+    document->words = "new";
+    beforeRenaming = [this] { fs::remove_all(folder.path); };
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(document->lastError(),
+              "'" + file.string() + "' could not be written: its folder does not exist.");
+    fs::create_directory(folder.path);
+    EXPECT_EQ(document->save(), "yes");
+    EXPECT_EQ(contentOf(file), "new");
+}
+
+TEST_F(LateWriters, AFileThatIsTakenAwayBeforeItHasItsPlaceEndsTheSave)
+{
+    const auto document = opened();
+    document->words = "new";
+    beforeRenaming = [this] {
+        for (const auto& entry : fs::directory_iterator(folder.path)) {
+            if (entry.path() != file) {
+                fs::remove(entry.path());
+            }
+        }
+    };
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(contentOf(file), "old");
+}
+
+TEST_F(LateWriters, AThirdWriterLosesNothingWhileTheSecondHasItsPlaceBack)
+{
+    const auto document = opened();
+    document->words = "new";
+    states.write("volvelle", "no folder");
+    const auto third = [this] {
+        folder.write("third", "third");
+        fs::rename(folder.path / "third", file);
+    };
+    beforeRenaming = [&] {
+        folder.write("a.mid", "second");
+        beforeRenaming = [&] { beforeRenaming = third; };
+    };
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(contentOf(file), "second");
+    EXPECT_EQ(contentOf(folder.path / "a 2.mid"), "third");
+    EXPECT_EQ(folder.names(), (Lines{"a 2.mid", "a.mid"}));
+}
+
+TEST_F(LateWriters, WhereThePlaceIsEmptyByNowTheFileGetsItBackAsWell)
+{
+    const auto document = opened();
+    document->words = "new";
+    states.write("volvelle", "no folder");
+    beforeRenaming = [&] {
+        folder.write("a.mid", "second");
+        beforeRenaming = [&] { beforeRenaming = [&] { fs::remove(file); }; };
+    };
+    EXPECT_EQ(document->save(), "no");
+    EXPECT_EQ(contentOf(file), "second");
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
 TEST_F(LateWriters, APipeInTheFilesPlaceStays)
 {
     const auto document = opened();
