@@ -124,7 +124,7 @@ void BrowserScreen::showSelection()
 
 std::optional<BrowserScreen::Notice> BrowserScreen::notice() const
 {
-    if (!refusal.isEmpty()) {
+    if (!refusal.isEmpty() && isNaming()) {
         return Notice{refusal, ""};
     }
     if (!logic->waitingDocuments().empty()) {
@@ -133,7 +133,7 @@ std::optional<BrowserScreen::Notice> BrowserScreen::notice() const
     if (!trashed.isEmpty()) {
         return Notice{QString("'%1' was moved to the trash.").arg(trashed), "Undo"};
     }
-    return std::nullopt;
+    return refusal.isEmpty() ? std::nullopt : std::optional(Notice{refusal, ""});
 }
 
 void BrowserScreen::actOnNotice()
@@ -147,7 +147,7 @@ void BrowserScreen::actOnNotice()
 
 void BrowserScreen::dropNotice()
 {
-    if (!refusal.isEmpty()) {
+    if (!refusal.isEmpty() && (isNaming() || (logic->waitingDocuments().empty() && trashed.isEmpty()))) {
         tellRefusal("");
     } else if (!logic->waitingDocuments().empty()) {
         logic->forgetWaitingDocuments();
@@ -186,18 +186,24 @@ void BrowserScreen::rename()
     }
 }
 
-// What is refused stays in its field.
+bool BrowserScreen::isNaming() const
+{
+    return qobject_cast<QLineEdit*>(tiles->indexWidget(tiles->currentIndex())) != nullptr;
+}
+
+// What is refused stays in its field, unless the user went on somewhere else.
 void BrowserScreen::takeName(const std::filesystem::path& file, const QString& name)
 {
     logic->select(file);
     const Result<> renamed = logic->renameSelection(name.toStdString());
-    if (renamed) {
+    if (renamed || !isVisible()) {
         return;
     }
     tellRefusal(QString::fromStdString(renamed.error()));
     const QModelIndex tile = model->indexOf(file);
-    if (isVisible() && tile.isValid()) {
+    if (tiles->hasFocus() && tile.isValid()) {
         tiles->edit(tile);
+        Q_EMIT noticeChanged();
         if (auto* field = qobject_cast<QLineEdit*>(tiles->indexWidget(tile))) {
             field->setText(name);
             field->setModified(true);
@@ -317,6 +323,7 @@ void BrowserScreen::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     if (!event->spontaneous()) {
         trashed.clear();
+        refusal.clear();
     }
 }
 

@@ -85,6 +85,7 @@ private:
     void open();
     void rename();
     void takeName(const std::filesystem::path& file, const QString& name);
+    bool isNaming() const;
     void tellRefusal(const QString& line);
     void duplicate();
     void moveToTrash();

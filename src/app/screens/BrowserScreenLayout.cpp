@@ -54,6 +54,7 @@ void BrowserScreen::makeTiles()
             [this](const QModelIndex& index) {
                 const FolderDocument* document = model->document(index);
                 if (!isShowing && document != nullptr) {
+                    tellRefusal("");
                     logic->select(document->location);
                 }
             });

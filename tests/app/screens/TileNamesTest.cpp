@@ -96,6 +96,47 @@ TEST_F(TileNamesTest, KeepsANameThatIsRefusedWhereAnotherTileIsClicked)
     EXPECT_EQ(names(), (Names{"Hallway", "Copper", "Slow tide"}));
 }
 
+TEST_F(TileNamesTest, LeavesTheOldNameWhereTheUserGoesOnElsewhere)
+{
+    writeThree();
+    open();
+    key(Qt::Key_F2);
+    type("Copper");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    settle();
+    QLineEdit& search = *browser().findChild<QLineEdit*>(); // the first one
+    QTest::mouseClick(&search, Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(search.hasFocus());
+    EXPECT_EQ(notice(), "There is already an idea called 'Copper'.");
+    type("Slow");
+    EXPECT_EQ(search.text(), "Slow");
+    key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(std::filesystem::exists(folder / "Hallway.mid"));
+}
+
+TEST_F(TileNamesTest, ARefusalGoesWithTheScreenAndHidesNoOtherNotice)
+{
+    writeThree();
+    open();
+    key(Qt::Key_F2);
+    type("Copper");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    settle();
+    press("New");
+    ASSERT_NE(document(), nullptr);
+    EXPECT_EQ(notice(), "");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(notice(), "");
+    key(Qt::Key_Delete);
+    EXPECT_NE(notice().find("was moved to the trash."), std::string::npos) << notice();
+    key(Qt::Key_F2);
+    type("Copper");
+    browser().findChild<QLineEdit*>()->setFocus();
+    settle();
+    EXPECT_NE(notice().find("was moved to the trash."), std::string::npos) << notice();
+}
+
 TEST_F(TileNamesTest, TellsThatAFileIsGoneThatIsRenamed)
 {
     writeThree();
