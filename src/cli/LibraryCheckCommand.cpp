@@ -48,7 +48,9 @@ std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>
     std::vector<fs::path> files;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        files.push_back(entry->path());
+        if (!entry->path().filename().string().starts_with('.')) {
+            files.push_back(entry->path());
+        }
     }
     if (error) {
         problems.push_back(concat(folder.string(), ": the folder cannot be listed"));
@@ -111,13 +113,18 @@ std::shared_ptr<MIDIPhrase> loaded(const fs::path& file, ScoreKind kind)
     return loadPhrase(file, kind);
 }
 
-void checkFile(const MIDIPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
+bool hasRoomFor(const MIDIPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
 {
     constexpr std::size_t most = 2000;
-    if (phrase.loadedEvents.size() > most) {
-        problems.push_back(
-            concat(place, ": the phrase has ", phrase.loadedEvents.size(), " events, at most ", most));
+    const std::size_t count = phrase.loadedEvents.size();
+    if (count > most) {
+        problems.push_back(concat(place, ": the phrase has ", count, " events, at most ", most));
     }
+    return count <= most;
+}
+
+void checkFile(const MIDIPhrase& phrase, const std::string& place, std::vector<std::string>& problems)
+{
     std::vector<std::string> mended;
     if (MusicSequenceGetLoadWarnings(phrase.sequence->getMusicSequence(), mended) == noErr &&
         !mended.empty()) {
@@ -128,7 +135,7 @@ void checkFile(const MIDIPhrase& phrase, const std::string& place, std::vector<s
     }
 }
 
-// The phrase as a score; none where nothing of it sounds.
+// The phrase as a score; none where nothing of it sounds, or far too much.
 std::optional<Score> checkPhrase(const fs::path& file, ScoreKind kind, std::vector<std::string>& problems)
 {
     const std::string place = file.string();
@@ -146,6 +153,9 @@ std::optional<Score> checkPhrase(const fs::path& file, ScoreKind kind, std::vect
         checkChords(*chords, place, problems);
     }
     checkFile(*phrase, place, problems);
+    if (!hasRoomFor(*phrase, place, problems)) {
+        return std::nullopt;
+    }
     if (phrase->loadedEvents.empty()) {
         problems.push_back(concat(place, ": the phrase is silent"));
         return std::nullopt;
@@ -184,12 +194,17 @@ void checkEar(const fs::path& root, CommandOutput& output, std::vector<std::stri
     }
 }
 
-int told(const std::vector<std::string>& problems, std::size_t count, const fs::path& root,
-         CommandOutput& output)
+void tell(std::span<const std::string> problems, CommandOutput& output)
 {
     for (const std::string& problem : problems) {
         output.result(problem);
     }
+}
+
+// Sums up what was told.
+int summary(const std::vector<std::string>& problems, std::size_t count, const fs::path& root,
+            CommandOutput& output)
+{
     if (!problems.empty()) {
         return output.failure(concat(counted(problems.size(), "problem", "problems"), " in ",
                                      counted(count, "phrase", "phrases"), " of '", root.string(), "'."));
@@ -206,7 +221,8 @@ int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& out
     const auto resources = resourcesFolder();
     const PhraseCompany elsewhere = resources ? companyIn(*resources) : PhraseCompany();
     const LintReport report = isScore ? lintScoreFile(root, elsewhere) : lintLibrary(root, elsewhere);
-    return told(report.faults, static_cast<std::size_t>(report.scores), root, output);
+    tell(report.faults, output);
+    return summary(report.faults, static_cast<std::size_t>(report.scores), root, output);
 }
 
 int checkPhrases(const fs::path& root, bool ear, CommandOutput& output)
@@ -226,10 +242,13 @@ int checkPhrases(const fs::path& root, bool ear, CommandOutput& output)
     const bool canBeHeard = problems.empty();
     holdRules(root, rules);
     problems.insert(problems.end(), rules.faults.begin(), rules.faults.end());
+    tell(problems, output);
     if (ear && canBeHeard) {
+        const std::size_t before = problems.size();
         checkEar(root, output, problems);
+        tell(std::span(problems).subspan(before), output);
     }
-    return told(problems, count, root, output);
+    return summary(problems, count, root, output);
 }
 
 // The line for what is neither phrases nor scores, else empty.

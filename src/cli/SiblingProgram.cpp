@@ -16,6 +16,7 @@ namespace {
 
 constexpr int notBegun = 127;     // what a shell says, too
 constexpr int exitBySignal = 128; // and this, with the number of the signal
+constexpr int unknownStatus = SIGKILL;
 
 // What asks this process to end, unless it is ignored, and the news of a child.
 sigset_t watchedSignals()
@@ -43,17 +44,40 @@ sigset_t watchedSignals()
     _exit(notBegun);
 }
 
+// Tells of the end of children, also where this process was begun with their news ignored.
+class ChildNews {
+public:
+    ChildNews()
+    {
+        struct sigaction usual = {};
+        usual.sa_handler = SIG_DFL;
+        sigaction(SIGCHLD, &usual, &before);
+    }
+
+    ~ChildNews() { sigaction(SIGCHLD, &before, nullptr); }
+
+    ChildNews(const ChildNews&) = delete;
+    ChildNews& operator=(const ChildNews&) = delete;
+
+private:
+    struct sigaction before = {};
+};
+
 // Waits for the end of a child, and gives its status. A signal that asks this process to end is one for the
-// child, too, a second one ends it at once. The signal, 0 without one.
+// child, too; the same one again ends it at once. The signal, 0 without one.
 int waitFor(pid_t child, const sigset_t& watched, int& status)
 {
     int wanted = 0;
-    while (waitpid(child, &status, WNOHANG) == 0) {
+    pid_t ended = 0;
+    while ((ended = waitpid(child, &status, WNOHANG)) == 0) {
         const int signal = sigwaitinfo(&watched, nullptr);
         if (signal > 0 && signal != SIGCHLD) {
-            kill(child, wanted == 0 ? SIGTERM : SIGKILL);
+            kill(child, wanted == signal ? SIGKILL : SIGTERM);
             wanted = signal;
         }
+    }
+    if (ended < 0) {
+        status = unknownStatus;
     }
     return wanted;
 }
@@ -79,6 +103,7 @@ int runSibling(const char* name, const std::vector<std::string>& arguments, Comm
     std::vector<char*> pointers(words.size() + 1, nullptr);
     std::ranges::transform(words, pointers.begin(), [](std::string& word) { return word.data(); });
     std::fflush(stdout);
+    const ChildNews news;
     const sigset_t watched = watchedSignals();
     sigset_t before;
     sigprocmask(SIG_BLOCK, &watched, &before);

@@ -83,6 +83,20 @@ void separate(std::vector<ScoreNote>& notes)
     notes.assign(kept.rbegin(), kept.rend());
 }
 
+// Fails with a line where more notes stand at one position than any chord has keys for.
+Result<> checkClusters(const Score& score)
+{
+    constexpr int most = 10;
+    std::map<double, int> countAt;
+    for (const ScoreNote& note : score.notes) {
+        if (score.kind != ScoreKind::drums && ++countAt[note.position] > most) {
+            return failure(
+                concat("the MIDI file has more than ", most, " notes at once at beat ", note.position));
+        }
+    }
+    return {};
+}
+
 // The length of the longest track in beats, in sixteenths.
 double lengthOf(const MusicSequence& sequence)
 {
@@ -159,6 +173,9 @@ Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
             concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes"));
     }
     separate(score.notes);
+    if (const Result<> playable = checkClusters(score); !playable) {
+        return failure(playable.error());
+    }
     if (score.title.empty()) {
         score.title = plainLine(file.stem().string());
     }

@@ -330,6 +330,12 @@ TEST_F(LibraryCheck, AChordPatternOfThousandsOfNotesIsTold)
     EXPECT_THAT(problems(), Not(Contains(HasSubstr(" events, at most "))));
 }
 
+TEST_F(LibraryCheck, WhatACompilationLeftBehindIsPassedOver)
+{
+    std::filesystem::create_directory(folder / "work/lib/Phrases2/02 leads/.volvelle-1-2.new");
+    EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");
+}
+
 TEST_F(LibraryCheck, ACompiledPhraseIsHeldAgainstTheRulesOfItsScore)
 {
     write("good/basses/001-a.score", changed(goodBass, "A1:4", "F4:4"));

@@ -85,7 +85,8 @@ TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
         {"kill -TERM $PPID\nexec sleep 60", "", 143},
         {"trap 'exit 0' TERM\nkill -INT $PPID\nwhile :; do :; done", "", 130},
         {"trap 'kill -INT $PPID' TERM\nkill -HUP $PPID\nwhile :; do :; done", "", 130},
-        {"kill -INT $PPID\nexit 0", "trap '' INT; ", 0}};
+        {"kill -INT $PPID\nexit 0", "trap '' INT; ", 0},
+        {"exit 0", "trap '' CHLD; ", 0}};
     for (const auto& [script, before, status] : cases) {
         std::filesystem::remove_all(folder / "work/temporary");
         std::filesystem::create_directory(folder / "work/temporary");
@@ -99,6 +100,14 @@ TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
         EXPECT_EQ(read("heard"), status == 0 ? "x\nx\nx\n" : "x\n") << script;
         EXPECT_TRUE(std::filesystem::is_empty(folder / "work/temporary")) << script;
     }
+}
+
+TEST_F(LibraryHear, TwoSignalsAtOnceLeaveThePlayerTimeToEnd)
+{
+    write("volvelle-sound", "#!/bin/sh\ntrap 'sleep 0.2; echo ended >> heard; exit 0' TERM\n"
+                            "kill -TERM $PPID\nkill -HUP $PPID\nwhile :; do :; done\n");
+    EXPECT_THAT(hear("leads/001-a.score").status, testing::AnyOf(129, 143));
+    EXPECT_THAT(read("heard"), HasSubstr("ended"));
 }
 
 TEST_F(LibraryHear, APlayerThatFailsEndsIt)

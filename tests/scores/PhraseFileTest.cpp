@@ -184,5 +184,24 @@ TEST_F(PhraseFile, ThePatternsAndDrumsOfALibraryAreTheCompanyOfAPhrase)
     EXPECT_TRUE(companyIn(folder / "gone").harmonies.empty());
 }
 
+TEST_F(PhraseFile, MoreNotesAtOnceThanAChordHasKeysForAreRefused)
+{
+    const auto cluster = [](int notes) {
+        std::string on;
+        std::string off;
+        for (int i = 0; i < notes; ++i) {
+            const std::string key = std::to_string(30 + i);
+            on += "0090" + key + "50";
+            off += (i == 0 ? "1880" : "0080") + key + "00";
+        }
+        return on + off + "00";
+    };
+    EXPECT_EQ(readElsewhere("ten.mid", cluster(10), ScoreKind::lead).notes.size(), 10U);
+    EXPECT_EQ(readElsewhere("drums.mid", cluster(11), ScoreKind::drums).notes.size(), 11U);
+    write("many.mid", cluster(11));
+    EXPECT_EQ(readMIDIPhrase(folder / "many.mid", ScoreKind::lead).error(),
+              "the MIDI file has more than 10 notes at once at beat 0.0");
+}
+
 } // namespace
 } // namespace volvelle
