@@ -1,5 +1,7 @@
 #include "services/audiodevice/JackInput.h"
 
+#include <algorithm>
+#include <chrono>
 #include <jack/midiport.h>
 #include <utility>
 
@@ -62,6 +64,7 @@ bool JackInput::begin(const std::string& ownPort)
     if (port == nullptr) {
         return false;
     }
+    last = std::chrono::steady_clock::now();
     jack_on_shutdown(client, noteEnd, this);
     return jack_set_process_callback(client, process, this) == 0 && jack_activate(client) == 0;
 }
@@ -73,14 +76,18 @@ bool JackInput::isLost()
 
 int JackInput::process(jack_nframes_t frames, void* input)
 {
-    const auto& self = *static_cast<JackInput*>(input);
+    auto& self = *static_cast<JackInput*>(input);
     const auto now = std::chrono::steady_clock::now();
+    const double rate = jack_get_sample_rate(self.client);
     void* const buffer = jack_port_get_buffer(self.port, frames);
     const auto count = jack_midi_get_event_count(buffer);
     jack_midi_event_t event{};
     for (jack_nframes_t i = 0; i < count; ++i) {
         if (jack_midi_event_get(&event, buffer, i) == 0 && event.size > 0 && !isLeftOut(event.buffer[0])) {
-            self.receiver->receive(now, {event.buffer, event.size});
+            const std::chrono::duration<double> ago((frames - event.time) / rate);
+            const auto arrived = now - std::chrono::duration_cast<MIDIReceiver::Moment::duration>(ago);
+            self.last = std::max(self.last, arrived);
+            self.receiver->receive(self.last, {event.buffer, event.size});
         }
     }
     return 0;

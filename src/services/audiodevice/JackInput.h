@@ -11,7 +11,8 @@
 namespace volvelle {
 
 // An input through JACK, with one client for all its life: it hears one port, or others connect to it. A port
-// that went away and came back is lost, since nothing connects the two anew. [main]
+// that went away and came back is lost, since nothing connects the two anew. What comes in a period came in
+// the one before it, each message at its frame. [main]
 class JackInput : public MIDIInput {
 public:
     // Null where no JACK server answers. Starts none.
@@ -45,6 +46,7 @@ private:
     jack_port_t* port = nullptr; // JACK's, and null while it hears nothing
     std::string portName;
     bool isOffered = false;
+    MIDIReceiver::Moment last;         // no message comes before the one before it
     std::atomic<bool> hasEnded{false}; // the server
 };
 

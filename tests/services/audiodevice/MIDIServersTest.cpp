@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <jack/jack.h>
+#include <jack/midiport.h>
 #include <memory>
 #include <thread>
 
@@ -52,9 +53,11 @@ public:
         return {};
     }
 
+    // When the last one came that was asked for.
+    Moment last = std::chrono::steady_clock::now();
+
 private:
     BoundedQueue<Message> queue{64};
-    Moment last = std::chrono::steady_clock::now();
 };
 
 using Bytes = std::vector<std::uint8_t>;
@@ -92,6 +95,45 @@ private:
     }
 
     jack_client_t* client;
+};
+
+// Another program's port, which sends two notes in one period.
+class Striker {
+public:
+    static constexpr jack_nframes_t first = 10;
+    static constexpr jack_nframes_t second = 400;
+
+    Striker() : client(jack_client_open("Striker", JackNoStartServer, nullptr))
+    {
+        port = jack_port_register(client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        jack_set_process_callback(client, process, this);
+        EXPECT_EQ(jack_activate(client), 0);
+    }
+
+    ~Striker() { jack_client_close(client); }
+
+    Striker(const Striker&) = delete;
+    Striker& operator=(const Striker&) = delete;
+
+    std::atomic<bool> strikes{false};
+
+private:
+    static int process(jack_nframes_t frames, void* striker)
+    {
+        auto& self = *static_cast<Striker*>(striker);
+        void* const buffer = jack_port_get_buffer(self.port, frames);
+        jack_midi_clear_buffer(buffer);
+        if (frames > second && self.strikes.exchange(false)) {
+            for (const jack_nframes_t frame : {first, second}) {
+                const std::array<jack_midi_data_t, 3> note{0x90, 60, 100};
+                jack_midi_event_write(buffer, frame, note.data(), note.size());
+            }
+        }
+        return 0;
+    }
+
+    jack_client_t* client;
+    jack_port_t* port = nullptr;
 };
 
 // Another program's port that sends what a shell script writes.
@@ -157,6 +199,23 @@ TEST(MIDIServersTest, HearsAnotherProgramThroughJACK)
     EXPECT_EQ(speaker.waitForEnd(), 0);
     EXPECT_TRUE((*port)->isLost());
     EXPECT_EQ(ports->openInput("speaker:keys", receiver).error(), "There is no MIDI port \"speaker:keys\".");
+}
+
+TEST(MIDIServersTest, MessagesOfOnePeriodComeAtTheirFrames)
+{
+    const SoundServersFolder servers(SoundServersFolder::Kind::shared);
+    USE_SERVER(servers, "jack");
+    Striker striker;
+    const auto receiver = std::make_shared<KeepingReceiver>();
+    const auto port = makeMIDIPorts({false, true})->openInput("striker:out", receiver);
+    ASSERT_TRUE(port) << port.error();
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    striker.strikes = true;
+    EXPECT_EQ(receiver->next(), (Bytes{0x90, 60, 100}));
+    const auto before = receiver->last;
+    EXPECT_EQ(receiver->next(), (Bytes{0x90, 60, 100}));
+    const std::chrono::duration<double> between = receiver->last - before;
+    EXPECT_NEAR(between.count(), (Striker::second - Striker::first) / 48000.0, 1e-4);
 }
 
 TEST(MIDIServersTest, AnInputWhosePortCameBackIsLost)
