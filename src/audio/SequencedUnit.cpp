@@ -120,7 +120,7 @@ void SequencedUnit::stop()
 // Only those that are down.
 void SequencedUnit::sendPedals(const Pedals& values)
 {
-    for (std::uint8_t channel = 0; channel < values.size(); ++channel) {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
         for (std::size_t i = 0; i < holdPedals.size(); ++i) {
             if (const std::uint8_t value = values[channel][i]; value > 0) {
                 sequencer.sendEvent(channel, STATUS_CONTROLLER, holdPedals[i], value);
@@ -131,7 +131,7 @@ void SequencedUnit::sendPedals(const Pedals& values)
 
 void SequencedUnit::liftPedals()
 {
-    for (std::uint8_t channel = 0; channel < pedals.size(); ++channel) {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
         for (std::size_t i = 0; i < holdPedals.size(); ++i) {
             if (std::exchange(pedals[channel][i], std::uint8_t{0}) > 0) {
                 sequencer.sendEvent(channel, STATUS_CONTROLLER, holdPedals[i], 0);

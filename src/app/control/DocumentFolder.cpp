@@ -30,7 +30,7 @@ template <class Put>
 Result<fs::path> putFree(const fs::path& wanted, Put put)
 {
     for (int number = 1; number <= mostNumbers; ++number) {
-        const fs::path file = numberedFile(wanted, number);
+        fs::path file = numberedFile(wanted, number);
         const int failed = isNameTaken(file) ? EEXIST : put(file);
         if (failed == 0) {
             return file;

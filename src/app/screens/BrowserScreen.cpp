@@ -110,7 +110,8 @@ void BrowserScreen::showPage()
 
 void BrowserScreen::showSelection()
 {
-    const QModelIndex selected = logic->selection() ? model->indexOf(*logic->selection()) : QModelIndex();
+    const auto& selection = logic->selection();
+    const QModelIndex selected = selection ? model->indexOf(*selection) : QModelIndex();
     if (selected.isValid()) {
         tiles->setCurrentIndex(selected);
         if (scrolledTo != logic->selection()) {

@@ -69,14 +69,14 @@ CGRect DiscPainter::canvas(const DiscContent& content, double side)
 
 void DiscPainter::paint(QPainter& painter, const DiscContent& content, double side, Theme theme)
 {
-    keep(content, side, painter.device()->devicePixelRatio(), theme);
+    const DiscGeometry& disc = keep(content, side, painter.device()->devicePixelRatio(), theme);
     painter.drawImage(QPointF(), named);
     if (content.isSmall) {
         return;
     }
     painter.save();
-    prepare(painter, side, *disc);
-    paintMovingParts(painter, *disc, Tokens::of(theme));
+    prepare(painter, side, disc);
+    paintMovingParts(painter, disc, Tokens::of(theme));
     painter.restore();
 }
 
@@ -86,31 +86,32 @@ bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, doubl
     return side == drawnSide && ratio == drawnRatio && theme == drawnTheme && content.hasSameMusic(drawn);
 }
 
-void DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
+const DiscGeometry& DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
 {
     const Tokens& tokens = Tokens::of(theme);
-    const bool isNew = !ground || !ground->isOf(content, side, ratio, theme);
-    if (isNew) {
-        ground = {content, side, ratio, theme};
-        disc.emplace(content, side);
-        still = stillPicture(*disc, content.isSmall, side, ratio, tokens);
-    } else {
-        disc->move(content);
+    if (ground && geometry && ground->isOf(content, side, ratio, theme)) {
+        geometry->move(content);
+        if (geometry->sounding != namedSector || geometry->soundingChord != namedChord) {
+            paintChords(*geometry, content.isSmall, side, tokens);
+        }
+        return *geometry;
     }
-    if (isNew || disc->sounding != namedSector || disc->soundingChord != namedChord) {
-        paintChords(tokens);
-    }
+    ground = {content, side, ratio, theme};
+    const DiscGeometry& made = geometry.emplace(content, side);
+    still = stillPicture(made, content.isSmall, side, ratio, tokens);
+    paintChords(made, content.isSmall, side, tokens);
+    return made;
 }
 
-void DiscPainter::paintChords(const Tokens& tokens)
+void DiscPainter::paintChords(const DiscGeometry& disc, bool isSmall, double side, const Tokens& tokens)
 {
-    namedSector = disc->sounding;
-    namedChord = disc->soundingChord;
+    namedSector = disc.sounding;
+    namedChord = disc.soundingChord;
     named = still;
-    if (!ground->content.isSmall) {
+    if (!isSmall) {
         QPainter painter(&named);
-        prepare(painter, ground->side, *disc);
-        paintChordParts(painter, *disc, tokens);
+        prepare(painter, side, disc);
+        paintChordParts(painter, disc, tokens);
     }
 }
 

@@ -37,11 +37,11 @@ private:
     };
 
     // Brings pictures and geometry up to date.
-    void keep(const DiscContent& content, double side, double ratio, Theme theme);
-    void paintChords(const Tokens& tokens);
+    const DiscGeometry& keep(const DiscContent& content, double side, double ratio, Theme theme);
+    void paintChords(const DiscGeometry& disc, bool isSmall, double side, const Tokens& tokens);
 
     std::optional<Ground> ground;
-    std::optional<DiscGeometry> disc;
+    std::optional<DiscGeometry> geometry;
     QImage still;
     QImage named;                                    // with the chords
     std::optional<DiscGeometry::Sector> namedSector; // that sounds there, as the next
