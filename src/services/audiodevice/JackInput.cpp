@@ -40,7 +40,7 @@ std::vector<std::string> JackInput::portNames() const
     for (const char** each = found; each != nullptr && *each != nullptr; ++each) {
         names.emplace_back(*each);
     }
-    jack_free(found);
+    jack_free(static_cast<void*>(found));
     return names;
 }
 

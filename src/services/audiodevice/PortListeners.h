@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-using snd_seq_t = struct _snd_seq;
+using snd_seq_t = struct _snd_seq; // NOLINT(bugprone-reserved-identifier): the library's name
 
 namespace volvelle {
 
