@@ -21,7 +21,7 @@ int tellMissingSibling(const char* name, CommandOutput& output);
 // Runs a program beside this one with the streams of this one, waits for its end, and returns its exit
 // status: exitFailed, with a line, where it did not begin or was ended. It ends with this process: a signal
 // that asks this one to end, held or not, asks it, and 128 and the signal's number are returned after its
-// end. A second one does not wait. [main]
+// end. The same one again ends it at once. [main]
 int runSibling(const char* name, const std::vector<std::string>& arguments, CommandOutput& output);
 
 } // namespace volvelle

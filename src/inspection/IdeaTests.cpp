@@ -1,5 +1,6 @@
 #include "inspection/IdeaTests.h"
 
+#include "hearing/HearingBounds.h"
 #include "hearing/PhraseHearing.h"
 
 #include <algorithm>
@@ -11,15 +12,8 @@ namespace volvelle {
 
 namespace {
 
-constexpr double most = 0.08; // of the time outside
-constexpr double half = 0.5;
-constexpr double quarter = 0.25;
-constexpr double mostRepeats = 0.3;
-constexpr double dense = 1.5;  // notes per beat
-constexpr double near = 5;     // of a mean velocity
-constexpr int longest = 8 * 4; // sixteenths
-constexpr std::size_t leastChords = 3;
-constexpr int leastKicks = 4;
+constexpr double dense = 1.5; // notes per beat
+constexpr double near = 5;    // of a mean velocity
 
 bool isLeast(const Share& share, double least)
 {
@@ -46,11 +40,11 @@ bool moves(const Harmony& harmony)
     std::set<unsigned> distinct;
     for (std::size_t i = 0; i < harmony.chords.size(); ++i) {
         distinct.insert(harmony.chords[i].tones);
-        if (harmony.endOf(i) - harmony.chords[i].position > longest) {
+        if (harmony.endOf(i) - harmony.chords[i].position > longestChord * 4) {
             return false;
         }
     }
-    return distinct.size() >= leastChords;
+    return std::ssize(distinct) >= leastDistinctChords;
 }
 
 } // namespace
@@ -95,10 +89,10 @@ IdeaResult testIdea(MIDIClipGenerator& generator)
                            outsideChords(lead, harmony) | outsideChords(bass, harmony) |
                            outsideChords(line, harmony);
     const auto kicks = std::ranges::count_if(drums, [](const HeardNote& note) { return isKick(note.key); });
-    return {std::popcount(outside) <= most * Harmony::sixteenths,
-            isLeast(changesMet(bass, harmony), half),
-            isLeast(rootsSounded(bass, harmony), half),
-            isLeast(onKicks(bass, kicksOf(drums)), quarter),
+    return {std::popcount(outside) <= mostOutside * Harmony::sixteenths,
+            isLeast(changesMet(bass, harmony), leastMet),
+            isLeast(rootsSounded(bass, harmony), leastRoots),
+            isLeast(onKicks(bass, kicksOf(drums)), leastOnKicks),
             !isCovered(lead, line),
             moves(harmony),
             kicks >= leastKicks,

@@ -7,6 +7,7 @@
 namespace volvelle {
 
 inline constexpr int numberOfKeys = 128;
+inline constexpr int farthestMove = 6; // semitones that a chord pattern is moved up or down at most
 
 // Whether a key is a tone of the chord, told by its pitch class, and not taken at the note's position.
 template <class IsTone, class IsTaken>

@@ -5,6 +5,7 @@
 #include "base/Paths.h"
 #include "base/RandomSource.h"
 #include "base/Text.h"
+#include "phrases/ChordFollowing.h"
 #include "phrases/PhraseEventWriter.h"
 #include "phrases/PhraseLibrary.h"
 
@@ -165,7 +166,7 @@ void MIDIClipGenerator::fill(const ArrangementTrack& track, const std::optional<
     switch (track.source) {
     case ArrangementTrack::Source::chordPattern: {
         const std::string path = phraseFolderOf(track, resources);
-        const int transposition = randomInteger(-6, 6);
+        const int transposition = randomInteger(-farthestMove, farthestMove);
         phrase.loadPhrase(loadRandomFileAt(path), transposition);
         break;
     }

@@ -1,6 +1,7 @@
 #include "scores/PhraseCompany.h"
 
 #include "base/Text.h"
+#include "phrases/ChordFollowing.h"
 #include "scores/ChordName.h"
 #include "scores/PhraseBounds.h"
 

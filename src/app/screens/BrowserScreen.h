@@ -44,7 +44,8 @@ public:
     void takeFocus();
 
     // Why a name was refused, as long as it is being edited; else documents that wait, else what was moved to
-    // the trash last and not left since; no value for none of them.
+    // the trash last and not left since, else why a name was refused that is edited no more; no value for
+    // none of them.
     std::optional<Notice> notice() const;
     void actOnNotice();
     void dropNotice();

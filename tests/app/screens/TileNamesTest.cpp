@@ -23,6 +23,14 @@ struct TileNamesTest : Screens {
         QTest::keyClicks(QApplication::focusWidget(), text);
         settle();
     }
+
+    void rename(const QString& name) const
+    {
+        key(Qt::Key_F2);
+        type(name);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        settle();
+    }
 };
 
 TEST_F(TileNamesTest, LeavesTheOldNameSelectedWhenThePictureOfItsTileComes)
@@ -44,10 +52,7 @@ TEST_F(TileNamesTest, KeepsANameThatIsRefusedInItsField)
          std::vector<std::pair<QString, std::string>>{{"Copper", "There is already an idea called 'Copper'."},
                                                       {"a/b", "A name cannot hold a slash."},
                                                       {QString(252, 'x'), "The name is too long."}}) {
-        key(Qt::Key_F2);
-        type(name);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        settle();
+        rename(name);
         auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
         ASSERT_NE(field, nullptr) << line;
         EXPECT_EQ(field->text(), name);
@@ -65,10 +70,7 @@ TEST_F(TileNamesTest, TakesTheNextNameAfterOneThatWasRefused)
 {
     writeThree();
     open();
-    key(Qt::Key_F2);
-    type("Copper");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
+    rename("Copper");
     QTest::keyClicks(QApplication::focusWidget(), " again");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     settle();
@@ -100,10 +102,7 @@ TEST_F(TileNamesTest, LeavesTheOldNameWhereTheUserGoesOnElsewhere)
 {
     writeThree();
     open();
-    key(Qt::Key_F2);
-    type("Copper");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
+    rename("Copper");
     QLineEdit& search = *browser().findChild<QLineEdit*>(); // the first one
     QTest::mouseClick(&search, Qt::LeftButton);
     settle();
@@ -119,10 +118,7 @@ TEST_F(TileNamesTest, ARefusalGoesWithTheScreenAndHidesNoOtherNotice)
 {
     writeThree();
     open();
-    key(Qt::Key_F2);
-    type("Copper");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
+    rename("Copper");
     press("New");
     ASSERT_NE(document(), nullptr);
     EXPECT_EQ(notice(), "");
@@ -167,10 +163,7 @@ TEST_F(TileNamesTest, ShowsOpensAndRenamesANameOfOtherBytes)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     settle();
     EXPECT_TRUE(std::filesystem::exists(folder / "a\xE9.mid"));
-    key(Qt::Key_F2);
-    type("b");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    settle();
+    rename("b");
     EXPECT_TRUE(std::filesystem::exists(folder / "b.mid"));
 }
 

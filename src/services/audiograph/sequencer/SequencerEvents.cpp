@@ -196,10 +196,15 @@ void SequencerEvents::findPrograms()
 
 SequencerEvents SequencerEvents::with(std::vector<SequencerEvent> others) const
 {
-    SequencerEvents result(*this);
+    SequencerEvents result;
     result.events = std::move(others);
+    result.states = states;
+    result.longMessages = longMessages;
+    result.tracks = tracks;
+    result.tempo = tempo;
+    result.title = title;
+    result.copyright = copyright;
     result.order();
-    result.programs.clear();
     result.findPrograms();
     return result;
 }
