@@ -107,10 +107,9 @@ void HelpViewController::loadDocument()
 
 void HelpViewController::loadHelpPdf()
 {
-    const auto manual = resource("manual.pdf");
-    required(manual);
+    const fs::path manual = required(resource("manual.pdf"));
     if (const auto view = webView.lock()) {
-        view->loadRequest(*manual);
+        view->loadRequest(manual);
     }
 }
 
