@@ -21,6 +21,9 @@ public:
 
     CircleDrawing drawing;
 
+    // Whether other notes are thick at that position than are now.
+    bool wouldMove(double position) const { return thickAt(position) != thick; }
+
     // Holds the drawing against the circle as it is now.
     Change update(MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing);
 

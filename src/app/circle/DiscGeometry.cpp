@@ -72,6 +72,20 @@ CGPoint DiscGeometry::place(double angle, double radius)
     return {radius * std::sin(angle), -radius * std::cos(angle)};
 }
 
+CGRect DiscGeometry::around(const Sector& sector, double inner, double outer)
+{
+    const double end = sector.start + sector.sweep;
+    std::vector<CGPoint> points{place(sector.start, inner), place(sector.start, outer), place(end, inner),
+                                place(end, outer)};
+    constexpr double quarter = turn / 4.0;
+    for (double side = std::ceil(sector.start / quarter); side * quarter < end; ++side) {
+        points.push_back(place(side * quarter, outer));
+    }
+    const auto [left, right] = std::ranges::minmax(points, {}, &CGPoint::x);
+    const auto [top, bottom] = std::ranges::minmax(points, {}, &CGPoint::y);
+    return {left.x, top.y, right.x - left.x, bottom.y - top.y};
+}
+
 double DiscGeometry::angle(double beats, const DiscContent& content)
 {
     return std::clamp(beats / content.beats, 0.0, 1.0) * turn;

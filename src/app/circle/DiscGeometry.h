@@ -80,6 +80,9 @@ public:
     // The point on a circle of that radius.
     static CGPoint place(double angle, double radius);
 
+    // The least rectangle around the part of a ring between two radii.
+    static CGRect around(const Sector& sector, double inner, double outer);
+
 private:
     void makeTicks(const DiscContent& content);
     void addTicks(double beats, double step, Step kind, double outer);

@@ -54,7 +54,7 @@ void CirclePainter::paint(QPainter& painter, const CircleDrawing& drawing, const
     painter.restore();
 }
 
-void CirclePainter::paint(QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
+bool CirclePainter::paint(QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
                           ResizingBehavior resizing)
 {
     const Grid newGrid = gridOf(painter, circle, frame, resizing);
@@ -64,7 +64,7 @@ void CirclePainter::paint(QPainter& painter, MIDICircleViewBase& circle, const C
     if (grid.size.isEmpty() || std::max(grid.size.width(), grid.size.height()) > mostPixels) {
         picture = {};
         paint(painter, scene.drawing);
-        return;
+        return true;
     }
     if (isNew || change.all) {
         paintAll();
@@ -81,6 +81,23 @@ void CirclePainter::paint(QPainter& painter, MIDICircleViewBase& circle, const C
             ratio,
         picture);
     painter.restore();
+    return isNew || change.all;
+}
+
+QRegion CirclePainter::move(MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing)
+{
+    if (picture.isNull()) {
+        return QRect(grid.origin, grid.size);
+    }
+    if (!scene.wouldMove(circle.currentBeat)) {
+        return {};
+    }
+    const CircleScene::Change change = scene.update(circle, frame, resizing);
+    if (!change.all) {
+        return paintChanged(change.arcs).translated(grid.origin);
+    }
+    paintAll();
+    return QRect(grid.origin, grid.size);
 }
 
 bool CirclePainter::Grid::isLike(const Grid& other) const
@@ -129,10 +146,10 @@ void CirclePainter::paintAll()
     }
 }
 
-void CirclePainter::paintChanged(const std::vector<int>& changed)
+QRegion CirclePainter::paintChanged(const std::vector<int>& changed)
 {
     if (changed.empty()) {
-        return;
+        return {};
     }
     std::vector<bool> marked(static_cast<std::size_t>(columns * ((grid.size.height() + tile - 1) / tile)));
     const auto mark = [&](const std::vector<int>& indices) {
@@ -151,7 +168,8 @@ void CirclePainter::paintChanged(const std::vector<int>& changed)
     }
     picture.setDevicePixelRatio(1.0);
     QPainter painter(&picture);
-    painter.setClipRegion(region(marked));
+    const QRegion touched = region(marked);
+    painter.setClipRegion(touched);
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.fillRect(picture.rect(), Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
@@ -163,6 +181,7 @@ void CirclePainter::paintChanged(const std::vector<int>& changed)
             paintArc(painter, checkedAt(scene.drawing.arcs, i));
         }
     }
+    return touched;
 }
 
 // Walks along the arc by half a tile.

@@ -19,8 +19,13 @@ public:
     static void paint(QPainter& painter, const CircleDrawing& drawing, const std::stop_token& stop = {});
 
     // Paints the circle as `drawSymbolMain` draws it, by way of the picture. It is made anew where anything
-    // but the position has changed: beats, events, colours, frame, or what a length is in pixels.
-    void paint(QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing);
+    // but the position has changed: beats, events, colours, frame, or what a length is in pixels. True where
+    // that was so.
+    bool paint(QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing);
+
+    // Brings the picture to the circle's position ahead of painting it in the same place. What this changes,
+    // in pixels of the device; nothing where no note becomes thick or thin.
+    QRegion move(MIDICircleViewBase& circle, const CGRect& frame, ResizingBehavior resizing);
 
 private:
     // Where the picture's pixels stand.
@@ -46,8 +51,8 @@ private:
     static Grid gridOf(const QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
                        ResizingBehavior resizing);
     void paintAll();
-    // Takes the tiles that these arcs touched and now touch.
-    void paintChanged(const std::vector<int>& changed);
+    // Takes the tiles that these arcs touched and now touch; gives them, in pixels of the picture.
+    QRegion paintChanged(const std::vector<int>& changed);
     std::vector<int> tilesOf(const CircleArc& arc) const;
     QRegion region(const std::vector<bool>& marked) const;
 };

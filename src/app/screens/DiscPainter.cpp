@@ -7,10 +7,13 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace volvelle {
 
 namespace {
+
+constexpr double beadReach = 8.0; // pixels from the middle of the way's end
 
 void prepare(QPainter& painter, double side, const DiscGeometry& disc)
 {
@@ -67,17 +70,39 @@ CGRect DiscPainter::canvas(const DiscContent& content, double side)
     return {(side - own) / 2.0, (side - own) / 2.0, own, own};
 }
 
-void DiscPainter::paint(QPainter& painter, const DiscContent& content, double side, Theme theme)
+bool DiscPainter::paint(QPainter& painter, const DiscContent& content, double side, Theme theme)
 {
-    const DiscGeometry& disc = keep(content, side, painter.device()->devicePixelRatio(), theme);
+    const bool isNew = keep(content, side, painter.device()->devicePixelRatio(), theme);
     painter.drawImage(QPointF(), named);
-    if (content.isSmall) {
-        return;
+    if (!content.isSmall) {
+        painter.save();
+        prepare(painter, side, *geometry);
+        paintMovingParts(painter, *geometry, Tokens::of(theme));
+        painter.restore();
     }
-    painter.save();
-    prepare(painter, side, disc);
-    paintMovingParts(painter, disc, Tokens::of(theme));
-    painter.restore();
+    return isNew;
+}
+
+QRegion DiscPainter::move(const DiscContent& content)
+{
+    if (!ground) {
+        return {};
+    }
+    if (!ground->content.hasSameMusic(content)) {
+        return all();
+    }
+    const std::optional<DiscGeometry::Sector> wedge = geometry->wedge;
+    const std::optional<DiscGeometry::Sector> elapsed = geometry->elapsed;
+    QRegion changed = keepShown(content);
+    if (!wedge || !elapsed || !geometry->wedge || !geometry->elapsed) {
+        return wedge == geometry->wedge && elapsed == geometry->elapsed ? changed : all();
+    }
+    for (const DiscGeometry::Sector& moved : {*wedge, *geometry->wedge}) {
+        changed += frame(moved, DiscGeometry::wedgeInner, DiscGeometry::wedgeOuter);
+    }
+    const auto [least, most] = std::minmax(elapsed->sweep, geometry->elapsed->sweep);
+    return changed + frame({least, most - least}, DiscGeometry::progress, DiscGeometry::progress,
+                           beadReach / geometry->unit);
 }
 
 bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, double drawnRatio,
@@ -86,33 +111,74 @@ bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, doubl
     return side == drawnSide && ratio == drawnRatio && theme == drawnTheme && content.hasSameMusic(drawn);
 }
 
-const DiscGeometry& DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
+bool DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
 {
-    const Tokens& tokens = Tokens::of(theme);
     if (ground && geometry && ground->isOf(content, side, ratio, theme)) {
-        geometry->move(content);
-        if (geometry->sounding != namedSector || geometry->soundingChord != namedChord) {
-            paintChords(*geometry, content.isSmall, side, tokens);
-        }
-        return *geometry;
+        keepShown(content);
+        return false;
     }
     ground = {content, side, ratio, theme};
-    const DiscGeometry& made = geometry.emplace(content, side);
-    still = stillPicture(made, content.isSmall, side, ratio, tokens);
-    paintChords(made, content.isSmall, side, tokens);
-    return made;
+    geometry.emplace(content, side);
+    still = stillPicture(*geometry, content.isSmall, side, ratio, Tokens::of(theme));
+    paintShown(all());
+    return true;
 }
 
-void DiscPainter::paintChords(const DiscGeometry& disc, bool isSmall, double side, const Tokens& tokens)
+QRegion DiscPainter::keepShown(const DiscContent& content)
 {
-    namedSector = disc.sounding;
-    namedChord = disc.soundingChord;
-    named = still;
-    if (!isSmall) {
-        QPainter painter(&named);
-        prepare(painter, side, disc);
-        paintChordParts(painter, disc, tokens);
+    geometry->move(content);
+    const Shown next{geometry->sounding, geometry->soundingChord, geometry->chordName,
+                     geometry->positionText};
+    if (next == shown) {
+        return {};
     }
+    const bool isHubAlone = next.sounding == shown.sounding && next.chord == shown.chord;
+    constexpr DiscGeometry::Sector around{0.0, 2.0 * std::numbers::pi};
+    const QRect changed = isHubAlone ? frame(around, 0.0, DiscGeometry::hub) : all();
+    paintShown(changed);
+    return changed;
+}
+
+void DiscPainter::paintShown(const QRect& changed)
+{
+    const Tokens& tokens = Tokens::of(ground->theme);
+    shown = {geometry->sounding, geometry->soundingChord, geometry->chordName, geometry->positionText};
+    const bool isHubAlone = changed != all();
+    if (!isHubAlone) {
+        named = still;
+    }
+    if (ground->content.isSmall) {
+        return;
+    }
+    QPainter painter(&named);
+    if (isHubAlone) {
+        painter.setClipRect(changed);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(QPointF(), still);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    }
+    prepare(painter, ground->side, *geometry);
+    if (!isHubAlone) {
+        paintChordParts(painter, *geometry, tokens);
+    }
+    paintHub(painter, *geometry, tokens);
+}
+
+QRect DiscPainter::all() const
+{
+    const int side = static_cast<int>(std::ceil(ground->side));
+    return {0, 0, side, side};
+}
+
+QRect DiscPainter::frame(const DiscGeometry::Sector& sector, double inner, double outer, double more) const
+{
+    constexpr int edge = 1; // what a stroke's smoothing reaches, in lengths
+    const CGRect units = DiscGeometry::around(sector, inner, outer);
+    const double middle = ground->side / 2.0;
+    const QRectF lengths(
+        middle + (units.x - more) * geometry->unit, middle + (units.y - more) * geometry->unit,
+        (units.width + 2.0 * more) * geometry->unit, (units.height + 2.0 * more) * geometry->unit);
+    return lengths.toAlignedRect().adjusted(-edge, -edge, edge, edge);
 }
 
 QImage discImage(const DiscContent& content, MIDICircleViewBase& circle, int side, double ratio, Theme theme,

@@ -10,16 +10,21 @@
 
 #include <optional>
 #include <stop_token>
+#include <string>
 
 namespace volvelle {
 
 // Paints the disc that the notes lie on, a square from 0, 0 on. What stands still is kept as a picture, and
 // made anew with another side, theme, document or pixel ratio; a second one has the chords as well, and is
-// made anew with each that begins to sound. [any]
+// made anew with each that begins to sound, its hub with each beat. [any]
 class DiscPainter {
 public:
-    // `side`: lengths. The painter must be neither turned nor scaled but by its device.
-    void paint(QPainter& painter, const DiscContent& content, double side, Theme theme);
+    // `side`: lengths. The painter must be neither turned nor scaled but by its device. True where the
+    // picture was made anew.
+    bool paint(QPainter& painter, const DiscContent& content, double side, Theme theme);
+
+    // Brings what moves to the content's position ahead of painting it. What this changes, in lengths.
+    QRegion move(const DiscContent& content);
 
     // Where the circle's canvas goes.
     static CGRect canvas(const DiscContent& content, double side);
@@ -36,16 +41,32 @@ private:
         bool isOf(const DiscContent& drawn, double drawnSide, double drawnRatio, Theme drawnTheme) const;
     };
 
-    // Brings pictures and geometry up to date.
-    const DiscGeometry& keep(const DiscContent& content, double side, double ratio, Theme theme);
-    void paintChords(const DiscGeometry& disc, bool isSmall, double side, const Tokens& tokens);
+    // What the second picture shows.
+    struct Shown {
+        std::optional<DiscGeometry::Sector> sounding;
+        std::optional<std::size_t> chord;
+        std::string name, position; // in the hub
+
+        bool operator==(const Shown&) const = default;
+    };
+
+    // Brings pictures and geometry up to date; true where all is new.
+    bool keep(const DiscContent& content, double side, double ratio, Theme theme);
+    // Moves the geometry and paints the second picture's changes; gives them, in lengths.
+    QRegion keepShown(const DiscContent& content);
+    // The second picture within a frame of all, or of the hub.
+    void paintShown(const QRect& frame);
+
+    // In lengths: all of the disc, and the least frame around a part of a ring, so many units more at each
+    // side.
+    QRect all() const;
+    QRect frame(const DiscGeometry::Sector& sector, double inner, double outer, double more = 0.0) const;
 
     std::optional<Ground> ground;
     std::optional<DiscGeometry> geometry;
     QImage still;
-    QImage named;                                    // with the chords
-    std::optional<DiscGeometry::Sector> namedSector; // that sounds there, as the next
-    std::optional<std::size_t> namedChord;
+    QImage named; // with chords and hub
+    Shown shown;
 };
 
 // A whole disc with its notes: `side` lengths wide, each `ratio` pixels. The notes of a small one are never

@@ -156,29 +156,16 @@ void paintPosition(QPainter& painter, const DiscGeometry& disc, const Tokens& to
     painter.restore();
 }
 
-void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
-{
-    circle(painter, DiscGeometry::hub, hairline(tokens.rimEdge), tokens.rim);
-    const bool isLarge = disc.unit * DiscGeometry::sideUnits >= 600.0;
-    const QFont nameFont = font(isLarge ? 26 : 22, 600);
-    const QString name = QString::fromStdString(disc.chordName);
-    if (QFontMetricsF(nameFont).horizontalAdvance(name) <= 1.7 * DiscGeometry::hub * disc.unit) {
-        centredText(painter, disc, DiscGeometry::chordBaseline, nameFont, tokens.fg, name);
-    }
-    if (!disc.positionText.empty() &&
-        (DiscGeometry::positionBaseline - DiscGeometry::chordBaseline) * disc.unit >= 12.0) {
-        paintPosition(painter, disc, tokens);
-    }
-    circle(painter, 5.0 / disc.unit, QPen(tokens.fg3, 1.5 / disc.unit), tokens.disc);
-}
-
+// In short steps, the same ones however far it goes: what is painted of it already stays as it is.
 void paintElapsed(QPainter& painter, const DiscGeometry& disc, double sweep, const Tokens& tokens)
 {
+    constexpr double step = std::numbers::pi / 180.0;
     const double radius = DiscGeometry::progress;
-    const QRectF square(-radius, -radius, 2.0 * radius, 2.0 * radius);
-    QPainterPath path;
-    path.arcMoveTo(square, 90.0);
-    path.arcTo(square, 90.0, -sweep * degrees);
+    QPainterPath path(point(DiscGeometry::place(0.0, radius)));
+    for (int i = 1; i * step < sweep; ++i) {
+        path.lineTo(point(DiscGeometry::place(i * step, radius)));
+    }
+    path.lineTo(point(DiscGeometry::place(sweep, radius)));
     painter.strokePath(path, QPen(tokens.accent, 2.5 / disc.unit, Qt::SolidLine, Qt::FlatCap));
     painter.setPen(QPen(tokens.rim, 2.0 / disc.unit));
     painter.setBrush(tokens.accent);
@@ -214,12 +201,27 @@ void paintChordParts(QPainter& painter, const DiscGeometry& disc, const Tokens& 
     }
 }
 
+void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
+{
+    circle(painter, DiscGeometry::hub, hairline(tokens.rimEdge), tokens.rim);
+    const bool isLarge = disc.unit * DiscGeometry::sideUnits >= 600.0;
+    const QFont nameFont = font(isLarge ? 26 : 22, 600);
+    const QString name = QString::fromStdString(disc.chordName);
+    if (QFontMetricsF(nameFont).horizontalAdvance(name) <= 1.7 * DiscGeometry::hub * disc.unit) {
+        centredText(painter, disc, DiscGeometry::chordBaseline, nameFont, tokens.fg, name);
+    }
+    if (!disc.positionText.empty() &&
+        (DiscGeometry::positionBaseline - DiscGeometry::chordBaseline) * disc.unit >= 12.0) {
+        paintPosition(painter, disc, tokens);
+    }
+    circle(painter, 5.0 / disc.unit, QPen(tokens.fg3, 1.5 / disc.unit), tokens.disc);
+}
+
 void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens)
 {
     if (disc.wedge) {
         sector(painter, *disc.wedge, DiscGeometry::wedgeInner, DiscGeometry::wedgeOuter, white(0.07));
     }
-    paintHub(painter, disc, tokens);
     if (disc.elapsed) {
         paintElapsed(painter, disc, disc.elapsed->sweep, tokens);
     }

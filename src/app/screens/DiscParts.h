@@ -15,7 +15,10 @@ void paintStillParts(QPainter& painter, const DiscGeometry& disc, const Tokens& 
 // The sounding sector and the names of the chords.
 void paintChordParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
 
-// Wedge, hub, the way that has been played, and the index mark.
+// The hub with its texts, inside `DiscGeometry::hub` but for half a pixel of its edge.
+void paintHub(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
+
+// Wedge, the way that has been played, and the index mark.
 void paintMovingParts(QPainter& painter, const DiscGeometry& disc, const Tokens& tokens);
 
 // Rim, ink and hub of a tile's disc.

@@ -4,6 +4,7 @@
 #include "app/screens/Controls.h"
 
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -19,8 +20,12 @@ DiscWidget::DiscWidget(QWidget* parent) : QWidget(parent), view(std::make_shared
     setProperty("isRound", true);
     setAccessibleName("Circle of notes");
     view->setNeedsDisplay = [this] {
-        update();
-        Q_EMIT positionChanged(view->baseClass->currentBeat);
+        if (std::exchange(beat, view->baseClass->currentBeat) == view->baseClass->currentBeat) {
+            update();
+        } else {
+            showPosition();
+        }
+        Q_EMIT positionChanged(beat);
     };
     setPlaying(false);
 }
@@ -65,18 +70,42 @@ bool DiscWidget::isOnDisc(const QPointF& point) const
            side() / 2.0 * DiscGeometry::rim / (DiscGeometry::sideUnits / 2.0);
 }
 
-void DiscWidget::paintEvent(QPaintEvent* /*event*/)
+void DiscWidget::followCircle()
 {
-    QPainter painter(this);
-    MIDICircleViewBase& circle = *view->baseClass;
     const MIDICircleViewDelegate* hasMusic = view->delegate();
     shown.beats = hasMusic != nullptr ? view->delegate()->getBeatCount() : 16.0;
     const bool movesByBeats = shown.isPlaying && Appearance::reducesMotion();
-    shown.position = movesByBeats ? std::floor(circle.currentBeat) : circle.currentBeat;
-    discPainter.paint(painter, shown, side(), Appearance::shared().theme());
+    const double position = view->baseClass->currentBeat;
+    shown.position = movesByBeats ? std::floor(position) : position;
+}
+
+// Draws again what the position changes alone.
+void DiscWidget::showPosition()
+{
+    followCircle();
+    update(discPainter.move(shown));
+    if (!view->isHidden) {
+        const QRegion pixels =
+            circlePainter.move(*view->baseClass, view->bounds, ResizingBehavior::fitInside);
+        for (const QRect& rect : pixels) {
+            const QRectF lengths = toWidget.mapRect(QRectF(rect));
+            update(lengths.toAlignedRect());
+        }
+    }
+}
+
+void DiscWidget::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    toWidget = painter.deviceTransform().inverted();
+    followCircle();
+    bool isNew = discPainter.paint(painter, shown, side(), Appearance::shared().theme());
     view->bounds = DiscPainter::canvas(shown, side());
     if (!view->isHidden) {
-        circlePainter.paint(painter, circle, view->bounds, ResizingBehavior::fitInside);
+        isNew |= circlePainter.paint(painter, *view->baseClass, view->bounds, ResizingBehavior::fitInside);
+    }
+    if (isNew && event->region().boundingRect() != rect()) {
+        update();
     }
 }
 

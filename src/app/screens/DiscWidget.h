@@ -47,12 +47,16 @@ protected:
 private:
     bool isOnDisc(const QPointF& point) const;
     void showPointer();
+    void followCircle();
+    void showPosition();
     double side() const;
 
     std::shared_ptr<MIDICircleView> view;
     DiscContent shown;
     DiscPainter discPainter;
     CirclePainter circlePainter;
+    double beat = 0.0;   // that the circle was at last
+    QTransform toWidget; // from the pixels of the device that was painted on
     bool isPressed = false;
     QPointF pointer; // where it was last
 };

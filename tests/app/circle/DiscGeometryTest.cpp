@@ -40,6 +40,23 @@ TEST(DiscGeometry, AngleZeroIsTwelveAndAQuarterIsThree)
     EXPECT_NEAR(DiscGeometry::place(pi / 2.0, 10.0).x, 10.0, 1e-12);
 }
 
+TEST(DiscGeometry, ThePartOfARingHasALeastRectangleAroundIt)
+{
+    const auto expectNear = [](const CGRect& found, const CGRect& wanted) {
+        EXPECT_NEAR(found.x, wanted.x, 1e-9);
+        EXPECT_NEAR(found.y, wanted.y, 1e-9);
+        EXPECT_NEAR(found.width, wanted.width, 1e-9);
+        EXPECT_NEAR(found.height, wanted.height, 1e-9);
+    };
+    expectNear(DiscGeometry::around({0.0, pi / 2.0}, 10.0, 20.0), {0.0, -20.0, 20.0, 20.0});
+    expectNear(DiscGeometry::around({pi / 6.0, pi / 6.0}, 0.0, 2.0),
+               {0.0, -std::sqrt(3.0), std::sqrt(3.0), std::sqrt(3.0)});
+    expectNear(DiscGeometry::around({pi / 4.0, pi}, 1.0, 2.0),
+               {-std::sqrt(2.0), -std::sqrt(2.0), 2.0 + std::sqrt(2.0), 2.0 + std::sqrt(2.0)});
+    expectNear(DiscGeometry::around({0.0, 2.0 * pi}, 3.0, 5.0), {-5.0, -5.0, 10.0, 10.0});
+    expectNear(DiscGeometry::around({pi / 2.0, 0.0}, 4.0, 4.0), {4.0, 0.0, 0.0, 0.0});
+}
+
 TEST(DiscGeometry, TheScaleHasEachTickOnce)
 {
     const DiscGeometry disc(fourBars(), 728.0);

@@ -2,6 +2,7 @@
 #include "app/circle/GraphicsContext.h"
 #include "app/screens/ArcPainting.h"
 #include "tests/app/circle/FakeSequence.h"
+#include "tests/app/screens/ImageDifference.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,8 @@
 namespace volvelle {
 namespace {
 
+using test::greatestDifference;
+
 constexpr double pi = std::numbers::pi;
 
 QImage ground(QSize size, double ratio)
@@ -20,20 +23,6 @@ QImage ground(QSize size, double ratio)
     image.setDevicePixelRatio(ratio);
     image.fill(0x0C0F13);
     return image;
-}
-
-int greatestDifference(const QImage& a, const QImage& b)
-{
-    int most = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            most = std::max({most, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                             std::abs(qBlue(p) - qBlue(q))});
-        }
-    }
-    return most;
 }
 
 struct Painter : testing::Test {
