@@ -75,9 +75,7 @@ void Synthesizer::render(float* left, float* right, int frames) noexcept
     int done = 0;
     while (done < frames) {
         const int next = std::min(state->performUpTo(done), frames);
-        std::fill(left + done, left + next, 0.0F);
-        std::fill(right + done, right + next, 0.0F);
-        fluid_synth_write_float(state->synth.get(), next - done, left, done, 1, right, done, 1);
+        state->write(left + done, right + done, next - done);
         done = next;
     }
     state->line.advance(std::max(frames, 0));

@@ -5,6 +5,7 @@
 #include "wire/SystemExclusive.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -190,10 +191,43 @@ int SynthesizerState::performUpTo(int offset)
             return offset + ownBlock;
         }
         taken += needed;
+        goOn();
         perform(line.front());
         line.removeFront();
     }
     return line.isEmpty() ? std::numeric_limits<int>::max() : line.front().offset;
+}
+
+void SynthesizerState::write(float* left, float* right, int frames)
+{
+    std::fill_n(left, frames, 0.0F);
+    std::fill_n(right, frames, 0.0F);
+    if (quietFrames == silentAfter) {
+        skippedFrames = (skippedFrames + frames) % ownBlock;
+        return;
+    }
+    fluid_synth_write_float(synth.get(), frames, left, 0, 1, right, 0, 1);
+    countQuiet(left, right, frames);
+}
+
+// Messages act at the library's own blocks, which begin where they would without the silence.
+void SynthesizerState::goOn()
+{
+    quietFrames = 0;
+    std::array<float, std::size_t{2} * ownBlock> unheard{};
+    if (const int frames = std::exchange(skippedFrames, 0); frames != 0) {
+        fluid_synth_write_float(synth.get(), frames, unheard.data(), 0, 1, unheard.data(), ownBlock, 1);
+    }
+}
+
+void SynthesizerState::countQuiet(const float* left, const float* right, int frames)
+{
+    constexpr float silence = 1e-6F;
+    const auto isQuiet = [](float sample) { return std::abs(sample) < silence; };
+    const bool areQuiet = fluid_synth_get_active_voice_count(synth.get()) == 0 &&
+                          std::all_of(left, left + frames, isQuiet) &&
+                          std::all_of(right, right + frames, isQuiet);
+    quietFrames = areQuiet ? std::min(quietFrames + frames, silentAfter) : 0;
 }
 
 // A voice that was told to end has ended once a block was rendered.

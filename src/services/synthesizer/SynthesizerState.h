@@ -38,6 +38,11 @@ struct SynthesizerState {
     std::array<SoundChoice, channelCount> missing; // what a program change asked for and memory has not
     std::uint16_t missingChannels = 0;             // bit n: `missing` of channel n counts
     TimedMessageLine line;
+    int quietFrames = 0;   // in a row, up to `silentAfter`
+    int skippedFrames = 0; // of silence, of the library's block that is to be gone on with
+
+    // Writes so many frames; true silence is not asked of the library.
+    void write(float* left, float* right, int frames);
 
     // Performs what is due at `offset`, and gives the next place to stop at: that of the next message, or a
     // little further on where too much is due at once for what the library can take between two of its own
@@ -56,6 +61,11 @@ struct SynthesizerState {
     bool pin(const BankSound& sound);
 
 private:
+    static constexpr int silentAfter = 48'000; // frames without voices and below -120 dB
+
+
+    void goOn();
+    void countQuiet(const float* left, const float* right, int frames);
     void perform(const TimedMessage& message);
     void performExclusive(std::span<const std::uint8_t> message);
     void performMessage(const ShortMessage& message);

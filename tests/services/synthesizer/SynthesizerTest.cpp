@@ -86,6 +86,30 @@ TEST_F(SynthesizerTest, StartsANoteAtTheNext64thFrame)
     }
 }
 
+TEST_F(SynthesizerTest, GoesOnAfterLongSilenceWhereItWouldWithout)
+{
+    constexpr int silence = 100'003;
+    renderFrames(*dry, silence, 37);
+    const auto fresh = drySynthesizer(builtInBank());
+    renderFrames(*fresh, silence % 64);
+    for (Synthesizer* synthesizer : {dry.get(), fresh.get()}) {
+        synthesizer->noteOn(0, 60, 100, 5);
+        synthesizer->noteOff(0, 60, 9000);
+    }
+    EXPECT_EQ(difference(renderFrames(*dry, 20'000), renderFrames(*fresh, 20'000)), 0.0);
+}
+
+TEST_F(SynthesizerTest, IsAtRestASecondAfterTheLastTail)
+{
+    const auto synthesizer = wet();
+    synthesizer->noteOn(0, 60, 127);
+    synthesizer->noteOff(0, 60, 4800);
+    renderFrames(*synthesizer, 20 * 48'000);
+    EXPECT_EQ(peak(renderFrames(*synthesizer, 4800)), 0.0);
+    synthesizer->noteOn(0, 60, 127);
+    EXPECT_GT(peak(renderFrames(*synthesizer, 48'000)), 0.01);
+}
+
 TEST_F(SynthesizerTest, TakesANegativeOffsetAsTheStartOfTheBlock)
 {
     EXPECT_EQ(delayOf(-5), 0U);
