@@ -4,8 +4,11 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <climits>
 #include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace volvelle {
@@ -21,6 +24,25 @@ struct PendingFile {
 
 std::array<PendingFile, 8> pendingFiles;
 static_assert(std::atomic<PlaceState>::is_always_lock_free);
+
+// By system calls alone, for the sake of signal handlers.
+void removeFolder(const char* path)
+{
+    const int folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    alignas(dirent64) std::array<char, 4096> entries{};
+    ssize_t count = 0;
+    while (folder >= 0 && (count = getdents64(folder, entries.data(), entries.size())) > 0) {
+        for (ssize_t place = 0; place < count;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(entries.data() + place);
+            unlinkat(folder, entry->d_name, 0);
+            place += entry->d_reclen;
+        }
+    }
+    if (folder >= 0) {
+        close(folder);
+        rmdir(path);
+    }
+}
 
 } // namespace
 
@@ -54,8 +76,8 @@ void forgetPendingFile(int place)
 void removePendingFiles()
 {
     for (const PendingFile& pending : pendingFiles) {
-        if (pending.state == PlaceState::pending) {
-            unlink(pending.path.data());
+        if (pending.state == PlaceState::pending && unlink(pending.path.data()) != 0 && errno == EISDIR) {
+            removeFolder(pending.path.data());
         }
     }
 }

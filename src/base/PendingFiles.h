@@ -3,19 +3,21 @@
 #include <string>
 #include <string_view>
 
-// The temporary files that are being written, so that a program that ends at once leaves none behind.
+// The temporary files that are being written, and folders of such files, so that a program that ends at once
+// leaves none behind.
 namespace volvelle {
 
 // A name that no other call in this process gives: ".volvelle-", process, number, `ending`. [any]
 std::string temporaryFileName(std::string_view ending);
 
-// Notes a file and returns its place, -1 where no more can be noted. [any]
+// Notes a file or a folder and returns its place, -1 where no more can be noted. [any]
 int rememberPendingFile(const std::string& path);
 
 // Takes it out again; -1 is nothing. [any]
 void forgetPendingFile(int place);
 
-// Removes all files that are noted. [any] In signal handlers too.
+// Removes all files that are noted, and the folders with the files that stand in them. [any] In signal
+// handlers too.
 void removePendingFiles();
 
 } // namespace volvelle

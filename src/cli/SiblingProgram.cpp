@@ -33,9 +33,15 @@ sigset_t watchedSignals()
     return watched;
 }
 
+// What ends the child before it is that program must not clear up what is its parent's.
 [[noreturn]] void become(const std::string& program, const std::vector<char*>& arguments, pid_t parent,
                          const sigset_t& watched)
 {
+    for (const int signal : endingSignals) {
+        if (sigismember(&watched, signal) == 1) {
+            std::signal(signal, SIG_DFL);
+        }
+    }
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     sigprocmask(SIG_UNBLOCK, &watched, nullptr);
     if (getppid() == parent) {

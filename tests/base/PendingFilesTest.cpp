@@ -84,6 +84,25 @@ TEST_F(PendingFiles, WhatWasForgottenIsNotRemoved)
     EXPECT_EQ(standing(), "078");
 }
 
+TEST_F(PendingFiles, AFolderGoesWithItsFilesAndWithoutWhatItLeadsTo)
+{
+    for (const char* const name : {"flat", "deep", "deep/in"}) {
+        std::filesystem::create_directory(folder / name);
+        std::ofstream(folder / name / "a") << name;
+        std::ofstream(folder / name / ".b") << name;
+    }
+    std::filesystem::create_directory_symlink(folder / "deep/in", folder / "flat/link");
+    std::filesystem::create_directory_symlink(folder / "deep/in", folder / "link");
+    EXPECT_EQ(rememberPendingFile((folder / "flat").string()), 0);
+    EXPECT_EQ(rememberPendingFile((folder / "deep").string()), 1);
+    EXPECT_EQ(rememberPendingFile((folder / "link").string()), 2);
+    removePendingFiles();
+    EXPECT_FALSE(std::filesystem::exists(folder / "flat"));
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(folder / "link")));
+    EXPECT_TRUE(std::filesystem::exists(folder / "deep/in/a"));
+    EXPECT_EQ(standing(), "012345678");
+}
+
 TEST_F(PendingFiles, ForgettingNoPlaceIsNothing)
 {
     rememberEight();

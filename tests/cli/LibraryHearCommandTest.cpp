@@ -102,6 +102,30 @@ TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
     }
 }
 
+TEST_F(LibraryHear, AFatalStopLeavesNoFolderBehind)
+{
+    std::filesystem::create_directory(folder / "work/temporary");
+    write("volvelle-sound", "#!/bin/sh\nrm -r own/Phrases2\n");
+    const auto result =
+        shell("cp \"$VOLVELLE\" alone; cp -r \"${VOLVELLE%/*}/resources\" own; "
+              "TMPDIR=\"$PWD/temporary\" ./alone library hear --resources own leads/001-a.score");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, StartsWith("'001-a 1.mid': "));
+    EXPECT_NE(result.error, "");
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "work/temporary"));
+}
+
+// The player holds a pipe open for as long as it lives.
+TEST_F(LibraryHear, APlayerEndsWithTheProgramThatIsKilled)
+{
+    write("volvelle-sound", "#!/bin/sh\nexec 3> alive\nkill -KILL $PPID\nexec sleep 60\n");
+    const auto result = shell("mkfifo alive; cp \"$VOLVELLE\" alone; "
+                              "./alone library hear --resources \"${VOLVELLE%/*}/resources\" "
+                              "leads/001-a.score > /dev/null & timeout 30 cat alive && echo ended; wait $!");
+    EXPECT_EQ(result.output, "ended\n");
+    EXPECT_EQ(result.status, 128 + 9);
+}
+
 TEST_F(LibraryHear, TwoSignalsAtOnceLeaveThePlayerTimeToEnd)
 {
     write("volvelle-sound", "#!/bin/sh\ntrap 'sleep 0.2; echo ended >> heard; exit 0' TERM\n"

@@ -1,5 +1,7 @@
 #include "services/files/PrivateFolder.h"
 
+#include "base/PendingFiles.h"
+
 #include <cstdlib>
 #include <string>
 #include <system_error>
@@ -19,6 +21,8 @@ PrivateFolder::PrivateFolder()
     }
     if (place.empty()) {
         place = "/dev/null/volvelle";
+    } else {
+        slot = rememberPendingFile(place.string());
     }
 }
 
@@ -26,6 +30,7 @@ PrivateFolder::~PrivateFolder()
 {
     std::error_code error;
     fs::remove_all(place, error);
+    forgetPendingFile(slot);
 }
 
 } // namespace volvelle

@@ -5,7 +5,7 @@
 namespace volvelle {
 
 // A folder of this process alone, where temporary files stand, with rights for its user only. It goes with
-// its object, and all that is in it. [any]
+// its object, and all that is in it; where the program ends at once, as a pending file. [any]
 class PrivateFolder {
 public:
     PrivateFolder();
@@ -18,6 +18,7 @@ public:
 
 private:
     std::filesystem::path place;
+    int slot = -1; // among the pending files
 };
 
 } // namespace volvelle
