@@ -5,15 +5,20 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <climits>
+#include <csignal>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace volvelle {
 
 namespace {
+
+constexpr std::string_view nameStart = ".volvelle-";
 
 enum class PlaceState { free, filling, pending };
 
@@ -49,7 +54,23 @@ void removeFolder(const char* path)
 std::string temporaryFileName(std::string_view ending)
 {
     static std::atomic<unsigned> counter{0};
-    return concat(".volvelle-", getpid(), "-", counter++, ending);
+    return concat(nameStart, getpid(), "-", counter++, ending);
+}
+
+bool isLeftBehind(std::string_view name, std::string_view ending)
+{
+    if (!name.starts_with(nameStart) || !name.ends_with(ending)) {
+        return false;
+    }
+    const char* const end = name.data() + name.size() - ending.size();
+    pid_t process = 0;
+    unsigned number = 0;
+    const auto first = std::from_chars(name.data() + nameStart.size(), end, process);
+    if (first.ec != std::errc() || first.ptr == end || *first.ptr != '-' || process <= 0) {
+        return false;
+    }
+    const auto second = std::from_chars(first.ptr + 1, end, number);
+    return second.ec == std::errc() && second.ptr == end && kill(process, 0) != 0 && errno == ESRCH;
 }
 
 int rememberPendingFile(const std::string& path)

@@ -10,6 +10,9 @@ namespace volvelle {
 // A name that no other call in this process gives: ".volvelle-", process, number, `ending`. [any]
 std::string temporaryFileName(std::string_view ending);
 
+// True for a name that temporaryFileName() gave, with that ending, in a process that is no more. [any]
+bool isLeftBehind(std::string_view name, std::string_view ending);
+
 // Notes a file or a folder and returns its place, -1 where no more can be noted. [any]
 int rememberPendingFile(const std::string& path);
 

@@ -98,10 +98,9 @@ std::vector<fs::path> thatAreBeyond(const fs::path& out, const std::vector<Compi
     return beyond;
 }
 
-Result<> exchange(const fs::path& out, const std::vector<const CompiledPhrase*>& changed,
+Result<> exchange(FileExchange& files, const fs::path& out, const std::vector<const CompiledPhrase*>& changed,
                   const std::vector<fs::path>& beyond)
 {
-    FileExchange files;
     Result<> done;
     for (const ScoreKind kind : allScoreKinds) {
         done = done ? files.makeFolder(out / phraseFolder(kind)) : done;
@@ -125,11 +124,13 @@ std::string phraseName(int number)
 
 bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phrases, LibraryReport& report)
 {
+    FileExchange files;
     Result<> done = checkPlaces(out, phrases);
+    done = done ? files.lock(out) : done;
     if (done) {
         const auto changed = thatDiffer(out, phrases);
         const auto beyond = thatAreBeyond(out, phrases);
-        done = exchange(out, changed, beyond);
+        done = exchange(files, out, changed, beyond);
         report.changed = static_cast<int>(changed.size());
         report.removed = static_cast<int>(beyond.size());
     }

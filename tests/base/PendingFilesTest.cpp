@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace volvelle {
@@ -132,6 +133,25 @@ TEST_F(PendingFiles, NoTwoTemporaryNamesAreEqual)
     const std::string start = ".volvelle-" + std::to_string(getpid()) + "-";
     EXPECT_EQ(first.substr(0, start.size()), start);
     EXPECT_EQ(first.substr(first.size() - 4), ".mid");
+}
+
+TEST_F(PendingFiles, ANameIsLeftBehindByAProcessThatIsNoMore)
+{
+    const pid_t ended = fork();
+    if (ended == 0) {
+        _exit(0);
+    }
+    ASSERT_EQ(waitpid(ended, nullptr, 0), ended);
+    const std::string start = ".volvelle-" + std::to_string(ended);
+    EXPECT_TRUE(isLeftBehind(start + "-0.new", ".new"));
+    EXPECT_TRUE(isLeftBehind(start + "-17.new", ".new"));
+    for (const std::string& name :
+         {temporaryFileName(".new"), start + "-0.tmp", start + "-.new", start + ".new", start + "-a.new",
+          start + "-0new", std::string(".volvelle--0.new"), std::string(".volvelle-0-0.new"),
+          start + "-0.new.new", std::string(".volvelle-99999999999-0.new"), "a" + start + "-0.new",
+          std::string()}) {
+        EXPECT_FALSE(isLeftBehind(name, ".new")) << name;
+    }
 }
 
 } // namespace

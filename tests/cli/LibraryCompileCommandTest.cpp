@@ -116,5 +116,45 @@ TEST_F(LibraryCompile, AFolderWithoutScoresIsNamedInOneLine)
     EXPECT_EQ(names(), std::vector<std::string>{});
 }
 
+TEST_F(LibraryCompile, TheSecondWaitsForTheFirst)
+{
+    writeScores("| CM | FM | GM | Am |");
+    volvelle("library compile scores lib");
+    const std::string before = read("lib/Phrases/chord patterns/001.mid");
+    writeScores("| CM | FM | GM | Dm |");
+    const auto waiting =
+        shell("exec 9< lib; flock 9; timeout 0.3 \"$VOLVELLE\" library compile scores lib 9<&-");
+    EXPECT_EQ(waiting.status, 124);
+    EXPECT_EQ(read("lib/Phrases/chord patterns/001.mid"), before);
+    EXPECT_EQ(volvelle("library compile scores lib").output,
+              "5 scores compiled, 1 phrases written, 0 removed.\n");
+}
+
+// The look at what waits is for its own sake: the folder may as well go before.
+TEST_F(LibraryCompile, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
+{
+    writeScores("| CM | FM | GM | Am |");
+    const auto result =
+        shell("mkdir lib; exec 9< lib; flock 9; \"$VOLVELLE\" library compile scores lib 9<&- & "
+              "for i in $(seq 500); do grep -q -- \"->.* $! \" /proc/locks && break; done; "
+              "rmdir lib; exec 9<&-; wait $!");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "5 scores compiled, 5 phrases written, 0 removed.\n");
+    EXPECT_THAT(read("lib/Phrases2/10 drums/001.mid"), StartsWith("MThd"));
+}
+
+TEST_F(LibraryCompile, WhatOneThatWasKilledLeftGoesWithTheNext)
+{
+    writeScores("| CM | FM | GM | Am |");
+    volvelle("library compile scores lib");
+    EXPECT_EQ(
+        shell("sh -c 'd=\"lib/Phrases2/02 leads/.volvelle-$$-0.new\"; mkdir \"$d\"; echo > \"$d/001.mid\"'; "
+              "ls -A 'lib/Phrases2/02 leads' | wc -l")
+            .output,
+        "2\n");
+    EXPECT_EQ(volvelle("library compile scores lib").status, 0);
+    EXPECT_EQ(shell("ls -A 'lib/Phrases2/02 leads'").output, "001.mid\n");
+}
+
 } // namespace
 } // namespace volvelle::test

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -16,6 +18,8 @@ namespace volvelle {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::string_view sideEnding = ".new";
 
 bool isThere(const fs::path& file)
 {
@@ -84,6 +88,15 @@ int sync(const fs::path& path)
     return failed;
 }
 
+// Whether that name leads to what is open.
+bool isStill(const fs::path& path, int opened)
+{
+    struct stat named = {};
+    struct stat held = {};
+    return stat(path.c_str(), &named) == 0 && fstat(opened, &held) == 0 && named.st_dev == held.st_dev &&
+           named.st_ino == held.st_ino;
+}
+
 Result<> resultOf(const fs::path& file, int error)
 {
     return error == 0 ? Result<>() : failure(writeFailure(file, error));
@@ -101,10 +114,47 @@ FileExchange::~FileExchange()
         rmdir(made.back().c_str());
         made.pop_back();
     }
+    for (const int folder : locks) {
+        close(folder);
+    }
+}
+
+// Who waited may find that the folder went meanwhile.
+Result<> FileExchange::lock(const fs::path& folder)
+{
+    while (true) {
+        if (Result<> there = makeFolder(folder); !there) {
+            return there;
+        }
+        const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const bool isHeld = opened >= 0 && waitFor(opened);
+        if (isHeld && !isStill(folder, opened)) {
+            close(opened);
+            continue;
+        }
+        if (opened >= 0) {
+            locks.push_back(opened);
+        }
+        return {};
+    }
+}
+
+bool FileExchange::waitFor(int opened)
+{
+    bool isHeld = flock(opened, LOCK_EX | LOCK_NB) == 0;
+    if (!isHeld && errno == EWOULDBLOCK) {
+        signals.reset();
+        do {
+            isHeld = flock(opened, LOCK_EX) == 0;
+        } while (!isHeld && errno == EINTR);
+        signals.emplace();
+    }
+    return isHeld;
 }
 
 Result<> FileExchange::makeFolder(const fs::path& folder)
 {
+    folders.insert(folder);
     fs::path step;
     for (const fs::path& part : folder) {
         step /= part;
@@ -122,7 +172,7 @@ Result<> FileExchange::makeFolder(const fs::path& folder)
 
 Result<> FileExchange::put(const fs::path& file, std::span<const std::uint8_t> bytes)
 {
-    int error = signals.isOneWaiting() ? EINTR : note(file);
+    int error = signals->isOneWaiting() ? EINTR : note(file);
     if (error == 0) {
         error = writeNew(changes.back().aside, bytes);
     }
@@ -146,10 +196,9 @@ Result<> FileExchange::carryOut()
             return failure(writeFailure(changes[i].file, error));
         }
     }
-    for (const auto& [folder, side] : sides) {
-        sync(folder);
-    }
+    syncFolders();
     isDone = true;
+    clearLeftovers();
     return {};
 }
 
@@ -157,7 +206,7 @@ Result<> FileExchange::carryOut()
 Result<> FileExchange::syncNew() const
 {
     for (const Change& change : changes) {
-        const int error = signals.isOneWaiting() ? EINTR : isThere(change.aside) ? sync(change.aside) : 0;
+        const int error = signals->isOneWaiting() ? EINTR : isThere(change.aside) ? sync(change.aside) : 0;
         if (error != 0) {
             return failure(writeFailure(change.file, error));
         }
@@ -165,12 +214,41 @@ Result<> FileExchange::syncNew() const
     return {};
 }
 
+void FileExchange::syncFolders() const
+{
+    std::set<fs::path> changed;
+    for (const auto& [folder, side] : sides) {
+        changed.insert(folder);
+    }
+    for (const fs::path& folder : made) {
+        changed.insert(folder.has_parent_path() ? folder.parent_path() : ".");
+    }
+    for (const fs::path& folder : changed) {
+        sync(folder);
+    }
+}
+
+void FileExchange::clearLeftovers() const
+{
+    for (const fs::path& folder : folders) {
+        std::error_code unread;
+        for (fs::directory_iterator entry(folder, unread), end; !unread && entry != end;
+             entry.increment(unread)) {
+            if (isLeftBehind(entry->path().filename().string(), sideEnding)) {
+                std::error_code ignored;
+                fs::remove_all(entry->path(), ignored);
+            }
+        }
+    }
+}
+
 int FileExchange::note(const fs::path& file)
 {
     const fs::path folder = file.parent_path();
+    folders.insert(folder);
     fs::path& side = sides[folder];
     if (side.empty()) {
-        side = folder / temporaryFileName(".new");
+        side = folder / temporaryFileName(sideEnding);
         if (mkdir(side.c_str(), 0777) != 0) {
             const int error = errno;
             sides.erase(folder);

@@ -6,20 +6,29 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
+#include <set>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace volvelle {
 
 // Files that change together. Each new one is written beside its place first, in a folder of its own there;
 // then all take their places, or none does. Without carryOut(), and where that fails, nothing has changed at
-// the end of its life. What asks the process to end waits until then. [any]
+// the end of its life. What asks the process to end waits until then. What a process that is no more has left
+// beside them goes once all is done. [any]
 class FileExchange {
 public:
     FileExchange() = default;
     ~FileExchange();
     FileExchange(const FileExchange&) = delete;
     FileExchange& operator=(const FileExchange&) = delete;
+
+    // Makes a folder as the next does, and holds it alone until the end of this life. Waits while another
+    // does, and can be ended by a signal meanwhile: the first to be called. Where the file system knows no
+    // such locks nothing is held.
+    Result<> lock(const std::filesystem::path& folder);
 
     // Makes a folder at once, with those above it. Each goes again unless all is carried out.
     Result<> makeFolder(const std::filesystem::path& folder);
@@ -37,11 +46,16 @@ private:
         std::filesystem::path aside; // the new file, once all is done the old one
     };
 
+    bool waitFor(int opened);
     Result<> syncNew() const;
+    void syncFolders() const;
+    void clearLeftovers() const;
     int note(const std::filesystem::path& file);
     void goBack(std::size_t done);
 
-    HeldSignals signals;
+    std::optional<HeldSignals> signals = std::optional<HeldSignals>(std::in_place);
+    std::vector<int> locks;                  // descriptors of folders
+    std::set<std::filesystem::path> folders; // in which something may change
     std::vector<std::filesystem::path> made; // folders, in the order in which they were made
     std::map<std::filesystem::path, std::filesystem::path> sides; // of each folder that changes
     std::vector<Change> changes;

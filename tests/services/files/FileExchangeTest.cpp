@@ -1,13 +1,20 @@
 #include "services/files/FileExchange.h"
 
+#include "base/PendingFiles.h"
 #include "services/files/SafeFile.h"
+#include "tests/services/documents/SystemCalls.h"
 #include "tests/services/musicsequence/SequenceTools.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/time.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace volvelle::test {
@@ -164,6 +171,91 @@ TEST_F(FileExchanges, ASignalThatIsIgnoredStopsNothing)
     }
     std::signal(SIGHUP, before);
     EXPECT_EQ(content(at("one/a")), "new");
+}
+
+TEST_F(FileExchanges, NewFilesAreOnDiskBeforeTheyTakeTheirPlacesAndTheFoldersAfterwards)
+{
+    FileExchange files;
+    EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+    EXPECT_EQ(files.put(at("one/new"), bytes).error(), "");
+    synchronised = 0;
+    int before = 0;
+    beforeRenaming = [&before] { before = synchronised; };
+    EXPECT_EQ(files.carryOut().error(), "");
+    EXPECT_EQ(before, 2);
+    EXPECT_EQ(synchronised, before + 1);
+}
+
+TEST_F(FileExchanges, FoldersThatAreMadeAreOnDiskToo)
+{
+    FileExchange files;
+    EXPECT_EQ(files.makeFolder(at("three/four")).error(), "");
+    synchronised = 0;
+    EXPECT_EQ(files.carryOut().error(), "");
+    EXPECT_EQ(synchronised, 2);
+}
+
+TEST_F(FileExchanges, AFolderIsForOneAloneUntilItsEnd)
+{
+    const auto isFree = [this](const char* name) {
+        const int folder = open(at(name).c_str(), O_RDONLY | O_DIRECTORY);
+        const bool locked = flock(folder, LOCK_EX | LOCK_NB) == 0;
+        EXPECT_TRUE(locked || errno == EWOULDBLOCK);
+        close(folder);
+        return locked;
+    };
+    {
+        FileExchange files;
+        EXPECT_EQ(files.lock(at("one")).error(), "");
+        EXPECT_EQ(files.lock(at("three/four")).error(), "");
+        EXPECT_FALSE(isFree("one"));
+        EXPECT_FALSE(isFree("three/four"));
+        EXPECT_TRUE(isFree("two"));
+    }
+    EXPECT_TRUE(isFree("one"));
+    expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, WhoWaitsForAFolderEndsBySignal)
+{
+    const int held = open(at("one").c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    const itimerval soon{{}, {0, 50'000}};
+    EXPECT_EXIT(
+        {
+            setitimer(ITIMER_REAL, &soon, nullptr);
+            std::signal(SIGALRM, [](int) { std::raise(SIGTERM); });
+            FileExchange others;
+            const Result<> locked = others.lock(at("one"));
+            _exit(locked ? 7 : 8);
+        },
+        testing::KilledBySignal(SIGTERM), "");
+    close(held);
+}
+
+TEST_F(FileExchanges, WhatAProcessThatIsNoMoreLeftGoesOnceAllIsDone)
+{
+    const pid_t ended = fork();
+    if (ended == 0) {
+        _exit(0);
+    }
+    ASSERT_EQ(waitpid(ended, nullptr, 0), ended);
+    const std::string left = "one/.volvelle-" + std::to_string(ended) + "-3.new";
+    const std::string mine = "one/" + temporaryFileName(".new");
+    temporary.write(left + "/a", "older");
+    temporary.write(mine + "/a", "newer");
+    {
+        FileExchange files;
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+    }
+    EXPECT_TRUE(fs::exists(temporary.path / left));
+    {
+        FileExchange files;
+        EXPECT_EQ(files.makeFolder(at("one")).error(), "");
+        EXPECT_EQ(files.carryOut().error(), "");
+    }
+    EXPECT_FALSE(fs::exists(temporary.path / left));
+    EXPECT_TRUE(fs::exists(temporary.path / mine / "a"));
 }
 
 } // namespace
