@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <new>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -104,7 +105,7 @@ NewFile::~NewFile()
 }
 
 bool NewFile::create(const std::filesystem::path& path)
-{
+try {
     drop();
     outlet = -1;
     isComplete = false;
@@ -122,10 +123,13 @@ bool NewFile::create(const std::filesystem::path& path)
         error = EACCES;
     }
     return error == 0 && recordUnless(openFree());
+} catch (const std::bad_alloc&) {
+    error = ENOMEM;
+    return false;
 }
 
 bool NewFile::createFor(int descriptorOfCaller)
-{
+try {
     drop();
     outlet = descriptorOfCaller;
     isDirect = true;
@@ -133,6 +137,9 @@ bool NewFile::createFor(int descriptorOfCaller)
     error = 0;
     descriptor = openNameless();
     return recordUnless(descriptor >= 0);
+} catch (const std::bad_alloc&) {
+    error = ENOMEM;
+    return false;
 }
 
 bool NewFile::openFree()

@@ -4,6 +4,7 @@
 #include "services/files/SafeFile.h"
 #include "tests/services/files/FileSizeLimit.h"
 #include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/AllocationCount.h"
 
 #include <array>
 #include <cerrno>
@@ -123,6 +124,21 @@ TEST_F(NewFiles, ANewFileCanBeRemovedBeforeASuddenEnd)
     ASSERT_TRUE(file.create(path));
     EXPECT_EQ(folder.names().size(), 1U);
     removePendingFiles();
+    EXPECT_EQ(folder.names(), Lines{});
+}
+
+TEST_F(NewFiles, MemoryThatDoesNotSufficeIsAFailure)
+{
+    int refused = 0;
+    for (const std::filesystem::path& target : {path, std::filesystem::path("/dev/null")}) {
+        for (std::size_t first = 0; first < 100; ++first) {
+            NewFile file;
+            const AllocationCount count(first);
+            refused += file.create(target) ? 0 : 1;
+            EXPECT_EQ(file.failure() == ENOMEM, count.count > first) << first;
+        }
+    }
+    EXPECT_GE(refused, 2);
     EXPECT_EQ(folder.names(), Lines{});
 }
 
