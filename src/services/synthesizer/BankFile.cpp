@@ -9,6 +9,7 @@
 #include <mutex>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,6 +38,13 @@ bool copyAll(int from, int to, std::uintmax_t size)
         }
     }
     return true;
+}
+
+// Whether a file of this process may be so large: writing beyond that would end it.
+bool mayBeWritten(std::uintmax_t size)
+{
+    rlimit most{};
+    return getrlimit(RLIMIT_FSIZE, &most) != 0 || most.rlim_cur == RLIM_INFINITY || size <= most.rlim_cur;
 }
 
 // Of the whole file in a file without a name, on a disk where one has room, else in memory, else none.
@@ -139,7 +147,7 @@ Result<std::shared_ptr<const BankFile>> BankFile::open(const fs::path& path)
 // Takes the descriptor over.
 std::shared_ptr<const BankFile> BankFile::openLarge(const fs::path& path, int file, std::uintmax_t size)
 {
-    const int copy = privateCopy(file, size);
+    const int copy = mayBeWritten(size) ? privateCopy(file, size) : none;
     if (copy == none) {
         debugprint("There is no room for a copy of the sound bank \"", path.string(),
                    "\": it must not change while it is used.");

@@ -7,8 +7,11 @@
 #include "tests/support/RealtimeGuard.h"
 
 #include <array>
+#include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace volvelle::test {
 
@@ -260,6 +263,21 @@ TEST_F(LargeBanks, AllSynthesizersOfABankShareItsCopy)
     EXPECT_FALSE(fs::equivalent(one->readable, one->path));
     overwriteBank();
     EXPECT_NE(*BankFile::open(bank.path), one);
+}
+
+// Whoever is told nothing of that signal dies of it.
+TEST(LargeBankFile, WithoutRoomForItsCopyByTheLimitOfAFileItIsUsedItself)
+{
+    const LargeBank bank;
+    const rlimit limit{1000, 1000};
+    EXPECT_EXIT(
+        {
+            std::signal(SIGXFSZ, SIG_DFL);
+            setrlimit(RLIMIT_FSIZE, &limit);
+            const auto file = BankFile::open(bank.path);
+            _exit(file && fs::equivalent((*file)->readable, bank.path) ? 7 : 8);
+        },
+        testing::ExitedWithCode(7), "");
 }
 
 } // namespace
