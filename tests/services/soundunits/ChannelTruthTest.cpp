@@ -91,6 +91,68 @@ TEST_P(ChannelTruth, APieceLeavesNothingToTheNext)
     EXPECT_GT(loudest(expected), audible);
 }
 
+// How often a sound rises through 0 on the left.
+int crossings(const std::vector<float>& sound)
+{
+    int count = 0;
+    for (std::size_t i = 1; i < sound.size() / 2; ++i) {
+        count += sound[i - 1] < 0.0F && sound[i] >= 0.0F ? 1 : 0;
+    }
+    return count;
+}
+
+// The tuning of a scale: C a quarter tone up, the others as they are.
+Song tunedScale(int cents)
+{
+    std::vector<std::uint8_t> scale{0xF0, 0x7F, 0x7F, 0x08, 0x08, 0x03, 0x7F, 0x7F};
+    scale.resize(20, 0x40);
+    scale[8] = static_cast<std::uint8_t>(0x40 + cents);
+    scale.push_back(0xF7);
+    return Song().exclusive(0.5, scale).note(4.0, 0, 60, 100, 2.0);
+}
+
+TEST(SynthTunings, AScaleThatIsTunedBeforeASeekIsInForceAfterItAtEachRate)
+{
+    for (const double rate : {44'100.0, 48'000.0}) {
+        const auto heardAt = [rate](int cents, bool seeks) {
+            SynthStudio studio(std::nullopt, rate);
+            studio.load(tunedScale(cents));
+            studio.start();
+            studio.run(seeks ? 1 : 188);
+            if (seeks) {
+                studio.sequencer->setCurrentPositionInBeats(4.0);
+            }
+            studio.run(2);
+            return studio.run(100);
+        };
+        const std::vector<float> played = heardAt(50, false);
+        EXPECT_GT(loudest(played), 0.01F);
+        EXPECT_NEAR(crossings(heardAt(50, true)), crossings(played), 2) << rate;
+        EXPECT_GT(crossings(played), crossings(heardAt(0, false)) + 4) << rate;
+        EXPECT_GT(crossings(heardAt(50, true)), crossings(heardAt(0, true)) + 4) << rate;
+    }
+}
+
+TEST(SynthNodes, AnInstrumentOfAStoppedEngineSoundsInARunningOne)
+{
+    SynthStudio first;
+    SynthStudio second;
+    first.run(2);
+    first.engine->stop();
+    ASSERT_EQ(first.engine->detachNode(first.instrument), noErr);
+    ASSERT_EQ(second.engine->detachNode(second.instrument), noErr);
+    ASSERT_EQ(second.engine->attachNode(first.instrument), noErr);
+    ASSERT_EQ(second.engine->connect(first.instrument, second.engine->mainMixerNode(), 0, 0), noErr);
+    second.run(2);
+    ASSERT_EQ(first.instrument->auAudioUnit()->musicDeviceMIDIEvent(0x90, 60, 100, 0), noErr);
+    EXPECT_GT(loudest(second.run(30)), 0.01F);
+    second.instrument = first.instrument;
+    second.load(Song().note(0.0, 0, 60, 100, 1.0));
+    second.run(400);
+    second.start();
+    EXPECT_GT(loudest(second.run(30)), 0.01F);
+}
+
 } // namespace
 
 } // namespace volvelle::test

@@ -11,12 +11,13 @@
 
 namespace volvelle::test {
 
-SynthStudio::SynthStudio(const std::optional<std::filesystem::path>& bank)
+SynthStudio::SynthStudio(const std::optional<std::filesystem::path>& bank, double rate)
 {
     setResourcesFolder(buildFolder() / "resources");
     SynthesizerOptions options;
     options.reverb = false;
     options.chorus = false;
+    options.sampleRate = rate;
     registerMIDISynth(options, bank);
     instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
     EXPECT_EQ(engine->attachNode(instrument), noErr);

@@ -15,8 +15,9 @@ namespace volvelle::test {
 // A running engine that is rendered by hand, with the real synthesizer, dry, and a sequencer.
 class SynthStudio {
 public:
-    // With the built-in bank, or another.
-    explicit SynthStudio(const std::optional<std::filesystem::path>& bank = std::nullopt);
+    // With the built-in bank, or another; the synthesizer at that rate.
+    explicit SynthStudio(const std::optional<std::filesystem::path>& bank = std::nullopt,
+                         double rate = 48'000.0);
     ~SynthStudio();
 
     void load(const Song& song);
