@@ -114,14 +114,9 @@ double lengthOf(const MusicSequence& sequence)
     return std::round(longest / Score::sixteenth) * Score::sixteenth;
 }
 
-// Fails with a line where a file is no whole MIDI file of sixteen beats.
-Result<> checkFile(const fs::path& file)
+// Fails with a line where what was loaded is no whole MIDI file of sixteen beats.
+Result<> checkWhole(const MusicSequence& sequence)
 {
-    MusicSequence sequence;
-    if (NewMusicSequence(sequence) != noErr ||
-        MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType, 0) != noErr) {
-        return failure("the MIDI file cannot be read");
-    }
     std::vector<std::string> mended;
     if (MusicSequenceGetLoadWarnings(sequence, mended) == noErr && !mended.empty()) {
         return failure(mended.front());
@@ -130,6 +125,16 @@ Result<> checkFile(const fs::path& file)
         return failure(concat("the MIDI file is ", length, " beats long, at most ", arrangementBeats));
     }
     return {};
+}
+
+// Why a file gave nothing.
+std::string emptiness(const fs::path& file, ScoreKind kind)
+{
+    MusicSequence sequence;
+    const bool isRead = NewMusicSequence(sequence) == noErr &&
+                        MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType, 0) == noErr;
+    return !isRead ? "the MIDI file cannot be read"
+                   : concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes");
 }
 
 } // namespace
@@ -163,14 +168,16 @@ Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind)
 
 Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
 {
-    if (const Result<> whole = checkFile(file); !whole) {
+    const auto phrase = loadPhrase(file, kind);
+    if (!phrase->sequence) {
+        return failure(emptiness(file, kind));
+    }
+    if (const Result<> whole = checkWhole(phrase->sequence->getMusicSequence()); !whole) {
         return failure(whole.error());
     }
-    const auto phrase = loadPhrase(file, kind);
     Score score = scoreOf(*phrase, kind);
     if (score.notes.empty()) {
-        return failure(
-            concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes"));
+        return failure(emptiness(file, kind));
     }
     separate(score.notes);
     if (const Result<> playable = checkClusters(score); !playable) {

@@ -94,12 +94,13 @@ bool holdsScoreFolders(const fs::path& library)
 Result<Score> readScore(const fs::path& file, ScoreKind kind)
 {
     std::error_code unknown;
-    std::vector<std::uint8_t> words;
-    if (!fs::is_regular_file(file, unknown) || readFile(file, words) != noErr) {
-        return failure("the score cannot be read");
-    }
-    if (isMIDIFile(file)) {
+    const bool isRegular = fs::is_regular_file(file, unknown);
+    if (isRegular && isMIDIFile(file)) {
         return readMIDIPhrase(file, kind);
+    }
+    std::vector<std::uint8_t> words;
+    if (!isRegular || readFile(file, words) != noErr) {
+        return failure("the score cannot be read");
     }
     return parseScore(std::string(words.begin(), words.end()), kind);
 }

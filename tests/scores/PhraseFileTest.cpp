@@ -1,13 +1,17 @@
 #include "scores/PhraseFile.h"
 
 #include "phrases/MIDIPhrases.h"
+#include "scores/ScoreFile.h"
 #include "scores/ScoreWriter.h"
 #include "tests/scores/ScoreTexts.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <array>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
 #include <tuple>
+#include <unistd.h>
 
 namespace volvelle {
 namespace {
@@ -131,6 +135,19 @@ TEST_F(PhraseFile, AChordThatIsFoundAtTheEndIsLeftOut)
     EXPECT_EQ(score.chords[0], (ScoreChord{0, "E5"}));
     EXPECT_EQ(score.notes.size(), 2U);
     EXPECT_EQ(score.notes[0].duration, 15.96875);
+}
+
+TEST_F(PhraseFile, AMIDIFileIsOpenedOnce)
+{
+    for (const ScoreKind kind : {ScoreKind::lead, ScoreKind::chordPattern}) {
+        write("a.mid", "00 904050 00 904750 60 804000 00 804700 00");
+        const int watch = inotify_init1(IN_NONBLOCK);
+        ASSERT_GE(inotify_add_watch(watch, (folder / "a.mid").c_str(), IN_OPEN | IN_CLOSE), 0);
+        EXPECT_EQ(readScore(folder / "a.mid", kind).error(), "");
+        std::array<char, 4096> events{};
+        EXPECT_EQ(read(watch, events.data(), events.size()), ssize_t{2 * sizeof(inotify_event)});
+        close(watch);
+    }
 }
 
 TEST_F(PhraseFile, WhatIsNoPhraseIsTold)
