@@ -1,6 +1,8 @@
 #include "inspection/IdeaTests.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
+#include <utility>
 
 namespace volvelle {
 namespace {
@@ -47,6 +49,18 @@ protected:
         }
     }
 
+    // C, F, G and A, with the tracks on their roots, and no line.
+    void toFourChords()
+    {
+        mixer().chordTrack->chords.push_back(majorChord(9, 12));
+        bass(3).number = 45;
+        mixer().leadTrack0->generatedEvents[6]->number = 81;
+        mixer().leadTrack0->generatedEvents[7]->number = 93;
+        mixer().polyMeter0->generatedEvents.clear();
+    }
+
+    PhraseEvent& bass(std::size_t index) { return *mixer().bassTrack0->generatedEvents.at(index); }
+
     MIDIPhraseMixer& mixer() { return *generator.phraseMixer; }
 
     // The names of the tests that fail.
@@ -78,6 +92,82 @@ TEST_F(Idea, AToneHeldOverAChangeIsOutside)
     EXPECT_EQ(faults(), Names{});
     mixer().phraseTrack0->generatedEvents = {note(chordPhraseChannel, 64, 0, 5.5 * 0.99)};
     EXPECT_EQ(faults(), Names{ideaTests[0].name});
+}
+
+// Five sixteenths of 64 are within 8 %, six are not.
+TEST_F(Idea, TonesOutsideTheChordCountInEachTrackThatFollows)
+{
+    const std::tuple<MIDIPhrase*, int, int> tracks[] = {{mixer().bassTrack0.get(), bassChannel, 40},
+                                                        {mixer().leadTrack0.get(), leadChannel, 76},
+                                                        {mixer().polyMeter0.get(), polyMeterChannel, 64}};
+    for (const auto& [track, channel, key] : tracks) {
+        const auto held = note(channel, key, 0, 5.25 * 0.99, channel == polyMeterChannel ? 70 : 100);
+        track->generatedEvents.push_back(held);
+        EXPECT_EQ(faults(), Names{}) << channel;
+        held->duration = 5.5 * 0.99;
+        EXPECT_EQ(faults(), Names{ideaTests[0].name}) << channel;
+        track->generatedEvents.pop_back();
+    }
+}
+
+TEST_F(Idea, TheBassMeetsHalfOfTheChanges)
+{
+    toFourChords();
+    mixer().chordTrack->chords.push_back(majorChord(2, 14));
+    bass(3).position = 13;
+    EXPECT_EQ(faults(), Names{});
+    mixer().chordTrack->chords.push_back(majorChord(4, 15));
+    EXPECT_EQ(faults(), Names{ideaTests[1].name});
+}
+
+TEST_F(Idea, TheBassSoundsHalfOfTheRoots)
+{
+    toFourChords();
+    bass(2).number = 47;
+    bass(3).number = 40;
+    EXPECT_EQ(faults(), Names{});
+    mixer().chordTrack->chords.push_back(majorChord(2, 14));
+    EXPECT_EQ(faults(), Names{ideaTests[2].name});
+}
+
+TEST_F(Idea, AKickLiesUnderAQuarterOfTheBass)
+{
+    for (std::size_t i = 1; i < 4; ++i) {
+        mixer().drumTrack0->loadedEvents[i]->position += 1;
+    }
+    EXPECT_EQ(faults(), Names{});
+    mixer().bassTrack0->generatedEvents.push_back(note(bassChannel, 36, 2, 0.99));
+    EXPECT_EQ(faults(), Names{ideaTests[3].name});
+}
+
+TEST_F(Idea, ALineIsNearFromFiveBelowToFiveAboveTheLead)
+{
+    for (const auto& [velocity, isNear] : {std::pair(94, false), {95, true}, {105, true}, {106, false}}) {
+        for (const auto& event : mixer().polyMeter0->generatedEvents) {
+            event->value = static_cast<std::uint8_t>(velocity);
+        }
+        EXPECT_EQ(faults(), isNear ? Names{ideaTests[4].name} : Names{}) << velocity;
+    }
+}
+
+TEST_F(Idea, AChordLastsEightBeatsAtMost)
+{
+    mixer().chordTrack->chords[2] = majorChord(7, 7.75);
+    EXPECT_EQ(faults(), Names{ideaTests[5].name});
+}
+
+TEST_F(Idea, ALeadRepeatsItsKeyInThreeStepsOfTenAtMost)
+{
+    auto& lead = mixer().leadTrack0->generatedEvents;
+    lead.clear();
+    double place = 0;
+    for (const int key : {72, 72, 76, 76, 79, 79, 72, 76, 79, 72, 76}) {
+        lead.push_back(note(leadChannel, key, place, 0.2));
+        place += 0.25;
+    }
+    EXPECT_EQ(faults(), Names{});
+    lead.pop_back();
+    EXPECT_EQ(faults(), Names{ideaTests[7].name});
 }
 
 TEST_F(Idea, ABassThatComesLateAndOnOtherTonesAndBetweenTheKicksHasThreeFaults)

@@ -47,8 +47,12 @@ TEST(FolderLint, TwoOfThreeBassesSoundOnTheFirstBeatOfEveryBar)
 TEST(FolderLint, ATenthOfTheDrumsIsFull)
 {
     Score full = phraseOf(ScoreKind::drums, 5);
-    full.notes.resize(fullDrums + 1);
     std::vector<Score> drums(10, phraseOf(ScoreKind::drums, 5));
+    full.notes.resize(fullDrums);
+    drums[0] = drums[1] = full;
+    EXPECT_EQ(lintFolder(drums, ScoreKind::drums), Lines{});
+    full.notes.resize(fullDrums + 1);
+    drums[1] = phraseOf(ScoreKind::drums, 5);
     drums[0] = full;
     EXPECT_EQ(lintFolder(drums, ScoreKind::drums), Lines{});
     drums[1] = full;
