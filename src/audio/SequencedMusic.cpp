@@ -32,11 +32,7 @@ OSStatus putBefore(const MusicSequence& music, const MusicTrack& track, const Mu
 OSStatus readSequencedMusic(const std::vector<std::uint8_t>& data, MusicSequence& music)
 {
     std::uint32_t count = 0;
-    OSStatus status = NewMusicSequence(music);
-    if (status == noErr) {
-        status = MusicSequenceFileLoadData(music, data, kMusicSequenceFile_MIDIType,
-                                           kMusicSequenceLoadSMF_ChannelsToTracks);
-    }
+    OSStatus status = NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_ChannelsToTracks, music);
     status = status == noErr ? MusicSequenceGetTrackCount(music, count) : status;
     if (status != noErr || count < 2) {
         return status;

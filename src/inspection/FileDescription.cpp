@@ -220,11 +220,7 @@ OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& de
 {
     MusicSequence sequence;
     std::int16_t division = 480;
-    OSStatus status = NewMusicSequence(sequence);
-    if (status == noErr) {
-        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType,
-                                           kMusicSequenceLoadSMF_PreserveTracks);
-    }
+    OSStatus status = NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_PreserveTracks, sequence);
     status = status == noErr ? MusicSequenceGetLoadDivision(sequence, division) : status;
     description.division = division;
     status = status == noErr ? MusicSequenceGetLoadWarnings(sequence, description.warnings) : status;

@@ -4,23 +4,13 @@
 
 namespace volvelle {
 
-namespace {
-
-OSStatus readPlatformMusic(const std::vector<std::uint8_t>& data, MusicSequence& music)
-{
-    const OSStatus status = NewMusicSequence(music);
-    return status == noErr ? MusicSequenceFileLoadData(music, data, kMusicSequenceFile_MIDIType,
-                                                       kMusicSequenceLoadSMF_ChannelsToTracks)
-                           : status;
-}
-
-} // namespace
-
 OSStatus RenderPiece::read(const std::vector<std::uint8_t>& data, bool isSequenced)
 {
     MusicSequence music;
     const auto loaded = std::make_shared<SequencerEvents>();
-    OSStatus status = isSequenced ? readSequencedMusic(data, music) : readPlatformMusic(data, music);
+    OSStatus status = isSequenced
+                          ? readSequencedMusic(data, music)
+                          : NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_ChannelsToTracks, music);
     status = status == noErr ? loaded->read(music) : status;
     status = status == noErr && isSequenced ? tempo.read(music) : status;
     events = loaded;

@@ -25,9 +25,7 @@ Result<> checkDocument(const std::filesystem::path& file)
     }
     MusicSequence sequence;
     std::uint32_t tracks = 0;
-    if (NewMusicSequence(sequence) != noErr ||
-        MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType,
-                                  kMusicSequenceLoadSMF_ChannelsToTracks) != noErr) {
+    if (NewMusicSequenceFromData(bytes, kMusicSequenceLoadSMF_ChannelsToTracks, sequence) != noErr) {
         return failure(concat(name, " is not a MIDI file."));
     }
     if (MusicSequenceGetTrackCount(sequence, tracks) != noErr || tracks == 0) {

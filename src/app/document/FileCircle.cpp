@@ -50,9 +50,7 @@ FileCircle::FileCircle(const std::vector<std::uint8_t>& data, const std::stop_to
 void FileCircle::load(const std::vector<std::uint8_t>& data, const std::stop_token& stop)
 {
     MusicSequence content;
-    if (NewMusicSequence(content) != noErr ||
-        MusicSequenceFileLoadData(content, data, kMusicSequenceFile_MIDIType,
-                                  kMusicSequenceLoadSMF_ChannelsToTracks) != noErr) {
+    if (NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_ChannelsToTracks, content) != noErr) {
         return;
     }
     MIDISequence16 sequence;

@@ -183,6 +183,12 @@ struct MusicEventUserData {
                                                  const std::vector<std::uint8_t>& data,
                                                  MusicSequenceFileTypeID type, MusicSequenceLoadFlags flags);
 
+// A new sequence with what a Standard MIDI File holds, as the two above read it; null where that fails.
+[[nodiscard]] OSStatus NewMusicSequenceFromFile(const std::filesystem::path& url,
+                                                MusicSequenceLoadFlags flags, MusicSequence& sequence);
+[[nodiscard]] OSStatus NewMusicSequenceFromData(const std::vector<std::uint8_t>& data,
+                                                MusicSequenceLoadFlags flags, MusicSequence& sequence);
+
 // What the last load mended, as plain lines; empty for a clean file.
 [[nodiscard]] OSStatus MusicSequenceGetLoadWarnings(const MusicSequence& sequence,
                                                     std::vector<std::string>& warnings);

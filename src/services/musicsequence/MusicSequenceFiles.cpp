@@ -16,6 +16,16 @@ OSStatus readiness(const MusicSequence& sequence, MusicSequenceFileTypeID type)
     return type == kMusicSequenceFile_MIDIType ? noErr : kAudioToolboxErr_InvalidSequenceType;
 }
 
+template <class Load>
+OSStatus newLoaded(MusicSequence& sequence, const Load& load)
+{
+    MusicSequence made;
+    OSStatus status = NewMusicSequence(made);
+    status = status == noErr ? load(made) : status;
+    sequence = status == noErr ? made : nullptr;
+    return status;
+}
+
 } // namespace
 
 OSStatus MusicSequenceFileCreateData(const MusicSequence& sequence, MusicSequenceFileTypeID type,
@@ -67,6 +77,22 @@ OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vec
         return status;
     }
     return loadSMF(*sequence, data, flags);
+}
+
+OSStatus NewMusicSequenceFromFile(const std::filesystem::path& url, MusicSequenceLoadFlags flags,
+                                  MusicSequence& sequence)
+{
+    return newLoaded(sequence, [&](const MusicSequence& made) {
+        return MusicSequenceFileLoad(made, url, kMusicSequenceFile_MIDIType, flags);
+    });
+}
+
+OSStatus NewMusicSequenceFromData(const std::vector<std::uint8_t>& data, MusicSequenceLoadFlags flags,
+                                  MusicSequence& sequence)
+{
+    return newLoaded(sequence, [&](const MusicSequence& made) {
+        return MusicSequenceFileLoadData(made, data, kMusicSequenceFile_MIDIType, flags);
+    });
 }
 
 } // namespace volvelle

@@ -45,6 +45,22 @@ TEST_F(MusicSequenceFiles, AnExistingFileIsReplacedOnlyWhereTheFlagSaysSo)
     EXPECT_EQ(bytes, save(sequence));
 }
 
+TEST_F(MusicSequenceFiles, ASequenceIsMadeFromAFileOrItsBytesAtOnce)
+{
+    EXPECT_EQ(MusicSequenceFileCreate(sequence, path, midi, 0, 480), noErr);
+    const Bytes bytes = save(sequence);
+    MusicSequence fromFile;
+    MusicSequence fromData;
+    EXPECT_EQ(NewMusicSequenceFromFile(path, 0, fromFile), noErr);
+    EXPECT_EQ(NewMusicSequenceFromData(bytes, 0, fromData), noErr);
+    EXPECT_EQ(save(fromFile), bytes);
+    EXPECT_EQ(save(fromData), bytes);
+    EXPECT_EQ(NewMusicSequenceFromFile(folder.path / "none.mid", 0, fromFile), fileNotFoundErr);
+    EXPECT_EQ(NewMusicSequenceFromData(hex("01"), 0, fromData), fileFormatErr);
+    EXPECT_EQ(fromFile, nullptr);
+    EXPECT_EQ(fromData, nullptr);
+}
+
 TEST_F(MusicSequenceFiles, AFileThatIsNotThereIsNotFound)
 {
     const Bytes before = save(sequence);

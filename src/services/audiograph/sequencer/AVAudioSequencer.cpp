@@ -37,20 +37,14 @@ AVAudioSequencer::~AVAudioSequencer()
 Result<> AVAudioSequencer::loadFromURL(const std::filesystem::path& url, std::uint32_t options)
 {
     MusicSequence sequence;
-    OSStatus status = NewMusicSequence(sequence);
-    if (status == noErr) {
-        status = MusicSequenceFileLoad(sequence, url, kMusicSequenceFile_MIDIType, options);
-    }
+    const OSStatus status = NewMusicSequenceFromFile(url, options, sequence);
     return take(sequence, status);
 }
 
 Result<> AVAudioSequencer::loadFromData(const std::vector<std::uint8_t>& data, std::uint32_t options)
 {
     MusicSequence sequence;
-    OSStatus status = NewMusicSequence(sequence);
-    if (status == noErr) {
-        status = MusicSequenceFileLoadData(sequence, data, kMusicSequenceFile_MIDIType, options);
-    }
+    const OSStatus status = NewMusicSequenceFromData(data, options, sequence);
     return take(sequence, status);
 }
 
