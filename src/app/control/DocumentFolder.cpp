@@ -11,8 +11,11 @@
 #include "services/files/SafeFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
+#include <set>
+#include <string_view>
 #include <sys/stat.h>
 #include <tuple>
 #include <utility>
@@ -25,21 +28,41 @@ namespace fs = std::filesystem;
 
 constexpr int mostNumbers = 100'000; // of files with one name
 
+Failure notWritten(const fs::path& file, int error)
+{
+    return failure(plainLine(writeFailure(file, error)));
+}
+
+// The names of a folder's documents without their endings.
+std::set<std::string> namesIn(const fs::path& folder)
+{
+    std::set<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (isMIDIFileName(entry->path())) {
+            names.insert(entry->path().stem().string());
+        }
+    }
+    return names;
+}
+
 // Puts a file at `wanted` or the next free number of it: `put` answers 0 or the system's number.
 template <class Put>
 Result<fs::path> putFree(const fs::path& wanted, Put put)
 {
+    const std::set<std::string> names = namesIn(wanted.parent_path());
     for (int number = 1; number <= mostNumbers; ++number) {
         fs::path file = numberedFile(wanted, number);
-        const int failed = isNameTaken(file) ? EEXIST : put(file);
+        const bool isTaken = names.contains(file.stem().string()) || isNameTaken(file);
+        const int failed = isTaken ? EEXIST : put(file);
         if (failed == 0) {
             return file;
         }
         if (failed != EEXIST) {
-            return failure(writeFailure(file, failed));
+            return notWritten(file, failed);
         }
     }
-    return failure(writeFailure(wanted, EEXIST));
+    return notWritten(wanted, EEXIST);
 }
 
 Result<fs::path> copyFree(const fs::path& from, const fs::path& wanted)
@@ -73,9 +96,24 @@ std::string visibleName(const fs::path& file)
     return rest.empty() || isEnding ? "New MIDI Idea.mid" : rest;
 }
 
+// Of spaces alone, or of nothing.
+bool isBlank(std::string_view name)
+{
+    static constexpr std::array<std::string_view, 24> blanks{
+        " ",      "\t",     "\n",     "\v",     "\f",     "\r",     "\u00A0", "\u1680",
+        "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
+        "\u2008", "\u2009", "\u200A", "\u200B", "\u2028", "\u202F", "\u205F", "\u3000"};
+    const auto* blank = blanks.begin();
+    while (!name.empty() && blank != blanks.end()) {
+        blank = std::ranges::find_if(blanks, [&](std::string_view one) { return name.starts_with(one); });
+        name.remove_prefix(blank == blanks.end() ? 0 : blank->size());
+    }
+    return name.empty();
+}
+
 std::string refusalOf(const std::string& name)
 {
-    if (name.empty()) {
+    if (isBlank(name)) {
         return "A name needs at least one letter.";
     }
     if (name.front() == '.') {
@@ -170,12 +208,13 @@ Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string&
     if (!isNameTaken(file)) {
         return failure(notThere(file));
     }
-    const int failed = moveFile(file, to);
+    const bool isTaken = name != file.stem() && namesIn(file.parent_path()).contains(name);
+    const int failed = isTaken ? EEXIST : moveFile(file, to);
     if (failed == EEXIST) {
         return failure(concat("There is already an idea called '", plainLine(name), "'."));
     }
     if (failed != 0) {
-        return failure(writeFailure(to, failed));
+        return notWritten(to, failed);
     }
     return to;
 }

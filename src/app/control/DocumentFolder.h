@@ -23,7 +23,8 @@ struct FolderDocument {
 };
 
 // The MIDI files of a folder, and what is done with them. Nothing ever takes the place of another file: the
-// next free number is taken ("Slow tide 2.mid"). Failures are one plain sentence. [main]
+// next free number is taken ("Slow tide 2.mid"), also where only the ending differs ("Slow tide.MIDI").
+// Failures are one plain sentence. [main]
 class DocumentFolder {
 public:
     DocumentFolder(std::filesystem::path folder, std::shared_ptr<TrashCan> trash);
@@ -43,8 +44,8 @@ public:
     Result<std::filesystem::path> takeMove(const std::filesystem::path& file) const;
     Result<std::filesystem::path> duplicate(const std::filesystem::path& file) const;
 
-    // The file keeps its ending; one of a MIDI file in `name` is left out. A name that is empty, begins with
-    // a point, holds a slash, is too long or is taken is refused; the same name changes nothing.
+    // The file keeps its ending; one of a MIDI file in `name` is left out. A name that is empty or blank,
+    // begins with a point, holds a slash, is too long or is taken is refused; the same name changes nothing.
     Result<std::filesystem::path> rename(const std::filesystem::path& file, const std::string& name) const;
 
     Result<> moveToTrash(const std::filesystem::path& file);

@@ -103,6 +103,14 @@ TEST_F(DocumentFolderTest, ACopyThatFailsLeavesNothing)
     EXPECT_EQ(ideas.names(), Lines{});
 }
 
+TEST_F(DocumentFolderTest, AFailureShowsANameOfOtherBytesAsText)
+{
+    const fs::path file = elsewhere.write("a\xE9.mid", "more than four bytes");
+    const FileSizeLimit limit(4);
+    EXPECT_EQ(told(folder.takeCopy(file)), "'" + (ideas.path / "aé.mid").string() +
+                                               "' could not be written: it would be larger than allowed.");
+}
+
 TEST_F(DocumentFolderTest, AMoveTakesTheNextFreeNameAndLeavesOneFile)
 {
     ideas.write("a.mid", "old");
@@ -144,6 +152,9 @@ TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
     const fs::path file = ideas.write("a.mid", "abc");
     ideas.write("b.mid", "old");
     EXPECT_EQ(told(folder.rename(file, "")), "A name needs at least one letter.");
+    EXPECT_EQ(told(folder.rename(file, " ")), "A name needs at least one letter.");
+    EXPECT_EQ(told(folder.rename(file, "\t\xC2\xA0\xE3\x80\x80")), "A name needs at least one letter.");
+    EXPECT_EQ(told(folder.rename(file, "  .mid")), "A name needs at least one letter.");
     EXPECT_EQ(told(folder.rename(file, ".a")), "A name cannot begin with a point.");
     EXPECT_EQ(told(folder.rename(file, "a/b")), "A name cannot hold a slash.");
     EXPECT_EQ(told(folder.rename(file, std::string(252, 'x'))), "The name is too long.");
@@ -151,6 +162,28 @@ TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
     EXPECT_EQ(told(folder.rename(ideas.path / "c.mid", "d")), "'c' is not there any more.");
     EXPECT_EQ(ideas.names(), (Lines{"a.mid", "b.mid"}));
     EXPECT_EQ(told(folder.rename(file, std::string(251, 'x'))), std::string(251, 'x') + ".mid");
+}
+
+TEST_F(DocumentFolderTest, TwoDocumentsOfOneNameAreNeverMadeWhateverTheirEndings)
+{
+    ideas.write("a.MIDI", "old");
+    const fs::path other = ideas.write("b.mid", "other");
+    EXPECT_EQ(told(folder.rename(other, "a")), "There is already an idea called 'a'.");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write("a", "new"))), "a 2.mid");
+    EXPECT_EQ(told(folder.takeCopy(elsewhere.write("a.mid", "new"))), "a 3.mid");
+    EXPECT_EQ(told(folder.takeMove(elsewhere.write("a.mid", "new"))), "a 4.mid");
+    ideas.write("b 2.MID", "old");
+    EXPECT_EQ(told(folder.duplicate(other)), "b 3.mid");
+    EXPECT_EQ(told(folder.rename(other, "A")), "A.mid");
+    EXPECT_EQ(textOf(ideas.path / "a.MIDI"), "old");
+}
+
+TEST_F(DocumentFolderTest, ABroughtBackFileStandsBesideAnotherOfItsName)
+{
+    const fs::path file = ideas.write("a.mid", "abc");
+    EXPECT_TRUE(folder.moveToTrash(file));
+    ideas.write("a.MIDI", "old");
+    EXPECT_EQ(told(folder.restore()), "a.mid");
 }
 
 TEST_F(DocumentFolderTest, ALongNameIsRenamedDuplicatedAndImported)
