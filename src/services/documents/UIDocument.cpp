@@ -4,6 +4,7 @@
 #include "base/MainThread.h"
 #include "base/NotificationCenter.h"
 #include "base/Text.h"
+#include "services/documents/Leftovers.h"
 #include "services/documents/NSFileVersion.h"
 #include "services/files/FileFailure.h"
 #include "services/files/FileNames.h"
@@ -36,6 +37,11 @@ bool isOneFile(const fs::path& one, const fs::path& other)
 {
     std::error_code error;
     return one == other || fs::equivalent(one, other, error);
+}
+
+fs::path folderOf(const fs::path& file)
+{
+    return file.has_parent_path() ? file.parent_path() : ".";
 }
 
 Failure readFailure(const fs::path& file, OSStatus status)
@@ -74,7 +80,10 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
         return;
     }
     known.reset();
-    lastFailure = withinMemory(location, "read", [this] { return read(location); });
+    lastFailure = withinMemory(location, "read", [this] {
+        keepLeftovers(folderOf(location));
+        return read(location);
+    });
     if (!lastFailure.empty()) {
         handleError(lastFailure, true);
         complete(completion, false);
@@ -167,6 +176,7 @@ Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operatio
     } else if (fs::is_fifo(kind)) {
         return failure(concat("'", url.string(), "' could not be written: it is a pipe."));
     }
+    keepLeftovers(folderOf(url));
     const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
     const bool isOwn = overwrites && isOneFile(url, location);
     Result<> kept = isOwn ? keepOther() : Result<>();

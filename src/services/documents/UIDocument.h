@@ -41,7 +41,8 @@ inline constexpr std::string_view UIDocumentStateChangedNotification = "UIDocume
 // A file is never half written, and what another program put in its place since it was read or written is
 // never lost: a save first keeps that as a version (NSFileVersion), and fails where it cannot. The document
 // is in conflict while it posts that such versions stand unresolved; what the observers leave unresolved
-// they are told again at the next opening.
+// they are told again at the next opening. What a process left that was killed in a save is taken up by the
+// next opening or save in that folder (Leftovers).
 //
 // Held by std::shared_ptr. Operations call their completion before they return; an empty one is not called.
 // [main]

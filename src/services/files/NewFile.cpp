@@ -1,10 +1,12 @@
 #include "services/files/NewFile.h"
 
 #include "base/PendingFiles.h"
+#include "base/Text.h"
 #include "services/files/FileNames.h"
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -64,6 +66,14 @@ bool renameWith(unsigned flags, const std::string& from, const std::filesystem::
 bool isUnknown(int failure)
 {
     return failure == EINVAL || failure == ENOSYS;
+}
+
+constexpr const char* endingOfReplaced = ".replaced";
+
+std::string nameOfReplaced(const std::filesystem::path& file)
+{
+    std::string name = temporaryFileName(concat("-", file.filename().string(), endingOfReplaced));
+    return name.size() <= NAME_MAX ? name : temporaryFileName(endingOfReplaced);
 }
 
 // A file without a name, which goes with its descriptor. -1 where it fails.
@@ -272,7 +282,9 @@ bool NewFile::exchange(const Keeper& keep)
         }
         const bool isThere = errno == EEXIST;
         if (isThere) {
-            forgetPendingFile(std::exchange(slot, -1));
+            if (!takeNameOfReplaced()) {
+                return false;
+            }
             if (renameWith(RENAME_EXCHANGE, name, target)) {
                 return keepReplaced(keep);
             }
@@ -287,7 +299,21 @@ bool NewFile::exchange(const Keeper& keep)
     return false;
 }
 
-// The temporary name is that of a file of the user's by now.
+// From here on the temporary name may be that of a file of the user's.
+bool NewFile::takeNameOfReplaced()
+{
+    if (name.ends_with(endingOfReplaced)) {
+        return true;
+    }
+    forgetPendingFile(std::exchange(slot, -1));
+    const std::filesystem::path replaced = folderOf(target) / nameOfReplaced(target);
+    if (!renameWith(0, name, replaced)) {
+        return false;
+    }
+    name = replaced.string();
+    return true;
+}
+
 bool NewFile::keepReplaced(const Keeper& keep)
 {
     const std::string replaced = std::exchange(name, "");

@@ -8,10 +8,12 @@
 
 namespace volvelle {
 
-// A file that is being written, under a name of its own in the folder of the file that it will be. Removed at
-// the end of its life, unless it took its place. For a device or a pipe it has no name, stands where
-// temporary files do, and its bytes are copied there once they are complete. The first failure is kept, and
-// all that follows fails. [any]
+// A file that is being written, under a name of its own in the folder of the file that it will be:
+// ".volvelle-PROCESS-NUMBER.tmp". Removed at the end of its life, unless it took its place. While a Keeper is
+// asked, the file whose place was taken is called ".volvelle-PROCESS-NUMBER-NAME.replaced", without "-NAME"
+// where that would be too long; where the process is killed then, it stays so (see Leftovers). For a device
+// or a pipe it has no name, stands where temporary files do, and its bytes are copied there once they are
+// complete. The first failure is kept, and all that follows fails. [any]
 class NewFile {
 public:
     NewFile() = default;
@@ -60,6 +62,7 @@ private:
     bool takeMode();
     bool takeName(bool overwrite, const Keeper& keep);
     bool exchange(const Keeper& keep);
+    bool takeNameOfReplaced();
     bool keepReplaced(const Keeper& keep);
     void giveBack(const std::string& replaced) const;
     void rememberItself();

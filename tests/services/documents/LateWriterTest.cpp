@@ -126,7 +126,7 @@ TEST_F(LateWriters, AThirdWriterLosesNothingWhileTheSecondHasItsPlaceBack)
     };
     beforeRenaming = [&] {
         folder.write("a.mid", "second");
-        beforeRenaming = [&] { beforeRenaming = third; };
+        beforeRenaming = [&] { beforeRenaming = [&] { beforeRenaming = third; }; };
     };
     EXPECT_EQ(document->save(), "no");
     EXPECT_EQ(contentOf(file), "second");
@@ -141,7 +141,7 @@ TEST_F(LateWriters, WhereThePlaceIsEmptyByNowTheFileGetsItBackAsWell)
     states.write("volvelle", "no folder");
     beforeRenaming = [&] {
         folder.write("a.mid", "second");
-        beforeRenaming = [&] { beforeRenaming = [&] { fs::remove(file); }; };
+        beforeRenaming = [&] { beforeRenaming = [&] { beforeRenaming = [&] { fs::remove(file); }; }; };
     };
     EXPECT_EQ(document->save(), "no");
     EXPECT_EQ(contentOf(file), "second");
