@@ -18,6 +18,11 @@ QString tipWithKey(const QString& tip, const QString& key)
         .arg(tip.toHtmlEscaped(), faint.name(QColor::HexArgb), key.toHtmlEscaped());
 }
 
+QString plainTip(const QString& text)
+{
+    return QString("<span>%1</span>").arg(text.toHtmlEscaped());
+}
+
 void setTip(QWidget* control, const QString& tip, const QString& key)
 {
     const char* const name = "tip";

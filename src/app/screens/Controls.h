@@ -22,6 +22,9 @@ QString tipWithKey(const QString& tip, const QString& key);
 // Gives a control such a tooltip, which follows the colours when they change.
 void setTip(QWidget* control, const QString& tip, const QString& key);
 
+// A tooltip of a text as it is, whatever letters it has.
+QString plainTip(const QString& text);
+
 // A button as the logic of a screen knows it: its room is kept while it is hidden. [main]
 class ScreenButton : public UIButton {
 public:

@@ -1,6 +1,7 @@
 #include "app/screens/DocumentColumn.h"
 
 #include "app/screens/Appearance.h"
+#include "app/screens/Controls.h"
 
 #include <QPainter>
 
@@ -28,7 +29,7 @@ void FileLabel::setText(const QString& text)
 {
     whole = text;
     setAccessibleName(text);
-    setToolTip(text.toHtmlEscaped());
+    setToolTip(plainTip(text));
     update();
 }
 

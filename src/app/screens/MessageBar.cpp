@@ -8,7 +8,7 @@
 namespace volvelle {
 
 MessageBar::MessageBar(QWidget* parent)
-    : QFrame(parent), label(new QLabel(this)), button(makeButton("", ButtonKind::secondary, "", "", this))
+    : QFrame(parent), label(new LineLabel(this)), button(makeButton("", ButtonKind::secondary, "", "", this))
 {
     setProperty("kind", "bar");
     auto* close = makeButton("Close", ButtonKind::link, "Close this line", "", this);

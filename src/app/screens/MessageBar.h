@@ -1,7 +1,8 @@
 #pragma once
 
+#include "app/screens/LineLabel.h"
+
 #include <QFrame>
-#include <QLabel>
 #include <QPushButton>
 
 namespace volvelle {
@@ -23,7 +24,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QLabel* label;
+    LineLabel* label;
     QPushButton* button;
 };
 

@@ -3,6 +3,7 @@
 #include "app/control/DateText.h"
 #include "app/control/LocalizedName.h"
 #include "app/screens/Appearance.h"
+#include "app/screens/Controls.h"
 
 #include <algorithm>
 #include <ctime>
@@ -149,7 +150,7 @@ QVariant TileModel::data(const QModelIndex& index, int role) const
         }
         return {};
     case Qt::ToolTipRole:
-        return QString::fromStdString(shownPath(shown->location)).toHtmlEscaped();
+        return plainTip(QString::fromStdString(shownPath(shown->location)));
     default:
         return {};
     }
