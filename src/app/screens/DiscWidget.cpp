@@ -3,6 +3,8 @@
 #include "app/screens/Appearance.h"
 #include "app/screens/Controls.h"
 
+#include <QCursor>
+#include <QEnterEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -20,10 +22,10 @@ DiscWidget::DiscWidget(QWidget* parent) : QWidget(parent), view(std::make_shared
     setProperty("isRound", true);
     setAccessibleName("Circle of notes");
     view->setNeedsDisplay = [this] {
-        if (std::exchange(beat, view->baseClass->currentBeat) == view->baseClass->currentBeat) {
-            update();
-        } else {
-            showPosition();
+        const bool hasMoved =
+            std::exchange(beat, view->baseClass->currentBeat) != view->baseClass->currentBeat;
+        if (!window()->isMinimized()) {
+            hasMoved ? showPosition() : update();
         }
         Q_EMIT positionChanged(beat);
     };
@@ -113,6 +115,19 @@ void DiscWidget::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     update();
+    lookForPointer();
+}
+
+void DiscWidget::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    lookForPointer();
+}
+
+void DiscWidget::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    lookForPointer();
 }
 
 void DiscWidget::mousePressEvent(QMouseEvent* event)
@@ -131,6 +146,19 @@ void DiscWidget::mouseReleaseEvent(QMouseEvent* event)
 void DiscWidget::mouseMoveEvent(QMouseEvent* event)
 {
     pointer = event->position();
+    showPointer();
+}
+
+void DiscWidget::enterEvent(QEnterEvent* event)
+{
+    pointer = event->position();
+    showPointer();
+}
+
+// The disc may come under a pointer that rests.
+void DiscWidget::lookForPointer()
+{
+    pointer = mapFromGlobal(QCursor::pos());
     showPointer();
 }
 

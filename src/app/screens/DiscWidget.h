@@ -42,10 +42,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
     bool isOnDisc(const QPointF& point) const;
+    void lookForPointer();
     void showPointer();
     void followCircle();
     void showPosition();
@@ -58,7 +62,7 @@ private:
     double beat = 0.0;   // that the circle was at last
     QTransform toWidget; // from the pixels of the device that was painted on
     bool isPressed = false;
-    QPointF pointer; // where it was last
+    QPointF pointer{-1.0, -1.0}; // where it was last
 };
 
 } // namespace volvelle

@@ -313,6 +313,36 @@ TEST_F(DocumentScreenTest, ShowsAHandOverADiscThatPlays)
     EXPECT_EQ(shape(), Qt::PointingHandCursor);
 }
 
+TEST_F(DocumentScreenTest, ShowsAHandOverADiscThatComesUnderAPointerAtRest)
+{
+    const DiscWidget& before = *document()->disc();
+    const QPoint middle = before.mapToGlobal(before.rect().center());
+    const QPoint beside = before.mapToGlobal(QPoint(1, 1));
+    for (const bool isOver : {true, false}) {
+        key(Qt::Key_Escape);
+        ASSERT_EQ(document(), nullptr);
+        QCursor::setPos(isOver ? middle : beside);
+        settle();
+        root->pick({file});
+        settle();
+        ASSERT_TRUE(isPlaying());
+        EXPECT_EQ(document()->disc()->cursor().shape(), isOver ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    }
+}
+
+TEST_F(DocumentScreenTest, ShowsAHandWhereTheDiscGrowsUnderAPointerAtRest)
+{
+    const DiscWidget& disc = *document()->disc();
+    window->resize(800, 600);
+    settle();
+    QCursor::setPos(window->mapToGlobal(QPoint(60, 500)));
+    settle();
+    EXPECT_EQ(disc.cursor().shape(), Qt::ArrowCursor);
+    window->resize(1280, 1100);
+    settle();
+    EXPECT_EQ(disc.cursor().shape(), Qt::PointingHandCursor);
+}
+
 TEST_F(DocumentScreenTest, TellsWhenTheMusicBeginsAndEnds)
 {
     QSignalSpy told(window.get(), &MainWindow::playingChanged);
