@@ -23,7 +23,8 @@ TileView::TileView(QWidget* parent) : QListView(parent)
 
 void TileView::setMargin(int pixels)
 {
-    setViewportMargins(pixels, 0, 0, 0);
+    // A row that fills the list to its last pixel is no longer taken to fit.
+    setViewportMargins(pixels, 0, -1, 0);
 }
 
 } // namespace volvelle
