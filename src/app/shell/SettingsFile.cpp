@@ -1,8 +1,16 @@
 #include "app/shell/SettingsFile.h"
 
+#include "base/Console.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
+#include "services/files/FileFailure.h"
+#include "services/files/FileNames.h"
+#include "services/files/SafeFile.h"
 
+#include <QFile>
 #include <QVariant>
+
+#include <utility>
 
 namespace volvelle {
 
@@ -20,11 +28,16 @@ std::string unquoted(const QString& key)
     return key == emptyKey ? "" : QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
 }
 
-std::string kindOf(const SettingsValue& value)
+// A kind with this behind it has its text as bytes, since that is not in UTF-8.
+const QString asBytes = " in bytes";
+
+QString kindOf(const SettingsValue& value)
 {
     static constexpr const char* names[] = {"text",  "integer", "float", "double",
                                             "truth", "url",     "frame", "bytes"};
-    return names[value.index()];
+    const QString name = names[value.index()];
+    const std::string words = text(value);
+    return utf8Length(words) == words.size() ? name : name + asBytes;
 }
 
 // A value as the text that follows its kind in the file.
@@ -41,7 +54,9 @@ QString bodyOf(const SettingsValue& value)
         }
         return parts.join('&');
     }
-    return QString::fromStdString(text(value));
+    const std::string words = text(value);
+    return utf8Length(words) == words.size() ? QString::fromStdString(words)
+                                             : QByteArray::fromStdString(words).toBase64();
 }
 
 SettingsFrame frameOf(const QString& body)
@@ -56,6 +71,10 @@ SettingsFrame frameOf(const QString& body)
 
 std::optional<SettingsValue> valueOf(const QString& kind, const QString& body)
 {
+    if (kind.endsWith(asBytes)) {
+        const std::string words = QByteArray::fromBase64(body.toUtf8()).toStdString();
+        return kind == "url" + asBytes ? SettingsValue(SettingsURL{words}) : SettingsValue(words);
+    }
     if (kind == "text") {
         return body.toStdString();
     }
@@ -107,11 +126,37 @@ std::optional<SettingsValue> SettingsFile::value(const std::string& key) const
 void SettingsFile::setValue(const std::string& key, std::optional<SettingsValue> value)
 {
     const std::lock_guard lock(mutex);
+    if (!keepOther()) {
+        return;
+    }
     if (value) {
-        settings.setValue(quoted(key), QStringList{QString::fromStdString(kindOf(*value)), bodyOf(*value)});
+        settings.setValue(quoted(key), QStringList{kindOf(*value), bodyOf(*value)});
     } else {
         settings.remove(quoted(key));
     }
+}
+
+bool SettingsFile::keepOther()
+{
+    const std::filesystem::path file(QFile::encodeName(settings.fileName()).toStdString());
+    std::vector<std::uint8_t> bytes;
+    if (std::exchange(isKept, true) || readFile(file, bytes) != noErr ||
+        utf8Length({reinterpret_cast<const char*>(bytes.data()), bytes.size()}) == bytes.size()) {
+        return true;
+    }
+    const std::filesystem::path first = std::filesystem::path(file).replace_extension(".kept.ini");
+    std::vector<std::uint8_t> there;
+    int number = 1;
+    while (readFile(numberedFile(first, number), there) == noErr && there != bytes) {
+        ++number;
+    }
+    const std::filesystem::path place = numberedFile(first, number);
+    const int failed = there == bytes ? 0 : putFile(place, bytes, false);
+    isKept = failed == 0;
+    safeprint("SettingsFile::setValue() : '", file.string(), "' is not in UTF-8; ",
+              isKept ? concat("it was kept as '", place.string(), "'.")
+                     : concat("nothing is written to it: ", writeFailure(place, failed)));
+    return isKept;
 }
 
 std::map<std::string, SettingsValue> SettingsFile::entries() const

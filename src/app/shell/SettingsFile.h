@@ -9,7 +9,8 @@
 namespace volvelle {
 
 // A store of settings in a file of the user's configuration, which several processes may use. Values keep
-// their types. [any] Several threads at once.
+// their types, and texts their bytes. A file that is not in UTF-8 is kept beside it, as "NAME.kept.ini",
+// before it is first written; where it cannot be, nothing is written. [any] Several threads at once.
 class SettingsFile : public SettingsStore {
 public:
     // `name` is the file's, without its ending.
@@ -22,8 +23,11 @@ public:
     bool isWritable() const { return settings.isWritable(); }
 
 private:
+    bool keepOther(); // false where the file has to stay as it is
+
     mutable std::recursive_mutex mutex;
-    QSettings settings; // guarded by mutex
+    QSettings settings;  // guarded by mutex, as the next
+    bool isKept = false; // what the file held that is no UTF-8, or there was nothing of that kind
 };
 
 // The application's own settings for "", which last as long as the process where they cannot be written; else

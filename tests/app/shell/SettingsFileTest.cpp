@@ -1,11 +1,14 @@
 #include "app/shell/SettingsFile.h"
 
 #include "app/control/PersistentAppData.h"
+#include "tests/support/ConsoleCapture.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -36,6 +39,9 @@ TEST_F(SettingsFileTest, KeepsValuesWithTheirTypesOverARestart)
         {"double", 1.0 / 3.0},
         {"truth", true},
         {"url", SettingsURL{"file:///a%20b"}},
+        {"odd text", std::string("a\xE9\0b", 4)},
+        {"odd url", SettingsURL{"file:///a\xFF"}},
+        {"zero", std::string("a\0b", 3)},
         {"frame", SettingsFrame{{"left", 0.5F}, {"a=b&c", -1.0F}}},
         {"no frame", SettingsFrame{}},
         {"bytes", std::vector<std::uint8_t>{0, 255, 10}},
@@ -90,6 +96,31 @@ TEST_F(SettingsFileTest, ReadsTheRestBesideWhatIsNoText)
     EXPECT_EQ(settings.value(""), SettingsValue(std::int64_t{6}));
     EXPECT_EQ(settings.value("\xE9"), SettingsValue(std::int64_t{7}));
     EXPECT_EQ(settings.entries().at("\xE8"), SettingsValue(std::int64_t{8}));
+}
+
+TEST_F(SettingsFileTest, KeepsAFileThatIsNoTextBeforeItIsWrittenAnew)
+{
+    const std::string written = "[General]\nname=a\xE9\n";
+    const auto kept = folder.path / "volvelle/own.kept.ini";
+    const auto file = folder.write("volvelle/own.ini", written);
+    const auto contentOf = [](const std::filesystem::path& of) {
+        std::ifstream stream(of);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    ConsoleCapture console;
+    EXPECT_TRUE(SettingsFile("own").value("name").has_value());
+    EXPECT_FALSE(std::filesystem::exists(kept));
+    for (int round = 0; round < 2; ++round) {
+        folder.write("volvelle/own.ini", written);
+        SettingsFile("own").setValue("new", std::int64_t{1});
+        EXPECT_EQ(contentOf(kept), written);
+        EXPECT_NE(contentOf(file), written);
+    }
+    EXPECT_EQ(folder.names().size(), 1U);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path / "volvelle"), {}), 2);
+    EXPECT_EQ(console.take(), (std::vector<std::string>(2, "SettingsFile::setValue() : '" + file.string() +
+                                                               "' is not in UTF-8; it was kept as '" +
+                                                               kept.string() + "'.")));
 }
 
 TEST_F(SettingsFileTest, TakesSeveralThreads)
