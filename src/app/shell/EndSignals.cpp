@@ -12,53 +12,63 @@ namespace volvelle {
 namespace {
 
 constexpr int asking[] = {SIGINT, SIGTERM, SIGHUP};
-std::atomic<int> pipeEnd{-1};
+
+// Of a pipe, which lasts as long as the process.
+std::atomic<int> readingEnd{-1};
+std::atomic<int> writingEnd{-1};
 
 void onSignal(int /*number*/)
 {
     const int before = errno;
     const char mark = '!';
-    [[maybe_unused]] const auto written = write(pipeEnd, &mark, 1);
+    [[maybe_unused]] const auto written = write(writingEnd, &mark, 1);
     errno = before;
+}
+
+// Those that are ignored stay so.
+void answerBy(void (*handler)(int))
+{
+    for (const int number : asking) {
+        if (std::signal(number, handler) == SIG_IGN) {
+            std::signal(number, SIG_IGN);
+        }
+    }
 }
 
 } // namespace
 
+void EndSignals::hold()
+{
+    int ends[2] = {-1, -1};
+    if (readingEnd < 0 && pipe2(ends, O_CLOEXEC | O_NONBLOCK) == 0) {
+        readingEnd = ends[0];
+        writingEnd = ends[1];
+    }
+    if (readingEnd >= 0) {
+        answerBy(onSignal);
+    }
+}
+
 EndSignals::EndSignals(std::function<void()> asked) : notifier(QSocketNotifier::Read)
 {
-    if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
+    hold();
+    if (readingEnd < 0) {
         return;
     }
-    pipeEnd = ends[1];
-    notifier.setSocket(ends[0]);
-    connect(&notifier, &QSocketNotifier::activated, this, [this, asked = std::move(asked)] {
+    notifier.setSocket(readingEnd);
+    connect(&notifier, &QSocketNotifier::activated, this, [asked = std::move(asked)] {
         char marks[16];
-        while (read(ends[0], marks, sizeof marks) > 0) {
+        while (read(readingEnd, marks, sizeof marks) > 0) {
         }
         asked();
     });
     notifier.setEnabled(true);
-    for (const int number : asking) {
-        if (std::signal(number, onSignal) == SIG_IGN) {
-            std::signal(number, SIG_IGN);
-        }
-    }
 }
 
 EndSignals::~EndSignals()
 {
-    for (const int number : asking) {
-        if (std::signal(number, SIG_DFL) == SIG_IGN) {
-            std::signal(number, SIG_IGN);
-        }
-    }
+    answerBy(SIG_DFL);
     notifier.setEnabled(false);
-    for (const int end : ends) {
-        if (end >= 0) {
-            close(end);
-        }
-    }
-    pipeEnd = -1;
 }
 
 } // namespace volvelle

@@ -143,5 +143,18 @@ TEST_F(ProgramTest, EndsInOrderWhenItIsAsked)
     }
 }
 
+TEST_F(ProgramTest, EndsInOrderWhenItIsAskedBeforeItsWindowIsThere)
+{
+    ChildProcess child(command({"QT_QPA_PLATFORM=offscreen"}, {}));
+    std::string line = child.readLine();
+    ASSERT_FALSE(line.empty());
+    child.signal(SIGTERM);
+    while (!line.empty() && line.find("The app is about to terminate.") == std::string::npos) {
+        line = child.readLine();
+    }
+    EXPECT_FALSE(line.empty());
+    EXPECT_EQ(child.waitForEnd(), 0);
+}
+
 } // namespace
 } // namespace volvelle::test
