@@ -3,6 +3,7 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/MainQueue.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
 
 #include "services/documents/NSFileVersion.h"
@@ -34,8 +35,8 @@ void DocumentBrowserViewController::offerUnsaved()
     }
     actions.push_back({"OK", [this] { dropUnsaved(); }});
     showAlert("File Error",
-              concat("Error: ", unsaved->lastError(), " Could not save file '", shownPath(unsaved->fileURL()),
-                     "'. With OK, what was not saved is lost."),
+              concat("Error: ", plainLine(unsaved->lastError()), " Could not save file '",
+                     shownPath(unsaved->fileURL()), "'. With OK, what was not saved is lost."),
               std::move(actions));
 }
 

@@ -56,6 +56,21 @@ TEST_F(UnsavedDocument, IsKeptAndOfferedToTheUser)
     EXPECT_EQ(bytesOf(file), smallFile());
 }
 
+TEST_F(UnsavedDocument, IsOfferedByItsNameAsTextWhereThatHasOtherBytes)
+{
+    const fs::path odd = writeDocument("a\xE9\n.mid");
+    makeRoot();
+    root->presentDocument(odd);
+    up()->onGenerate();
+    const FileSizeLimit limit(10);
+    up()->onButtonSave();
+    screenLines();
+    const std::string shown = "'" + (odd.parent_path() / "aé .mid").string() + "'";
+    EXPECT_EQ(host->alertTexts(),
+              Lines{"File Error: Error: " + shown + " could not be written: " + full +
+                    ". Could not save file " + shown + ". With OK, what was not saved is lost. [Retry, OK]"});
+}
+
 TEST_F(UnsavedDocument, IsWrittenByARetry)
 {
     leaveWhileFull();
