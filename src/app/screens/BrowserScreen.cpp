@@ -1,26 +1,19 @@
 #include "app/screens/BrowserScreen.h"
 
 #include "app/screens/Appearance.h"
+#include "app/screens/FileAddress.h"
 #include "app/screens/TileDelegate.h"
 
 #include <QAction>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QUrl>
 #include <QWindow>
 
 #include <utility>
 
 namespace volvelle {
-
-namespace {
-
-std::filesystem::path pathOf(const QString& file)
-{
-    return QFile::encodeName(file).toStdString();
-}
-
-} // namespace
 
 BrowserScreen::BrowserScreen(std::shared_ptr<DocumentBrowserViewController> browser, Thumbnails& thumbnails,
                              QWidget* parent)
@@ -259,8 +252,13 @@ void BrowserScreen::import()
         new QFileDialog(this, "Import", QString(), "MIDI files (*.mid *.midi *.MID);;All files (*)");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this](const QString& file) { logic->importDocument(pathOf(file)); });
+    connect(dialog, &QFileDialog::urlSelected, this, [this](const QUrl& address) {
+        if (const auto file = fileOf(address)) {
+            logic->importDocument(*file);
+        } else {
+            logic->showMessage("File Error", file.error());
+        }
+    });
     dialog->open();
 }
 

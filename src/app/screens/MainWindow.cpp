@@ -26,14 +26,10 @@ namespace {
 constexpr QSize leastSize{720, 540};
 constexpr QSize usualSize{1280, 800};
 
-std::vector<std::filesystem::path> filesOf(const QMimeData& data)
+QList<QUrl> filesOf(const QMimeData& data)
 {
-    std::vector<std::filesystem::path> files;
-    for (const QUrl& url : data.urls()) {
-        if (url.isLocalFile()) {
-            files.push_back(fileOf(url));
-        }
-    }
+    QList<QUrl> files = data.urls();
+    files.removeIf([](const QUrl& url) { return !url.isLocalFile(); });
     return files;
 }
 
@@ -258,15 +254,15 @@ void MainWindow::showAlert(const UIAlertController& alert)
 void MainWindow::askForPlace(const std::filesystem::path& proposal,
                              const std::function<void(std::optional<std::filesystem::path>)>& chosen)
 {
-    auto* dialog =
-        new QFileDialog(this, "Save As", QFile::decodeName(proposal.c_str()), "MIDI files (*.mid)");
+    auto* dialog = new QFileDialog(this, "Save As", QFile::decodeName(proposalOf(proposal).c_str()),
+                                   "MIDI files (*.mid)");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix("mid");
-    connect(dialog, &QFileDialog::finished, this, [dialog, chosen](int result) {
-        const QStringList files = dialog->selectedFiles();
-        if (result == QDialog::Accepted && !files.isEmpty()) {
-            chosen(std::filesystem::path(QFile::encodeName(files.front()).toStdString()));
+    connect(dialog, &QFileDialog::finished, this, [dialog, chosen, proposal](int result) {
+        const auto answer = fileOf(dialog->selectedUrls().value(0));
+        if (result == QDialog::Accepted && answer) {
+            chosen(meantBy(*answer, proposal));
         } else {
             chosen(std::nullopt);
         }
@@ -306,8 +302,21 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 void MainWindow::dropEvent(QDropEvent* event)
 {
     event->acceptProposedAction();
-    for (const auto& file : filesOf(*event->mimeData())) {
-        rootScreen->importOrWait(file);
+    for (const QUrl& url : filesOf(*event->mimeData())) {
+        if (const auto file = fileOf(url)) {
+            rootScreen->importOrWait(*file);
+        } else {
+            rootScreen->showMessage("File Error", file.error());
+        }
+    }
+}
+
+// What did not paint itself in a window that was minimised does so now.
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && !isMinimized()) {
+        stack->update();
     }
 }
 

@@ -1,6 +1,5 @@
 #include "app/shell/MediaPlayer.h"
 
-#include "app/screens/FileAddress.h"
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QUrl>
@@ -138,7 +137,7 @@ void MediaPlayerControls::OpenUri(const QString& uri)
 {
     const QUrl url(uri);
     if (url.isLocalFile()) {
-        player.window.open(addressOf(fileOf(url)));
+        player.window.open(url.toString(QUrl::FullyEncoded));
     }
 }
 

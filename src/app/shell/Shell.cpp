@@ -34,15 +34,6 @@ void openFolder(const QString& folder)
     QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
 }
 
-std::vector<UIOpenURLContext> contextsOf(const QStringList& files)
-{
-    std::vector<UIOpenURLContext> contexts;
-    for (const QString& file : files) {
-        contexts.push_back({fileOf(file), true});
-    }
-    return contexts;
-}
-
 } // namespace
 
 Shell::Shell(Options given)
@@ -110,8 +101,12 @@ void Shell::launch(const QStringList& files)
 
 void Shell::receive(const QStringList& files)
 {
-    for (const UIOpenURLContext& context : contextsOf(files)) {
-        sceneDelegate.sceneOpenURLContexts({context});
+    for (const QString& address : files) {
+        if (const auto file = fileOf(address)) {
+            sceneDelegate.sceneOpenURLContexts({{*file, true}});
+        } else {
+            rootScreen->showMessage("File Error", file.error());
+        }
     }
     if (mainWindow->isVisible()) {
         mainWindow->bringToFront();

@@ -260,6 +260,25 @@ TEST_F(BrowserScreenTest, TakesADropOfANameOfOtherBytes)
     EXPECT_TRUE(std::filesystem::exists(folder / "a\xE9.mid"));
 }
 
+TEST_F(BrowserScreenTest, RefusesADropOfWhatIsNoFileHere)
+{
+    const auto one = home.path / "a.mid";
+    std::filesystem::copy_file(writeIdea("Slow tide.mid"), one);
+    open();
+    const std::string place = one.string();
+    for (const auto& [address, line] : std::vector<std::pair<std::string, std::string>>{
+             {"file://server" + place, "'file://server" + place + "' is not on this computer."},
+             {"file://" + place + "%00.mid", "'file://" + place + "%00.mid' names no file."}}) {
+        drop({QUrl(QString::fromStdString(address))});
+        EXPECT_EQ(alert(), "File Error: File Error " + line);
+        press("OK");
+        EXPECT_EQ(names(), Names{"Slow tide"});
+    }
+    drop({QUrl(QString::fromStdString("file://LOCALHOST" + place))});
+    EXPECT_EQ(alert(), "");
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.mid"));
+}
+
 TEST_F(BrowserScreenTest, ShowsTheFileThatIsSelectedInTheFileManager)
 {
     writeThree();
@@ -359,8 +378,13 @@ TEST_F(BrowserScreenTest, HasAsManyColumnsAsFit)
         writeIdea("Idea " + std::to_string(i) + ".mid");
     }
     open();
-    for (const auto& [size, columns, margin] : std::vector<std::tuple<QSize, int, int>>{
-             {{1280, 800}, 5, 40}, {{1090, 700}, 4, 20}, {{800, 600}, 3, 20}, {{720, 540}, 2, 20}}) {
+    for (const auto& [size, columns, margin] :
+         std::vector<std::tuple<QSize, int, int>>{{{1280, 800}, 5, 40},
+                                                  {{1090, 700}, 4, 20},
+                                                  {{1000, 700}, 4, 20},
+                                                  {{999, 700}, 3, 20},
+                                                  {{800, 600}, 3, 20},
+                                                  {{720, 540}, 2, 20}}) {
         SCOPED_TRACE(size.width());
         window->resize(size);
         settle();

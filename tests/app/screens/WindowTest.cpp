@@ -1,11 +1,16 @@
 #include "app/screens/FocusRing.h"
 #include "app/screens/HelpScreen.h"
+#include "app/screens/LineLabel.h"
 #include "tests/app/screens/ScreensFixture.h"
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPdfView>
 #include <QSignalSpy>
+
+#include <utility>
 
 namespace volvelle::test {
 namespace {
@@ -125,6 +130,153 @@ TEST_F(WindowTest, DropsTheLayoutOfADocumentThatDidNotOpen)
         EXPECT_EQ(document(), nullptr);
         EXPECT_LE(count(), 2);
     }
+}
+
+TEST_F(WindowTest, CutsALongLineInItsMiddleAndKeepsItsButtonsInSight)
+{
+    writeIdea("The <b>longest &amp; slowest tide " + std::string(200, 'x') + " of all.mid");
+    root->refresh();
+    window->resize(800, 600);
+    settle();
+    key(Qt::Key_Down);
+    key(Qt::Key_Delete);
+    auto& bar = *window->findChild<MessageBar*>();
+    ASSERT_TRUE(bar.isVisible());
+    EXPECT_EQ(window->width(), 800);
+    for (const char* name : {"Undo", "Close"}) {
+        const QAbstractButton* const shown = button(bar, name);
+        ASSERT_NE(shown, nullptr);
+        EXPECT_LE(shown->geometry().right(), bar.width() - 20) << name;
+        EXPECT_GE(shown->width(), shown->sizeHint().width()) << name;
+    }
+    const auto* const line = bar.findChild<LineLabel*>();
+    ASSERT_NE(line, nullptr);
+    EXPECT_LE(line->geometry().right(), button(bar, "Undo")->geometry().left());
+    EXPECT_TRUE(line->shownText().startsWith("'The <b>longest &amp; slow"))
+        << line->shownText().toStdString();
+    EXPECT_TRUE(line->shownText().endsWith(" of all' was moved to the trash."));
+    EXPECT_TRUE(line->shownText().contains(QChar(0x2026)));
+    EXPECT_TRUE(line->toolTip().contains(QString(200, 'x')));
+    EXPECT_TRUE(Qt::mightBeRichText(line->toolTip()));
+    EXPECT_TRUE(line->toolTip().contains("&lt;b&gt;longest &amp;amp; slowest"));
+    EXPECT_TRUE(QString::fromStdString(notice()).contains(QString(200, 'x')));
+    window->resize(1280, 800);
+    root->onBrowserChanged();
+    settle();
+    EXPECT_EQ(window->width(), 1280);
+}
+
+TEST_F(WindowTest, ShowsAShortLineWholeAndWithoutATip)
+{
+    writeIdea("Slow tide.mid");
+    root->refresh();
+    settle();
+    key(Qt::Key_Down);
+    key(Qt::Key_Delete);
+    const auto* const line = window->findChild<MessageBar*>()->findChild<LineLabel*>();
+    EXPECT_EQ(line->shownText(), "'Slow tide' was moved to the trash.");
+    EXPECT_EQ(line->toolTip(), "");
+}
+
+// Asks for a place, and answers with what the dialog says then.
+struct SaveAsTest : WindowTest {
+    QFileDialog& ask(const std::filesystem::path& proposal)
+    {
+        window->askForPlace(proposal,
+                            [this](const std::optional<std::filesystem::path>& place) { chosen = place; });
+        settle();
+        return *window->findChild<QFileDialog*>();
+    }
+
+    static void accept(QDialog& dialog)
+    {
+        dialog.accept();
+        settle();
+    }
+
+    static std::string shown(const QFileDialog& dialog)
+    {
+        return dialog.selectedFiles().value(0).toStdString();
+    }
+
+    std::optional<std::filesystem::path> chosen;
+};
+
+TEST_F(SaveAsTest, ProposesANameOfOtherBytesAsItIsShownAndTakesItBack)
+{
+    QFileDialog& dialog = ask(folder / "a\xE9.mid");
+    EXPECT_EQ(shown(dialog), (folder / "aé.mid").string());
+    accept(dialog);
+    EXPECT_EQ(chosen, folder / "a\xE9.mid");
+}
+
+TEST_F(SaveAsTest, TakesAnotherNameWithAnEndingAsItIsTyped)
+{
+    QFileDialog& dialog = ask(folder / "a\xE9.mid");
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText("Grün");
+    accept(dialog);
+    EXPECT_EQ(chosen, folder / "Grün.mid");
+}
+
+TEST_F(SaveAsTest, ProposesTheNearestFolderThatHasANameInText)
+{
+    const auto place = home.path / "Gr\xFCn/below";
+    std::filesystem::create_directories(place);
+    QFileDialog& dialog = ask(place / "a\xE9.mid");
+    EXPECT_EQ(shown(dialog), (home.path / "aé.mid").string());
+    accept(dialog);
+    EXPECT_EQ(chosen, home.path / "aé.mid");
+}
+
+TEST_F(SaveAsTest, TellsThatNoneWasChosen)
+{
+    chosen = "something";
+    ask(folder / "a.mid").reject();
+    settle();
+    EXPECT_EQ(chosen, std::nullopt);
+}
+
+// Counts what is painted of a widget.
+struct PaintCounter : QObject {
+    bool eventFilter(QObject* /*of*/, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+};
+
+TEST_F(WindowTest, PaintsNothingWhileItIsNotSeen)
+{
+    root->createDocument();
+    settle();
+    PaintCounter painted;
+    DiscWidget& disc = *document()->disc();
+    disc.installEventFilter(&painted);
+    goOn(0.3);
+    EXPECT_GT(std::exchange(painted.count, 0), 0);
+    window->showMinimized();
+    settle();
+    painted.count = 0;
+    goOn(0.3);
+    EXPECT_EQ(painted.count, 0) << "minimised";
+    window->bringToFront();
+    settle();
+    EXPECT_GT(std::exchange(painted.count, 0), 0);
+    window->hide();
+    settle();
+    painted.count = 0;
+    goOn(0.3);
+    EXPECT_EQ(painted.count, 0) << "hidden";
+    window->show();
+    settle();
+    EXPECT_GT(std::exchange(painted.count, 0), 0);
+    key(Qt::Key_F1);
+    painted.count = 0;
+    goOn(0.3);
+    EXPECT_EQ(painted.count, 0) << "under another screen";
+    EXPECT_TRUE(isPlaying());
 }
 
 TEST_F(WindowTest, RingsTheControlThatGotTheFocusByKey)

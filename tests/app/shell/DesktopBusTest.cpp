@@ -117,9 +117,7 @@ TEST_F(DesktopBusTest, SleepAndWakingAreToldOnceEach)
         tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {isStarting});
     }
     tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {true});
-    while (told.size() < 3) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() >= 3; }, 60'000));
     EXPECT_EQ(told, (std::vector<std::string>{"sleep", "wake", "sleep"}));
 }
 
@@ -185,6 +183,8 @@ TEST_F(DesktopBusTest, ThePlayerOffersWhatThereIs)
     call("org.mpris.MediaPlayer2.Player", "OpenUri", {"file:///a%20b.mid"});
     call("org.mpris.MediaPlayer2.Player", "OpenUri", {"https://maker.example/a.mid"});
     EXPECT_EQ(files, QStringList{"file:///a%20b.mid"});
+    call("org.mpris.MediaPlayer2.Player", "OpenUri", {"file://server/%E9.mid"});
+    EXPECT_EQ(files.value(1), "file://server/%E9.mid");
     player.end();
     const QDBusReply<bool> isThere =
         desktop.interface()->isServiceRegistered("org.mpris.MediaPlayer2.volvelle");

@@ -12,6 +12,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
+#include <QMessageBox>
 #include <QSessionManager>
 #include <QTest>
 
@@ -106,6 +107,20 @@ TEST_F(ShellTest, AFileOfAnyBytesIsOpenedByItsAddress)
     launch({addressOf(file)});
     ASSERT_NE(shell->root().documentViewController, nullptr);
     EXPECT_EQ(shell->root().documentViewController->document()->fileURL(), file);
+}
+
+TEST_F(ShellTest, AnAddressOfNoFileHereIsRefused)
+{
+    launch();
+    for (const char* address : {"file://server/a.mid", "file:///a%00.mid"}) {
+        shell->receive({address});
+        const auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(alert, nullptr) << address;
+        EXPECT_TRUE(alert->informativeText().contains(address)) << alert->informativeText().toStdString();
+        QApplication::activeModalWidget()->close();
+        QTest::qWait(0);
+    }
+    EXPECT_EQ(shell->root().documentViewController, nullptr);
 }
 
 TEST_F(ShellTest, ThePlayerOnTheBusFollowsADocument)
