@@ -1,6 +1,10 @@
 #include "services/documents/Leftovers.h"
 
+#include "base/Console.h"
+#include "base/PendingFiles.h"
 #include "services/documents/NSFileVersion.h"
+#include "services/files/FileFailure.h"
+#include "services/files/MoveFile.h"
 #include "services/files/SafeFile.h"
 
 #include <cerrno>
@@ -25,7 +29,8 @@ constexpr std::string_view replacedEnding = ".replaced";
 
 struct Leftover {
     bool isReplaced = false;
-    std::string name; // of the file that it stood for; empty where it does not tell
+    std::string name;   // of the file that it stood for; empty where it does not tell
+    std::string ending; // what follows process and number
 };
 
 bool hasEnded(pid_t process)
@@ -55,8 +60,9 @@ std::optional<Leftover> leftoverOf(std::string_view name)
         takeNumber(name) < 0) {
         return std::nullopt;
     }
+    const std::string ending(name);
     if (name == newEnding) {
-        return Leftover();
+        return Leftover{false, "", ending};
     }
     if (!name.ends_with(replacedEnding)) {
         return std::nullopt;
@@ -65,14 +71,29 @@ std::optional<Leftover> leftoverOf(std::string_view name)
     if (!name.empty() && !takePrefix(name, "-")) {
         return std::nullopt;
     }
-    return Leftover{true, std::string(name)};
+    return Leftover{true, std::string(name), ending};
 }
 
-bool keep(const fs::path& file, const Leftover& leftover)
+bool keep(const fs::path& file, const fs::path& place)
 {
     std::vector<std::uint8_t> bytes;
-    const fs::path place = leftover.name.empty() ? file : file.parent_path() / leftover.name;
     return readFile(file, bytes) == noErr && NSFileVersion::addVersionOfItemAtURL(place, bytes);
+}
+
+// It has a name of this process first: one process alone looks after it, and none that could not remove it.
+void lookAfter(const fs::path& file, const Leftover& leftover)
+{
+    const fs::path folder = file.parent_path();
+    const fs::path own = folder / temporaryFileName(leftover.ending);
+    if (moveFile(file, own) != 0) {
+        return;
+    }
+    const fs::path place = leftover.name.empty() ? file : folder / leftover.name;
+    if (!leftover.isReplaced || keep(own, place)) {
+        unlink(own.c_str());
+    } else if (const int failed = moveFile(own, file); failed != 0) {
+        safeprint("keepLeftovers() : ", writeFailure(file, failed));
+    }
 }
 
 } // namespace
@@ -88,9 +109,8 @@ void keepLeftovers(const fs::path& folder)
     }
     for (const fs::path& file : files) {
         const auto leftover = leftoverOf(file.filename().native());
-        if (leftover && fs::is_regular_file(fs::symlink_status(file, error)) &&
-            (!leftover->isReplaced || keep(file, *leftover))) {
-            unlink(file.c_str());
+        if (leftover && fs::is_regular_file(fs::symlink_status(file, error))) {
+            lookAfter(file, *leftover);
         }
     }
 }

@@ -306,12 +306,14 @@ bool NewFile::takeNameOfReplaced()
         return true;
     }
     forgetPendingFile(std::exchange(slot, -1));
-    const std::filesystem::path replaced = folderOf(target) / nameOfReplaced(target);
-    if (!renameWith(0, name, replaced)) {
-        return false;
-    }
-    name = replaced.string();
-    return true;
+    std::filesystem::path replaced;
+    bool isRenamed = false;
+    do {
+        replaced = folderOf(target) / nameOfReplaced(target);
+        isRenamed = renameWith(RENAME_NOREPLACE, name, replaced);
+    } while (!isRenamed && errno == EEXIST);
+    name = isRenamed ? replaced.string() : name;
+    return isRenamed;
 }
 
 bool NewFile::keepReplaced(const Keeper& keep)

@@ -1,3 +1,4 @@
+#include "base/PendingFiles.h"
 #include "services/documents/NSFileVersion.h"
 #include "tests/services/documents/DocumentFixture.h"
 #include "tests/services/documents/SystemCalls.h"
@@ -151,6 +152,41 @@ TEST_F(Leftovers, StayWhereNoVersionCanBeKept)
     fs::remove(states.path / "volvelle");
     EXPECT_EQ(document->save(), "yes");
     EXPECT_EQ(versionsOfFile(file), Lines{"theirs"});
+}
+
+TEST_F(Leftovers, StayAsTheyAreInAFolderThatIsReadOnly)
+{
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "who may do everything writes into every folder";
+    }
+    const std::string left = ".volvelle-" + deadProcess() + "-3-a.mid.replaced";
+    folder.write(left, "theirs");
+    folder.write("a.mid", "old");
+    fs::permissions(folder.path, fs::perms::owner_read | fs::perms::owner_exec);
+    const auto document = std::make_shared<PlainDocument>(file);
+    EXPECT_EQ(document->open(), "yes");
+    fs::permissions(folder.path, fs::perms::owner_all);
+    EXPECT_EQ(contentOf(folder.path / left), "theirs");
+    EXPECT_EQ(versionsOfFile(file), Lines{});
+}
+
+TEST_F(Leftovers, OfAProcessThatHadTheSameNumberAreNeverReplaced)
+{
+    const auto document = opened();
+    document->words = "new";
+    const std::string name = temporaryFileName("");
+    const int number = std::stoi(name.substr(name.rfind('-') + 1));
+    Lines left;
+    for (int next = number + 1; next < number + 4; ++next) {
+        left.push_back(name.substr(0, name.rfind('-') + 1) + std::to_string(next) + "-a.mid.replaced");
+        folder.write(left.back(), "theirs");
+    }
+    EXPECT_EQ(document->save(), "yes");
+    EXPECT_EQ(contentOf(file), "new");
+    for (const std::string& one : left) {
+        EXPECT_EQ(contentOf(folder.path / one), "theirs") << one;
+    }
+    EXPECT_EQ(folder.names().size(), 4U);
 }
 
 TEST_F(Leftovers, OfALongNameAreKeptUnderTheirOwn)
