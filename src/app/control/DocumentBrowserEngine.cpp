@@ -32,7 +32,7 @@ void DocumentBrowserViewController::initializeEngine()
     const AVAudioFormat format = engine->outputNode()->outputFormatForBus(0);
     const auto limiter = AVAudioUnitEffect::make(limiterComponent);
     report("Attaching the limiter", engine->attachNode(limiter));
-    synth = AudioUnitMIDISynth::make(engine, findSoundBank, musicSynthesizer(std::nullopt));
+    synth = AudioUnitMIDISynth::make(engine, findSoundBank, musicSynthesizer(std::nullopt, true));
     synth->create("Internal MIDI Synth (MT)");
     report("Connecting the limiter", engine->connect(limiter, engine->mainMixerNode(), 0, 0, format));
     report("Connecting the synthesizer", engine->connect(synth->midiSynth, limiter, 0, 0, format));

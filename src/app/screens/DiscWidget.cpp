@@ -24,8 +24,12 @@ DiscWidget::DiscWidget(QWidget* parent) : QWidget(parent), view(std::make_shared
     view->setNeedsDisplay = [this] {
         const bool hasMoved =
             std::exchange(beat, view->baseClass->currentBeat) != view->baseClass->currentBeat;
-        if (!window()->isMinimized()) {
-            hasMoved ? showPosition() : update();
+        if (window()->isMinimized()) {
+            // It is painted when it comes back.
+        } else if (hasMoved) {
+            showPosition();
+        } else {
+            update();
         }
         Q_EMIT positionChanged(beat);
     };

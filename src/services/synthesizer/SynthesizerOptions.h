@@ -14,6 +14,9 @@ struct SynthesizerOptions {
     double gain = defaultGain;                   // 0 to 10
     bool reverb = true;
     bool chorus = true;
+    // Nothing is computed from a second after the last tail to the next message. The effects then go on where
+    // they were, so that what follows is not sample for sample what it would have been.
+    bool rests = false;
 };
 
 } // namespace volvelle

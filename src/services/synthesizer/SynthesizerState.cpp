@@ -207,7 +207,9 @@ void SynthesizerState::write(float* left, float* right, int frames)
         return;
     }
     fluid_synth_write_float(synth.get(), frames, left, 0, 1, right, 0, 1);
-    countQuiet(left, right, frames);
+    if (rests) {
+        countQuiet(left, right, frames);
+    }
 }
 
 // Messages act at the library's own blocks, which begin where they would without the silence.

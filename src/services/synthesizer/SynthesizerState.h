@@ -31,6 +31,7 @@ struct SynthesizerState {
     FluidPointer<fluid_synth_t> synth; // dies before its settings
     int font = 0;
     bool readsOnDemand = false;
+    bool rests = false;
     // Tunings that were changed, bank by bank.
     std::bitset<std::size_t{tuningPrograms} * tuningPrograms> tuned;
     std::array<Selection, channelCount> selections;
@@ -41,7 +42,7 @@ struct SynthesizerState {
     int quietFrames = 0;   // in a row, up to `silentAfter`
     int skippedFrames = 0; // of silence, of the library's block that is to be gone on with
 
-    // Writes so many frames; true silence is not asked of the library.
+    // Writes so many frames; the library is not asked for those of a rest.
     void write(float* left, float* right, int frames);
 
     // Performs what is due at `offset`, and gives the next place to stop at: that of the next message, or a
@@ -62,7 +63,6 @@ struct SynthesizerState {
 
 private:
     static constexpr int silentAfter = 48'000; // frames without voices and below -120 dB
-
 
     void goOn();
     void countQuiet(const float* left, const float* right, int frames);
