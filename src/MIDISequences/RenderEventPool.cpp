@@ -136,7 +136,7 @@ void releaseRenderEvents(AURenderEvent* head) noexcept
     large.give(largeBlocks);
 }
 
-RenderEventRoom::RenderEventRoom(RenderEventCounts needed) : counts(needed)
+RenderEventRoom::RenderEventRoom(RenderEventCounts counts) : counts(counts)
 {
     smallBlocks.reserve(counts.small);
     mediumBlocks.reserve(counts.medium);

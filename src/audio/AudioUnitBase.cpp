@@ -25,7 +25,7 @@ std::shared_ptr<AudioUnitBase> AudioUnitBase::make(std::shared_ptr<AVAudioEngine
     return std::shared_ptr<AudioUnitBase>(new AudioUnitBase(std::move(engine)));
 }
 
-AudioUnitBase::AudioUnitBase(std::shared_ptr<AVAudioEngine> ofUnit) : engine(std::move(ofUnit)) {}
+AudioUnitBase::AudioUnitBase(std::shared_ptr<AVAudioEngine> engine) : engine(std::move(engine)) {}
 
 AudioUnitBase::~AudioUnitBase() = default;
 

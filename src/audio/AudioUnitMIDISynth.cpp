@@ -48,9 +48,9 @@ std::shared_ptr<AudioUnitMIDISynth> AudioUnitMIDISynth::make(std::shared_ptr<AVA
         new AudioUnitMIDISynth(std::move(engine), std::move(finder), std::move(makeUnit)));
 }
 
-AudioUnitMIDISynth::AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> ofUnit, SoundBankFinder finder,
+AudioUnitMIDISynth::AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> engine, SoundBankFinder finder,
                                        AudioComponentFactory factory)
-    : AudioUnitBase(std::move(ofUnit)),
+    : AudioUnitBase(std::move(engine)),
       findSoundBank(std::move(finder)),
       makeUnit(factory ? std::move(factory) : AudioComponentFactory(makeAudioComponent))
 {

@@ -61,7 +61,7 @@ public:
 
 protected:
     AudioUnitMIDISynth(std::shared_ptr<AVAudioEngine> engine, SoundBankFinder finder,
-                       AudioComponentFactory makeUnit);
+                       AudioComponentFactory factory);
 
 private:
     [[nodiscard]] OSStatus enablePreload(bool isOn);

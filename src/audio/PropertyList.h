@@ -20,6 +20,6 @@ Result<std::vector<std::uint8_t>> propertyListData(const PropertyDictionary& lis
 
 // The dictionary that the list holds; a date becomes its text. Of equal keys the last counts. Fails for
 // anything that is not such a list.
-Result<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> data);
+Result<PropertyDictionary> propertyListFromData(std::span<const std::uint8_t> bytes);
 
 } // namespace volvelle

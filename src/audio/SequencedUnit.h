@@ -31,7 +31,7 @@ namespace volvelle {
 class SequencedUnit : public AUAudioUnit {
 public:
     // Never null, and a node's only through this unit.
-    explicit SequencedUnit(std::shared_ptr<AUAudioUnit> instrument);
+    explicit SequencedUnit(std::shared_ptr<AUAudioUnit> played);
 
     const std::shared_ptr<AUAudioUnit> instrument;
 

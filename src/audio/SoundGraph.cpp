@@ -12,8 +12,8 @@
 
 namespace volvelle {
 
-SoundGraph::SoundGraph(bool limited, bool playsItself)
-    : engine(std::make_shared<AVAudioEngine>()), isLimited(limited), isSequenced(playsItself)
+SoundGraph::SoundGraph(bool limited, bool isSequenced)
+    : engine(std::make_shared<AVAudioEngine>()), isLimited(limited), isSequenced(isSequenced)
 {
 }
 

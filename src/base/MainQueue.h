@@ -31,7 +31,7 @@ public:
 
     // Called after each posting, for instance to wake a sleeping run loop; empty for none. The hook must not
     // post. [main] At start.
-    void setWakeUp(Closure wakeUp);
+    void setWakeUp(Closure hook);
 
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
 

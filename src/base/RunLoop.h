@@ -16,7 +16,7 @@ namespace volvelle {
 class RunLoop {
 public:
     // The clock must outlive the loop.
-    explicit RunLoop(const Clock& clock);
+    explicit RunLoop(const Clock& source);
 
     // A repeating timer; see Timer. Wakes who waits for the next one.
     std::shared_ptr<Timer> schedule(double interval, std::weak_ptr<void> target, Timer::Action action);

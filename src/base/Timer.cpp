@@ -5,8 +5,8 @@
 
 namespace volvelle {
 
-Timer::Timer(double start, double seconds, std::weak_ptr<void> owner, Action call)
-    : next(start + seconds), interval(seconds), target(std::move(owner)), action(std::move(call))
+Timer::Timer(double start, double interval, std::weak_ptr<void> target, Action action)
+    : next(start + interval), interval(interval), target(std::move(target)), action(std::move(action))
 {
 }
 

@@ -45,13 +45,13 @@ fs::path withEnding(const fs::path& file, bool isNumbered)
 
 } // namespace
 
-IdeaFile::IdeaFile(const std::optional<fs::path>& out, bool severalIdeas)
-    : IdeaFile(out.has_value(), severalIdeas, withEnding(out.value_or("New MIDI Idea.mid"), severalIdeas))
+IdeaFile::IdeaFile(const std::optional<fs::path>& out, bool isNumbered)
+    : IdeaFile(out.has_value(), isNumbered, withEnding(out.value_or("New MIDI Idea.mid"), isNumbered))
 {
 }
 
-IdeaFile::IdeaFile(bool isFileNamed, bool severalIdeas, fs::path file)
-    : isNamed(isFileNamed), isNumbered(severalIdeas), base(std::move(file))
+IdeaFile::IdeaFile(bool isNamed, bool isNumbered, fs::path base)
+    : isNamed(isNamed), isNumbered(isNumbered), base(std::move(base))
 {
 }
 

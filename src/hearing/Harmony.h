@@ -14,7 +14,7 @@ public:
     static constexpr int sixteenths = arrangementBeats * 4;
 
     // Chords from the end on are left out.
-    explicit Harmony(std::vector<HeardChord> chords);
+    explicit Harmony(std::vector<HeardChord> list);
 
     // The chord that sounds at a sixteenth, null before the first one and outside 0 to 63.
     const HeardChord* chordAt(int sixteenth) const;

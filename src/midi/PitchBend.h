@@ -17,7 +17,7 @@ public:
     std::uint16_t getIntValue();
 
     // The exact inverse of getIntValue.
-    void setIntValue(std::uint16_t value);
+    void setIntValue(std::uint16_t number);
 };
 
 } // namespace volvelle

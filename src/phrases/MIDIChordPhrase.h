@@ -35,7 +35,7 @@ public:
     virtual void buildChords();
 
 private:
-    virtual void createChordRule(const std::vector<int>& sequence, const std::shared_ptr<PhraseEvent>& event);
+    virtual void createChordRule(const std::vector<int>& sounding, const std::shared_ptr<PhraseEvent>& event);
 
 public:
     // The rule that fits the chord's own notes, which becomes the chord's. Where none fits exactly its names

@@ -70,7 +70,7 @@ public:
 
     // Saves the arrangement as "Phrases/output/phraseMixer_NNN.mid" below the documents folder, which must
     // exist.
-    void saveArrangement(MIDIPhraseMixer& phraseMixer, int number);
+    void saveArrangement(MIDIPhraseMixer& arrangement, int number);
 
     // Does nothing.
     void save(int channel, const std::string& name);

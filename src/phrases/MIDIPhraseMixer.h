@@ -46,7 +46,7 @@ public:
     virtual void save(const std::filesystem::path& url);
 
     // Saves the given sequence; nothing is mixed.
-    virtual void save(MIDISequence16& sequence, const std::filesystem::path& url);
+    virtual void save(MIDISequence16& given, const std::filesystem::path& url);
 
     // Rebuilds mixedEvents: all events of the active tracks by position, and at one position in the order of
     // arrangementTracks.

@@ -40,8 +40,8 @@ std::uint8_t noteNumber(std::string_view type)
 
 } // namespace
 
-PolyMetricPass::PolyMetricPass(PolyMetricStepGenerator& steps, std::uint8_t noteChannel)
-    : generator(steps), channel(noteChannel)
+PolyMetricPass::PolyMetricPass(PolyMetricStepGenerator& generator, std::uint8_t noteChannel)
+    : generator(generator), channel(noteChannel)
 {
 }
 

@@ -11,12 +11,12 @@ constexpr float silence = 1.0e-4F; // -80 dB
 
 } // namespace
 
-Mixdown::Mixdown(RenderPiece whole, std::vector<RenderPart> ofPiece,
-                 std::optional<std::filesystem::path> chosenBank, int number)
-    : piece(std::move(whole)),
-      parts(std::move(ofPiece)),
-      bank(std::move(chosenBank)),
-      cores(static_cast<std::size_t>(number))
+Mixdown::Mixdown(RenderPiece piece, std::vector<RenderPart> parts, std::optional<std::filesystem::path> bank,
+                 int cores)
+    : piece(std::move(piece)),
+      parts(std::move(parts)),
+      bank(std::move(bank)),
+      cores(static_cast<std::size_t>(cores))
 {
 }
 

@@ -20,7 +20,7 @@ constexpr std::int64_t effectPeriod = 480'000;
 
 } // namespace
 
-PartRendering::PartRendering(const RenderPart& rendered) : part(rendered), block(rendered.beginBlock) {}
+PartRendering::PartRendering(const RenderPart& part) : part(part), block(part.beginBlock) {}
 
 Result<std::unique_ptr<PartRendering>> PartRendering::make(const RenderPiece& piece, const RenderPart& part,
                                                            const std::optional<std::filesystem::path>& bank)

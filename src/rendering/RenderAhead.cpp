@@ -11,8 +11,8 @@ constexpr std::size_t frames = PartRendering::blockFrames;
 
 }
 
-RenderAhead::RenderAhead(std::unique_ptr<PartRendering> rendered, bool onOwnThread)
-    : rendering(std::move(rendered))
+RenderAhead::RenderAhead(std::unique_ptr<PartRendering> rendering, bool onOwnThread)
+    : rendering(std::move(rendering))
 {
     if (!onOwnThread) {
         return;

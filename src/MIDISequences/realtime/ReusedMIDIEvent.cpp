@@ -6,8 +6,8 @@
 
 namespace volvelle {
 
-ReusedMIDIEvent::ReusedMIDIEvent(std::uint32_t bytes)
-    : AUMIDIEventEx(std::vector<std::uint8_t>(bytes)), room(bytes)
+ReusedMIDIEvent::ReusedMIDIEvent(std::uint32_t room)
+    : AUMIDIEventEx(std::vector<std::uint8_t>(room)), room(room)
 {
 }
 

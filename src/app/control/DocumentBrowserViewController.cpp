@@ -44,8 +44,8 @@ std::shared_ptr<DocumentBrowserViewController> DocumentBrowserViewController::ma
         new DocumentBrowserViewController(std::move(services)));
 }
 
-DocumentBrowserViewController::DocumentBrowserViewController(BrowserServices given)
-    : services(std::move(given))
+DocumentBrowserViewController::DocumentBrowserViewController(BrowserServices services)
+    : services(std::move(services))
 {
 }
 

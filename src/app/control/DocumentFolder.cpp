@@ -127,8 +127,8 @@ std::string refusalOf(const std::string& name)
 
 } // namespace
 
-DocumentFolder::DocumentFolder(fs::path at, std::shared_ptr<TrashCan> can)
-    : folder(std::move(at)), trash(std::move(can))
+DocumentFolder::DocumentFolder(fs::path folder, std::shared_ptr<TrashCan> trash)
+    : folder(std::move(folder)), trash(std::move(trash))
 {
 }
 

@@ -46,7 +46,7 @@ public:
 
     // The file keeps its ending; one of a MIDI file in `name` is left out. A name that is empty or blank,
     // begins with a point, holds a slash, is too long or is taken is refused; the same name changes nothing.
-    Result<std::filesystem::path> rename(const std::filesystem::path& file, const std::string& name) const;
+    Result<std::filesystem::path> rename(const std::filesystem::path& file, const std::string& typed) const;
 
     Result<> moveToTrash(const std::filesystem::path& file);
 

@@ -52,8 +52,8 @@ std::shared_ptr<HelpViewController> HelpViewController::make(Layout layout, std:
     return std::shared_ptr<HelpViewController>(new HelpViewController(std::move(layout), std::move(site)));
 }
 
-HelpViewController::HelpViewController(Layout connect, std::string maker)
-    : layout(std::move(connect)), site(std::move(maker))
+HelpViewController::HelpViewController(Layout layout, std::string site)
+    : layout(std::move(layout)), site(std::move(site))
 {
 }
 

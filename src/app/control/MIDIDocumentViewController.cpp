@@ -22,7 +22,7 @@ std::shared_ptr<MIDIDocumentViewController> MIDIDocumentViewController::make(Lay
     return std::shared_ptr<MIDIDocumentViewController>(new MIDIDocumentViewController(std::move(layout)));
 }
 
-MIDIDocumentViewController::MIDIDocumentViewController(Layout connect) : layout(std::move(connect)) {}
+MIDIDocumentViewController::MIDIDocumentViewController(Layout layout) : layout(std::move(layout)) {}
 
 MIDIDocumentViewController::~MIDIDocumentViewController()
 {

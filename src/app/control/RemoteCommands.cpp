@@ -6,10 +6,7 @@
 
 namespace volvelle {
 
-RemoteCommands::RemoteCommands(std::weak_ptr<DocumentBrowserViewController> browser)
-    : root(std::move(browser))
-{
-}
+RemoteCommands::RemoteCommands(std::weak_ptr<DocumentBrowserViewController> root) : root(std::move(root)) {}
 
 std::shared_ptr<MIDIDocumentViewController> RemoteCommands::screen() const
 {

@@ -50,7 +50,7 @@ public:
     // MARK: What is shown
 
     // The folder that is shown, with the trash for its files. Before it is set the list is empty.
-    void showFolder(std::filesystem::path folder, std::shared_ptr<TrashCan> trash);
+    void showFolder(std::filesystem::path path, std::shared_ptr<TrashCan> trash);
 
     // Where it leads to: the last two names of its path, "Documents / Volvelle".
     std::string folderName() const;
@@ -130,7 +130,7 @@ protected:
 
 private:
     void filter();
-    void show(const std::filesystem::path& file);
+    void show(const std::filesystem::path& spelling);
     Result<std::filesystem::path> takeDocument(const std::filesystem::path& file) const;
     std::optional<std::size_t> indexOf(const std::filesystem::path& file) const;
 

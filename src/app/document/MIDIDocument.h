@@ -69,7 +69,7 @@ private:
     // The version in the file's place wins.
     virtual void resolveDocumentConflict();
 
-    static MusicSequence sequenceFromData(const std::vector<std::uint8_t>& data); // null where it fails
+    static MusicSequence sequenceFromData(const std::vector<std::uint8_t>& bytes); // null where it fails
     static std::optional<std::vector<std::uint8_t>> sequenceData(const MusicSequence& sequence);
     void showEvents(MIDISequence& sequence);
     void play(const std::optional<std::vector<std::uint8_t>>& content);

@@ -36,7 +36,7 @@ public:
         QString action; // empty for none
     };
 
-    BrowserScreen(std::shared_ptr<DocumentBrowserViewController> logic, Thumbnails& thumbnails,
+    BrowserScreen(std::shared_ptr<DocumentBrowserViewController> browser, Thumbnails& thumbnails,
                   QWidget* parent = nullptr);
     ~BrowserScreen() override;
 

@@ -53,7 +53,7 @@ QPushButton* makeButton(const QString& text, ButtonKind kind, const QString& tip
     return button;
 }
 
-ScreenButton::ScreenButton(QWidget* of, Hide how) : button(of), hide(std::move(how)) {}
+ScreenButton::ScreenButton(QWidget* button, Hide hide) : button(button), hide(std::move(hide)) {}
 
 void ScreenButton::setHidden(bool isHidden)
 {

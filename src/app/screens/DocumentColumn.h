@@ -31,7 +31,7 @@ class Legend : public QWidget {
 public:
     explicit Legend(QWidget* parent);
 
-    void setParts(std::vector<DocumentOverview::Part> parts);
+    void setParts(std::vector<DocumentOverview::Part> given);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -12,7 +12,7 @@ constexpr int length = 150; // ms
 
 } // namespace
 
-FadeOut::FadeOut(QWidget* over, QPixmap before) : QWidget(over), picture(std::move(before))
+FadeOut::FadeOut(QWidget* over, QPixmap picture) : QWidget(over), picture(std::move(picture))
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setGeometry(over->rect());

@@ -16,7 +16,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void follow(QWidget* control, bool byKey);
+    void follow(QWidget* widget, bool byKey);
     void place();
 
     QPointer<QWidget> control;

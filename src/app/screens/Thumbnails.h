@@ -46,7 +46,7 @@ public:
     };
 
     // Pictures are kept in `folder`, nowhere where it is empty; the oldest go where there are too many.
-    explicit Thumbnails(std::filesystem::path folder);
+    explicit Thumbnails(std::filesystem::path where);
     ~Thumbnails() override; // gives up the picture that is being made
 
     // The picture, where it is there; else it is made and told. What was asked for last comes first.

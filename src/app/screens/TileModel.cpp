@@ -33,7 +33,8 @@ std::ptrdiff_t difference(const std::vector<FolderDocument>& a, const std::vecto
 
 } // namespace
 
-TileModel::TileModel(Thumbnails& pictures, QObject* parent) : QAbstractListModel(parent), thumbnails(pictures)
+TileModel::TileModel(Thumbnails& thumbnails, QObject* parent)
+    : QAbstractListModel(parent), thumbnails(thumbnails)
 {
     connect(&thumbnails, &Thumbnails::made, this, &TileModel::update);
 }

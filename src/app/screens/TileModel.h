@@ -28,7 +28,7 @@ public:
     const FolderDocument* document(const QModelIndex& index) const;
     QModelIndex indexOf(const std::filesystem::path& file) const;
 
-    void setPixelRatio(double ratio);
+    void setPixelRatio(double pixels);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

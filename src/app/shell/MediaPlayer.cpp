@@ -17,8 +17,8 @@ constexpr double microseconds = 1e6;
 
 } // namespace
 
-MediaPlayer::MediaPlayer(RemoteCommands given, Window shown)
-    : commands(std::move(given)), window(std::move(shown))
+MediaPlayer::MediaPlayer(RemoteCommands commands, Window window)
+    : commands(std::move(commands)), window(std::move(window))
 {
     new MediaPlayerRoot(*this);
     new MediaPlayerControls(*this);
@@ -71,7 +71,7 @@ void MediaPlayer::tellChange()
     QDBusConnection::sessionBus().send(message);
 }
 
-MediaPlayerRoot::MediaPlayerRoot(MediaPlayer& of) : QDBusAbstractAdaptor(&of), player(of) {}
+MediaPlayerRoot::MediaPlayerRoot(MediaPlayer& player) : QDBusAbstractAdaptor(&player), player(player) {}
 
 void MediaPlayerRoot::Raise()
 {
@@ -83,7 +83,9 @@ void MediaPlayerRoot::Quit()
     player.window.quit();
 }
 
-MediaPlayerControls::MediaPlayerControls(MediaPlayer& of) : QDBusAbstractAdaptor(&of), player(of) {}
+MediaPlayerControls::MediaPlayerControls(MediaPlayer& player) : QDBusAbstractAdaptor(&player), player(player)
+{
+}
 
 QString MediaPlayerControls::status() const
 {

@@ -17,12 +17,12 @@ public:
     // `files` are absolute paths, none for a start without any.
     using Receive = std::function<void(const QStringList& files)>;
 
-    explicit OneInstance(QString name);
+    explicit OneInstance(QString place);
     ~OneInstance() override;
 
     // True where this process is the first and listens now. False where another one took the files: this one
     // ends. A first one that does not answer, or a place where none can listen, counts as none: true.
-    bool begin(const QStringList& files, Receive receive);
+    bool begin(const QStringList& files, Receive handler);
 
     // From now on another process is the first: before what this one still has to do.
     void end();

@@ -30,7 +30,7 @@ public:
         bool hasRemoteControl = true;
     };
 
-    explicit Shell(Options options);
+    explicit Shell(Options given);
     ~Shell() override;
 
     // Launches, connects the scene with these files, the first of which is opened, and shows the window.

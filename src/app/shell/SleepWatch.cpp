@@ -6,8 +6,8 @@
 
 namespace volvelle {
 
-SleepWatch::SleepWatch(std::function<void()> onSleep, std::function<void()> onWake)
-    : sleeps(std::move(onSleep)), wakes(std::move(onWake))
+SleepWatch::SleepWatch(std::function<void()> sleeps, std::function<void()> wakes)
+    : sleeps(std::move(sleeps)), wakes(std::move(wakes))
 {
     QDBusConnection bus = QDBusConnection::systemBus();
     if (bus.isConnected()) {

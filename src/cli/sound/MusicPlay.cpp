@@ -13,8 +13,8 @@ constexpr double lookInterval = 0.03; // seconds
 
 } // namespace
 
-MusicPlay::MusicPlay(PlayDisplay shown, News from, Tell to)
-    : display(std::move(shown)), news(std::move(from)), tell(std::move(to))
+MusicPlay::MusicPlay(PlayDisplay display, News news, Tell tell)
+    : display(std::move(display)), news(std::move(news)), tell(std::move(tell))
 {
 }
 

@@ -26,7 +26,7 @@ public:
 
     // Plays the bytes of a file, and starts the engine where it does not run, when all else is ready. The
     // transport goes with its end. Fails where it could not start.
-    Result<> run(const std::shared_ptr<AVAudioEngine>& engine, std::shared_ptr<MusicTransport> transport,
+    Result<> run(const std::shared_ptr<AVAudioEngine>& engine, std::shared_ptr<MusicTransport> with,
                  const std::vector<std::uint8_t>& data);
 
 private:

@@ -13,8 +13,8 @@ std::shared_ptr<PlatformTransport> PlatformTransport::make(const std::shared_ptr
     return made;
 }
 
-PlatformTransport::PlatformTransport(std::shared_ptr<AVAudioUnit> played)
-    : unit(std::move(played)), transport(MIDISequencer::make())
+PlatformTransport::PlatformTransport(std::shared_ptr<AVAudioUnit> unit)
+    : unit(std::move(unit)), transport(MIDISequencer::make())
 {
 }
 

@@ -17,8 +17,8 @@ constexpr std::chrono::seconds questionInterval{2}; // a service takes its time 
 
 } // namespace
 
-RecordSession::RecordSession(const Clock& given, std::optional<double> atMost, bool isShown)
-    : clock(given), longest(atMost), showsLine(isShown)
+RecordSession::RecordSession(const Clock& clock, std::optional<double> seconds, bool showsLine)
+    : clock(clock), longest(seconds), showsLine(showsLine)
 {
 }
 
@@ -73,11 +73,11 @@ bool RecordSession::isEndWanted()
     return isWanted;
 }
 
-bool RecordSession::hasLostPort(Moment moment)
+bool RecordSession::hasLostPort(Moment now)
 {
-    if (moment >= nextQuestion) {
+    if (now >= nextQuestion) {
         isLost = input->isLost();
-        nextQuestion = moment + questionInterval;
+        nextQuestion = now + questionInterval;
     }
     return isLost;
 }

@@ -10,7 +10,7 @@ namespace volvelle {
 // Plays by the realtime sequencer inside the instrument of an engine. [main]
 class SequencedTransport : public MusicTransport {
 public:
-    explicit SequencedTransport(std::shared_ptr<SequencedUnit> unit); // never null
+    explicit SequencedTransport(std::shared_ptr<SequencedUnit> played); // never null
 
     Result<> load(const std::vector<std::uint8_t>& data) override { return unit->load(data); }
 

@@ -6,8 +6,8 @@
 
 namespace volvelle {
 
-SinkNews::SinkNews(std::string given, std::shared_ptr<const AudioSink> from)
-    : music(std::move(given)), sink(std::move(from))
+SinkNews::SinkNews(std::string music, std::shared_ptr<const AudioSink> sink)
+    : music(std::move(music)), sink(std::move(sink))
 {
 }
 

@@ -20,7 +20,7 @@ public:
     Result<> setCategory(std::string_view category, int options);
 
     // Refused unless it is above 0 and finite.
-    Result<> setPreferredSampleRate(double rate); // Hz
+    Result<> setPreferredSampleRate(double preferred); // Hz
     Result<> setActive(bool active, int options);
 
     const std::string& category() const { return chosen; }

@@ -36,7 +36,7 @@ public:
     static Options forMusic();
 
     AudioOutput();
-    explicit AudioOutput(Options options);
+    explicit AudioOutput(Options given);
     ~AudioOutput() override;
     AudioOutput(const AudioOutput&) = delete;
     AudioOutput& operator=(const AudioOutput&) = delete;

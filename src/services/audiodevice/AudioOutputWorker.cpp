@@ -7,8 +7,8 @@
 
 namespace volvelle {
 
-AudioOutputWorker::AudioOutputWorker(const AudioOutput::Options& given, std::shared_ptr<RenderGate> shared)
-    : options(given), gate(std::move(shared))
+AudioOutputWorker::AudioOutputWorker(const AudioOutput::Options& options, std::shared_ptr<RenderGate> gate)
+    : options(options), gate(std::move(gate))
 {
 }
 

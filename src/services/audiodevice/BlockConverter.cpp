@@ -25,8 +25,8 @@ struct BlockConverter::Resampler {
     SRC_STATE* state;
 };
 
-BlockConverter::BlockConverter(AudioSource& given, double rate, int channelCount)
-    : source(given), ratio(rate / AudioSource::sampleRate), channels(channelCount)
+BlockConverter::BlockConverter(AudioSource& source, double rate, int channels)
+    : source(source), ratio(rate / AudioSource::sampleRate), channels(channels)
 {
     if (rate != AudioSource::sampleRate) {
         const src_callback_t callback = [](void* converter, float** data) { return feed(converter, data); };

@@ -4,8 +4,8 @@
 
 namespace volvelle {
 
-DevicePuller::DevicePuller(AudioSource& source, double rate, int channelCount)
-    : converter(source, rate, channelCount), guard(rate), channels(channelCount)
+DevicePuller::DevicePuller(AudioSource& source, double rate, int channels)
+    : converter(source, rate, channels), guard(rate), channels(channels)
 {
 }
 

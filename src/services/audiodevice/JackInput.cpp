@@ -17,7 +17,7 @@ bool isLeftOut(std::uint8_t status)
 
 } // namespace
 
-JackInput::JackInput(std::shared_ptr<MIDIReceiver> to) : receiver(std::move(to)) {}
+JackInput::JackInput(std::shared_ptr<MIDIReceiver> receiver) : receiver(std::move(receiver)) {}
 
 JackInput::~JackInput()
 {

@@ -22,7 +22,7 @@ bool isOfLibrary(std::string_view text)
 
 } // namespace
 
-LibraryLines::LibraryLines(std::ostream& given) : stream(given), behind(given.rdbuf(this)) {}
+LibraryLines::LibraryLines(std::ostream& stream) : stream(stream), behind(stream.rdbuf(this)) {}
 
 LibraryLines::~LibraryLines()
 {

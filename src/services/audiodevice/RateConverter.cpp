@@ -21,7 +21,7 @@ struct RateConverter::State {
     SRC_STATE* converter;
 };
 
-RateConverter::RateConverter(double given) : ratio(given), state(std::make_unique<State>()) {}
+RateConverter::RateConverter(double ratio) : ratio(ratio), state(std::make_unique<State>()) {}
 
 RateConverter::~RateConverter() = default;
 

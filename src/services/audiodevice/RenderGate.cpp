@@ -5,7 +5,7 @@
 
 namespace volvelle {
 
-RenderGate::RenderGate(AudioSource& given) : source(given) {}
+RenderGate::RenderGate(AudioSource& source) : source(source) {}
 
 void RenderGate::awaitDevice(int longest)
 {

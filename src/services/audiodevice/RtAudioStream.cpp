@@ -37,7 +37,7 @@ WaitableClock::Time steadyNow()
 
 } // namespace
 
-RtAudioStream::RtAudioStream(RtAudio::Api chosen) : api(chosen) {}
+RtAudioStream::RtAudioStream(RtAudio::Api api) : api(api) {}
 
 RtAudioStream::~RtAudioStream()
 {
@@ -185,10 +185,10 @@ void RtAudioStream::closeQuietly()
 }
 
 int RtAudioStream::pull(void* output, void* /*input*/, unsigned int frames, double /*time*/,
-                        RtAudioStreamStatus /*status*/, void* given)
+                        RtAudioStreamStatus /*status*/, void* stream)
 {
     constexpr int abortAnswer = 2;
-    auto& puller = *static_cast<DevicePuller*>(given);
+    auto& puller = *static_cast<DevicePuller*>(stream);
     pullerOfThisThread = &puller;
     const auto answer = puller.pull(static_cast<float*>(output), static_cast<int>(frames), steadyNow());
     return answer == DevicePuller::Answer::goOn ? 0 : abortAnswer;

@@ -34,7 +34,7 @@ private:
     bool takeDevice(unsigned int candidate); // false where it has no outputs
     std::vector<unsigned int> ratesToTry() const;
     std::vector<unsigned int> channelsToTry() const;
-    Result<> openAs(AudioSource& source, unsigned int rate, unsigned int channels);
+    Result<> openAs(AudioSource& source, unsigned int candidate, unsigned int channels);
 
     void closeQuietly();
 

@@ -13,8 +13,8 @@ void handOn(double /*delta*/, std::vector<unsigned char>* bytes, void* receiver)
 
 } // namespace
 
-RtMidiInput::RtMidiInput(std::unique_ptr<RtMidiIn> given, std::shared_ptr<MIDIReceiver> to)
-    : midi(std::move(given)), receiver(std::move(to))
+RtMidiInput::RtMidiInput(std::unique_ptr<RtMidiIn> input, std::shared_ptr<MIDIReceiver> target)
+    : midi(std::move(input)), receiver(std::move(target))
 {
     midi->ignoreTypes(false, true, true);
     midi->setCallback(handOn, receiver.get());

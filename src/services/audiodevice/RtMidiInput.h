@@ -15,7 +15,7 @@ namespace volvelle {
 class RtMidiInput : public MIDIInput {
 public:
     // Hands what comes to the receiver from now on; the port is opened behind this.
-    RtMidiInput(std::unique_ptr<RtMidiIn> midi, std::shared_ptr<MIDIReceiver> receiver);
+    RtMidiInput(std::unique_ptr<RtMidiIn> input, std::shared_ptr<MIDIReceiver> target);
 
     bool isLost() override;
 

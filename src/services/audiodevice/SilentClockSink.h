@@ -19,7 +19,7 @@ public:
     static constexpr WaitableClock::Time longestDelay = std::chrono::milliseconds(250);
 
     // On the system's clock where none is given.
-    explicit SilentClockSink(std::shared_ptr<WaitableClock> clock = nullptr);
+    explicit SilentClockSink(std::shared_ptr<WaitableClock> given = nullptr);
     ~SilentClockSink() override;
     SilentClockSink(const SilentClockSink&) = delete;
     SilentClockSink& operator=(const SilentClockSink&) = delete;

@@ -24,10 +24,10 @@ public:
     // Begins anew for `target`, which is not touched; a link is followed, also one whose file is not there. A
     // folder (EISDIR), a file that may not be written (EACCES), a circle of links (ELOOP) and no name at all
     // (ENOENT) are refused; memory that does not suffice is ENOMEM.
-    bool create(const std::filesystem::path& target);
+    bool create(const std::filesystem::path& path);
 
     // Begins anew for an open descriptor of the caller's, which the bytes are copied to.
-    bool createFor(int outlet);
+    bool createFor(int descriptorOfCaller);
 
     bool write(const void* bytes, std::int64_t count);
 

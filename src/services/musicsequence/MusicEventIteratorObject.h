@@ -8,7 +8,7 @@ namespace volvelle {
 // A cursor on a track that it keeps alive, though not the track's sequence. [any]
 class MusicEventIteratorObject {
 public:
-    explicit MusicEventIteratorObject(const MusicTrack& track);
+    explicit MusicEventIteratorObject(const MusicTrack& owner);
     ~MusicEventIteratorObject();
     MusicEventIteratorObject(const MusicEventIteratorObject&) = delete;
     MusicEventIteratorObject& operator=(const MusicEventIteratorObject&) = delete;

@@ -6,8 +6,8 @@
 
 namespace volvelle {
 
-MIDIPortUnit::MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> output)
-    : AUAudioUnit(description), sender(PortSender::make(std::move(output)))
+MIDIPortUnit::MIDIPortUnit(const AudioComponentDescription& description, std::unique_ptr<MIDIOutput> port)
+    : AUAudioUnit(description), sender(PortSender::make(std::move(port)))
 {
     audioUnitName = "MIDI Port";
     takesMIDI = true;

@@ -12,9 +12,9 @@
 
 namespace volvelle {
 
-MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& chosen,
+MIDISynthUnit::MIDISynthUnit(const AudioComponentDescription& description, const SynthesizerOptions& options,
                              const std::optional<std::filesystem::path>& builtIn)
-    : AUAudioUnit(description), options(chosen), missing(maximumMissing)
+    : AUAudioUnit(description), options(options), missing(maximumMissing)
 {
     audioUnitName = "MIDI Synthesizer";
     takesMIDI = true;

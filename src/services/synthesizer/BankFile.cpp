@@ -107,8 +107,8 @@ OpenBanks& openBanks()
 
 } // namespace
 
-BankFile::BankFile(fs::path asked, int opened, std::uintmax_t bytes)
-    : path(std::move(asked)), readable(readablePath(path, opened)), size(bytes), descriptor(opened)
+BankFile::BankFile(fs::path asked, int descriptor, std::uintmax_t size)
+    : path(std::move(asked)), readable(readablePath(path, descriptor)), size(size), descriptor(descriptor)
 {
 }
 

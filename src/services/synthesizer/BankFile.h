@@ -30,7 +30,7 @@ public:
     bool isLarge() const { return size >= largeSize; }
 
 private:
-    BankFile(std::filesystem::path path, int descriptor, std::uintmax_t size);
+    BankFile(std::filesystem::path asked, int descriptor, std::uintmax_t size);
     static std::shared_ptr<const BankFile> openLarge(const std::filesystem::path& path, int file,
                                                      std::uintmax_t size);
 

@@ -112,8 +112,8 @@ bool DLSSoundFont::offer(fluid_synth_t* synth, DLSFile file)
     return true;
 }
 
-DLSSoundFont::DLSSoundFont(fluid_sfont_t* font, DLSFile bank, std::string bankName)
-    : handle(font), name(std::move(bankName)), file(std::move(bank))
+DLSSoundFont::DLSSoundFont(fluid_sfont_t* handle, DLSFile bank, std::string bankName)
+    : handle(handle), name(std::move(bankName)), file(std::move(bank))
 {
     addSamples();
     addArticulations();

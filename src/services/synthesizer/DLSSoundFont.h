@@ -63,7 +63,7 @@ public:
     // asked before the synthesizer's own. [main, worker] Not while the synthesizer renders.
     static bool offer(fluid_synth_t* synth, DLSFile file);
 
-    DLSSoundFont(fluid_sfont_t* handle, DLSFile file, std::string name);
+    DLSSoundFont(fluid_sfont_t* handle, DLSFile bank, std::string name);
     DLSSoundFont(const DLSSoundFont&) = delete;
     DLSSoundFont& operator=(const DLSSoundFont&) = delete;
 

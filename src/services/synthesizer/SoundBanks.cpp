@@ -67,8 +67,8 @@ std::vector<path> soundFontFolders()
     return folders;
 }
 
-SoundBanks::SoundBanks(std::optional<path> resourcesFolder, std::vector<path> folders)
-    : resources(std::move(resourcesFolder)), soundFonts(std::move(folders))
+SoundBanks::SoundBanks(std::optional<path> resourcesFolder, std::vector<path> soundFonts)
+    : resources(std::move(resourcesFolder)), soundFonts(std::move(soundFonts))
 {
 }
 

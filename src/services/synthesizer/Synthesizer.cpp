@@ -21,8 +21,8 @@ std::uint8_t dataByte(int value)
 
 } // namespace
 
-Synthesizer::Synthesizer(std::shared_ptr<const BankFile> file, std::unique_ptr<SynthesizerState> made)
-    : bank(std::move(file)), state(std::move(made))
+Synthesizer::Synthesizer(std::shared_ptr<const BankFile> bank, std::unique_ptr<SynthesizerState> state)
+    : bank(std::move(bank)), state(std::move(state))
 {
 }
 

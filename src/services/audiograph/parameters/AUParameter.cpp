@@ -7,11 +7,11 @@
 
 namespace volvelle {
 
-AUParameter::AUParameter(AUParameterAddress newAddress, std::string newIdentifier, std::string newName,
+AUParameter::AUParameter(AUParameterAddress newAddress, std::string newIdentifier, std::string newDisplayName,
                          float minimum, float maximum, float value)
     : address(newAddress),
       identifier(std::move(newIdentifier)),
-      displayName(std::move(newName)),
+      displayName(std::move(newDisplayName)),
       minValue(minimum),
       maxValue(maximum),
       stored(value)

@@ -13,14 +13,14 @@ constexpr std::uint32_t greatestNumber = 0x0FFFFFFF;
 
 } // namespace
 
-SMFTrackReader::SMFTrackReader(std::span<const std::uint8_t> bytes, std::size_t from, SMFEvents& target,
-                               SMFOpenNotes& notes, SMFBudget& allowance)
-    : file(bytes),
-      position(bytes.data() + from),
+SMFTrackReader::SMFTrackReader(std::span<const std::uint8_t> file, std::size_t from, SMFEvents& events,
+                               SMFOpenNotes& notes, SMFBudget& budget)
+    : file(file),
+      position(file.data() + from),
       end(position),
-      events(target),
+      events(events),
       openNotes(notes),
-      budget(allowance)
+      budget(budget)
 {
     track.first = events.size();
 }
