@@ -61,9 +61,9 @@ bool PortListeners::isOfThisProcess(int client)
            snd_seq_client_info_get_pid(information) == getpid();
 }
 
-void PortListeners::Close::operator()(snd_seq_t* sequencer) const
+void PortListeners::Close::operator()(snd_seq_t* opened) const
 {
-    snd_seq_close(sequencer);
+    snd_seq_close(opened);
 }
 
 } // namespace volvelle

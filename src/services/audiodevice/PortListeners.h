@@ -22,7 +22,7 @@ public:
 
 private:
     struct Close {
-        void operator()(snd_seq_t* sequencer) const;
+        void operator()(snd_seq_t* opened) const;
     };
 
     bool isOfThisProcess(int client);
