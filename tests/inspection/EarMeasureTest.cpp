@@ -1,8 +1,13 @@
 #include "inspection/EarMeasure.h"
 
+#include "base/Text.h"
+#include "tests/support/ProjectFolders.h"
+
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
+#include <regex>
 
 namespace volvelle {
 namespace {
@@ -45,6 +50,28 @@ protected:
 
     MIDIClipGenerator generator;
 };
+
+TEST_F(Ear, TheDocumentNamesEachRowWithItsBoundsInOrder)
+{
+    EarMeasure measure;
+    generator.phraseMixer->mixChannels();
+    measure.add(generator);
+    std::vector<std::string> rows;
+    for (const EarMeasure::Row& row : measure.table()) {
+        rows.push_back(concat(row.name, ": ", row.least, " to ", row.most));
+    }
+
+    std::ifstream document(test::sourceFolder() / "docs/ear.md");
+    const std::regex line(R"(\| (.*?)(?: \([a-z -]+\))? \| [0-9.]+ \| ([0-9.]+ to [0-9.]+) \|)");
+    std::vector<std::string> told;
+    std::smatch parts;
+    for (std::string text; std::getline(document, text);) {
+        if (std::regex_match(text, parts, line)) {
+            told.push_back(concat(parts[1].str(), ": ", parts[2].str()));
+        }
+    }
+    EXPECT_EQ(told, rows);
+}
 
 TEST_F(Ear, NotesAreCountedByChannelAndBeat)
 {
