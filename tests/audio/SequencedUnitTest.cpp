@@ -10,6 +10,8 @@ namespace volvelle::test {
 
 namespace {
 
+using SequencedUnitTest = SequencedTest;
+
 using testing::ElementsAre;
 using testing::Gt;
 using testing::SizeIs;
@@ -34,7 +36,7 @@ Song busySong(int beats)
 // Whatever the file holds, at frame 0 too.
 constexpr std::array<int, 6> blocks{512, 480, 333, 97, 1024, 4000};
 
-TEST_F(SequencedTest, AtAConstantTempoBothEnginesPlayTheSame)
+TEST_F(SequencedUnitTest, AtAConstantTempoBothEnginesPlayTheSame)
 {
     const auto file = busySong(8).file();
     const Heard expected = ofPlatform(file, 200'000);
@@ -44,7 +46,7 @@ TEST_F(SequencedTest, AtAConstantTempoBothEnginesPlayTheSame)
     }
 }
 
-TEST_F(SequencedTest, ANoteWithoutLengthIsPlayedByBothEnginesAtTheStartOfAFileToo)
+TEST_F(SequencedUnitTest, ANoteWithoutLengthIsPlayedByBothEnginesAtTheStartOfAFileToo)
 {
     for (const double beat : {0.0, 0.5}) {
         const auto file = Song().note(beat, 3, 60, 100, 0.0).note(2.0, 3, 62, 90, 0.5).file();
@@ -54,20 +56,20 @@ TEST_F(SequencedTest, ANoteWithoutLengthIsPlayedByBothEnginesAtTheStartOfAFileTo
     }
 }
 
-TEST_F(SequencedTest, FrameByFrameItPlaysTheSame)
+TEST_F(SequencedUnitTest, FrameByFrameItPlaysTheSame)
 {
     const auto file =
         Song().note(1.0, 3, 60, 100, 0.25).message(1.25, 0xC3, 5).note(1.25, 3, 62, 90, 0.1).file();
     expectSame(ofSequenced(file, 36'000, 1), ofPlatform(file, 36'000), 0);
 }
 
-TEST_F(SequencedTest, FrameByFrameASlowTempoIsKept)
+TEST_F(SequencedUnitTest, FrameByFrameASlowTempoIsKept)
 {
     const auto file = Song().tempo(0.0, 60.0).note(0.25, 3, 60, 100, 0.25).note(0.5, 3, 62, 90, 0.25).file();
     expectSame(ofSequenced(file, 40'000, 1), ofPlatform(file, 40'000), 1);
 }
 
-TEST_F(SequencedTest, OutsideOfAnEngineAStopForgetsWhatWasSentBefore)
+TEST_F(SequencedUnitTest, OutsideOfAnEngineAStopForgetsWhatWasSentBefore)
 {
     const auto unit = std::make_shared<HeardUnit>();
     SequencedUnit sequenced(unit);
@@ -80,7 +82,7 @@ TEST_F(SequencedTest, OutsideOfAnEngineAStopForgetsWhatWasSentBefore)
     EXPECT_THAT(unit->heard, ElementsAre(HeardMessage{0, {0x90, 3, 4}}));
 }
 
-TEST_F(SequencedTest, ChangesOfTempoAreFollowedToTheFrame)
+TEST_F(SequencedUnitTest, ChangesOfTempoAreFollowedToTheFrame)
 {
     Song song = busySong(16);
     song.tempo(0.0, 97.3).tempo(2.5, 61.0).tempo(3.0, 240.0).tempo(4.125, 133.33).tempo(6.0, 300.0);
@@ -91,7 +93,7 @@ TEST_F(SequencedTest, ChangesOfTempoAreFollowedToTheFrame)
     }
 }
 
-TEST_F(SequencedTest, WhateverTheTempiAnEventIsWithinAFrameOrASampleOfItsPlace)
+TEST_F(SequencedUnitTest, WhateverTheTempiAnEventIsWithinAFrameOrASampleOfItsPlace)
 {
     std::mt19937 random(11); // NOLINT(bugprone-random-generator-seed)
     for (int round = 0; round < 20; ++round) {
@@ -107,7 +109,7 @@ TEST_F(SequencedTest, WhateverTheTempiAnEventIsWithinAFrameOrASampleOfItsPlace)
     }
 }
 
-TEST_F(SequencedTest, AnUnevenTempoDoesNotDrift)
+TEST_F(SequencedUnitTest, AnUnevenTempoDoesNotDrift)
 {
     Song song;
     for (int i = 4; i < 1200; ++i) {
@@ -117,7 +119,7 @@ TEST_F(SequencedTest, AnUnevenTempoDoesNotDrift)
     expectSame(ofSequenced(file, 145 * 48'000, 512), ofPlatform(file, 145 * 48'000), 1);
 }
 
-TEST_F(SequencedTest, AtExtremeTempiNothingIsLost)
+TEST_F(SequencedUnitTest, AtExtremeTempiNothingIsLost)
 {
     Song song = busySong(12);
     const auto file = song.tempo(0.0, 12.0).tempo(1.1, 1200.0).tempo(6.0, 13.7).tempo(7.3, 1111.0).file();
@@ -126,7 +128,7 @@ TEST_F(SequencedTest, AtExtremeTempiNothingIsLost)
     expectSame(ofSequenced(file, 1'000'000, 97), expected, 10);
 }
 
-TEST_F(SequencedTest, ItsInstrumentMayHaveAnotherRate)
+TEST_F(SequencedUnitTest, ItsInstrumentMayHaveAnotherRate)
 {
     const auto unit = std::make_shared<HeardUnit>(true, 24000.0);
     const auto sequenced = std::make_shared<SequencedUnit>(unit);
@@ -143,7 +145,7 @@ TEST_F(SequencedTest, ItsInstrumentMayHaveAnotherRate)
     EXPECT_LE(on->frame, 24'000 + 512);
 }
 
-TEST_F(SequencedTest, WhatItIsAskedTheInstrumentAnswers)
+TEST_F(SequencedUnitTest, WhatItIsAskedTheInstrumentAnswers)
 {
     FakeUnitPlan plan;
     plan.takesMIDI = true;
@@ -175,12 +177,12 @@ TEST_F(SequencedTest, WhatItIsAskedTheInstrumentAnswers)
     EXPECT_EQ(played, 1);
 }
 
-TEST_F(SequencedTest, NothingIsTheInstrumentOfNoUnit)
+TEST_F(SequencedUnitTest, NothingIsTheInstrumentOfNoUnit)
 {
     EXPECT_DEATH(SequencedUnit(nullptr), "");
 }
 
-TEST_F(SequencedTest, ARenderingThreadTakesNoMemoryAndNoLock)
+TEST_F(SequencedUnitTest, ARenderingThreadTakesNoMemoryAndNoLock)
 {
     Song song = busySong(6);
     const auto unit = std::make_shared<HeardUnit>(false);
@@ -203,7 +205,7 @@ TEST_F(SequencedTest, ARenderingThreadTakesNoMemoryAndNoLock)
     EXPECT_GT(unit->count, 250);
 }
 
-TEST_F(SequencedTest, OneThreadOperatesWhileAnotherPlays)
+TEST_F(SequencedUnitTest, OneThreadOperatesWhileAnotherPlays)
 {
     const auto unit = std::make_shared<HeardUnit>(false);
     SequencedUnit sequenced(unit);

@@ -20,13 +20,13 @@ namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 using test::ConsoleCapture;
 
-class Folder : public testing::Test {
+class ExtensionsFolderTest : public testing::Test {
 protected:
     test::TemporaryFolder temporary;
     fs::path folder = temporary.path;
 };
 
-TEST_F(Folder, IsThereAlready)
+TEST_F(ExtensionsFolderTest, IsThereAlready)
 {
     ConsoleCapture capture;
     EXPECT_TRUE(ensureDirectoryExists(folder));
@@ -34,7 +34,7 @@ TEST_F(Folder, IsThereAlready)
     EXPECT_TRUE(capture.take().empty());
 }
 
-TEST_F(Folder, MayBeAPlainFile)
+TEST_F(ExtensionsFolderTest, MayBeAPlainFile)
 {
     const fs::path file = folder / "file";
     std::ofstream(file) << "x";
@@ -42,7 +42,7 @@ TEST_F(Folder, MayBeAPlainFile)
     EXPECT_TRUE(fs::is_regular_file(file));
 }
 
-TEST_F(Folder, IsMadeWithAllItsParents)
+TEST_F(ExtensionsFolderTest, IsMadeWithAllItsParents)
 {
     ConsoleCapture capture;
     EXPECT_TRUE(ensureDirectoryExists(folder / "a" / "b" / "c"));
@@ -50,7 +50,7 @@ TEST_F(Folder, IsMadeWithAllItsParents)
     EXPECT_TRUE(capture.take().empty());
 }
 
-TEST_F(Folder, CannotBeMadeBelowAFile)
+TEST_F(ExtensionsFolderTest, CannotBeMadeBelowAFile)
 {
     ConsoleCapture capture;
     std::ofstream(folder / "file") << "x";
@@ -60,11 +60,11 @@ TEST_F(Folder, CannotBeMadeBelowAFile)
                                            wanted.string(), "' failed: Not a directory")});
 }
 
-class PathsOfTheUser : public Folder {
+class ExtensionsPathsOfTheUserTest : public ExtensionsFolderTest {
 protected:
     void SetUp() override
     {
-        Folder::SetUp();
+        ExtensionsFolderTest::SetUp();
         keep("HOME", home);
         keep("XDG_CONFIG_HOME", configuration);
         unsetenv("XDG_CONFIG_HOME");
@@ -75,7 +75,7 @@ protected:
         bringBack("HOME", home);
         bringBack("XDG_CONFIG_HOME", configuration);
         setResourcesFolder(std::nullopt);
-        Folder::TearDown();
+        ExtensionsFolderTest::TearDown();
     }
 
 private:
@@ -99,7 +99,7 @@ private:
     std::optional<std::string> configuration;
 };
 
-TEST_F(PathsOfTheUser, AreFoundAndLogged)
+TEST_F(ExtensionsPathsOfTheUserTest, AreFoundAndLogged)
 {
     ConsoleCapture capture;
     setenv("HOME", folder.c_str(), 1);
@@ -116,7 +116,7 @@ TEST_F(PathsOfTheUser, AreFoundAndLogged)
     EXPECT_FALSE(sharedURLMIDI);
 }
 
-TEST_F(PathsOfTheUser, AreMissedAndLogged)
+TEST_F(ExtensionsPathsOfTheUserTest, AreMissedAndLogged)
 {
     ConsoleCapture capture;
     unsetenv("HOME");
@@ -128,14 +128,14 @@ TEST_F(PathsOfTheUser, AreMissedAndLogged)
                      "AudioUnitViewController::getPaths() : ERROR: Audio Unit's resources path is nil."}));
 }
 
-TEST(StringValue, HasTheHighestByteFirst)
+TEST(ExtensionsStringValue, HasTheHighestByteFirst)
 {
     EXPECT_EQ(stringValue(0x61626364), "abcd");
     EXPECT_EQ(stringValue(0x6D696469), "midi");
     EXPECT_EQ(stringValue(0), std::string(4, '\0'));
 }
 
-TEST(StringValue, DecodesMacRoman)
+TEST(ExtensionsStringValue, DecodesMacRoman)
 {
     EXPECT_EQ(stringValue(0x808A8E9F), "Ääéü");
     EXPECT_EQ(stringValue(0xA0A9A7AA), "†©ß™");
@@ -143,7 +143,7 @@ TEST(StringValue, DecodesMacRoman)
     EXPECT_EQ(stringValue(0xCAFFFEFB), "\u00A0\u02C7\u02DB\u02DA");
 }
 
-TEST(StringValue, DecodesTheWholeUpperHalfOfMacRoman)
+TEST(ExtensionsStringValue, DecodesTheWholeUpperHalfOfMacRoman)
 {
     const std::string characters =
         "ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø¿¡¬√ƒ≈∆«»…\u00A0ÀÃÕŒœ"
@@ -155,7 +155,7 @@ TEST(StringValue, DecodesTheWholeUpperHalfOfMacRoman)
     EXPECT_EQ(decoded, characters);
 }
 
-TEST(StringValue, IsDefinedForAllBytes)
+TEST(ExtensionsStringValue, IsDefinedForAllBytes)
 {
     std::set<std::string> characters;
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
@@ -167,7 +167,7 @@ TEST(StringValue, IsDefinedForAllBytes)
     EXPECT_EQ(characters.size(), 256U);
 }
 
-TEST(UniqueName, StandsBehindItsPrefix)
+TEST(ExtensionsUniqueName, StandsBehindItsPrefix)
 {
     const std::string name = uniqueName("a");
     EXPECT_EQ(name.substr(0, 2), "a-");
@@ -175,7 +175,7 @@ TEST(UniqueName, StandsBehindItsPrefix)
     EXPECT_EQ(uniqueName("").front(), '-');
 }
 
-TEST(UniqueName, IsDrawnFromTheRandomSource)
+TEST(ExtensionsUniqueName, IsDrawnFromTheRandomSource)
 {
     std::vector<int> bytes(32);
     std::iota(bytes.begin(), bytes.end(), 0xF0 - 16);
@@ -184,14 +184,14 @@ TEST(UniqueName, IsDrawnFromTheRandomSource)
     EXPECT_EQ(source.ranges, (std::vector<std::pair<int, int>>(16, {0, 255})));
 }
 
-TEST(UniqueName, HasNoDashOfItsOwn)
+TEST(ExtensionsUniqueName, HasNoDashOfItsOwn)
 {
     const std::string name = uniqueName(std::nullopt);
     EXPECT_EQ(name.find('-'), std::string::npos);
     EXPECT_FALSE(name.empty());
 }
 
-TEST(UniqueName, ComesOnceOnly)
+TEST(ExtensionsUniqueName, ComesOnceOnly)
 {
     std::set<std::string> names;
     for (int i = 0; i < 1000; ++i) {
@@ -200,7 +200,7 @@ TEST(UniqueName, ComesOnceOnly)
     EXPECT_EQ(names.size(), 1000U);
 }
 
-TEST(Capitals, StandAsTheyAre)
+TEST(ExtensionsCapitals, StandAsTheyAre)
 {
     const std::string names =
         "Kabul, Tirana, Algiers, Andorra la Vella, Luanda, St. John's, Buenos Aires, Yerevan, "

@@ -117,7 +117,7 @@ TEST_F(NotificationCenters, ATokenMayOutliveItsCenterAndABlockMayBeEmpty)
     token.reset();
 }
 
-TEST(DefaultNotificationCenter, IsOne)
+TEST(NotificationCenterDefault, IsOne)
 {
     EXPECT_EQ(&defaultNotificationCenter(), &defaultNotificationCenter());
 }

@@ -17,16 +17,16 @@ using testing::HasSubstr;
 using testing::Not;
 
 // The program with standard output and standard error on a terminal.
-class OnTerminal : public ProgramRun {
+class CommandOutputOnTerminalTest : public ProgramRun {
 protected:
-    OnTerminal()
+    CommandOutputOnTerminalTest()
     {
         grantpt(screen);
         unlockpt(screen);
         terminal = open(ptsname(screen), O_RDWR | O_NOCTTY | O_CLOEXEC);
     }
 
-    ~OnTerminal() override
+    ~CommandOutputOnTerminalTest() override
     {
         close(terminal);
         close(screen);
@@ -76,7 +76,7 @@ TEST(CommandOutput, ABarFitsIntoANarrowTerminal)
     EXPECT_EQ(progressBar(1, 2, 0), "");
 }
 
-TEST_F(OnTerminal, ABarIsGoneBeforeALineIsShown)
+TEST_F(CommandOutputOnTerminalTest, ABarIsGoneBeforeALineIsShown)
 {
     setColumns(80);
     const std::string text = shown("generate --count 3 --out a");
@@ -85,7 +85,7 @@ TEST_F(OnTerminal, ABarIsGoneBeforeALineIsShown)
     EXPECT_THAT(text, Not(HasSubstr("3 of 3")));
 }
 
-TEST_F(OnTerminal, ABarHasTheWidthOfTheTerminal)
+TEST_F(CommandOutputOnTerminalTest, ABarHasTheWidthOfTheTerminal)
 {
     setColumns(20);
     EXPECT_THAT(shown("generate --count 2 --out a"), HasSubstr("[#####     ] 1 of 2\r"));

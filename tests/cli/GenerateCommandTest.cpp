@@ -15,7 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class Generate : public ProgramRun {
+class GenerateCommandTest : public ProgramRun {
 protected:
     std::uint32_t tracksOf(const std::string& name) const
     {
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(Generate, WithoutArgumentsWritesASixteenTrackFileUnderItsDefaultName)
+TEST_F(GenerateCommandTest, WithoutArgumentsWritesASixteenTrackFileUnderItsDefaultName)
 {
     const auto result = volvelle("generate");
     EXPECT_EQ(result.status, 0);
@@ -58,7 +58,7 @@ TEST_F(Generate, WithoutArgumentsWritesASixteenTrackFileUnderItsDefaultName)
     EXPECT_EQ(tracksOf("New MIDI Idea.mid"), 16U);
 }
 
-TEST_F(Generate, ReportsTitlesChordsAndNotesOfEachSoundingChannel)
+TEST_F(GenerateCommandTest, ReportsTitlesChordsAndNotesOfEachSoundingChannel)
 {
     const auto result = volvelle("generate --out idea.mid");
     EXPECT_THAT(result.output, StartsWith("Phrases\n  CHORDS                "));
@@ -70,28 +70,28 @@ TEST_F(Generate, ReportsTitlesChordsAndNotesOfEachSoundingChannel)
     EXPECT_THAT(result.output, testing::Not(HasSubstr(".mid\n  ")));
 }
 
-TEST_F(Generate, ConsoleLinesAreShownOnRequestAlone)
+TEST_F(GenerateCommandTest, ConsoleLinesAreShownOnRequestAlone)
 {
     EXPECT_THAT(volvelle("generate").output, testing::Not(HasSubstr("MIDIClipGenerator::")));
     EXPECT_THAT(volvelle("generate --verbose").output, StartsWith("MIDIClipGenerator::makeArrangement()\n"));
     EXPECT_THAT(volvelle("generate --quiet").output, IsEmpty());
 }
 
-TEST_F(Generate, ManyFilesAreNumberedBehindTheName)
+TEST_F(GenerateCommandTest, ManyFilesAreNumberedBehindTheName)
 {
     EXPECT_EQ(volvelle("generate --count 3 --out 'My Idea.mid'").status, 0);
     EXPECT_THAT(names(), ElementsAre("My Idea 1.mid", "My Idea 2.mid", "My Idea 3.mid"));
     EXPECT_NE(read("My Idea 1.mid"), read("My Idea 2.mid"));
 }
 
-TEST_F(Generate, ALongFileHoldsArrangementsBehindEachOther)
+TEST_F(GenerateCommandTest, ALongFileHoldsArrangementsBehindEachOther)
 {
     EXPECT_EQ(volvelle("generate --long 3 --out long.mid").status, 0);
     EXPECT_GT(lengthOf("long.mid"), 32.0);
     EXPECT_LE(lengthOf("long.mid"), 48.0);
 }
 
-TEST_F(Generate, AnExistingFileThatIsNamedIsReplaced)
+TEST_F(GenerateCommandTest, AnExistingFileThatIsNamedIsReplaced)
 {
     write("idea.mid", "old");
     EXPECT_EQ(volvelle("generate --out idea.mid").status, 0);
@@ -99,7 +99,7 @@ TEST_F(Generate, AnExistingFileThatIsNamedIsReplaced)
     EXPECT_THAT(names(), ElementsAre("idea.mid"));
 }
 
-TEST_F(Generate, WithoutANameNoFileIsReplaced)
+TEST_F(GenerateCommandTest, WithoutANameNoFileIsReplaced)
 {
     write("New MIDI Idea.mid", "old");
     std::filesystem::create_symlink("nowhere", folder / "work/New MIDI Idea 2.mid");
@@ -110,7 +110,7 @@ TEST_F(Generate, WithoutANameNoFileIsReplaced)
     EXPECT_EQ(read("New MIDI Idea.mid"), "old");
 }
 
-TEST_F(Generate, WithoutANameManyFilesTakeTheFreeNumbers)
+TEST_F(GenerateCommandTest, WithoutANameManyFilesTakeTheFreeNumbers)
 {
     write("New MIDI Idea 2.mid", "old");
     EXPECT_EQ(volvelle("generate --count 3").status, 0);
@@ -119,7 +119,7 @@ TEST_F(Generate, WithoutANameManyFilesTakeTheFreeNumbers)
     EXPECT_EQ(read("New MIDI Idea 2.mid"), "old");
 }
 
-TEST_F(Generate, WithANameManyFilesAreReplaced)
+TEST_F(GenerateCommandTest, WithANameManyFilesAreReplaced)
 {
     write("a 2.mid", "old");
     EXPECT_EQ(volvelle("generate --count 2 --out a").status, 0);
@@ -127,7 +127,7 @@ TEST_F(Generate, WithANameManyFilesAreReplaced)
     EXPECT_THAT(read("a 2.mid"), StartsWith("MThd"));
 }
 
-TEST_F(Generate, ManyFilesNeedANameToNumber)
+TEST_F(GenerateCommandTest, ManyFilesNeedANameToNumber)
 {
     std::filesystem::create_directory(folder / "work/folder");
     const std::pair<std::string, std::string> cases[] = {{"folder/", "it is a folder"},
@@ -145,7 +145,7 @@ TEST_F(Generate, ManyFilesNeedANameToNumber)
     EXPECT_TRUE(std::filesystem::is_empty(folder / "work/folder"));
 }
 
-TEST_F(Generate, ANameWithoutItsEndingGetsIt)
+TEST_F(GenerateCommandTest, ANameWithoutItsEndingGetsIt)
 {
     for (const char* name : {"a", "b.MID", "c.midi", "d.v2"}) {
         EXPECT_EQ(volvelle(std::string("generate --out ") + name).status, 0);
@@ -153,7 +153,7 @@ TEST_F(Generate, ANameWithoutItsEndingGetsIt)
     EXPECT_THAT(names(), ElementsAre("a.mid", "b.MID", "c.midi", "d.v2.mid"));
 }
 
-TEST_F(Generate, ANameOfAnAudioFileIsAQuestionOfUsage)
+TEST_F(GenerateCommandTest, ANameOfAnAudioFileIsAQuestionOfUsage)
 {
     for (const std::string ending : {".wav", ".flac", ".ogg", ".mp3"}) {
         const auto result = volvelle("generate --out idea" + ending);
@@ -166,7 +166,7 @@ TEST_F(Generate, ANameOfAnAudioFileIsAQuestionOfUsage)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-TEST_F(Generate, StandardOutputGetsTheBytesAlone)
+TEST_F(GenerateCommandTest, StandardOutputGetsTheBytesAlone)
 {
     for (const char* arguments : {"generate --out -", "generate --out - --verbose"}) {
         const auto result = volvelle(arguments);
@@ -184,7 +184,7 @@ TEST_F(Generate, StandardOutputGetsTheBytesAlone)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-TEST_F(Generate, TheDeviceOfStandardOutputIsStandardOutput)
+TEST_F(GenerateCommandTest, TheDeviceOfStandardOutputIsStandardOutput)
 {
     for (const std::string name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
         write("more.mid", "begin");
@@ -194,7 +194,7 @@ TEST_F(Generate, TheDeviceOfStandardOutputIsStandardOutput)
     EXPECT_THAT(names(), ElementsAre("more.mid"));
 }
 
-TEST_F(Generate, ManyLongFilesReportEveryArrangement)
+TEST_F(GenerateCommandTest, ManyLongFilesReportEveryArrangement)
 {
     const auto result = volvelle("generate --long 3 --count 2 --out a");
     std::istringstream lines(result.output);
@@ -206,7 +206,7 @@ TEST_F(Generate, ManyLongFilesReportEveryArrangement)
                 ElementsAre("'a 1.mid'", "'a 1.mid'", "'a 1.mid'", "'a 2.mid'", "'a 2.mid'", "'a 2.mid'"));
 }
 
-TEST_F(Generate, ALinkThatLeadsNowhereGetsItsFile)
+TEST_F(GenerateCommandTest, ALinkThatLeadsNowhereGetsItsFile)
 {
     std::filesystem::create_symlink("there.mid", folder / "work/link.mid");
     EXPECT_EQ(volvelle("generate --out link.mid").status, 0);
@@ -214,7 +214,7 @@ TEST_F(Generate, ALinkThatLeadsNowhereGetsItsFile)
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "work/link.mid"));
 }
 
-TEST_F(Generate, WhatCannotBeWrittenIsRefusedWithItsReason)
+TEST_F(GenerateCommandTest, WhatCannotBeWrittenIsRefusedWithItsReason)
 {
     write("kept.mid", "old");
     std::filesystem::permissions(folder / "work/kept.mid", std::filesystem::perms::owner_read);
@@ -234,7 +234,7 @@ TEST_F(Generate, WhatCannotBeWrittenIsRefusedWithItsReason)
     EXPECT_THAT(names(), ElementsAre("circle.mid", "kept.mid"));
 }
 
-TEST_F(Generate, WhatDoesNotFitLeavesNothing)
+TEST_F(GenerateCommandTest, WhatDoesNotFitLeavesNothing)
 {
     const auto result = shell("ulimit -f 1; exec \"$VOLVELLE\" generate --long 9 --out a.mid");
     EXPECT_EQ(result.status, 1);
@@ -242,7 +242,7 @@ TEST_F(Generate, WhatDoesNotFitLeavesNothing)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-TEST_F(Generate, WithoutPhrasesItTellsHowToGiveThem)
+TEST_F(GenerateCommandTest, WithoutPhrasesItTellsHowToGiveThem)
 {
     const auto result = volvelle("generate --resources gone --out idea.mid");
     EXPECT_EQ(result.status, 1);
@@ -255,7 +255,7 @@ TEST_F(Generate, WithoutPhrasesItTellsHowToGiveThem)
     EXPECT_THAT(names(), ElementsAre("bare"));
 }
 
-TEST_F(Generate, AFolderThatIsNotThereIsOnePlainLine)
+TEST_F(GenerateCommandTest, AFolderThatIsNotThereIsOnePlainLine)
 {
     const auto result = volvelle("generate --out nowhere/idea.mid");
     EXPECT_EQ(result.status, 1);
@@ -264,21 +264,21 @@ TEST_F(Generate, AFolderThatIsNotThereIsOnePlainLine)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-TEST_F(Generate, AFullDiskIsOnePlainLine)
+TEST_F(GenerateCommandTest, AFullDiskIsOnePlainLine)
 {
     const auto result = volvelle("generate --out /dev/full");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.error, "'/dev/full' could not be written: the device is full.\n");
 }
 
-TEST_F(Generate, ADeviceIsWrittenDirectly)
+TEST_F(GenerateCommandTest, ADeviceIsWrittenDirectly)
 {
     EXPECT_EQ(volvelle("generate --quiet --out /dev/stdout").output.substr(0, 4), "MThd");
     EXPECT_EQ(volvelle("generate --out /dev/null").status, 0);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST_F(Generate, ATargetThatIsAFolderStaysAsItWas)
+TEST_F(GenerateCommandTest, ATargetThatIsAFolderStaysAsItWas)
 {
     write("folder/inside", "x");
     const auto result = volvelle("generate --out folder");
@@ -287,7 +287,7 @@ TEST_F(Generate, ATargetThatIsAFolderStaysAsItWas)
     EXPECT_EQ(read("folder/inside"), "x");
 }
 
-TEST_F(Generate, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetAlone)
+TEST_F(GenerateCommandTest, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetAlone)
 {
     write("idea.mid", "old");
     write("other/Phrases/readme.txt", "x");

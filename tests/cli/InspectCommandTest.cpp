@@ -37,9 +37,9 @@ std::string smallFile()
            bytes({0, 0, 0, static_cast<int>(track.size())}) + track;
 }
 
-using Inspect = ProgramRun;
+using InspectCommandTest = ProgramRun;
 
-TEST_F(Inspect, TheJSONHoldsEverythingOfTheFile)
+TEST_F(InspectCommandTest, TheJSONHoldsEverythingOfTheFile)
 {
     write("small.mid", smallFile());
     const auto result = volvelle("inspect small.mid --json");
@@ -65,7 +65,7 @@ TEST_F(Inspect, TheJSONHoldsEverythingOfTheFile)
     EXPECT_EQ(JSON::parse(result.output), expected);
 }
 
-TEST_F(Inspect, TheTextIsForAReader)
+TEST_F(InspectCommandTest, TheTextIsForAReader)
 {
     write("small.mid", smallFile());
     EXPECT_EQ(volvelle("inspect small.mid").output,
@@ -78,7 +78,7 @@ TEST_F(Inspect, TheTextIsForAReader)
               "  0.0  CM for 3.0 beats\n");
 }
 
-TEST_F(Inspect, AMadeIdeaShowsTheChordsThatTheGeneratorTold)
+TEST_F(InspectCommandTest, AMadeIdeaShowsTheChordsThatTheGeneratorTold)
 {
     const auto made = volvelle("generate --out idea.mid");
     const auto begin = made.output.find("Chords\n") + 7;
@@ -96,7 +96,7 @@ TEST_F(Inspect, AMadeIdeaShowsTheChordsThatTheGeneratorTold)
     EXPECT_GT(count, 0U);
 }
 
-TEST_F(Inspect, BeatsAreRoundedForAReader)
+TEST_F(InspectCommandTest, BeatsAreRoundedForAReader)
 {
     std::string file = smallFile();
     file.replace(file.find(bytes({0, 96}) + "MTrk"), 2, bytes({0, 97}));
@@ -112,7 +112,7 @@ TEST_F(Inspect, BeatsAreRoundedForAReader)
     EXPECT_EQ(JSON::parse(volvelle("inspect uneven.mid --json").output)["lengthBeats"], 288.0 / 97.0);
 }
 
-TEST_F(Inspect, SeveralFilesAreShownInTheirOrder)
+TEST_F(InspectCommandTest, SeveralFilesAreShownInTheirOrder)
 {
     write("a.mid", smallFile());
     write("b.mid", smallFile());
@@ -133,7 +133,7 @@ TEST_F(Inspect, SeveralFilesAreShownInTheirOrder)
     }
 }
 
-TEST_F(Inspect, AFileWithoutAnyTrackIsOnePlainLine)
+TEST_F(InspectCommandTest, AFileWithoutAnyTrackIsOnePlainLine)
 {
     write("none.mid", "MThd" + bytes({0, 0, 0, 6, 0, 1, 0, 0, 0, 96}));
     for (const char* arguments : {"inspect none.mid", "inspect none.mid --json"}) {
@@ -144,7 +144,7 @@ TEST_F(Inspect, AFileWithoutAnyTrackIsOnePlainLine)
     }
 }
 
-TEST_F(Inspect, ManyFaultsAreOneLineOfWarning)
+TEST_F(InspectCommandTest, ManyFaultsAreOneLineOfWarning)
 {
     std::string file = smallFile();
     file.replace(file.find(bytes({0, 0, 0, 1, 0, 96})), 6, bytes({0, 7, 0, 9, 0, 96}));
@@ -157,7 +157,7 @@ TEST_F(Inspect, ManyFaultsAreOneLineOfWarning)
                   " Tracks kept: 1, notes: 3. There is more: 'inspect --json' lists it.\n");
 }
 
-TEST_F(Inspect, ADamagedFileOpensWithAWarning)
+TEST_F(InspectCommandTest, ADamagedFileOpensWithAWarning)
 {
     const std::string whole = smallFile();
     write("cut.mid", whole.substr(0, whole.size() - 8));
@@ -169,7 +169,7 @@ TEST_F(Inspect, ADamagedFileOpensWithAWarning)
                 StartsWith("Track 1 ends early"));
 }
 
-TEST_F(Inspect, NamesReachTheTerminalWithoutControlCharacters)
+TEST_F(InspectCommandTest, NamesReachTheTerminalWithoutControlCharacters)
 {
     std::string file = smallFile();
     file.replace(file.find("A\xC4"
@@ -185,7 +185,7 @@ TEST_F(Inspect, NamesReachTheTerminalWithoutControlCharacters)
     EXPECT_EQ(JSON::parse(json)["tracks"][0]["name"], "\x1B\u009B\n");
 }
 
-TEST_F(Inspect, AFileThatIsNotThereIsOnePlainLine)
+TEST_F(InspectCommandTest, AFileThatIsNotThereIsOnePlainLine)
 {
     const auto result = volvelle("inspect gone.mid");
     EXPECT_EQ(result.status, 1);
@@ -193,7 +193,7 @@ TEST_F(Inspect, AFileThatIsNotThereIsOnePlainLine)
     EXPECT_THAT(result.output, IsEmpty());
 }
 
-TEST_F(Inspect, RubbishIsOnePlainLine)
+TEST_F(InspectCommandTest, RubbishIsOnePlainLine)
 {
     for (const std::string& rubbish : {std::string(), std::string("hello"), std::string(5000, '\xFF')}) {
         write("rubbish.mid", rubbish);
@@ -204,7 +204,7 @@ TEST_F(Inspect, RubbishIsOnePlainLine)
     }
 }
 
-TEST_F(Inspect, AFolderCannotBeRead)
+TEST_F(InspectCommandTest, AFolderCannotBeRead)
 {
     write("folder/x", "");
     const auto result = volvelle("inspect folder");

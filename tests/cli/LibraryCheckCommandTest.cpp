@@ -48,9 +48,9 @@ const std::pair<const char*, std::string> goodScores[] = {
               "snare 38 |....8..2....8...|....8..2....8...|....8..2....8...|....8..2.4.5.6.8|\n"
               "kick  36 |8.....7...7.....|8.....7...7..4..|8.....7...7.....|8.....7.........|\n"}};
 
-class LibraryCheck : public ProgramRun {
+class LibraryCheckCommandTest : public ProgramRun {
 protected:
-    LibraryCheck()
+    LibraryCheckCommandTest()
     {
         for (const auto& [kind, score] : goodScores) {
             write(std::string("good/") + kind + "/001-a.score", score);
@@ -113,7 +113,7 @@ protected:
     }
 };
 
-TEST_F(LibraryCheck, TheProjectsOwnLibraryIsInOrder)
+TEST_F(LibraryCheckCommandTest, TheProjectsOwnLibraryIsInOrder)
 {
     const auto result = volvelle("library check");
     EXPECT_EQ(result.status, 0) << result.output;
@@ -121,14 +121,14 @@ TEST_F(LibraryCheck, TheProjectsOwnLibraryIsInOrder)
     EXPECT_GE(std::stoi(result.output), 80);
 }
 
-TEST_F(LibraryCheck, TheProjectsOwnLibrarySoundsWithinItsBounds)
+TEST_F(LibraryCheckCommandTest, TheProjectsOwnLibrarySoundsWithinItsBounds)
 {
     const auto result = listenedTo(std::filesystem::path(VOLVELLE_PROGRAM).parent_path() / "resources");
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr("share of first beats with a bass note: "));
 }
 
-TEST_F(LibraryCheck, ALibraryThatSoundsOutsideTheBoundsIsTold)
+TEST_F(LibraryCheckCommandTest, ALibraryThatSoundsOutsideTheBoundsIsTold)
 {
     put(ScoreKind::bass, {{0.0, 1.0, 40, 90}}, {});
     const std::string line = "\nnotes per beat, channel 9: 0.063 is outside 0.5 to 4.0\n";
@@ -137,12 +137,12 @@ TEST_F(LibraryCheck, ALibraryThatSoundsOutsideTheBoundsIsTold)
     EXPECT_THAT(listenedTo(folder / "work/lib").output, Not(HasSubstr(line)));
 }
 
-TEST_F(LibraryCheck, AGoodLibraryPasses)
+TEST_F(LibraryCheckCommandTest, AGoodLibraryPasses)
 {
     EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");
 }
 
-TEST_F(LibraryCheck, OtherChordsThanTheScoreNamesAreTold)
+TEST_F(LibraryCheckCommandTest, OtherChordsThanTheScoreNamesAreTold)
 {
     put(ScoreKind::chordPattern, {{0.0, 3.0, 60, 90}, {0.0, 3.0, 64, 90}, {0.0, 3.0, 67, 90}}, {{0.0, "Cm"}});
     EXPECT_THAT(
@@ -150,7 +150,7 @@ TEST_F(LibraryCheck, OtherChordsThanTheScoreNamesAreTold)
         Contains("lib/Phrases/chord patterns/001.mid: the score names Cm at 0.0; found were CM at 0.0"));
 }
 
-TEST_F(LibraryCheck, ADuplicatedNoteIsTold)
+TEST_F(LibraryCheckCommandTest, ADuplicatedNoteIsTold)
 {
     put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {1.0, 1.0, 60, 90}}, {});
     EXPECT_THAT(problems(),
@@ -158,13 +158,13 @@ TEST_F(LibraryCheck, ADuplicatedNoteIsTold)
                          "1.0."));
 }
 
-TEST_F(LibraryCheck, NotesThatAreNoChordAreTold)
+TEST_F(LibraryCheckCommandTest, NotesThatAreNoChordAreTold)
 {
     put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {0.0, 1.0, 61, 90}}, {});
     EXPECT_THAT(problems(), Contains("lib/Phrases/chord patterns/001.mid: No chord detected."));
 }
 
-TEST_F(LibraryCheck, AChordAtTheEndOfThePhraseIsTold)
+TEST_F(LibraryCheckCommandTest, AChordAtTheEndOfThePhraseIsTold)
 {
     put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {15.9, 0.05, 64, 90}}, {});
     EXPECT_THAT(
@@ -172,19 +172,19 @@ TEST_F(LibraryCheck, AChordAtTheEndOfThePhraseIsTold)
         Contains("lib/Phrases/chord patterns/001.mid: a chord begins at 16.0, the end of the phrase"));
 }
 
-TEST_F(LibraryCheck, ASilentPhraseIsTold)
+TEST_F(LibraryCheckCommandTest, ASilentPhraseIsTold)
 {
     put(ScoreKind::drums, {}, {});
     EXPECT_EQ(problem(), "lib/Phrases2/10 drums/001.mid: the phrase is silent\n");
 }
 
-TEST_F(LibraryCheck, AGapInTheNumbersIsTold)
+TEST_F(LibraryCheckCommandTest, AGapInTheNumbersIsTold)
 {
     put(ScoreKind::lead, {{0.0, 1.0, 60, 90}}, {}, "003.mid");
     EXPECT_THAT(problems(), Contains("lib/Phrases2/02 leads/003.mid: '002.mid' was expected here"));
 }
 
-TEST_F(LibraryCheck, ALinkThatLeadsNowhereIsTold)
+TEST_F(LibraryCheckCommandTest, ALinkThatLeadsNowhereIsTold)
 {
     for (const char* name : {"lib/Phrases/chord patterns/002.mid", "lib/Phrases2/09 basses/002.mid"}) {
         std::filesystem::create_symlink("gone", folder / "work" / name);
@@ -193,7 +193,7 @@ TEST_F(LibraryCheck, ALinkThatLeadsNowhereIsTold)
     }
 }
 
-TEST_F(LibraryCheck, WhatIsNoFileIsTold)
+TEST_F(LibraryCheckCommandTest, WhatIsNoFileIsTold)
 {
     const std::string name = "lib/Phrases2/09 basses/002.mid";
     mkfifo((folder / "work" / name).c_str(), 0600);
@@ -203,7 +203,7 @@ TEST_F(LibraryCheck, WhatIsNoFileIsTold)
     EXPECT_EQ(problem(), name + ": there is no such file\n");
 }
 
-TEST_F(LibraryCheck, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
+TEST_F(LibraryCheckCommandTest, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
 {
     const std::string bass = read("lib/Phrases2/09 basses/001.mid");
     for (int number = 2; number <= 1001; ++number) {
@@ -217,14 +217,14 @@ TEST_F(LibraryCheck, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
     EXPECT_EQ(lines[1], "lib/Phrases2/09 basses/a.mid: '1003.mid' was expected here");
 }
 
-TEST_F(LibraryCheck, TheProjectsOwnScoresAreInOrder)
+TEST_F(LibraryCheckCommandTest, TheProjectsOwnScoresAreInOrder)
 {
     const auto result = volvelle("library check '" + (sourceFolder() / "library").string() + "'");
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+ phrases are in order\\.\n"));
 }
 
-TEST_F(LibraryCheck, AScoreIsHeldAgainstTheRules)
+TEST_F(LibraryCheckCommandTest, AScoreIsHeldAgainstTheRules)
 {
     write("scores/basses/001-a.score", goodBass);
     EXPECT_EQ(volvelle("library check scores/basses/001-a.score").output, "1 phrase is in order.\n");
@@ -236,7 +236,7 @@ TEST_F(LibraryCheck, AScoreIsHeldAgainstTheRules)
     EXPECT_EQ(result.error, "1 problem in 1 phrase of 'scores/basses/001-a.score'.\n");
 }
 
-TEST_F(LibraryCheck, AFolderOfSomeScoresIsHeldAgainstTheRulesAndNotMeasured)
+TEST_F(LibraryCheckCommandTest, AFolderOfSomeScoresIsHeldAgainstTheRulesAndNotMeasured)
 {
     write("scores/basses/001-a.score", goodBass);
     EXPECT_EQ(volvelle("library check scores").output, "1 phrase is in order.\n");
@@ -246,7 +246,7 @@ TEST_F(LibraryCheck, AFolderOfSomeScoresIsHeldAgainstTheRulesAndNotMeasured)
               "--ear measures compiled phrases: name the folder of Phrases and Phrases2.\n");
 }
 
-TEST_F(LibraryCheck, AScoreIsMeasuredAgainstTheLibraryInUse)
+TEST_F(LibraryCheckCommandTest, AScoreIsMeasuredAgainstTheLibraryInUse)
 {
     const std::string late = "title: T\nstyle: S\nnotes:\n"
                              "| r:2 E1:2=60 B0:2=66 G0:2=61 C1:2=62 r:6 |\n"
@@ -259,14 +259,14 @@ TEST_F(LibraryCheck, AScoreIsMeasuredAgainstTheLibraryInUse)
     EXPECT_THAT(output, HasSubstr(" %, at least 50 %\n"));
 }
 
-TEST_F(LibraryCheck, AScoreIsFoundThroughALink)
+TEST_F(LibraryCheckCommandTest, AScoreIsFoundThroughALink)
 {
     write("scores/basses/001-a.score", goodBass);
     std::filesystem::create_symlink("scores/basses/001-a.score", folder / "work/mine.score");
     EXPECT_EQ(volvelle("library check mine.score").output, "1 phrase is in order.\n");
 }
 
-TEST_F(LibraryCheck, TheTitleOfAScoreIsHeldAgainstTheLibrary)
+TEST_F(LibraryCheckCommandTest, TheTitleOfAScoreIsHeldAgainstTheLibrary)
 {
     write("scores/basses/001-a.score", goodBass);
     write("scores/leads/004-b.score", goodBass);
@@ -277,7 +277,7 @@ TEST_F(LibraryCheck, TheTitleOfAScoreIsHeldAgainstTheLibrary)
         "used once\n");
 }
 
-TEST_F(LibraryCheck, WhatIsNoLibraryAndNoScoreIsOneLine)
+TEST_F(LibraryCheckCommandTest, WhatIsNoLibraryAndNoScoreIsOneLine)
 {
     write("a.txt", "x");
     write("empty/a.txt", "x");
@@ -295,14 +295,14 @@ TEST_F(LibraryCheck, WhatIsNoLibraryAndNoScoreIsOneLine)
     }
 }
 
-TEST_F(LibraryCheck, ADamagedPhraseIsTold)
+TEST_F(LibraryCheckCommandTest, ADamagedPhraseIsTold)
 {
     const std::string whole = read("lib/Phrases2/02 leads/001.mid");
     write("lib/Phrases2/02 leads/001.mid", whole.substr(0, whole.size() - 4));
     EXPECT_THAT(problem(), testing::MatchesRegex("lib/Phrases2/02 leads/001\\.mid: .*\\.\n"));
 }
 
-TEST_F(LibraryCheck, APhraseHasNoMoreNotesThanItsKindMayHave)
+TEST_F(LibraryCheckCommandTest, APhraseHasNoMoreNotesThanItsKindMayHave)
 {
     std::vector<ScoreNote> notes;
     for (int i = 0; i < 25; ++i) {
@@ -316,7 +316,7 @@ TEST_F(LibraryCheck, APhraseHasNoMoreNotesThanItsKindMayHave)
     EXPECT_THAT(problems(), Not(Contains(line)));
 }
 
-TEST_F(LibraryCheck, AChordPatternOfThousandsOfNotesIsTold)
+TEST_F(LibraryCheckCommandTest, AChordPatternOfThousandsOfNotesIsTold)
 {
     std::vector<ScoreNote> notes;
     for (int i = 0; i < 1001; ++i) {
@@ -330,13 +330,13 @@ TEST_F(LibraryCheck, AChordPatternOfThousandsOfNotesIsTold)
     EXPECT_THAT(problems(), Not(Contains(HasSubstr(" events, at most "))));
 }
 
-TEST_F(LibraryCheck, WhatACompilationLeftBehindIsPassedOver)
+TEST_F(LibraryCheckCommandTest, WhatACompilationLeftBehindIsPassedOver)
 {
     std::filesystem::create_directory(folder / "work/lib/Phrases2/02 leads/.volvelle-1-2.new");
     EXPECT_EQ(volvelle("library check lib").output, "5 phrases are in order.\n");
 }
 
-TEST_F(LibraryCheck, ACompiledPhraseIsHeldAgainstTheRulesOfItsScore)
+TEST_F(LibraryCheckCommandTest, ACompiledPhraseIsHeldAgainstTheRulesOfItsScore)
 {
     write("good/basses/001-a.score", changed(goodBass, "A1:4", "F4:4"));
     volvelle("library compile good lib");
@@ -348,7 +348,7 @@ TEST_F(LibraryCheck, ACompiledPhraseIsHeldAgainstTheRulesOfItsScore)
                 Contains("lib/Phrases2/09 basses/001.mid: 1 bar has notes on beats 1 and 3, at least 3"));
 }
 
-TEST_F(LibraryCheck, PhrasesOfAFolderAreHeldAgainstEachOther)
+TEST_F(LibraryCheckCommandTest, PhrasesOfAFolderAreHeldAgainstEachOther)
 {
     write("good/leads/002-b.score", changed(read("good/leads/001-a.score"), "A4:4", "G#4:4"));
     write("good/chord-patterns/002-b.score",
@@ -382,7 +382,7 @@ TEST_F(LibraryCheck, PhrasesOfAFolderAreHeldAgainstEachOther)
             "lib/Phrases2/10 drums: 2 of 3 phrases are colours: one of 5 at most\n");
 }
 
-TEST_F(LibraryCheck, WhatIsOddIsToldWhoeverHearsTheConsole)
+TEST_F(LibraryCheckCommandTest, WhatIsOddIsToldWhoeverHearsTheConsole)
 {
     put(ScoreKind::chordPattern, {{0.0, 1.0, 60, 90}, {1.0, 1.0, 60, 90}}, {});
     const auto quiet = volvelle("library check lib");
@@ -393,7 +393,7 @@ TEST_F(LibraryCheck, WhatIsOddIsToldWhoeverHearsTheConsole)
     EXPECT_THAT(verbose.output, EndsWith(quiet.output));
 }
 
-TEST_F(LibraryCheck, AnEmptyOrMissingFolderIsTold)
+TEST_F(LibraryCheckCommandTest, AnEmptyOrMissingFolderIsTold)
 {
     std::filesystem::remove(folder / "work/lib/Phrases2/09 basses/001.mid");
     EXPECT_EQ(problem(), "lib/Phrases2/09 basses: there are no phrases\n");

@@ -8,7 +8,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class LibraryCompile : public ProgramRun {
+class LibraryCompileCommandTest : public ProgramRun {
 protected:
     void writeScores(const std::string& chords) const
     {
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(LibraryCompile, ScoresBecomeAWorkingLibrary)
+TEST_F(LibraryCompileCommandTest, ScoresBecomeAWorkingLibrary)
 {
     writeScores("| CM | FM | GM | Am |");
     const auto result = volvelle("library compile scores lib");
@@ -38,7 +38,7 @@ TEST_F(LibraryCompile, ScoresBecomeAWorkingLibrary)
     EXPECT_THAT(volvelle("generate --resources lib").output, HasSubstr("CHORDS                A\n"));
 }
 
-TEST_F(LibraryCompile, WhatDidNotChangeIsNotWrittenAgain)
+TEST_F(LibraryCompileCommandTest, WhatDidNotChangeIsNotWrittenAgain)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
@@ -49,7 +49,7 @@ TEST_F(LibraryCompile, WhatDidNotChangeIsNotWrittenAgain)
               "5 scores compiled, 1 phrases written, 0 removed.\n");
 }
 
-TEST_F(LibraryCompile, AFaultyScoreIsOneLineAndTheOldLibraryStaysWhole)
+TEST_F(LibraryCompileCommandTest, AFaultyScoreIsOneLineAndTheOldLibraryStaysWhole)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
@@ -65,7 +65,7 @@ TEST_F(LibraryCompile, AFaultyScoreIsOneLineAndTheOldLibraryStaysWhole)
 }
 
 // A phrase of a library is a MIDI file like any other.
-TEST_F(LibraryCompile, MIDIFilesTakeThePlaceOfScores)
+TEST_F(LibraryCompileCommandTest, MIDIFilesTakeThePlaceOfScores)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
@@ -89,7 +89,7 @@ TEST_F(LibraryCompile, MIDIFilesTakeThePlaceOfScores)
               "7 scores compiled, 0 phrases written, 1 removed.\n");
 }
 
-TEST_F(LibraryCompile, AMIDIFileThatIsNoPhraseIsOneLineAndNothingChanges)
+TEST_F(LibraryCompileCommandTest, AMIDIFileThatIsNoPhraseIsOneLineAndNothingChanges)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
@@ -106,7 +106,7 @@ TEST_F(LibraryCompile, AMIDIFileThatIsNoPhraseIsOneLineAndNothingChanges)
     EXPECT_EQ(read("lib/Phrases2/02 leads/001.mid"), before);
 }
 
-TEST_F(LibraryCompile, AFolderWithoutScoresIsNamedInOneLine)
+TEST_F(LibraryCompileCommandTest, AFolderWithoutScoresIsNamedInOneLine)
 {
     const auto result = volvelle("library compile gone lib");
     EXPECT_EQ(result.status, 1);
@@ -116,7 +116,7 @@ TEST_F(LibraryCompile, AFolderWithoutScoresIsNamedInOneLine)
     EXPECT_EQ(names(), std::vector<std::string>{});
 }
 
-TEST_F(LibraryCompile, TheSecondWaitsForTheFirst)
+TEST_F(LibraryCompileCommandTest, TheSecondWaitsForTheFirst)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");
@@ -131,7 +131,7 @@ TEST_F(LibraryCompile, TheSecondWaitsForTheFirst)
 }
 
 // The look at what waits is for its own sake: the folder may as well go before.
-TEST_F(LibraryCompile, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
+TEST_F(LibraryCompileCommandTest, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
 {
     writeScores("| CM | FM | GM | Am |");
     const auto result =
@@ -143,7 +143,7 @@ TEST_F(LibraryCompile, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
     EXPECT_THAT(read("lib/Phrases2/10 drums/001.mid"), StartsWith("MThd"));
 }
 
-TEST_F(LibraryCompile, WhatOneThatWasKilledLeftGoesWithTheNext)
+TEST_F(LibraryCompileCommandTest, WhatOneThatWasKilledLeftGoesWithTheNext)
 {
     writeScores("| CM | FM | GM | Am |");
     volvelle("library compile scores lib");

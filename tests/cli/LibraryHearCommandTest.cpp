@@ -12,9 +12,9 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 // Runs the program beside one that, in place of playing, notes its arguments and the size of its file.
-class LibraryHear : public ProgramRun {
+class LibraryHearCommandTest : public ProgramRun {
 protected:
-    LibraryHear()
+    LibraryHearCommandTest()
     {
         write("volvelle-sound",
               "#!/bin/sh\necho \"$@\" | sed 's/=[^ ]*resources/=R/; s,-- .*/,-- ,' >> heard\n"
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(LibraryHear, AScoreIsPlayedInThreeArrangements)
+TEST_F(LibraryHearCommandTest, AScoreIsPlayedInThreeArrangements)
 {
     const auto result = hear("leads/001-a.score");
     EXPECT_EQ(result.status, 0) << result.error;
@@ -41,7 +41,7 @@ TEST_F(LibraryHear, AScoreIsPlayedInThreeArrangements)
                              "play --resources=R -- 001-a 3.mid\n");
 }
 
-TEST_F(LibraryHear, AFolderKeepsTheArrangements)
+TEST_F(LibraryHearCommandTest, AFolderKeepsTheArrangements)
 {
     std::filesystem::create_directory(folder / "work/kept");
     EXPECT_EQ(hear("leads/001-a.score --out kept --port Out --bank b.sf2 --quiet").output, "");
@@ -53,7 +53,7 @@ TEST_F(LibraryHear, AFolderKeepsTheArrangements)
     }
 }
 
-TEST_F(LibraryHear, AChordPatternLeadsTheOthers)
+TEST_F(LibraryHearCommandTest, AChordPatternLeadsTheOthers)
 {
     std::filesystem::create_directory(folder / "work/kept");
     EXPECT_EQ(hear("chord-patterns/001-a.score --out kept").status, 0);
@@ -62,7 +62,7 @@ TEST_F(LibraryHear, AChordPatternLeadsTheOthers)
     EXPECT_THAT(shown.output, HasSubstr("12.0"));
 }
 
-TEST_F(LibraryHear, WhatCannotBeHeardIsOneLine)
+TEST_F(LibraryHearCommandTest, WhatCannotBeHeardIsOneLine)
 {
     write("leads/002-b.score", "broken");
     const std::pair<std::string, std::string> cases[] = {
@@ -78,7 +78,7 @@ TEST_F(LibraryHear, WhatCannotBeHeardIsOneLine)
     }
 }
 
-TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
+TEST_F(LibraryHearCommandTest, ASignalEndsAllOfItAndLeavesNoFolderBehind)
 {
     const std::tuple<std::string, std::string, int> cases[] = {
         {"kill -INT $PPID\nexec sleep 60", "", 130},
@@ -102,7 +102,7 @@ TEST_F(LibraryHear, ASignalEndsAllOfItAndLeavesNoFolderBehind)
     }
 }
 
-TEST_F(LibraryHear, AFatalStopLeavesNoFolderBehind)
+TEST_F(LibraryHearCommandTest, AFatalStopLeavesNoFolderBehind)
 {
     std::filesystem::create_directory(folder / "work/temporary");
     write("volvelle-sound", "#!/bin/sh\nrm -r own/Phrases2\n");
@@ -116,7 +116,7 @@ TEST_F(LibraryHear, AFatalStopLeavesNoFolderBehind)
 }
 
 // The player holds a pipe open for as long as it lives.
-TEST_F(LibraryHear, APlayerEndsWithTheProgramThatIsKilled)
+TEST_F(LibraryHearCommandTest, APlayerEndsWithTheProgramThatIsKilled)
 {
     write("volvelle-sound", "#!/bin/sh\nexec 3> alive\nkill -KILL $PPID\nexec sleep 60\n");
     const auto result = shell("mkfifo alive; cp \"$VOLVELLE\" alone; "
@@ -126,7 +126,7 @@ TEST_F(LibraryHear, APlayerEndsWithTheProgramThatIsKilled)
     EXPECT_EQ(result.status, 128 + 9);
 }
 
-TEST_F(LibraryHear, TwoSignalsAtOnceLeaveThePlayerTimeToEnd)
+TEST_F(LibraryHearCommandTest, TwoSignalsAtOnceLeaveThePlayerTimeToEnd)
 {
     write("volvelle-sound", "#!/bin/sh\ntrap 'sleep 0.2; echo ended >> heard; exit 0' TERM\n"
                             "kill -TERM $PPID\nkill -HUP $PPID\nwhile :; do :; done\n");
@@ -134,7 +134,7 @@ TEST_F(LibraryHear, TwoSignalsAtOnceLeaveThePlayerTimeToEnd)
     EXPECT_THAT(read("heard"), HasSubstr("ended"));
 }
 
-TEST_F(LibraryHear, APlayerThatFailsEndsIt)
+TEST_F(LibraryHearCommandTest, APlayerThatFailsEndsIt)
 {
     write("volvelle-sound", "#!/bin/sh\nexit 1\n");
     std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
@@ -144,7 +144,7 @@ TEST_F(LibraryHear, APlayerThatFailsEndsIt)
               "The program 'volvelle-sound' ended before its work was done.\n");
 }
 
-TEST_F(LibraryHear, AMIDIFileIsHeardLikeAScore)
+TEST_F(LibraryHearCommandTest, AMIDIFileIsHeardLikeAScore)
 {
     EXPECT_EQ(shell("cp \"${VOLVELLE%/*}/resources/Phrases2/02 leads/001.mid\" leads/002-b.mid").status, 0);
     EXPECT_EQ(hear("leads/002-b.mid").status, 0);

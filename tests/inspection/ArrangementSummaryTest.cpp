@@ -7,9 +7,9 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-class Summary : public testing::Test {
+class ArrangementSummaryTest : public testing::Test {
 protected:
-    Summary() { generator.makeArrangement(true); }
+    ArrangementSummaryTest() { generator.makeArrangement(true); }
 
     MIDIPhraseMixer& mixer() { return *generator.phraseMixer; }
 
@@ -24,7 +24,7 @@ std::shared_ptr<PhraseEvent> event(int type, int channel)
     return made;
 }
 
-TEST_F(Summary, PhrasesFromFilesHaveTheirLabelsAndTheNamesOfTheirFiles)
+TEST_F(ArrangementSummaryTest, PhrasesFromFilesHaveTheirLabelsAndTheNamesOfTheirFiles)
 {
     mixer().leadTrack0->currentURL = "/library/007.mid";
     Lines lines;
@@ -35,7 +35,7 @@ TEST_F(Summary, PhrasesFromFilesHaveTheirLabelsAndTheNamesOfTheirFiles)
                             "BASS PHRASE: ", "BASE DRUMS: "}));
 }
 
-TEST_F(Summary, ATrackNameIsTheTitle)
+TEST_F(ArrangementSummaryTest, ATrackNameIsTheTitle)
 {
     const auto sequence = std::make_shared<MIDISequence16>();
     sequence->sequenceNode = std::make_shared<SequenceNode>(std::uint16_t{2});
@@ -45,7 +45,7 @@ TEST_F(Summary, ATrackNameIsTheTitle)
     EXPECT_EQ(summaryOf(generator).phrases.at(3).title, "Slow rain");
 }
 
-TEST_F(Summary, ChordsHaveTheirPositionsAndShortNames)
+TEST_F(ArrangementSummaryTest, ChordsHaveTheirPositionsAndShortNames)
 {
     const auto chord = std::make_shared<ChordEvent>();
     chord->position = 4.0;
@@ -58,7 +58,7 @@ TEST_F(Summary, ChordsHaveTheirPositionsAndShortNames)
     EXPECT_EQ(summary.chords[0].name, "Am7");
 }
 
-TEST_F(Summary, NotesThatAreMixedAreCountedByChannel)
+TEST_F(ArrangementSummaryTest, NotesThatAreMixedAreCountedByChannel)
 {
     mixer().mixedEvents = {event(PhraseEvent::noteOn, 2), event(PhraseEvent::noteOn, 2),
                            event(PhraseEvent::noteOn, 9), event(PhraseEvent::controller, 9)};
@@ -68,7 +68,7 @@ TEST_F(Summary, NotesThatAreMixedAreCountedByChannel)
     EXPECT_EQ(summaryOf(generator).notes, counts);
 }
 
-TEST(SummaryDeathTest, WithoutAnArrangementIsAFatalStop)
+TEST(ArrangementSummaryDeathTest, WithoutAnArrangementIsAFatalStop)
 {
     MIDIClipGenerator generator;
     EXPECT_DEATH(summaryOf(generator), "Unexpectedly found nil");

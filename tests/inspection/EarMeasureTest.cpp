@@ -32,9 +32,9 @@ std::shared_ptr<ChordEvent> chordOfC(double position)
     return chord;
 }
 
-class Ear : public testing::Test {
+class EarMeasureTest : public testing::Test {
 protected:
-    Ear() { generator.makeArrangement(true); }
+    EarMeasureTest() { generator.makeArrangement(true); }
 
     std::map<std::string, double> measured()
     {
@@ -51,7 +51,7 @@ protected:
     MIDIClipGenerator generator;
 };
 
-TEST_F(Ear, TheDocumentNamesEachRowWithItsBoundsInOrder)
+TEST_F(EarMeasureTest, TheDocumentNamesEachRowWithItsBoundsInOrder)
 {
     EarMeasure measure;
     generator.phraseMixer->mixChannels();
@@ -73,7 +73,7 @@ TEST_F(Ear, TheDocumentNamesEachRowWithItsBoundsInOrder)
     EXPECT_EQ(told, rows);
 }
 
-TEST_F(Ear, NotesAreCountedByChannelAndBeat)
+TEST_F(EarMeasureTest, NotesAreCountedByChannelAndBeat)
 {
     generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 0, 1), note(2, 64, 4, 1)};
     generator.phraseMixer->drumTrack0->loadedEvents = {note(9, 36, 0, 0.25)};
@@ -83,7 +83,7 @@ TEST_F(Ear, NotesAreCountedByChannelAndBeat)
     EXPECT_EQ(values.at("notes per beat, all"), 3.0 / 16.0);
 }
 
-TEST_F(Ear, VoicesAreCountedOnTheGridWithoutDrums)
+TEST_F(EarMeasureTest, VoicesAreCountedOnTheGridWithoutDrums)
 {
     generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 0, 8), note(2, 64, 0, 4)};
     generator.phraseMixer->drumTrack0->loadedEvents = {note(9, 36, 0, 16)};
@@ -92,7 +92,7 @@ TEST_F(Ear, VoicesAreCountedOnTheGridWithoutDrums)
     EXPECT_EQ(values.at("voices at once without drums, 95th percentile"), 2.0);
 }
 
-TEST_F(Ear, EightOnsetsOnOneSixteenthAreACrowd)
+TEST_F(EarMeasureTest, EightOnsetsOnOneSixteenthAreACrowd)
 {
     for (int i = 0; i < 8; ++i) {
         generator.phraseMixer->leadTrack0->generatedEvents.push_back(note(2, 60 + i, 1.0, 0.25));
@@ -101,7 +101,7 @@ TEST_F(Ear, EightOnsetsOnOneSixteenthAreACrowd)
     EXPECT_EQ(measured().at("share of sixteenths with 8 or more onsets"), 1.0 / 64.0);
 }
 
-TEST_F(Ear, TheBassIsHeldAgainstChordsBarsAndVoices)
+TEST_F(EarMeasureTest, TheBassIsHeldAgainstChordsBarsAndVoices)
 {
     generator.phraseMixer->chordTrack->chords = {chordOfC(0.0)};
     generator.phraseMixer->bassTrack0->generatedEvents = {note(8, 36, 0, 1), note(8, 40, 1.5, 1),
@@ -115,14 +115,14 @@ TEST_F(Ear, TheBassIsHeldAgainstChordsBarsAndVoices)
     EXPECT_EQ(values.at("share of arrangements without a chord"), 0.0);
 }
 
-TEST_F(Ear, RepeatsOfALeadAreCountedByStepAndNotWithinAChord)
+TEST_F(EarMeasureTest, RepeatsOfALeadAreCountedByStepAndNotWithinAChord)
 {
     generator.phraseMixer->leadTrack0->generatedEvents = {
         note(2, 60, 0, 1), note(2, 60, 1, 1), note(2, 64, 2, 1), note(2, 67, 2, 1), note(2, 64, 3, 1)};
     EXPECT_DOUBLE_EQ(measured().at("share of lead steps that repeat the key"), 1.0 / 3.0);
 }
 
-TEST_F(Ear, SilenceIsMeasuredBeforeBetweenAndBehindAllTracksButTheChords)
+TEST_F(EarMeasureTest, SilenceIsMeasuredBeforeBetweenAndBehindAllTracksButTheChords)
 {
     generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 60, 1, 5), note(2, 60, 3, 1),
                                                           note(2, 60, 9, 6)};
@@ -133,14 +133,14 @@ TEST_F(Ear, SilenceIsMeasuredBeforeBetweenAndBehindAllTracksButTheChords)
     EXPECT_EQ(values.at("share of arrangements without a chord"), 1.0);
 }
 
-TEST_F(Ear, ANoteOfTheBassAboveAnotherVoiceIsCounted)
+TEST_F(EarMeasureTest, ANoteOfTheBassAboveAnotherVoiceIsCounted)
 {
     generator.phraseMixer->bassTrack0->generatedEvents = {note(8, 60, 0, 1), note(8, 40, 4, 1)};
     generator.phraseMixer->leadTrack0->generatedEvents = {note(2, 50, 0, 1)};
     EXPECT_EQ(measured().at("share of bass notes below all other pitched voices"), 0.5);
 }
 
-TEST_F(Ear, IdeasAreCountedByTheirFaults)
+TEST_F(EarMeasureTest, IdeasAreCountedByTheirFaults)
 {
     const auto values = measured();
     EXPECT_EQ(values.at("share of ideas: four kicks"), 0.0);
@@ -151,7 +151,7 @@ TEST_F(Ear, IdeasAreCountedByTheirFaults)
     EXPECT_EQ(values.at("press at which a phrase comes back, median"), 1000.0);
 }
 
-TEST_F(Ear, APhraseThatComesBackIsCountedByPresses)
+TEST_F(EarMeasureTest, APhraseThatComesBackIsCountedByPresses)
 {
     EarMeasure measure;
     for (const char* const name : {"1", "2", "1", "1", "1", "3", "4", "5", "4"}) {

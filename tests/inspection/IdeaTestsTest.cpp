@@ -30,9 +30,9 @@ std::shared_ptr<ChordEvent> majorChord(int root, double position)
 }
 
 // An idea that holds all tests: C, F, G and a bass and a lead on their roots.
-class Idea : public testing::Test {
+class IdeaTestsTest : public testing::Test {
 protected:
-    Idea()
+    IdeaTestsTest()
     {
         generator.makeArrangement(true);
         mixer().chordTrack->chords = {majorChord(0, 0), majorChord(5, 4), majorChord(7, 8)};
@@ -81,12 +81,12 @@ protected:
 
 using Names = std::vector<std::string_view>;
 
-TEST_F(Idea, AGoodOneHoldsAll)
+TEST_F(IdeaTestsTest, AGoodOneHoldsAll)
 {
     EXPECT_EQ(faults(), Names{});
 }
 
-TEST_F(Idea, AToneHeldOverAChangeIsOutside)
+TEST_F(IdeaTestsTest, AToneHeldOverAChangeIsOutside)
 {
     mixer().phraseTrack0->generatedEvents = {note(chordPhraseChannel, 64, 0, 5.25 * 0.99)};
     EXPECT_EQ(faults(), Names{});
@@ -95,7 +95,7 @@ TEST_F(Idea, AToneHeldOverAChangeIsOutside)
 }
 
 // Five sixteenths of 64 are within 8 %, six are not.
-TEST_F(Idea, TonesOutsideTheChordCountInEachTrackThatFollows)
+TEST_F(IdeaTestsTest, TonesOutsideTheChordCountInEachTrackThatFollows)
 {
     const std::tuple<MIDIPhrase*, int, int> tracks[] = {{mixer().bassTrack0.get(), bassChannel, 40},
                                                         {mixer().leadTrack0.get(), leadChannel, 76},
@@ -110,7 +110,7 @@ TEST_F(Idea, TonesOutsideTheChordCountInEachTrackThatFollows)
     }
 }
 
-TEST_F(Idea, TheBassMeetsHalfOfTheChanges)
+TEST_F(IdeaTestsTest, TheBassMeetsHalfOfTheChanges)
 {
     toFourChords();
     mixer().chordTrack->chords.push_back(majorChord(2, 14));
@@ -120,7 +120,7 @@ TEST_F(Idea, TheBassMeetsHalfOfTheChanges)
     EXPECT_EQ(faults(), Names{ideaTests[1].name});
 }
 
-TEST_F(Idea, TheBassSoundsHalfOfTheRoots)
+TEST_F(IdeaTestsTest, TheBassSoundsHalfOfTheRoots)
 {
     toFourChords();
     bass(2).number = 47;
@@ -130,7 +130,7 @@ TEST_F(Idea, TheBassSoundsHalfOfTheRoots)
     EXPECT_EQ(faults(), Names{ideaTests[2].name});
 }
 
-TEST_F(Idea, AKickLiesUnderAQuarterOfTheBass)
+TEST_F(IdeaTestsTest, AKickLiesUnderAQuarterOfTheBass)
 {
     for (std::size_t i = 1; i < 4; ++i) {
         mixer().drumTrack0->loadedEvents[i]->position += 1;
@@ -140,7 +140,7 @@ TEST_F(Idea, AKickLiesUnderAQuarterOfTheBass)
     EXPECT_EQ(faults(), Names{ideaTests[3].name});
 }
 
-TEST_F(Idea, ALineIsNearFromFiveBelowToFiveAboveTheLead)
+TEST_F(IdeaTestsTest, ALineIsNearFromFiveBelowToFiveAboveTheLead)
 {
     for (const auto& [velocity, isNear] : {std::pair(94, false), {95, true}, {105, true}, {106, false}}) {
         for (const auto& event : mixer().polyMeter0->generatedEvents) {
@@ -150,13 +150,13 @@ TEST_F(Idea, ALineIsNearFromFiveBelowToFiveAboveTheLead)
     }
 }
 
-TEST_F(Idea, AChordLastsEightBeatsAtMost)
+TEST_F(IdeaTestsTest, AChordLastsEightBeatsAtMost)
 {
     mixer().chordTrack->chords[2] = majorChord(7, 7.75);
     EXPECT_EQ(faults(), Names{ideaTests[5].name});
 }
 
-TEST_F(Idea, ALeadRepeatsItsKeyInThreeStepsOfTenAtMost)
+TEST_F(IdeaTestsTest, ALeadRepeatsItsKeyInThreeStepsOfTenAtMost)
 {
     auto& lead = mixer().leadTrack0->generatedEvents;
     lead.clear();
@@ -170,7 +170,7 @@ TEST_F(Idea, ALeadRepeatsItsKeyInThreeStepsOfTenAtMost)
     EXPECT_EQ(faults(), Names{ideaTests[7].name});
 }
 
-TEST_F(Idea, ABassThatComesLateAndOnOtherTonesAndBetweenTheKicksHasThreeFaults)
+TEST_F(IdeaTestsTest, ABassThatComesLateAndOnOtherTonesAndBetweenTheKicksHasThreeFaults)
 {
     for (const auto& bass : mixer().bassTrack0->generatedEvents) {
         bass->position += 0.5;
@@ -182,7 +182,7 @@ TEST_F(Idea, ABassThatComesLateAndOnOtherTonesAndBetweenTheKicksHasThreeFaults)
     EXPECT_EQ(faults(), (Names{ideaTests[1].name, ideaTests[2].name, ideaTests[3].name}));
 }
 
-TEST_F(Idea, ALineAsLoudAsTheLeadCoversIt)
+TEST_F(IdeaTestsTest, ALineAsLoudAsTheLeadCoversIt)
 {
     for (const auto& event : mixer().polyMeter0->generatedEvents) {
         event->value = 95;
@@ -192,7 +192,7 @@ TEST_F(Idea, ALineAsLoudAsTheLeadCoversIt)
     EXPECT_EQ(faults(), Names{});
 }
 
-TEST_F(Idea, HarmonyMoves)
+TEST_F(IdeaTestsTest, HarmonyMoves)
 {
     mixer().chordTrack->chords[1] = majorChord(7, 4);
     mixer().bassTrack0->generatedEvents[1]->number = 43;
@@ -203,13 +203,13 @@ TEST_F(Idea, HarmonyMoves)
     EXPECT_EQ(faults(), Names{ideaTests[5].name});
 }
 
-TEST_F(Idea, FourKicksAreLeast)
+TEST_F(IdeaTestsTest, FourKicksAreLeast)
 {
     mixer().drumTrack0->loadedEvents.back()->number = 38;
     EXPECT_EQ(faults(), Names{ideaTests[6].name});
 }
 
-TEST_F(Idea, ALeadDoesNotRepeatItsKey)
+TEST_F(IdeaTestsTest, ALeadDoesNotRepeatItsKey)
 {
     for (std::size_t i = 1; i < 8; i += 2) {
         mixer().leadTrack0->generatedEvents[i]->number -= 12;

@@ -126,7 +126,7 @@ TEST(MidiNoteEvent, DumpsItsValuesBehindTheBase)
                      "\t\tnumber: 60.", "\t\tvelocity: 100.", "\t\treleaseVelocity: 64."}));
 }
 
-TEST(ChannelEvents, TakeTheirValuesInOrder)
+TEST(EventNodesOfChannels, TakeTheirValuesInOrder)
 {
     const MidiPolyPressureEvent poly(1.0, 2, 60, 70);
     EXPECT_EQ(poly.getStausByte(), 0xA2);
@@ -157,7 +157,7 @@ TEST(ChannelEvents, TakeTheirValuesInOrder)
     }
 }
 
-TEST(SystemEvents, TakeTheirValuesInOrder)
+TEST(EventNodesOfTheSystem, TakeTheirValuesInOrder)
 {
     EXPECT_EQ(SystemTimeCodeEvent(2.0, 9).value, 9);
     EXPECT_EQ(SystemSongPositionPointerEvent(2.0, 1, 2).msb, 1);

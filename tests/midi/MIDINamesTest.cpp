@@ -14,7 +14,7 @@ std::string keyName(int key)
     return names[static_cast<std::size_t>(key % 12)] + std::to_string(key / 12 - 2);
 }
 
-TEST(MIDIStatusNames, StandInTheirOrder)
+TEST(MIDINamesOfStatus, StandInTheirOrder)
 {
     const std::array<std::string_view, 18> names = {
         "NOTE OFF",       "NOTE ON",        "POLYPHONIC PRESSURE",
@@ -26,7 +26,7 @@ TEST(MIDIStatusNames, StandInTheirOrder)
     EXPECT_EQ(MIDIStatusNames, names);
 }
 
-TEST(MIDIMetaNames, StandInTheirOrder)
+TEST(MIDINamesOfMetaEvents, StandInTheirOrder)
 {
     const std::array<std::string_view, 18> names = {
         "SEQUENCE NUMBER", "TEXT",          "COPYRIGHT",         "TRACK NAME",   "INSTRUMENT NAME",
@@ -95,14 +95,14 @@ std::string expectedName(int number)
     return "Controller No. " + std::to_string(number);
 }
 
-TEST(MIDIControllerNames, AreIndexedByControllerNumber)
+TEST(MIDINamesOfControllers, AreIndexedByControllerNumber)
 {
     for (int number = 0; number < 128; ++number) {
         EXPECT_EQ(MIDIControllerNames[static_cast<std::size_t>(number)], expectedName(number));
     }
 }
 
-TEST(MIDIKeyNames, FollowTheRuleButForRow37)
+TEST(MIDINamesOfKeys, FollowTheRuleButForRow37)
 {
     for (int key = 0; key < 128; ++key) {
         EXPECT_EQ(MIDIKeyNames[static_cast<std::size_t>(key)], key == 37 ? "C#" : keyName(key));
@@ -125,7 +125,7 @@ std::string joined(const std::array<std::string_view, size>& names, std::size_t 
     return result;
 }
 
-TEST(MIDIPatchNames, HoldTheSoundSet)
+TEST(MIDINamesOfPatches, HoldTheSoundSet)
 {
     const std::string names =
         "Acoustic Grand Piano, Bright Acoustic Piano, Electric Grand Piano, Honky-tonk Piano, "
@@ -154,7 +154,7 @@ TEST(MIDIPatchNames, HoldTheSoundSet)
     EXPECT_EQ(joined(MIDIPatchNames, 0, 127), names);
 }
 
-TEST(MIDIDrumNames, HoldThePercussionMapAmongKeyNames)
+TEST(MIDINamesOfDrums, HoldThePercussionMapAmongKeyNames)
 {
     const std::string names =
         "Acoustic Bass Drum, Bass Drum 1, Side Stick, Acoustic Snare, Hand Clap, Electric Snare, "

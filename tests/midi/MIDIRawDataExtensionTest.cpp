@@ -121,7 +121,7 @@ TEST(MyMetaEvent, GivesItsBlockAsARecord)
     test_MyMetaEvent();
 }
 
-TEST(Iterate, WalksAnySequenceOfBytes)
+TEST(MIDIRawDataExtension, WalksAnySequenceOfBytes)
 {
     Bytes seen;
     const auto keep = [&seen](std::uint8_t byte) { seen.push_back(byte); };

@@ -218,7 +218,7 @@ TEST(METATags, HaveTheirNames)
     EXPECT_FALSE(METATags::fromRawValue(0x30));
 }
 
-TEST(MIDIConstants, AgreeWhereTheyAreMeantTo)
+TEST(MIDIVocabularyConstants, AgreeWhereTheyAreMeantTo)
 {
     EXPECT_EQ(CONTROLLER_SOUNDS_OFF, CONTROLLER_NOTES_OFF);
     EXPECT_EQ(CONTROLLER_SOUNDS_OFF, 123);
@@ -229,7 +229,7 @@ TEST(MIDIConstants, AgreeWhereTheyAreMeantTo)
     EXPECT_EQ(META_EXTENDEDNOTE, META_UNKNOWN);
 }
 
-TEST(MIDIConstants, StatusBytesRunFromNoteOffToReset)
+TEST(MIDIVocabularyConstants, StatusBytesRunFromNoteOffToReset)
 {
     const std::vector<int> bytes = {
         STATUS_NOTEOFF,     STATUS_NOTEON,        STATUS_PPRESSURE, STATUS_CONTROLLER,  STATUS_PROGRAM,
@@ -241,7 +241,7 @@ TEST(MIDIConstants, StatusBytesRunFromNoteOffToReset)
                                        0xF5, 0xF6, 0xF7, 0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF}));
 }
 
-TEST(MIDIConstants, ControllersHaveTheirNumbers)
+TEST(MIDIVocabularyConstants, ControllersHaveTheirNumbers)
 {
     EXPECT_EQ(CONTROLLER_BANKSELECT_MSB, 0);
     EXPECT_EQ(CONTROLLER_MODWHEEL, 1);
@@ -269,7 +269,7 @@ TEST(MIDIConstants, ControllersHaveTheirNumbers)
     EXPECT_EQ(CONTROLLER_RESET_CONTROLLERS, 121);
 }
 
-TEST(MIDIConstants, MetaTypesHaveTheirBytes)
+TEST(MIDIVocabularyConstants, MetaTypesHaveTheirBytes)
 {
     const std::vector<int> bytes = {
         META_SEQUENCENUMBER, META_TEXT,         META_COPYRIGHT, META_TRACKNAME,   META_INSTRUMENTNAME,

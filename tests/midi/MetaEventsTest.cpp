@@ -65,7 +65,7 @@ TEST(MetaEvents, HoldTheBytesOfTheirConstructors)
     EXPECT_EQ(MetaSetTempoEvent(4.0, 7, 161, 32).length, 3U);
 }
 
-TEST(MetaTextEvents, HoldTheUTF8BytesOfTheirText)
+TEST(MetaEventsWithText, HoldTheUTF8BytesOfTheirText)
 {
     const MetaTextEvent event(1.0, "Ä");
     EXPECT_EQ(event.position, 1.0);
@@ -74,7 +74,7 @@ TEST(MetaTextEvents, HoldTheUTF8BytesOfTheirText)
     EXPECT_EQ(event.getText(), "\u00C3\u0084");
 }
 
-TEST(MetaTextEvents, ReplaceTheirText)
+TEST(MetaEventsWithText, ReplaceTheirText)
 {
     MetaMarkerEvent event(0.0, "Verse");
     event.setText("Go");

@@ -10,7 +10,7 @@ using namespace test;
 using Lines = std::vector<std::string>;
 using Numbers = std::vector<int>;
 
-class Regeneration : public testing::Test {
+class MIDIChordPhraseRegenerationTest : public testing::Test {
 protected:
     std::shared_ptr<MIDIChordPhrase> masterOf(const std::vector<std::pair<double, std::string>>& chords)
     {
@@ -22,9 +22,9 @@ protected:
     ConsoleCapture console;
 };
 
-using RegenerationDeathTest = Regeneration;
+using MIDIChordPhraseRegenerationDeathTest = MIDIChordPhraseRegenerationTest;
 
-TEST_F(Regeneration, AMasterPlaysBlockChordsUpToTheNext)
+TEST_F(MIDIChordPhraseRegenerationTest, AMasterPlaysBlockChordsUpToTheNext)
 {
     const auto phrase = masterOf({{0.0, "CM"}, {4.0, "GM"}});
     phrase->chords[0]->notes = {noteAt(0.0, 1)};
@@ -48,7 +48,7 @@ TEST_F(Regeneration, AMasterPlaysBlockChordsUpToTheNext)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(Regeneration, TheFoldKeepsChordsWithinAnOctaveAboveTheReference)
+TEST_F(MIDIChordPhraseRegenerationTest, TheFoldKeepsChordsWithinAnOctaveAboveTheReference)
 {
     const auto phrase = masterOf({{0.0, "Am"}});
     phrase->regenerateEvents();
@@ -58,7 +58,7 @@ TEST_F(Regeneration, TheFoldKeepsChordsWithinAnOctaveAboveTheReference)
     EXPECT_EQ(numbersOf(phrase->generatedEvents), (Numbers{57, 48, 52}));
 }
 
-TEST_F(Regeneration, ASumAboveTheKeysFoldsByAHundredAndTwentySeven)
+TEST_F(MIDIChordPhraseRegenerationTest, ASumAboveTheKeysFoldsByAHundredAndTwentySeven)
 {
     const auto phrase = MIDIChordPhrase::make();
     phrase->chords = {chordAt(0.0, ruleOf({70, 67, 68, 195}))};
@@ -66,7 +66,7 @@ TEST_F(Regeneration, ASumAboveTheKeysFoldsByAHundredAndTwentySeven)
     EXPECT_EQ(numbersOf(phrase->generatedEvents), (Numbers{3, 127, 1, 128}));
 }
 
-TEST_F(Regeneration, AChordTooShortIsToldForEachToneAndDoesNotSound)
+TEST_F(MIDIChordPhraseRegenerationTest, AChordTooShortIsToldForEachToneAndDoesNotSound)
 {
     const auto phrase = masterOf({{1.0, "CM"}, {1.03, "FM"}});
     phrase->chords[0]->notes = {noteAt(1.0, 60)};
@@ -78,7 +78,7 @@ TEST_F(Regeneration, AChordTooShortIsToldForEachToneAndDoesNotSound)
     EXPECT_EQ(console.take(), (Lines{line, line, line}));
 }
 
-TEST_F(Regeneration, TheShortestChordIsKept)
+TEST_F(MIDIChordPhraseRegenerationTest, TheShortestChordIsKept)
 {
     const auto phrase = masterOf({{0.0, "CM"}, {0.03135, "FM"}});
     phrase->regenerateEvents();
@@ -87,7 +87,7 @@ TEST_F(Regeneration, TheShortestChordIsKept)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(Regeneration, AChordWithoutASpanIsDroppedWithoutAWord)
+TEST_F(MIDIChordPhraseRegenerationTest, AChordWithoutASpanIsDroppedWithoutAWord)
 {
     const auto phrase = masterOf({{4.0, "CM"}, {4.0, "FM"}, {2.0, "GM"}, {16.0, "Am"}});
     phrase->regenerateEvents();
@@ -95,7 +95,7 @@ TEST_F(Regeneration, AChordWithoutASpanIsDroppedWithoutAWord)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(Regeneration, ElsewhereTheChordsNotesGiveTheDurations)
+TEST_F(MIDIChordPhraseRegenerationTest, ElsewhereTheChordsNotesGiveTheDurations)
 {
     const auto phrase = chordTrackOf({{0.0, "CM"}, {4.0, "FM"}, {8.0, "GM"}});
     phrase->chords[0]->notes = {noteAt(0.0, 60, 2.0)};
@@ -108,7 +108,7 @@ TEST_F(Regeneration, ElsewhereTheChordsNotesGiveTheDurations)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(Regeneration, APlaceBehindThePositionsIsAWarning)
+TEST_F(MIDIChordPhraseRegenerationTest, APlaceBehindThePositionsIsAWarning)
 {
     const auto phrase = masterOf({{0.0, "CM"}});
     MIDIChordPhraseProbe::keepChordNoteOf(*phrase, *phrase->chords[0], noteAt(0.0, 60), 0, {0.0});
@@ -116,7 +116,7 @@ TEST_F(Regeneration, APlaceBehindThePositionsIsAWarning)
     EXPECT_TRUE(phrase->generatedEvents.empty());
 }
 
-TEST_F(Regeneration, EditedNotesGiveNewRulesAndStandInAllLists)
+TEST_F(MIDIChordPhraseRegenerationTest, EditedNotesGiveNewRulesAndStandInAllLists)
 {
     const auto phrase = masterOf({{0.0, "CM"}, {4.0, "FM"}});
     phrase->regenerateEvents();
@@ -135,7 +135,7 @@ TEST_F(Regeneration, EditedNotesGiveNewRulesAndStandInAllLists)
                "MIDIChordPhrase::findChordRule() : Following chord rule was detected: F Major at 4.0."}));
 }
 
-TEST_F(Regeneration, AChordThatWasTooShortEndsAsNoChord)
+TEST_F(MIDIChordPhraseRegenerationTest, AChordThatWasTooShortEndsAsNoChord)
 {
     const auto phrase = masterOf({{1.0, "CM"}, {1.03, "FM"}});
     phrase->regenerateEvents();
@@ -146,7 +146,7 @@ TEST_F(Regeneration, AChordThatWasTooShortEndsAsNoChord)
     EXPECT_EQ(phrase->generatedEvents.size(), 3U);
 }
 
-TEST_F(Regeneration, WithoutChordsAnUpdateEmptiesBothLists)
+TEST_F(MIDIChordPhraseRegenerationTest, WithoutChordsAnUpdateEmptiesBothLists)
 {
     const auto phrase = MIDIChordPhrase::make();
     phrase->loadedEvents = {noteAt(0.0, 60)};
@@ -156,14 +156,14 @@ TEST_F(Regeneration, WithoutChordsAnUpdateEmptiesBothLists)
     EXPECT_TRUE(phrase->generatedEvents.empty());
 }
 
-TEST_F(RegenerationDeathTest, AChordWithoutARuleStops)
+TEST_F(MIDIChordPhraseRegenerationDeathTest, AChordWithoutARuleStops)
 {
     const auto phrase = MIDIChordPhrase::make();
     phrase->chords = {chordAt(0.0, nullptr)};
     EXPECT_DEATH(phrase->regenerateEvents(), onlyLine(nilMessage));
 }
 
-TEST_F(RegenerationDeathTest, ATonePlusTheReferenceThatIsNoByteStops)
+TEST_F(MIDIChordPhraseRegenerationDeathTest, ATonePlusTheReferenceThatIsNoByteStops)
 {
     const auto phrase = MIDIChordPhrase::make();
     phrase->chords = {chordAt(0.0, ruleOf({196}))};
@@ -174,7 +174,7 @@ TEST_F(RegenerationDeathTest, ATonePlusTheReferenceThatIsNoByteStops)
     }
 }
 
-TEST_F(RegenerationDeathTest, AChannelThatIsNoByteStops)
+TEST_F(MIDIChordPhraseRegenerationDeathTest, AChannelThatIsNoByteStops)
 {
     const auto phrase = chordTrackOf({{0.0, "CM"}});
     for (const int channel : {-1, 256}) {

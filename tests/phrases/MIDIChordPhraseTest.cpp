@@ -15,7 +15,7 @@ using Probe = MIDIChordPhraseProbe;
 const std::string notYet = "MIDIChordPhrase: Warning: No exact chord match yet (possibly precalculation).";
 const std::string noChord = "MIDIChordPhrase: Warning: No chord detected.";
 
-class ChordPhrase : public testing::Test {
+class MIDIChordPhraseTest : public testing::Test {
 protected:
     void build(const PhraseEvents& events)
     {
@@ -36,9 +36,9 @@ protected:
     std::shared_ptr<MIDIChordPhrase> phrase = MIDIChordPhrase::make();
 };
 
-using ChordPhraseDeathTest = ChordPhrase;
+using MIDIChordPhraseDeathTest = MIDIChordPhraseTest;
 
-TEST_F(ChordPhrase, ANewOneIsNoMasterAndHasNoChords)
+TEST_F(MIDIChordPhraseTest, ANewOneIsNoMasterAndHasNoChords)
 {
     EXPECT_FALSE(phrase->isMasterTrack);
     EXPECT_TRUE(phrase->chords.empty());
@@ -48,13 +48,13 @@ TEST_F(ChordPhrase, ANewOneIsNoMasterAndHasNoChords)
     EXPECT_EQ(phrase->baseC, 60);
 }
 
-TEST_F(ChordPhrase, AllShareOneCatalogue)
+TEST_F(MIDIChordPhraseTest, AllShareOneCatalogue)
 {
     EXPECT_EQ(&MIDIChordPhrase::chordRules(), &MIDIChordPhrase::chordRules());
     EXPECT_EQ(MIDIChordPhrase::chordRules().rules.at(0)->shortName, "C8");
 }
 
-TEST_F(ChordPhrase, ATriadIsFoundAtItsThirdNote)
+TEST_F(MIDIChordPhraseTest, ATriadIsFoundAtItsThirdNote)
 {
     build({noteAt(0.0, 60), noteAt(0.0, 64), noteAt(0.0, 67)});
     EXPECT_EQ(console.take(), (Lines{"Following chord rule was detected: C (8) Base Key at 0.0.", notYet,
@@ -63,7 +63,7 @@ TEST_F(ChordPhrase, ATriadIsFoundAtItsThirdNote)
     EXPECT_EQ(numbersOf(phrase->chords[0]->notes), (std::vector<int>{67, 60}));
 }
 
-TEST_F(ChordPhrase, AFoundRuleIsACopyOfTheCatalogues)
+TEST_F(MIDIChordPhraseTest, AFoundRuleIsACopyOfTheCatalogues)
 {
     build({noteAt(0.0, 60)});
     const auto& own = *phrase->chords.at(0)->nrule;
@@ -76,7 +76,7 @@ TEST_F(ChordPhrase, AFoundRuleIsACopyOfTheCatalogues)
     EXPECT_EQ(own.rule, source.rule);
 }
 
-TEST_F(ChordPhrase, SingleNotesGiveAChordEach)
+TEST_F(MIDIChordPhraseTest, SingleNotesGiveAChordEach)
 {
     const PhraseEvents notes = played({{0.0, 64}, {1.0, 64}, {2.0, 67}, {3.0, 76}, {4.0, 64}});
     build(notes);
@@ -87,7 +87,7 @@ TEST_F(ChordPhrase, SingleNotesGiveAChordEach)
     EXPECT_EQ(chordPositions(), (std::vector<double>{0.0, 2.0, 3.0}));
 }
 
-TEST_F(ChordPhrase, AFifthAndAFourthAreChords)
+TEST_F(MIDIChordPhraseTest, AFifthAndAFourthAreChords)
 {
     build({noteAt(0.0, 60), noteAt(1.0, 67)});
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"C8", "C5"}));
@@ -95,7 +95,7 @@ TEST_F(ChordPhrase, AFifthAndAFourthAreChords)
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"C8", "F5"}));
 }
 
-TEST_F(ChordPhrase, OtherPairsAreNone)
+TEST_F(MIDIChordPhraseTest, OtherPairsAreNone)
 {
     for (const auto& [number, line] : std::vector<std::pair<int, std::string>>{{61, noChord},
                                                                                {62, notYet},
@@ -111,7 +111,7 @@ TEST_F(ChordPhrase, OtherPairsAreNone)
     }
 }
 
-TEST_F(ChordPhrase, FiveOrMoreDifferentPitchClassesAreNone)
+TEST_F(MIDIChordPhraseTest, FiveOrMoreDifferentPitchClassesAreNone)
 {
     const PhraseEvents four{noteAt(0.0, 57), noteAt(0.0, 60), noteAt(0.0, 64), noteAt(0.0, 67)};
     build(four);
@@ -130,13 +130,13 @@ TEST_F(ChordPhrase, FiveOrMoreDifferentPitchClassesAreNone)
     }
 }
 
-TEST_F(ChordPhrase, ANoteOfAPitchClassThatSoundsKeepsTheChord)
+TEST_F(MIDIChordPhraseTest, ANoteOfAPitchClassThatSoundsKeepsTheChord)
 {
     build({noteAt(0.0, 57), noteAt(0.0, 60), noteAt(0.0, 64), noteAt(0.0, 67), noteAt(1.0, 69)});
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"Am7", "Am7"}));
 }
 
-TEST_F(ChordPhrase, AHeldNoteCountsUntilItsEnd)
+TEST_F(MIDIChordPhraseTest, AHeldNoteCountsUntilItsEnd)
 {
     build({noteAt(0.0, 60), noteAt(4.0, 64), noteAt(4.0, 67), eventOf(2, 5.0, 60), eventOf(2, 5.0, 64),
            noteAt(5.0, 74)});
@@ -144,14 +144,14 @@ TEST_F(ChordPhrase, AHeldNoteCountsUntilItsEnd)
     EXPECT_EQ(chordPositions(), (std::vector<double>{0.0, 4.0, 5.0}));
 }
 
-TEST_F(ChordPhrase, AnEndTakesTheFirstEqualNumberAway)
+TEST_F(MIDIChordPhraseTest, AnEndTakesTheFirstEqualNumberAway)
 {
     build({noteAt(0.0, 60), noteAt(0.0, 60), eventOf(2, 1.0, 60), eventOf(2, 1.0, 99), eventOf(3, 1.0, 60),
            noteAt(2.0, 67)});
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"C8", "C5"}));
 }
 
-TEST_F(ChordPhrase, ChordsStandOnTheGridUnlessItIsOff)
+TEST_F(MIDIChordPhraseTest, ChordsStandOnTheGridUnlessItIsOff)
 {
     const PhraseEvents notes{noteAt(0.9, 60), eventOf(2, 1.0, 60), noteAt(2.1, 67), eventOf(2, 3.0, 67),
                              noteAt(3.125, 62)};
@@ -166,7 +166,7 @@ TEST_F(ChordPhrase, ChordsStandOnTheGridUnlessItIsOff)
     EXPECT_EQ(chordPositions(), (std::vector<double>{0.9, 2.1, 3.125}));
 }
 
-TEST_F(ChordPhrase, PositionsOneTenthBesideABeatMeetOnIt)
+TEST_F(MIDIChordPhraseTest, PositionsOneTenthBesideABeatMeetOnIt)
 {
     build({noteAt(0.9, 60), eventOf(2, 1.0, 60), noteAt(1.1, 67)});
     EXPECT_EQ(chordPositions(), std::vector<double>{1.0});
@@ -176,7 +176,7 @@ TEST_F(ChordPhrase, PositionsOneTenthBesideABeatMeetOnIt)
                                      "Warning: Multiple chords at position 1.0 were filtered out."}));
 }
 
-TEST_F(ChordPhrase, OfTwoChordsAtOnePositionTheLargerStays)
+TEST_F(MIDIChordPhraseTest, OfTwoChordsAtOnePositionTheLargerStays)
 {
     const auto small = chordAt(2.0, ruleNamed("C5"));
     const auto large = chordAt(2.0, ruleNamed("CM"));
@@ -193,7 +193,7 @@ TEST_F(ChordPhrase, OfTwoChordsAtOnePositionTheLargerStays)
     EXPECT_EQ(console.take(), Lines{"Warning: Multiple chords at position 2.0 were filtered out."});
 }
 
-TEST_F(ChordPhrase, ChordsWithoutRulesAtOnePositionAreTold)
+TEST_F(MIDIChordPhraseTest, ChordsWithoutRulesAtOnePositionAreTold)
 {
     Probe::addChordOf(*phrase, chordAt(0.0, ruleNamed("CM")));
     Probe::addChordOf(*phrase, chordAt(0.0, nullptr));
@@ -207,7 +207,7 @@ TEST_F(ChordPhrase, ChordsWithoutRulesAtOnePositionAreTold)
     EXPECT_EQ(shortNamesOf(*phrase), (Names{"CM", "none"}));
 }
 
-TEST_F(ChordPhrase, AReplacedChordNeedNotBeTheLast)
+TEST_F(MIDIChordPhraseTest, AReplacedChordNeedNotBeTheLast)
 {
     phrase->chords = {chordAt(0.0, ruleNamed("C8")), chordAt(4.0, ruleNamed("F8"))};
     Probe::addChordOf(*phrase, chordAt(0.0, ruleNamed("CM")));
@@ -215,7 +215,7 @@ TEST_F(ChordPhrase, AReplacedChordNeedNotBeTheLast)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(ChordPhrase, RepetitionsAreTakenOutUntilAnotherChordLiesBetween)
+TEST_F(MIDIChordPhraseTest, RepetitionsAreTakenOutUntilAnotherChordLiesBetween)
 {
     const auto repeated = chordAt(1.0, ruleNamed("CM"));
     phrase->chords = {chordAt(0.0, ruleNamed("CM")), repeated, chordAt(2.0, ruleNamed("FM")),
@@ -226,14 +226,14 @@ TEST_F(ChordPhrase, RepetitionsAreTakenOutUntilAnotherChordLiesBetween)
     EXPECT_EQ(repeated->nrule, nullptr);
 }
 
-TEST_F(ChordPhrase, AFirstChordOutsideTheCatalogueIsTakenOutToo)
+TEST_F(MIDIChordPhraseTest, AFirstChordOutsideTheCatalogueIsTakenOutToo)
 {
     phrase->chords = {chordAt(0.0, ruleOf({0, 4, 7})), chordAt(2.0, ruleNamed("FM"))};
     Probe::reduceChordsOf(*phrase);
     EXPECT_EQ(shortNamesOf(*phrase), Names{"FM"});
 }
 
-TEST_F(ChordPhrase, PositionsAreClosedByTheEndAndSetTheDurations)
+TEST_F(MIDIChordPhraseTest, PositionsAreClosedByTheEndAndSetTheDurations)
 {
     EXPECT_EQ(phrase->getChordPositions(), std::vector<double>{16.0});
     for (const double position : {0.0, 4.0, 8.0}) {
@@ -245,7 +245,7 @@ TEST_F(ChordPhrase, PositionsAreClosedByTheEndAndSetTheDurations)
     EXPECT_EQ(phrase->chords[2]->duration, 8.0);
 }
 
-TEST_F(ChordPhrase, ALoadBuildsTheChordsOfTheTransposedFile)
+TEST_F(MIDIChordPhraseTest, ALoadBuildsTheChordsOfTheTransposedFile)
 {
     const TemporaryFolder folder;
     writeFile(folder.path / "a.mid", {struck(0.0, {60, 64, 67}), {}, {}});
@@ -259,7 +259,7 @@ TEST_F(ChordPhrase, ALoadBuildsTheChordsOfTheTransposedFile)
     EXPECT_EQ(shortNamesOf(*phrase), Names{"CM"});
 }
 
-TEST_F(ChordPhrase, AMissingFileStillRebuildsTheChordsFromTheOldEvents)
+TEST_F(MIDIChordPhraseTest, AMissingFileStillRebuildsTheChordsFromTheOldEvents)
 {
     phrase->loadedEvents = {noteAt(0.0, 60)};
     phrase->loadPhrase("none.mid", 3);
@@ -269,7 +269,7 @@ TEST_F(ChordPhrase, AMissingFileStillRebuildsTheChordsFromTheOldEvents)
     EXPECT_EQ(numbersOf(phrase->generatedEvents), std::vector<int>{60});
 }
 
-TEST_F(ChordPhrase, WithoutNotesThereAreNoChords)
+TEST_F(MIDIChordPhraseTest, WithoutNotesThereAreNoChords)
 {
     phrase->chords = {chordAt(0.0, ruleNamed("CM"))};
     phrase->generatedEvents = {noteAt(0.0, 60)};
@@ -279,7 +279,7 @@ TEST_F(ChordPhrase, WithoutNotesThereAreNoChords)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-class FoundRule : public ChordPhrase {
+class MIDIChordPhraseFoundRuleTest : public MIDIChordPhraseTest {
 protected:
     // The rule that a chord at beat 2 gets for these notes.
     std::shared_ptr<ChordRule> ruleFor(const std::vector<int>& numbers)
@@ -296,7 +296,7 @@ protected:
     }
 };
 
-TEST_F(FoundRule, AnExactMatchIsCopied)
+TEST_F(MIDIChordPhraseFoundRuleTest, AnExactMatchIsCopied)
 {
     const auto rule = ruleFor({67, 60, 76});
     EXPECT_EQ(rule->shortName, "CM");
@@ -306,7 +306,7 @@ TEST_F(FoundRule, AnExactMatchIsCopied)
                                     "Major at 2.0."});
 }
 
-TEST_F(FoundRule, WithoutAnExactMatchTheLatestStandsIn)
+TEST_F(MIDIChordPhraseFoundRuleTest, WithoutAnExactMatchTheLatestStandsIn)
 {
     const auto rule = ruleFor({60, 64});
     EXPECT_EQ(rule->shortName, "(?)C7");
@@ -317,7 +317,7 @@ TEST_F(FoundRule, WithoutAnExactMatchTheLatestStandsIn)
     EXPECT_EQ(console.take(), Lines{"MIDIChordPhrase::findChordRule() : Warning: No exact chord match."});
 }
 
-TEST_F(FoundRule, WithoutAMatchTheNotesThemselvesStandIn)
+TEST_F(MIDIChordPhraseFoundRuleTest, WithoutAMatchTheNotesThemselvesStandIn)
 {
     const auto rule = ruleFor({61, 60, 73});
     EXPECT_EQ(rule->index, -1);
@@ -328,7 +328,7 @@ TEST_F(FoundRule, WithoutAMatchTheNotesThemselvesStandIn)
     EXPECT_EQ(console.take(), Lines{"MIDIChordPhrase::findChordRule() : Warning: No chord detected."});
 }
 
-TEST_F(FoundRule, WithoutNotesTheRuleIsEmpty)
+TEST_F(MIDIChordPhraseFoundRuleTest, WithoutNotesTheRuleIsEmpty)
 {
     const auto rule = ruleFor({});
     EXPECT_EQ(rule->longName, "NO CHORD");
@@ -336,7 +336,7 @@ TEST_F(FoundRule, WithoutNotesTheRuleIsEmpty)
     EXPECT_EQ(console.take(), Lines{"MIDIChordPhrase::findChordRule() : Warning: No chord detected."});
 }
 
-TEST_F(ChordPhraseDeathTest, ReducingAChordWithoutARuleStops)
+TEST_F(MIDIChordPhraseDeathTest, ReducingAChordWithoutARuleStops)
 {
     phrase->chords = {chordAt(0.0, nullptr)};
     EXPECT_DEATH(Probe::reduceChordsOf(*phrase), onlyLine(nilMessage));

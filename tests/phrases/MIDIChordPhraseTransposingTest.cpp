@@ -16,7 +16,7 @@ using Probe = MIDIChordPhraseProbe;
 constexpr int upward = 0;
 constexpr int downward = 1;
 
-class ChordTransposing : public testing::Test {
+class MIDIChordPhraseTransposingTest : public testing::Test {
 protected:
     void master(const std::vector<std::pair<double, std::string>>& chords)
     {
@@ -28,9 +28,9 @@ protected:
     std::shared_ptr<MIDIChordPhrase> own;
 };
 
-using ChordTransposingDeathTest = ChordTransposing;
+using MIDIChordPhraseTransposingDeathTest = MIDIChordPhraseTransposingTest;
 
-TEST_F(ChordTransposing, ATracksChordsMoveOntoTheMasters)
+TEST_F(MIDIChordPhraseTransposingTest, ATracksChordsMoveOntoTheMasters)
 {
     master({{0.0, "CM"}, {8.0, "GM"}});
     const auto track = chordTrackOf({{0.0, "Am"}, {4.0, "Am"}, {8.0, "CM"}});
@@ -54,7 +54,7 @@ TEST_F(ChordTransposing, ATracksChordsMoveOntoTheMasters)
     EXPECT_EQ(console.take(), Lines{});
 }
 
-TEST_F(ChordTransposing, TheMastersRuleStaysSorted)
+TEST_F(MIDIChordPhraseTransposingTest, TheMastersRuleStaysSorted)
 {
     master({{0.0, "GM"}, {8.0, "Am"}});
     const auto track = chordTrackOf({{0.0, "CM"}});
@@ -65,7 +65,7 @@ TEST_F(ChordTransposing, TheMastersRuleStaysSorted)
     EXPECT_EQ(own->chords[0]->duration, 8.0);
 }
 
-TEST_F(ChordTransposing, ADownwardSearchMayEndNearTheTopAndIsFolded)
+TEST_F(MIDIChordPhraseTransposingTest, ADownwardSearchMayEndNearTheTopAndIsFolded)
 {
     master({{0.0, "GM"}});
     const auto track = chordTrackOf({{0.0, "C8"}});
@@ -75,7 +75,7 @@ TEST_F(ChordTransposing, ADownwardSearchMayEndNearTheTopAndIsFolded)
     EXPECT_EQ(numbersOf(track->generatedEvents), Numbers{55});
 }
 
-TEST_F(ChordTransposing, ChordsBeforeTheMastersFirstAndBehindTheEndStay)
+TEST_F(MIDIChordPhraseTransposingTest, ChordsBeforeTheMastersFirstAndBehindTheEndStay)
 {
     master({{2.0, "GM"}});
     const auto track = chordTrackOf({{1.0, "CM"}, {2.0, "CM"}, {16.0, "CM"}});
@@ -85,7 +85,7 @@ TEST_F(ChordTransposing, ChordsBeforeTheMastersFirstAndBehindTheEndStay)
     EXPECT_EQ(track->generatedEvents.size(), 9U);
 }
 
-TEST_F(ChordTransposing, OnlyAMasterTransposes)
+TEST_F(MIDIChordPhraseTransposingTest, OnlyAMasterTransposes)
 {
     const auto track = chordTrackOf({{0.0, "Am"}});
     chordTrackOf({{0.0, "CM"}})->transposeTrackChords(*track);
@@ -94,7 +94,7 @@ TEST_F(ChordTransposing, OnlyAMasterTransposes)
     EXPECT_TRUE(track->generatedEvents.empty());
 }
 
-TEST_F(ChordTransposing, AStretchWithoutAMastersChordIsAnError)
+TEST_F(MIDIChordPhraseTransposingTest, AStretchWithoutAMastersChordIsAnError)
 {
     master({{0.0, "CM"}});
     const auto track = chordTrackOf({{0.0, "Am"}});
@@ -103,7 +103,7 @@ TEST_F(ChordTransposing, AStretchWithoutAMastersChordIsAnError)
     EXPECT_EQ(shortNamesOf(*track), std::vector<std::string>{"Am"});
 }
 
-TEST_F(ChordTransposingDeathTest, AChordWithoutARuleStops)
+TEST_F(MIDIChordPhraseTransposingDeathTest, AChordWithoutARuleStops)
 {
     master({{0.0, "CM"}});
     const auto track = chordTrackOf({{0.0, "CM"}});

@@ -10,14 +10,14 @@ namespace {
 
 using namespace test;
 
-class ClipGeneratorDeathTest : public testing::Test {
+class MIDIClipGeneratorDeathTest : public testing::Test {
 protected:
     PhraseLibrary library;
     ConsoleCapture console;
     MIDIClipGenerator generator;
 };
 
-TEST_F(ClipGeneratorDeathTest, WithoutAMixerThePhrasesAreOutOfReach)
+TEST_F(MIDIClipGeneratorDeathTest, WithoutAMixerThePhrasesAreOutOfReach)
 {
     library.fill();
     for (const int channel : {0, 1, 2, 8, 9, 10, 14}) {
@@ -30,7 +30,7 @@ TEST_F(ClipGeneratorDeathTest, WithoutAMixerThePhrasesAreOutOfReach)
     EXPECT_DEATH(generator.getChords(), onlyLine(implicitNilMessage));
 }
 
-TEST_F(ClipGeneratorDeathTest, WithoutAMixerTheStepsAreOutOfReach)
+TEST_F(MIDIClipGeneratorDeathTest, WithoutAMixerTheStepsAreOutOfReach)
 {
     for (const int channel : {10, 14}) {
         EXPECT_DEATH(generator.getPolyMeterSteps(channel), onlyLine(implicitNilMessage));
@@ -45,7 +45,7 @@ TEST_F(ClipGeneratorDeathTest, WithoutAMixerTheStepsAreOutOfReach)
     }
 }
 
-TEST_F(ClipGeneratorDeathTest, WithoutResourcesNoFileCanBeChosen)
+TEST_F(MIDIClipGeneratorDeathTest, WithoutResourcesNoFileCanBeChosen)
 {
     generator.makeArrangement(true);
     setResourcesFolder(std::nullopt);
@@ -56,7 +56,7 @@ TEST_F(ClipGeneratorDeathTest, WithoutResourcesNoFileCanBeChosen)
     }
 }
 
-TEST_F(ClipGeneratorDeathTest, ABrokenLibraryStopsAtItsFirstFault)
+TEST_F(MIDIClipGeneratorDeathTest, ABrokenLibraryStopsAtItsFirstFault)
 {
     EXPECT_DEATH(generator.makeArrangement(),
                  onlyLine("No files found in '" + library.at(chordPatterns) + "'"));

@@ -16,7 +16,7 @@ using Lines = std::vector<std::string>;
 using Ranges = std::vector<std::pair<int, int>>;
 using Probe = MIDIClipGeneratorProbe;
 
-class Choice : public testing::Test {
+class MIDIClipGeneratorLibraryTest : public testing::Test {
 protected:
     void touch(const std::string& name) const { std::ofstream(path + name) << "x"; }
 
@@ -26,9 +26,9 @@ protected:
     MIDIClipGenerator generator;
 };
 
-using ChoiceDeathTest = Choice;
+using MIDIClipGeneratorLibraryDeathTest = MIDIClipGeneratorLibraryTest;
 
-TEST_F(Choice, EachOfThreeFilesComesUpAndNoOther)
+TEST_F(MIDIClipGeneratorLibraryTest, EachOfThreeFilesComesUpAndNoOther)
 {
     for (const char* name : {"001.mid", "002.mid", "003.mid"}) {
         touch(name);
@@ -41,7 +41,7 @@ TEST_F(Choice, EachOfThreeFilesComesUpAndNoOther)
     EXPECT_EQ(names, (std::set<std::string>{path + "001.mid", path + "002.mid", path + "003.mid"}));
 }
 
-TEST_F(Choice, TheOneDrawGoesFromOneToTheCount)
+TEST_F(MIDIClipGeneratorLibraryTest, TheOneDrawGoesFromOneToTheCount)
 {
     for (const char* name : {"001.mid", "002.mid", "003.mid"}) {
         touch(name);
@@ -54,7 +54,7 @@ TEST_F(Choice, TheOneDrawGoesFromOneToTheCount)
                                      "MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "002.mid'"}));
 }
 
-TEST_F(Choice, OtherFilesAreAWarningOnly)
+TEST_F(MIDIClipGeneratorLibraryTest, OtherFilesAreAWarningOnly)
 {
     touch("001.mid");
     touch("readme.txt");
@@ -65,7 +65,7 @@ TEST_F(Choice, OtherFilesAreAWarningOnly)
                                      "MIDIClipGenerator::loadRandomFileAt() Loading '" + path + "001.mid'"}));
 }
 
-TEST_F(Choice, FilesAreCountedByTheirEndingInAnyCase)
+TEST_F(MIDIClipGeneratorLibraryTest, FilesAreCountedByTheirEndingInAnyCase)
 {
     EXPECT_EQ(Probe::countFilesOf(
                   generator, {"001.mid", "002.MID", "x.MiD", ".mid", "mid", "a.midi", "b.mid.txt"}, "there"),
@@ -75,7 +75,7 @@ TEST_F(Choice, FilesAreCountedByTheirEndingInAnyCase)
                                      "There were 0 MIDI files found at 'nowhere'."}));
 }
 
-TEST_F(Choice, NumbersHaveThreeDigitsAtLeast)
+TEST_F(MIDIClipGeneratorLibraryTest, NumbersHaveThreeDigitsAtLeast)
 {
     for (const auto& [number, text] : std::vector<std::pair<int, std::string>>{{0, "000"},
                                                                                {1, "001"},
@@ -89,20 +89,20 @@ TEST_F(Choice, NumbersHaveThreeDigitsAtLeast)
     }
 }
 
-TEST_F(ChoiceDeathTest, AFolderThatCannotBeListedStops)
+TEST_F(MIDIClipGeneratorLibraryDeathTest, AFolderThatCannotBeListedStops)
 {
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path + "none/"),
                  onlyLine("Getting contents of '" + path + "none/' failed."));
 }
 
-TEST_F(ChoiceDeathTest, AFolderWithoutMIDIFilesStops)
+TEST_F(MIDIClipGeneratorLibraryDeathTest, AFolderWithoutMIDIFilesStops)
 {
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path), onlyLine("No files found in '" + path + "'"));
     touch("readme.txt");
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path), onlyLine("No files found in '" + path + "'"));
 }
 
-TEST_F(ChoiceDeathTest, ANumberedFileThatIsMissingStops)
+TEST_F(MIDIClipGeneratorLibraryDeathTest, ANumberedFileThatIsMissingStops)
 {
     touch("001.MID");
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path),

@@ -13,16 +13,16 @@ namespace {
 using namespace test;
 using Lines = std::vector<std::string>;
 
-class LongArrangement : public testing::Test {
+class MIDIClipGeneratorLongTest : public testing::Test {
 protected:
     PhraseLibrary library;
     ConsoleCapture console;
     MIDIClipGenerator generator;
 };
 
-using LongArrangementDeathTest = LongArrangement;
+using MIDIClipGeneratorLongDeathTest = MIDIClipGeneratorLongTest;
 
-TEST_F(LongArrangement, BlocksOfSixteenBeatsStandOneBehindTheOther)
+TEST_F(MIDIClipGeneratorLongTest, BlocksOfSixteenBeatsStandOneBehindTheOther)
 {
     library.fill();
     Lines expected;
@@ -45,7 +45,7 @@ TEST_F(LongArrangement, BlocksOfSixteenBeatsStandOneBehindTheOther)
     EXPECT_EQ(positionsOf(generator.phraseMixer->mixedEvents), lastBlock);
 }
 
-TEST_F(LongArrangement, AnEventOfTheSecondPassLandsSixteenBeatsLater)
+TEST_F(MIDIClipGeneratorLongTest, AnEventOfTheSecondPassLandsSixteenBeatsLater)
 {
     library.add(chordPatterns, {});
     for (const char* folder : {chordPhrases, leads, basses}) {
@@ -57,7 +57,7 @@ TEST_F(LongArrangement, AnEventOfTheSecondPassLandsSixteenBeatsLater)
                                          "19.5 9 38 100 0 0.99", "32.0 9 40 100 0 0.99"}));
 }
 
-TEST_F(LongArrangement, ABlockWithoutEventsIsTold)
+TEST_F(MIDIClipGeneratorLongTest, ABlockWithoutEventsIsTold)
 {
     for (const char* folder : {chordPatterns, chordPhrases, leads, basses, drums}) {
         library.add(folder, {});
@@ -73,7 +73,7 @@ TEST_F(LongArrangement, ABlockWithoutEventsIsTold)
                "Arranger::makeSequence() : WARNING: There are no events at 16.0 for mixing together."}));
 }
 
-TEST_F(LongArrangement, NoneAtAllGivesAnEmptySequenceToTheMixerOfBefore)
+TEST_F(MIDIClipGeneratorLongTest, NoneAtAllGivesAnEmptySequenceToTheMixerOfBefore)
 {
     generator.makeArrangement(true);
     const auto mixer = generator.phraseMixer;
@@ -86,12 +86,12 @@ TEST_F(LongArrangement, NoneAtAllGivesAnEmptySequenceToTheMixerOfBefore)
     EXPECT_EQ(sequence->getNumberOfTracks(), 16);
 }
 
-TEST_F(LongArrangementDeathTest, NoneAtAllWithoutAMixerStops)
+TEST_F(MIDIClipGeneratorLongDeathTest, NoneAtAllWithoutAMixerStops)
 {
     EXPECT_DEATH(generator.makeArrangementLong(0), onlyLine(implicitNilMessage));
 }
 
-TEST_F(LongArrangementDeathTest, ANegativeCountStops)
+TEST_F(MIDIClipGeneratorLongDeathTest, ANegativeCountStops)
 {
     EXPECT_DEATH(generator.makeArrangementLong(-1), onlyLine(rangeMessage));
     generator.makeArrangement(true);

@@ -14,7 +14,7 @@ using Ranges = std::vector<std::pair<int, int>>;
 
 const std::vector<int> allChannels{0, 1, 2, 8, 9, 10, 14};
 
-class ClipPhrases : public testing::Test {
+class MIDIClipGeneratorPhrasesTest : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -54,7 +54,7 @@ protected:
     MIDIClipGenerator generator;
 };
 
-TEST_F(ClipPhrases, EveryChannelHasItsName)
+TEST_F(MIDIClipGeneratorPhrasesTest, EveryChannelHasItsName)
 {
     for (const auto& [channel, name] : std::vector<std::pair<int, std::string>>{{-1, "CHORDS"},
                                                                                 {0, "CHORDS"},
@@ -80,7 +80,7 @@ TEST_F(ClipPhrases, EveryChannelHasItsName)
     }
 }
 
-TEST_F(ClipPhrases, EveryChannelHasItsList)
+TEST_F(MIDIClipGeneratorPhrasesTest, EveryChannelHasItsList)
 {
     const MIDIPhraseMixer& mixer = *generator.phraseMixer;
     mixer.polyRhythm0->loadedEvents = {noteAt(0.0, 50)};
@@ -100,7 +100,7 @@ TEST_F(ClipPhrases, EveryChannelHasItsList)
     }
 }
 
-TEST_F(ClipPhrases, AListIsACopyOfTheTracksOwnEvents)
+TEST_F(MIDIClipGeneratorPhrasesTest, AListIsACopyOfTheTracksOwnEvents)
 {
     auto list = generator.getPhrase(1);
     list[0]->value = 7;
@@ -109,13 +109,13 @@ TEST_F(ClipPhrases, AListIsACopyOfTheTracksOwnEvents)
     EXPECT_EQ(generator.phraseMixer->phraseTrack0->generatedEvents[0]->value, 7);
 }
 
-TEST_F(ClipPhrases, TheChordsAreThoseOfTheChordTrack)
+TEST_F(MIDIClipGeneratorPhrasesTest, TheChordsAreThoseOfTheChordTrack)
 {
     EXPECT_EQ(generator.getChords(), generator.phraseMixer->chordTrack->chords);
     EXPECT_EQ(generator.getChords().size(), 2U);
 }
 
-TEST_F(ClipPhrases, AFollowersNewPhraseFollowsTheChordsOfBefore)
+TEST_F(MIDIClipGeneratorPhrasesTest, AFollowersNewPhraseFollowsTheChordsOfBefore)
 {
     makeAlone(1, DrawScript().draw(2, 1, 2));
     EXPECT_EQ(numbersOf(generator.getPhrase(1)), Numbers{64});
@@ -126,13 +126,13 @@ TEST_F(ClipPhrases, AFollowersNewPhraseFollowsTheChordsOfBefore)
     EXPECT_EQ(listOf(generator.getPhrase(8), &PhraseEvent::channel), Numbers{8});
 }
 
-TEST_F(ClipPhrases, NewDrumsFollowNothing)
+TEST_F(MIDIClipGeneratorPhrasesTest, NewDrumsFollowNothing)
 {
     makeAlone(9, DrawScript().draw(2, 1, 2));
     EXPECT_EQ(numbersOf(generator.getPhrase(9)), Numbers{42});
 }
 
-TEST_F(ClipPhrases, ANewPolyRhythmDrawsAllInstances)
+TEST_F(MIDIClipGeneratorPhrasesTest, ANewPolyRhythmDrawsAllInstances)
 {
     DrawScript script;
     script.draw(1, 1, 16).draw(50, 36, 60).draw(0, 0, 3).draw(99, 20, 120);
@@ -143,7 +143,7 @@ TEST_F(ClipPhrases, ANewPolyRhythmDrawsAllInstances)
     EXPECT_EQ(numbersOf(generator.getPhrase(10)), Numbers(4, 50));
 }
 
-TEST_F(ClipPhrases, ANewPolyMeterIsDrawnAndFollows)
+TEST_F(MIDIClipGeneratorPhrasesTest, ANewPolyMeterIsDrawnAndFollows)
 {
     DrawScript script;
     script.draw(1, 1, 16).draw(3, 0, 5).draw(1, -12, 12).draw(99, 20, 120).draw(0, -1, 1);
@@ -154,7 +154,7 @@ TEST_F(ClipPhrases, ANewPolyMeterIsDrawnAndFollows)
     EXPECT_EQ(listOf(generator.getPhrase(14), &PhraseEvent::channel), Numbers(64, 14));
 }
 
-TEST_F(ClipPhrases, NewChordsAreFollowedAndMixed)
+TEST_F(MIDIClipGeneratorPhrasesTest, NewChordsAreFollowedAndMixed)
 {
     const auto drumming = generator.getPhrase(9);
     const auto sequence = generator.phraseMixer->sequence;
@@ -172,7 +172,7 @@ TEST_F(ClipPhrases, NewChordsAreFollowedAndMixed)
     EXPECT_NE(generator.phraseMixer->sequence, sequence);
 }
 
-TEST_F(ClipPhrases, NewAndEditedChordsLeaveDrumsAndPolyRhythmUntouched)
+TEST_F(MIDIClipGeneratorPhrasesTest, NewAndEditedChordsLeaveDrumsAndPolyRhythmUntouched)
 {
     const auto drumTrack = generator.phraseMixer->drumTrack0;
     const auto rhythm = generator.phraseMixer->polyRhythm0;
@@ -206,7 +206,7 @@ TEST_F(ClipPhrases, NewAndEditedChordsLeaveDrumsAndPolyRhythmUntouched)
     EXPECT_EQ(numbers(), numbersBefore);
 }
 
-TEST_F(ClipPhrases, MinusOneMakesAWholeNewArrangement)
+TEST_F(MIDIClipGeneratorPhrasesTest, MinusOneMakesAWholeNewArrangement)
 {
     const auto mixer = generator.phraseMixer;
     generator.makePhrase(-1, 0);
@@ -217,7 +217,7 @@ TEST_F(ClipPhrases, MinusOneMakesAWholeNewArrangement)
     EXPECT_FALSE(fresh.getPhrase(-1).empty());
 }
 
-TEST_F(ClipPhrases, OtherChannelsChangeNothing)
+TEST_F(MIDIClipGeneratorPhrasesTest, OtherChannelsChangeNothing)
 {
     MIDIClipGenerator fresh;
     for (const int channel : {3, 4, 5, 6, 7, 11, 12, 13, 15, 16, 100, -2}) {
@@ -228,7 +228,7 @@ TEST_F(ClipPhrases, OtherChannelsChangeNothing)
     EXPECT_TRUE(console.take().empty());
 }
 
-TEST_F(ClipPhrases, EditedChordsAreFollowedAndMixed)
+TEST_F(MIDIClipGeneratorPhrasesTest, EditedChordsAreFollowedAndMixed)
 {
     const auto drumming = generator.getPhrase(9);
     const auto rhythm = generator.getPhrase(10);
@@ -248,7 +248,7 @@ TEST_F(ClipPhrases, EditedChordsAreFollowedAndMixed)
     EXPECT_TRUE(source.ranges.empty());
 }
 
-TEST_F(ClipPhrases, AllFollowersFollowEditedChords)
+TEST_F(MIDIClipGeneratorPhrasesTest, AllFollowersFollowEditedChords)
 {
     for (const auto& chord : generator.getChords()) {
         chord->notes = {noteAt(chord->position, 61, 1.0)};

@@ -39,9 +39,9 @@ private:
     std::optional<std::string> before;
 };
 
-class Saving : public testing::Test {
+class MIDIClipGeneratorSavingTest : public testing::Test {
 protected:
-    Saving()
+    MIDIClipGeneratorSavingTest()
     {
         unsetenv("XDG_CONFIG_HOME");
         setenv("HOME", home.path.c_str(), 1);
@@ -57,9 +57,9 @@ protected:
     MIDIClipGenerator generator;
 };
 
-using SavingDeathTest = Saving;
+using MIDIClipGeneratorSavingDeathTest = MIDIClipGeneratorSavingTest;
 
-TEST_F(Saving, AnArrangementIsANumberedFileInTheDocumentsFolder)
+TEST_F(MIDIClipGeneratorSavingTest, AnArrangementIsANumberedFileInTheDocumentsFolder)
 {
     std::filesystem::create_directories(output);
     generator.saveArrangement(mixer, 7);
@@ -70,14 +70,14 @@ TEST_F(Saving, AnArrangementIsANumberedFileInTheDocumentsFolder)
     EXPECT_EQ(generator.phraseMixer, nullptr);
 }
 
-TEST_F(Saving, LongNumbersStandAsTheyAre)
+TEST_F(MIDIClipGeneratorSavingTest, LongNumbersStandAsTheyAre)
 {
     std::filesystem::create_directories(output);
     generator.saveArrangement(mixer, 1000);
     EXPECT_TRUE(std::filesystem::exists(output + "/phraseMixer_1000.mid"));
 }
 
-TEST_F(Saving, AMissingFolderIsReportedAndNotMade)
+TEST_F(MIDIClipGeneratorSavingTest, AMissingFolderIsReportedAndNotMade)
 {
     generator.saveArrangement(mixer, 7);
     const Lines lines = console.take();
@@ -88,14 +88,14 @@ TEST_F(Saving, AMissingFolderIsReportedAndNotMade)
     EXPECT_TRUE(std::filesystem::is_empty(home.path));
 }
 
-TEST_F(Saving, SavingAChannelDoesNothing)
+TEST_F(MIDIClipGeneratorSavingTest, SavingAChannelDoesNothing)
 {
     generator.save(0, "chords");
     EXPECT_EQ(console.take(), Lines{});
     EXPECT_TRUE(std::filesystem::is_empty(home.path));
 }
 
-TEST_F(SavingDeathTest, WithoutADocumentsFolderItStops)
+TEST_F(MIDIClipGeneratorSavingDeathTest, WithoutADocumentsFolderItStops)
 {
     unsetenv("HOME");
     EXPECT_DEATH(generator.saveArrangement(mixer, 7), onlyLine(nilMessage));

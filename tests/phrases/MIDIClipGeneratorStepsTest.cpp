@@ -11,7 +11,7 @@ using namespace test;
 using Numbers = std::vector<int>;
 
 // A generator whose chords are one C major, whose poly-meter is "1", "2", "3", and whose rhythms are empty.
-class ClipSteps : public testing::Test {
+class MIDIClipGeneratorStepsTest : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -47,9 +47,9 @@ protected:
     std::shared_ptr<MIDISequence16> sequence;
 };
 
-using ClipStepsDeathTest = ClipSteps;
+using MIDIClipGeneratorStepsDeathTest = MIDIClipGeneratorStepsTest;
 
-TEST_F(ClipSteps, ThePolyMetersStepsAreOnChannelFourteenAlone)
+TEST_F(MIDIClipGeneratorStepsTest, ThePolyMetersStepsAreOnChannelFourteenAlone)
 {
     EXPECT_EQ(generator.getPolyMeterSteps(14), meter().steps);
     for (const int channel : {-1, 0, 10, 13, 15}) {
@@ -58,14 +58,14 @@ TEST_F(ClipSteps, ThePolyMetersStepsAreOnChannelFourteenAlone)
     }
 }
 
-TEST_F(ClipSteps, AStepOfThePolyMeterIsGivenWhereItIs)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOfThePolyMeterIsGivenWhereItIs)
 {
     EXPECT_EQ(generator.getPolyMeterStep(14, 2), meter().steps[2]);
     EXPECT_EQ(generator.getPolyMeterStep(14, 3), nullptr);
     EXPECT_EQ(generator.getPolyMeterStep(14, -1), nullptr);
 }
 
-TEST_F(ClipSteps, ThePolyMeterIsCutAndFollowsAnew)
+TEST_F(MIDIClipGeneratorStepsTest, ThePolyMeterIsCutAndFollowsAnew)
 {
     generator.phraseMixer->polyMeter0->channel = 14;
     generator.adjustPolyMeterSteps(14, 1);
@@ -75,7 +75,7 @@ TEST_F(ClipSteps, ThePolyMeterIsCutAndFollowsAnew)
     EXPECT_FALSE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, ThePolyMeterIsLengthenedByTies)
+TEST_F(MIDIClipGeneratorStepsTest, ThePolyMeterIsLengthenedByTies)
 {
     const auto before = meter().steps;
     generator.adjustPolyMeterSteps(14, 16);
@@ -91,13 +91,13 @@ TEST_F(ClipSteps, ThePolyMeterIsLengthenedByTies)
     EXPECT_EQ(generator.getPhrase(14).size(), 12U);
 }
 
-TEST_F(ClipSteps, AnUnchangedSizeStillRebuildsThePolyMeter)
+TEST_F(MIDIClipGeneratorStepsTest, AnUnchangedSizeStillRebuildsThePolyMeter)
 {
     generator.adjustPolyMeterSteps(14, 3);
     EXPECT_EQ(generator.getPhrase(14).size(), 64U);
 }
 
-TEST_F(ClipSteps, AForbiddenSizeOrChannelChangesNothing)
+TEST_F(MIDIClipGeneratorStepsTest, AForbiddenSizeOrChannelChangesNothing)
 {
     for (const int number : {0, 17, -1}) {
         generator.adjustPolyMeterSteps(14, number);
@@ -113,7 +113,7 @@ TEST_F(ClipSteps, AForbiddenSizeOrChannelChangesNothing)
     EXPECT_FALSE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, AStepOfThePolyMeterIsReplacedByTheGivenObject)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOfThePolyMeterIsReplacedByTheGivenObject)
 {
     const auto step = cycleOf({"7"})[0];
     generator.setPolyMeterStep(step, 14, 1);
@@ -123,7 +123,7 @@ TEST_F(ClipSteps, AStepOfThePolyMeterIsReplacedByTheGivenObject)
     EXPECT_FALSE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, AStepOutsideThePolyMeterIsNotSet)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOutsideThePolyMeterIsNotSet)
 {
     const auto before = meter().steps;
     const auto step = cycleOf({"7"})[0];
@@ -134,7 +134,7 @@ TEST_F(ClipSteps, AStepOutsideThePolyMeterIsNotSet)
     EXPECT_TRUE(generator.getPhrase(14).empty());
 }
 
-TEST_F(ClipSteps, ASilentPolyMeterIsReplacedByNewSteps)
+TEST_F(MIDIClipGeneratorStepsTest, ASilentPolyMeterIsReplacedByNewSteps)
 {
     SeededRandomSource source(9);
     meter().steps = cycleOf({"1"});
@@ -143,7 +143,7 @@ TEST_F(ClipSteps, ASilentPolyMeterIsReplacedByNewSteps)
     EXPECT_NE(generator.getPolyMeterStep(14, 0), nullptr);
 }
 
-TEST_F(ClipSteps, ThePolyRhythmsStepsAreOnChannelTenAlone)
+TEST_F(MIDIClipGeneratorStepsTest, ThePolyRhythmsStepsAreOnChannelTenAlone)
 {
     rhythm().instances[7]->steps = {soundingStep()};
     EXPECT_EQ(generator.getPolyRhythmSteps(10, 7), rhythm().instances[7]->steps);
@@ -152,7 +152,7 @@ TEST_F(ClipSteps, ThePolyRhythmsStepsAreOnChannelTenAlone)
     EXPECT_TRUE(generator.getPolyRhythmSteps(14, 7).empty());
 }
 
-TEST_F(ClipSteps, AStepOfThePolyRhythmIsGivenWhereItIs)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOfThePolyRhythmIsGivenWhereItIs)
 {
     rhythm().instances[7]->steps = {soundingStep()};
     EXPECT_EQ(generator.getPolyRhythmStep(10, 7, 0), rhythm().instances[7]->steps[0]);
@@ -164,7 +164,7 @@ TEST_F(ClipSteps, AStepOfThePolyRhythmIsGivenWhereItIs)
     EXPECT_EQ(generator.getPolyRhythmStep(14, 8, 0), nullptr);
 }
 
-TEST_F(ClipSteps, AnInstanceIsLengthenedBySilenceAndMixed)
+TEST_F(MIDIClipGeneratorStepsTest, AnInstanceIsLengthenedBySilenceAndMixed)
 {
     generator.adjustPolyRhythmSteps(10, 2, 16);
     ASSERT_EQ(rhythm().getSteps(2).size(), 16U);
@@ -177,7 +177,7 @@ TEST_F(ClipSteps, AnInstanceIsLengthenedBySilenceAndMixed)
     EXPECT_TRUE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, AnInstanceIsCutAndMixed)
+TEST_F(MIDIClipGeneratorStepsTest, AnInstanceIsCutAndMixed)
 {
     const auto first = soundingStep();
     rhythm().instances[2]->steps = {first, soundingStep(), soundingStep()};
@@ -189,7 +189,7 @@ TEST_F(ClipSteps, AnInstanceIsCutAndMixed)
     EXPECT_TRUE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, AStepOfThePolyRhythmIsReplacedAndMixed)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOfThePolyRhythmIsReplacedAndMixed)
 {
     rhythm().instances[2]->steps = {std::make_shared<PolyRhythmStepEvent>()};
     const auto step = soundingStep();
@@ -199,7 +199,7 @@ TEST_F(ClipSteps, AStepOfThePolyRhythmIsReplacedAndMixed)
     EXPECT_TRUE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, AStepOutsideThePolyRhythmIsNotSet)
+TEST_F(MIDIClipGeneratorStepsTest, AStepOutsideThePolyRhythmIsNotSet)
 {
     rhythm().instances[2]->steps = {std::make_shared<PolyRhythmStepEvent>()};
     const auto before = rhythm().getSteps(2);
@@ -215,7 +215,7 @@ TEST_F(ClipSteps, AStepOutsideThePolyRhythmIsNotSet)
     EXPECT_FALSE(isMixedAnew());
 }
 
-TEST_F(ClipSteps, RandomStepsAreNeverGiven)
+TEST_F(MIDIClipGeneratorStepsTest, RandomStepsAreNeverGiven)
 {
     EXPECT_FALSE(generator.phraseMixer->polyMeter0->randomStepGenerator->steps.empty());
     for (const int channel : {-1, 0, 10, 14}) {
@@ -223,20 +223,20 @@ TEST_F(ClipSteps, RandomStepsAreNeverGiven)
     }
 }
 
-TEST_F(ClipStepsDeathTest, TheInstanceBehindTheLastStops)
+TEST_F(MIDIClipGeneratorStepsDeathTest, TheInstanceBehindTheLastStops)
 {
     EXPECT_DEATH(generator.getPolyRhythmStep(10, 8, 0), onlyLine(indexMessage));
     EXPECT_DEATH(generator.setPolyRhythmStep(soundingStep(), 10, 8, 0), onlyLine(indexMessage));
 }
 
-TEST_F(ClipStepsDeathTest, AnAbsentStepStops)
+TEST_F(MIDIClipGeneratorStepsDeathTest, AnAbsentStepStops)
 {
     rhythm().instances[2]->steps = {soundingStep()};
     EXPECT_DEATH(generator.setPolyMeterStep(nullptr, 14, 0), onlyLine(nilMessage));
     EXPECT_DEATH(generator.setPolyRhythmStep(nullptr, 10, 2, 0), onlyLine(nilMessage));
 }
 
-TEST_F(ClipStepsDeathTest, AdjustingAnInstanceOutOfRangeStops)
+TEST_F(MIDIClipGeneratorStepsDeathTest, AdjustingAnInstanceOutOfRangeStops)
 {
     for (const int instance : {-1, 8, 9}) {
         EXPECT_DEATH(generator.adjustPolyRhythmSteps(10, instance, 4), onlyLine(indexMessage));

@@ -24,7 +24,7 @@ DrawScript arrangementScript(int transposition, const std::vector<int>& files)
     return script.rhythms().metricCycle();
 }
 
-class Arrangement : public testing::Test {
+class MIDIClipGeneratorTest : public testing::Test {
 protected:
     void SetUp() override { library.fill(); }
 
@@ -53,12 +53,12 @@ protected:
     std::shared_ptr<MIDISequence16> sequence;
 };
 
-TEST_F(Arrangement, ANewGeneratorHasNoMixer)
+TEST_F(MIDIClipGeneratorTest, ANewGeneratorHasNoMixer)
 {
     EXPECT_EQ(generator.phraseMixer, nullptr);
 }
 
-TEST_F(Arrangement, TheDrawsComeInTheirOrderAndChooseTheFiles)
+TEST_F(MIDIClipGeneratorTest, TheDrawsComeInTheirOrderAndChooseTheFiles)
 {
     make(0, {1, 2, 1, 2, 1});
     const MIDIPhraseMixer& mixer = *generator.phraseMixer;
@@ -69,7 +69,7 @@ TEST_F(Arrangement, TheDrawsComeInTheirOrderAndChooseTheFiles)
     EXPECT_EQ(mixer.drumTrack0->currentURL, library.at(drums) + "001.mid");
 }
 
-TEST_F(Arrangement, EachTrackHasItsChannel)
+TEST_F(MIDIClipGeneratorTest, EachTrackHasItsChannel)
 {
     make(0, {1, 1, 1, 1, 1});
     const MIDIPhraseMixer& mixer = *generator.phraseMixer;
@@ -82,7 +82,7 @@ TEST_F(Arrangement, EachTrackHasItsChannel)
     EXPECT_EQ(mixer.polyMeter0->channel, 14);
 }
 
-TEST_F(Arrangement, FollowersStandOnTheChordsAndTheOthersDoNot)
+TEST_F(MIDIClipGeneratorTest, FollowersStandOnTheChordsAndTheOthersDoNot)
 {
     make(0, {1, 1, 1, 1, 1});
     const MIDIPhraseMixer& mixer = *generator.phraseMixer;
@@ -98,7 +98,7 @@ TEST_F(Arrangement, FollowersStandOnTheChordsAndTheOthersDoNot)
     EXPECT_EQ(listOf(mixer.polyMeter0->generatedEvents, &PhraseEvent::channel), Numbers(64, 14));
 }
 
-TEST_F(Arrangement, TheTranspositionMovesTheChordsAndNotTheDrums)
+TEST_F(MIDIClipGeneratorTest, TheTranspositionMovesTheChordsAndNotTheDrums)
 {
     for (const auto& [transposition, name] :
          std::vector<std::pair<int, std::string>>{{-6, "D#m"}, {6, "D#m"}, {3, "Cm"}}) {
@@ -109,7 +109,7 @@ TEST_F(Arrangement, TheTranspositionMovesTheChordsAndNotTheDrums)
     }
 }
 
-TEST_F(Arrangement, TheResultIsTheMixersSequenceOfTheWholeMix)
+TEST_F(MIDIClipGeneratorTest, TheResultIsTheMixersSequenceOfTheWholeMix)
 {
     make(0, {1, 1, 1, 1, 1});
     EXPECT_EQ(sequence, generator.phraseMixer->sequence);
@@ -119,7 +119,7 @@ TEST_F(Arrangement, TheResultIsTheMixersSequenceOfTheWholeMix)
     EXPECT_EQ(sequence->getTrackEvents(9).size(), 2U);
 }
 
-TEST_F(Arrangement, TheConsoleTellsEachStep)
+TEST_F(MIDIClipGeneratorTest, TheConsoleTellsEachStep)
 {
     make(0, {1, 2, 1, 2, 1});
     const std::string notYet =
@@ -139,7 +139,7 @@ TEST_F(Arrangement, TheConsoleTellsEachStep)
     EXPECT_EQ(withoutTrackEnds(console.take()), lines);
 }
 
-TEST_F(Arrangement, EachOneHasAMixerOfItsOwn)
+TEST_F(MIDIClipGeneratorTest, EachOneHasAMixerOfItsOwn)
 {
     make(0, {1, 1, 1, 1, 1});
     const auto first = generator.phraseMixer;
@@ -152,7 +152,7 @@ TEST_F(Arrangement, EachOneHasAMixerOfItsOwn)
     EXPECT_TRUE(generator.phraseMixer->chordTrack->chords.empty());
 }
 
-TEST_F(Arrangement, AnEmptyOneNeedsNoLibraryAndDrawsItsGeneratorsStepsOnly)
+TEST_F(MIDIClipGeneratorTest, AnEmptyOneNeedsNoLibraryAndDrawsItsGeneratorsStepsOnly)
 {
     setResourcesFolder(std::nullopt);
     const DrawScript script = DrawScript().newMixer();
@@ -167,7 +167,7 @@ TEST_F(Arrangement, AnEmptyOneNeedsNoLibraryAndDrawsItsGeneratorsStepsOnly)
                                      "Arranger::makeSequence() : There are no events for mixing."}));
 }
 
-TEST_F(Arrangement, AnEmptyOneReadsBackAsSixteenEmptyTracks)
+TEST_F(MIDIClipGeneratorTest, AnEmptyOneReadsBackAsSixteenEmptyTracks)
 {
     std::vector<std::uint8_t> bytes;
     sequence = generator.makeArrangement(true);

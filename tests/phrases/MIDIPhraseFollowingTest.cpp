@@ -9,7 +9,7 @@ namespace {
 using namespace test;
 using Numbers = std::vector<int>;
 
-class Following : public testing::Test {
+class MIDIPhraseFollowingTest : public testing::Test {
 protected:
     // What the loaded notes become on the chords.
     Numbers followed(const PhraseEvents& notes, const std::vector<std::pair<double, std::string>>& chords)
@@ -22,49 +22,49 @@ protected:
     std::shared_ptr<MIDIPhrase> phrase = MIDIPhrase::make();
 };
 
-using FollowingDeathTest = Following;
+using MIDIPhraseFollowingDeathTest = MIDIPhraseFollowingTest;
 
-TEST_F(Following, NotesMoveUpToTheNextChordTone)
+TEST_F(MIDIPhraseFollowingTest, NotesMoveUpToTheNextChordTone)
 {
     EXPECT_EQ(followed({noteAt(0.0, 61), noteAt(1.0, 60), noteAt(2.0, 66), noteAt(3.0, 68)}, {{0.0, "CM"}}),
               (Numbers{64, 60, 67, 72}));
 }
 
-TEST_F(Following, NotesOfOnePositionTakeDifferentTones)
+TEST_F(MIDIPhraseFollowingTest, NotesOfOnePositionTakeDifferentTones)
 {
     EXPECT_EQ(followed({noteAt(1.0, 60), noteAt(1.0, 61)}, {{0.0, "CM"}}), (Numbers{60, 64}));
     EXPECT_EQ(followed({noteAt(1.0, 61), noteAt(1.0, 60)}, {{0.0, "CM"}}), (Numbers{64, 60}));
     EXPECT_EQ(followed({noteAt(1.0, 60), noteAt(1.0, 60)}, {{0.0, "CM"}}), (Numbers{60, 64}));
 }
 
-TEST_F(Following, NotesOfDifferentPositionsMayTakeOneTone)
+TEST_F(MIDIPhraseFollowingTest, NotesOfDifferentPositionsMayTakeOneTone)
 {
     EXPECT_EQ(followed({noteAt(1.0, 60), noteAt(1.25, 60)}, {{0.0, "CM"}}), (Numbers{60, 60}));
 }
 
-TEST_F(Following, ARuleOfOneToneSendsNotesToItsNextOctaves)
+TEST_F(MIDIPhraseFollowingTest, ARuleOfOneToneSendsNotesToItsNextOctaves)
 {
     EXPECT_EQ(followed({noteAt(0.0, 61), noteAt(0.0, 62), noteAt(1.0, 50)}, {{0.0, "C8"}}),
               (Numbers{72, 84, 60}));
 }
 
-TEST_F(Following, ASearchThatPassesTheTopGoesOnAtTheBottom)
+TEST_F(MIDIPhraseFollowingTest, ASearchThatPassesTheTopGoesOnAtTheBottom)
 {
     EXPECT_EQ(followed({noteAt(0.0, 125), noteAt(1.0, 127), noteAt(2.0, 120)}, {{0.0, "C8"}}),
               (Numbers{0, 0, 120}));
 }
 
-TEST_F(Following, ANumberAboveTheKeysStaysOnAToneAndElseReturnsToTheBottom)
+TEST_F(MIDIPhraseFollowingTest, ANumberAboveTheKeysStaysOnAToneAndElseReturnsToTheBottom)
 {
     EXPECT_EQ(followed({noteAt(0.0, 132), noteAt(1.0, 133)}, {{0.0, "C8"}}), (Numbers{132, 0}));
 }
 
-TEST_F(Following, ANoteAtAChordsPositionBelongsToThatChord)
+TEST_F(MIDIPhraseFollowingTest, ANoteAtAChordsPositionBelongsToThatChord)
 {
     EXPECT_EQ(followed({noteAt(3.9999, 60), noteAt(4.0, 60)}, {{0.0, "CM"}, {4.0, "GM"}}), (Numbers{60, 62}));
 }
 
-TEST_F(Following, NotesOutsideTheChordsAreLeftOut)
+TEST_F(MIDIPhraseFollowingTest, NotesOutsideTheChordsAreLeftOut)
 {
     EXPECT_EQ(
         followed({noteAt(1.75, 60), noteAt(2.0, 61), noteAt(15.75, 62), noteAt(16.0, 63), noteAt(17.0, 64)},
@@ -72,26 +72,26 @@ TEST_F(Following, NotesOutsideTheChordsAreLeftOut)
         (Numbers{72, 72}));
 }
 
-TEST_F(Following, WithoutChordsThePhraseIsSilent)
+TEST_F(MIDIPhraseFollowingTest, WithoutChordsThePhraseIsSilent)
 {
     phrase->generatedEvents = {noteAt(0.0, 60)};
     EXPECT_EQ(followed({noteAt(0.0, 60)}, {}), Numbers{});
 }
 
-TEST_F(Following, OtherEventsAreLeftOut)
+TEST_F(MIDIPhraseFollowingTest, OtherEventsAreLeftOut)
 {
     EXPECT_EQ(followed({eventOf(2, 0.0, 60), eventOf(3, 0.0, 60), noteAt(0.0, 60)}, {{0.0, "CM"}}),
               Numbers{60});
 }
 
-TEST_F(Following, IdsStartAnewInEachStretch)
+TEST_F(MIDIPhraseFollowingTest, IdsStartAnewInEachStretch)
 {
     followed({noteAt(0.0, 60), noteAt(1.0, 60), noteAt(4.0, 60), noteAt(8.0, 60)},
              {{0.0, "CM"}, {4.0, "FM"}});
     EXPECT_EQ(listOf(phrase->generatedEvents, &PhraseEvent::id), (Numbers{0, 1, 0, 1}));
 }
 
-TEST_F(Following, AMovedNoteKeepsAllButItsNumberAndItsId)
+TEST_F(MIDIPhraseFollowingTest, AMovedNoteKeepsAllButItsNumberAndItsId)
 {
     const auto note = noteAt(1.25, 61, 0.495);
     note->id = 9;
@@ -113,7 +113,7 @@ TEST_F(Following, AMovedNoteKeepsAllButItsNumberAndItsId)
     EXPECT_EQ(note->id, 9);
 }
 
-TEST_F(Following, FollowingTwiceGivesTheSameNotes)
+TEST_F(MIDIPhraseFollowingTest, FollowingTwiceGivesTheSameNotes)
 {
     const PhraseEvents notes{noteAt(0.0, 61), noteAt(0.0, 63), noteAt(5.0, 61)};
     const auto once = followed(notes, {{0.0, "CM"}, {4.0, "FM"}});
@@ -121,7 +121,7 @@ TEST_F(Following, FollowingTwiceGivesTheSameNotes)
     EXPECT_EQ(once, (Numbers{64, 67, 65}));
 }
 
-TEST_F(Following, TheDurationsOfTheChordsAreRefreshed)
+TEST_F(MIDIPhraseFollowingTest, TheDurationsOfTheChordsAreRefreshed)
 {
     const auto chords = chordTrackOf({{0.0, "CM"}, {4.0, "FM"}});
     phrase->transposeTrackNotes(*chords);
@@ -129,7 +129,7 @@ TEST_F(Following, TheDurationsOfTheChordsAreRefreshed)
     EXPECT_EQ(chords->chords[1]->duration, 12.0);
 }
 
-TEST_F(Following, AStretchWithoutAChordIsAnError)
+TEST_F(MIDIPhraseFollowingTest, AStretchWithoutAChordIsAnError)
 {
     ConsoleCapture console;
     phrase->loadedEvents = {noteAt(0.0, 60)};
@@ -138,7 +138,7 @@ TEST_F(Following, AStretchWithoutAChordIsAnError)
     EXPECT_TRUE(phrase->generatedEvents.empty());
 }
 
-TEST_F(Following, AToneIsFreeUntilAnEventPlaysItAtThatVeryPosition)
+TEST_F(MIDIPhraseFollowingTest, AToneIsFreeUntilAnEventPlaysItAtThatVeryPosition)
 {
     phrase->generatedEvents = {noteAt(1.0, 64)};
     const auto rule = ruleNamed("CM");
@@ -149,7 +149,7 @@ TEST_F(Following, AToneIsFreeUntilAnEventPlaysItAtThatVeryPosition)
     EXPECT_FALSE(MIDIPhraseProbe::transposeOf(*phrase, *rule, 61, 1.0));
 }
 
-TEST_F(Following, ANoteIsHeldWhateverItsTypeAndChannel)
+TEST_F(MIDIPhraseFollowingTest, ANoteIsHeldWhateverItsTypeAndChannel)
 {
     const auto other = eventOf(3, 2.0, 64);
     other->channel = 9;
@@ -158,7 +158,7 @@ TEST_F(Following, ANoteIsHeldWhateverItsTypeAndChannel)
     EXPECT_FALSE(MIDIPhraseProbe::hasNoteAtPositionOf(*phrase, {}, 60, 2.0));
 }
 
-TEST_F(FollowingDeathTest, ARuleWithoutTonesStops)
+TEST_F(MIDIPhraseFollowingDeathTest, ARuleWithoutTonesStops)
 {
     const auto chords = MIDIChordPhrase::make();
     chords->chords = {chordAt(0.0, ruleOf({}))};
@@ -166,7 +166,7 @@ TEST_F(FollowingDeathTest, ARuleWithoutTonesStops)
     EXPECT_DEATH(phrase->transposeTrackNotes(*chords), onlyLine(endlessMessage));
 }
 
-TEST_F(FollowingDeathTest, AChordWithoutARuleStops)
+TEST_F(MIDIPhraseFollowingDeathTest, AChordWithoutARuleStops)
 {
     const auto chords = MIDIChordPhrase::make();
     chords->chords = {chordAt(0.0, nullptr)};
@@ -176,7 +176,7 @@ TEST_F(FollowingDeathTest, AChordWithoutARuleStops)
     EXPECT_DEATH(phrase->transposeTrackNotes(*chords), onlyLine(nilMessage));
 }
 
-TEST_F(FollowingDeathTest, OneNoteMoreThanTheRuleHasKeysStops)
+TEST_F(MIDIPhraseFollowingDeathTest, OneNoteMoreThanTheRuleHasKeysStops)
 {
     PhraseEvents notes;
     for (int i = 0; i < 11; ++i) {
@@ -187,7 +187,7 @@ TEST_F(FollowingDeathTest, OneNoteMoreThanTheRuleHasKeysStops)
     EXPECT_DEATH(followed(notes, {{0.0, "C8"}}), onlyLine(endlessMessage));
 }
 
-TEST_F(FollowingDeathTest, TheHigherPitchClassesHaveTenKeysOnly)
+TEST_F(MIDIPhraseFollowingDeathTest, TheHigherPitchClassesHaveTenKeysOnly)
 {
     PhraseEvents notes;
     for (int i = 0; i < 10; ++i) {

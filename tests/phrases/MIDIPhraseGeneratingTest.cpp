@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-class Generating : public testing::Test {
+class MIDIPhraseGeneratingTest : public testing::Test {
 protected:
     PolyRhythmStepEvent& addStep(int instance, double position, int note, int velocity)
     {
@@ -32,9 +32,9 @@ protected:
     std::shared_ptr<MIDIPhrase> phrase = MIDIPhrase::make();
 };
 
-using GeneratingDeathTest = Generating;
+using MIDIPhraseGeneratingDeathTest = MIDIPhraseGeneratingTest;
 
-TEST_F(Generating, APolyMetricPhraseIsDrawnOnTheGivenChannel)
+TEST_F(MIDIPhraseGeneratingTest, APolyMetricPhraseIsDrawnOnTheGivenChannel)
 {
     const DrawScript script = DrawScript().metricCycle();
     ScriptedRandomSource source(script.numbers);
@@ -47,7 +47,7 @@ TEST_F(Generating, APolyMetricPhraseIsDrawnOnTheGivenChannel)
     EXPECT_EQ(listOf(notes, &PhraseEvent::value), std::vector<int>(64, 100));
 }
 
-TEST_F(Generating, ACycleWithoutANoteIsDrawnAgain)
+TEST_F(MIDIPhraseGeneratingTest, ACycleWithoutANoteIsDrawnAgain)
 {
     DrawScript script;
     script.draw(1, 1, 16).draw(0, 0, 5).draw(50, 20, 120).draw(0, -1, 1);
@@ -58,7 +58,7 @@ TEST_F(Generating, ACycleWithoutANoteIsDrawnAgain)
     EXPECT_EQ(source.ranges, script.ranges);
 }
 
-TEST_F(Generating, AnUpdateKeepsTheStepsAndTakesTheTracksChannel)
+TEST_F(MIDIPhraseGeneratingTest, AnUpdateKeepsTheStepsAndTakesTheTracksChannel)
 {
     ScriptedRandomSource source({});
     phrase->channel = 9;
@@ -76,7 +76,7 @@ TEST_F(Generating, AnUpdateKeepsTheStepsAndTakesTheTracksChannel)
     EXPECT_TRUE(source.ranges.empty());
 }
 
-TEST_F(Generating, AnUpdateOfAFreshDrawGivesTheDrawnNotes)
+TEST_F(MIDIPhraseGeneratingTest, AnUpdateOfAFreshDrawGivesTheDrawnNotes)
 {
     SeededRandomSource source(21);
     const auto drawn = phrase->generateRandomPhrase_PolyMetric(0, 64);
@@ -85,7 +85,7 @@ TEST_F(Generating, AnUpdateOfAFreshDrawGivesTheDrawnNotes)
     EXPECT_EQ(positionsOf(phrase->loadedEvents), positionsOf(drawn));
 }
 
-TEST_F(Generating, AnUpdateOfASilentCycleDrawsANewOne)
+TEST_F(MIDIPhraseGeneratingTest, AnUpdateOfASilentCycleDrawsANewOne)
 {
     const DrawScript script = DrawScript().metricCycle();
     ScriptedRandomSource source(script.numbers);
@@ -97,7 +97,7 @@ TEST_F(Generating, AnUpdateOfASilentCycleDrawsANewOne)
     EXPECT_EQ(phrase->polyMetricStepGenerator->steps.size(), 1U);
 }
 
-TEST_F(Generating, TheRhythmsBarPlaysFourTimes)
+TEST_F(MIDIPhraseGeneratingTest, TheRhythmsBarPlaysFourTimes)
 {
     clearRhythms();
     addStep(2, 0.5, 41, 77);
@@ -115,7 +115,7 @@ TEST_F(Generating, TheRhythmsBarPlaysFourTimes)
     }
 }
 
-TEST_F(Generating, RhythmsAreSortedAndTheirIdsTellTheOrderOfTheirMaking)
+TEST_F(MIDIPhraseGeneratingTest, RhythmsAreSortedAndTheirIdsTellTheOrderOfTheirMaking)
 {
     clearRhythms();
     addStep(0, 2.0, 40, 50);
@@ -129,7 +129,7 @@ TEST_F(Generating, RhythmsAreSortedAndTheirIdsTellTheOrderOfTheirMaking)
               (std::vector<int>{1, 0, 2, 4, 3, 5, 7, 6, 8, 10, 9, 11}));
 }
 
-TEST_F(Generating, OnlySilentRhythmsLeaveNothingAndDrawNothing)
+TEST_F(MIDIPhraseGeneratingTest, OnlySilentRhythmsLeaveNothingAndDrawNothing)
 {
     ScriptedRandomSource source({});
     clearRhythms();
@@ -140,7 +140,7 @@ TEST_F(Generating, OnlySilentRhythmsLeaveNothingAndDrawNothing)
     EXPECT_TRUE(source.ranges.empty());
 }
 
-TEST_F(Generating, ANegativeInstanceDrawsAllEight)
+TEST_F(MIDIPhraseGeneratingTest, ANegativeInstanceDrawsAllEight)
 {
     const DrawScript script = DrawScript().rhythms();
     ScriptedRandomSource source(script.numbers);
@@ -148,7 +148,7 @@ TEST_F(Generating, ANegativeInstanceDrawsAllEight)
     EXPECT_EQ(source.ranges, script.ranges);
 }
 
-TEST_F(Generating, AnInstanceIsDrawnAlone)
+TEST_F(MIDIPhraseGeneratingTest, AnInstanceIsDrawnAlone)
 {
     clearRhythms();
     DrawScript script;
@@ -160,7 +160,7 @@ TEST_F(Generating, AnInstanceIsDrawnAlone)
     EXPECT_EQ(numbersOf(events), std::vector<int>(4, 50));
 }
 
-TEST_F(Generating, AnInstanceOutOfRangeDrawsNothingAndIsUpdated)
+TEST_F(MIDIPhraseGeneratingTest, AnInstanceOutOfRangeDrawsNothingAndIsUpdated)
 {
     clearRhythms();
     addStep(0, 0.0, 40, 50);
@@ -169,7 +169,7 @@ TEST_F(Generating, AnInstanceOutOfRangeDrawsNothingAndIsUpdated)
     EXPECT_TRUE(source.ranges.empty());
 }
 
-TEST_F(Generating, TheBareRandomPhraseGivesNothingAndChangesNothing)
+TEST_F(MIDIPhraseGeneratingTest, TheBareRandomPhraseGivesNothingAndChangesNothing)
 {
     ScriptedRandomSource source({});
     const PhraseEvents events{noteAt(0.0, 60)};
@@ -179,7 +179,7 @@ TEST_F(Generating, TheBareRandomPhraseGivesNothingAndChangesNothing)
     EXPECT_TRUE(source.ranges.empty());
 }
 
-TEST_F(GeneratingDeathTest, StepsThatCanNeverGiveANoteStop)
+TEST_F(MIDIPhraseGeneratingDeathTest, StepsThatCanNeverGiveANoteStop)
 {
     EXPECT_DEATH(phrase->generateRandomPhrase_PolyMetric(14, 0), onlyLine(endlessMessage));
     EXPECT_DEATH(phrase->updateEvents_PolyMeter(0), onlyLine(endlessMessage));
@@ -187,7 +187,7 @@ TEST_F(GeneratingDeathTest, StepsThatCanNeverGiveANoteStop)
     EXPECT_DEATH(phrase->updateEvents_PolyMeter(-1), onlyLine(rangeMessage));
 }
 
-TEST_F(GeneratingDeathTest, AChannelOrAVelocityThatIsNoByteStops)
+TEST_F(MIDIPhraseGeneratingDeathTest, AChannelOrAVelocityThatIsNoByteStops)
 {
     EXPECT_DEATH(phrase->generateRandomPhrase_PolyMetric(256, 64), onlyLine(conversionMessage));
     EXPECT_DEATH(phrase->generateRandomPhrase_PolyMetric(-1, 64), onlyLine(conversionMessage));

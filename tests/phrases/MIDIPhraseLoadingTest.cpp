@@ -13,7 +13,7 @@ namespace {
 using namespace test;
 using Lines = std::vector<std::string>;
 
-class PhraseLoading : public testing::Test {
+class MIDIPhraseLoadingTest : public testing::Test {
 protected:
     void load(const PhraseFile& content, int transpose = 0)
     {
@@ -28,9 +28,9 @@ protected:
     std::shared_ptr<MIDIPhrase> phrase = MIDIPhrase::make();
 };
 
-using PhraseLoadingDeathTest = PhraseLoading;
+using MIDIPhraseLoadingDeathTest = MIDIPhraseLoadingTest;
 
-TEST_F(PhraseLoading, AFileGivesItsNotesAndControllersByPosition)
+TEST_F(MIDIPhraseLoadingTest, AFileGivesItsNotesAndControllersByPosition)
 {
     phrase->generatedEvents = {noteAt(9.0, 9)};
     load({{{0.0, 60, 2.0, 1, 90, 20}, {1.0, 64, 0.5, 1}}, {{1.5, 64, 127, 1}}, {}});
@@ -46,7 +46,7 @@ TEST_F(PhraseLoading, AFileGivesItsNotesAndControllersByPosition)
     EXPECT_EQ(withoutTrackEnds(console.take()), Lines{"MIDIPhrase: Sequence length is: 1.5"});
 }
 
-TEST_F(PhraseLoading, AMarkerIsToldWhileTheFileIsRead)
+TEST_F(MIDIPhraseLoadingTest, AMarkerIsToldWhileTheFileIsRead)
 {
     load({{{0.0, 60}}, {}, {2.0}});
     EXPECT_EQ(withoutTrackEnds(console.take()),
@@ -54,7 +54,7 @@ TEST_F(PhraseLoading, AMarkerIsToldWhileTheFileIsRead)
     EXPECT_EQ(phrase->loadedEvents.size(), 2U);
 }
 
-TEST_F(PhraseLoading, APhraseIsNeverLongerThanSixteenBeats)
+TEST_F(MIDIPhraseLoadingTest, APhraseIsNeverLongerThanSixteenBeats)
 {
     load({{{0.0, 60}, {15.0, 61, 2.0}, {16.0, 62}, {18.0, 63}, {20.0, 64}}, {{17.0, 7, 1}}, {}});
     EXPECT_EQ(phrase->currentLength, 16);
@@ -63,7 +63,7 @@ TEST_F(PhraseLoading, APhraseIsNeverLongerThanSixteenBeats)
     EXPECT_EQ(withoutTrackEnds(console.take()), Lines{"MIDIPhrase: Sequence length is: 20.0"});
 }
 
-TEST_F(PhraseLoading, ALengthIsRoundedUpToWholeBeats)
+TEST_F(MIDIPhraseLoadingTest, ALengthIsRoundedUpToWholeBeats)
 {
     load({{{3.2, 60}}, {}, {}});
     EXPECT_EQ(phrase->currentLength, 4);
@@ -71,7 +71,7 @@ TEST_F(PhraseLoading, ALengthIsRoundedUpToWholeBeats)
     EXPECT_EQ(phrase->currentLength, 3);
 }
 
-TEST_F(PhraseLoading, ARepeatedKeyOfTheTracksOwnChannelIsDropped)
+TEST_F(MIDIPhraseLoadingTest, ARepeatedKeyOfTheTracksOwnChannelIsDropped)
 {
     const PhraseFile content{{{0.0, 60, 1.0}, {1.0, 60, 1.0}}, {}, {}};
     load(content);
@@ -83,7 +83,7 @@ TEST_F(PhraseLoading, ARepeatedKeyOfTheTracksOwnChannelIsDropped)
     EXPECT_EQ(phrase->loadedEvents.size(), 4U);
 }
 
-TEST_F(PhraseLoading, ATranspositionFoldsByAHundredAndTwentySeven)
+TEST_F(MIDIPhraseLoadingTest, ATranspositionFoldsByAHundredAndTwentySeven)
 {
     load({{{0.0, 120}, {2.0, 100}}, {{1.0, 119, 1}}, {}}, 9);
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{2, 2, 119, 109, 109}));
@@ -95,20 +95,20 @@ TEST_F(PhraseLoading, ATranspositionFoldsByAHundredAndTwentySeven)
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{0, 0}));
 }
 
-TEST_F(PhraseLoading, WithoutATranspositionTheKeysStayAndTheListIsSorted)
+TEST_F(MIDIPhraseLoadingTest, WithoutATranspositionTheKeysStayAndTheListIsSorted)
 {
     load({{{0.0, 127, 8.0}, {1.0, 0, 1.0}}, {}, {}});
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{127, 0, 0, 127}));
 }
 
-TEST_F(PhraseLoading, EqualPositionsKeepTheOrderInWhichTheyWereFound)
+TEST_F(MIDIPhraseLoadingTest, EqualPositionsKeepTheOrderInWhichTheyWereFound)
 {
     load({{{0.0, 60, 1.0, 1}, {1.0, 61, 1.0, 1}, {1.0, 50, 1.0, 1}}, {}, {}});
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{60, 60, 61, 50, 61, 50}));
     EXPECT_EQ(listOf(phrase->loadedEvents, &PhraseEvent::type), (std::vector<int>{1, 2, 1, 1, 2, 2}));
 }
 
-TEST_F(PhraseLoading, TheSecondLoaderLeavesNotesAloneInBothLists)
+TEST_F(MIDIPhraseLoadingTest, TheSecondLoaderLeavesNotesAloneInBothLists)
 {
     writeFile(file, {{{0.1, 60, 1.1}, {1.4, 64, 0.5}}, {{1.5, 64, 127}}, {}});
     phrase->loadPhrase2(file, 2);
@@ -119,7 +119,7 @@ TEST_F(PhraseLoading, TheSecondLoaderLeavesNotesAloneInBothLists)
     EXPECT_EQ(listOf(phrase->generatedEvents, &PhraseEvent::duration), (std::vector<double>{0.99, 0.495}));
 }
 
-TEST_F(PhraseLoading, AMissingFileIsToldAndChangesNothing)
+TEST_F(MIDIPhraseLoadingTest, AMissingFileIsToldAndChangesNothing)
 {
     load({{{0.0, 60}}, {}, {}});
     const auto events = phrase->loadedEvents;
@@ -133,7 +133,7 @@ TEST_F(PhraseLoading, AMissingFileIsToldAndChangesNothing)
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{60, 60}));
 }
 
-TEST_F(PhraseLoading, AFileThatCannotBeReadLeavesThePhraseSilent)
+TEST_F(MIDIPhraseLoadingTest, AFileThatCannotBeReadLeavesThePhraseSilent)
 {
     load({{{0.0, 60}}, {}, {}});
     std::ofstream(file) << "no music";
@@ -146,7 +146,7 @@ TEST_F(PhraseLoading, AFileThatCannotBeReadLeavesThePhraseSilent)
     EXPECT_EQ(lines.back(), "MIDIPhrase: Sequence length is: 0.0");
 }
 
-TEST_F(PhraseLoading, EachLoadReplacesTheOneBefore)
+TEST_F(MIDIPhraseLoadingTest, EachLoadReplacesTheOneBefore)
 {
     load({{{0.0, 60}, {1.0, 61}}, {}, {}});
     const auto sequence = phrase->sequence;
@@ -156,7 +156,7 @@ TEST_F(PhraseLoading, EachLoadReplacesTheOneBefore)
     EXPECT_NE(phrase->sequence, sequence);
 }
 
-TEST_F(PhraseLoading, WhatIsSavedIsTheFileAsRead)
+TEST_F(MIDIPhraseLoadingTest, WhatIsSavedIsTheFileAsRead)
 {
     load({{{0.0, 60, 1.0, 2}}, {}, {}}, 5);
     const auto copy = folder.path / "copy.mid";
@@ -167,7 +167,7 @@ TEST_F(PhraseLoading, WhatIsSavedIsTheFileAsRead)
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{65, 65}));
 }
 
-TEST_F(PhraseLoading, BeforeTheFirstLoadThereIsNothingToSave)
+TEST_F(MIDIPhraseLoadingTest, BeforeTheFirstLoadThereIsNothingToSave)
 {
     const auto copy = folder.path / "copy.mid";
     phrase->savePhrase(copy);
@@ -175,7 +175,7 @@ TEST_F(PhraseLoading, BeforeTheFirstLoadThereIsNothingToSave)
     EXPECT_EQ(withoutTrackEnds(console.take()), Lines{});
 }
 
-TEST_F(PhraseLoadingDeathTest, ANumberOutsideAByteAfterTheFoldStops)
+TEST_F(MIDIPhraseLoadingDeathTest, ANumberOutsideAByteAfterTheFoldStops)
 {
     writeFile(file, {{{0.0, 100}}, {}, {}});
     phrase->loadPhrase(file, 282);
@@ -204,7 +204,7 @@ public:
     std::shared_ptr<MIDISequence16> kept;
 };
 
-TEST_F(PhraseLoadingDeathTest, ALengthThatIsNoIntegerStops)
+TEST_F(MIDIPhraseLoadingDeathTest, ALengthThatIsNoIntegerStops)
 {
     writeFile(file, {{{0.0, 100}}, {}, {}});
     const auto tampering = std::make_shared<TamperingPhrase>();
@@ -214,7 +214,7 @@ TEST_F(PhraseLoadingDeathTest, ALengthThatIsNoIntegerStops)
     }
 }
 
-TEST_F(PhraseLoadingDeathTest, ASequenceThatIsGoneAfterTheReadingStops)
+TEST_F(MIDIPhraseLoadingDeathTest, ASequenceThatIsGoneAfterTheReadingStops)
 {
     writeFile(file, {{{0.0, 100}}, {}, {}});
     const auto tampering = std::make_shared<TamperingPhrase>();
@@ -222,7 +222,7 @@ TEST_F(PhraseLoadingDeathTest, ASequenceThatIsGoneAfterTheReadingStops)
     EXPECT_DEATH(tampering->loadPhrase(file, 0), onlyLine(implicitNilMessage));
 }
 
-TEST_F(PhraseLoadingDeathTest, ASequenceThatIsDroppedInTheReadingStops)
+TEST_F(MIDIPhraseLoadingDeathTest, ASequenceThatIsDroppedInTheReadingStops)
 {
     const auto tampering = std::make_shared<TamperingPhrase>();
     tampering->emptyField = true;
@@ -230,7 +230,7 @@ TEST_F(PhraseLoadingDeathTest, ASequenceThatIsDroppedInTheReadingStops)
     EXPECT_DEATH(tampering->loadPhrase(file, 0), onlyLine(implicitNilMessage));
 }
 
-TEST_F(PhraseLoading, AFileLongerThanAnIntegersBeatsLasts16)
+TEST_F(MIDIPhraseLoadingTest, AFileLongerThanAnIntegersBeatsLasts16)
 {
     std::string bytes("MThd\0\0\0\6\0\0\0\1\0\1MTrk\0\0\0\107\0\x90\x3C\x64", 26);
     for (int i = 0; i < 9; ++i) {

@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-class Writing : public testing::Test {
+class PhraseEventWriterTest : public testing::Test {
 protected:
     std::vector<MIDISequence16::TimedMIDIEvent> written(int type, double offset = 0.0)
     {
@@ -35,7 +35,7 @@ protected:
     std::shared_ptr<MIDISequence16> sequence = std::make_shared<MIDISequence16>();
 };
 
-TEST_F(Writing, ANoteCarriesItsDurationInSinglePrecision)
+TEST_F(PhraseEventWriterTest, ANoteCarriesItsDurationInSinglePrecision)
 {
     const auto events = written(PhraseEvent::noteOn);
     ASSERT_EQ(events.size(), 1U);
@@ -48,32 +48,32 @@ TEST_F(Writing, ANoteCarriesItsDurationInSinglePrecision)
     EXPECT_EQ(note.duration, 0.1F);
 }
 
-TEST_F(Writing, AnOffsetMovesTheEventAndNotTheRecord)
+TEST_F(PhraseEventWriterTest, AnOffsetMovesTheEventAndNotTheRecord)
 {
     EXPECT_EQ(written(PhraseEvent::noteOn, 16.0).at(0).eventTimeStamp, 19.5);
 }
 
-TEST_F(Writing, AControllerHasItsNumberAndValue)
+TEST_F(PhraseEventWriterTest, AControllerHasItsNumberAndValue)
 {
     EXPECT_EQ(messageOf(PhraseEvent::controller), (std::vector<int>{0xB2, 60, 90}));
 }
 
-TEST_F(Writing, AProgramChangeHasItsNumber)
+TEST_F(PhraseEventWriterTest, AProgramChangeHasItsNumber)
 {
     EXPECT_EQ(messageOf(PhraseEvent::programChange), (std::vector<int>{0xC2, 60, 0}));
 }
 
-TEST_F(Writing, APitchWheelHasNumberAndValueAsItsTwoBytes)
+TEST_F(PhraseEventWriterTest, APitchWheelHasNumberAndValueAsItsTwoBytes)
 {
     EXPECT_EQ(messageOf(PhraseEvent::pitchWheel), (std::vector<int>{0xE2, 60, 90}));
 }
 
-TEST_F(Writing, AnAfterTouchHasItsNumber)
+TEST_F(PhraseEventWriterTest, AnAfterTouchHasItsNumber)
 {
     EXPECT_EQ(messageOf(PhraseEvent::afterTouch), (std::vector<int>{0xD2, 60, 0}));
 }
 
-TEST_F(Writing, NoteOffsAndOtherTypesAreLeftOut)
+TEST_F(PhraseEventWriterTest, NoteOffsAndOtherTypesAreLeftOut)
 {
     for (const int type : {PhraseEvent::noteOff, 0, 7, -1}) {
         EXPECT_TRUE(written(type).empty()) << type;

@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-class MetricPass : public testing::Test {
+class PolyMetricPassTest : public testing::Test {
 protected:
     PhraseEvents run(const std::vector<std::string>& types, int steps = 64, int velocity = 90)
     {
@@ -22,9 +22,9 @@ protected:
     PolyMetricStepGenerator generator;
 };
 
-using MetricPassDeathTest = MetricPass;
+using PolyMetricPassDeathTest = PolyMetricPassTest;
 
-TEST_F(MetricPass, ANoteIsTiedOnAndEndedByARest)
+TEST_F(PolyMetricPassTest, ANoteIsTiedOnAndEndedByARest)
 {
     const auto notes = run({"0", "-", "-", "#"});
     ASSERT_EQ(notes.size(), 16U);
@@ -37,7 +37,7 @@ TEST_F(MetricPass, ANoteIsTiedOnAndEndedByARest)
     EXPECT_NEAR(notes[15]->duration, 0.5925, 1e-12);
 }
 
-TEST_F(MetricPass, ANoteCarriesTheStepsVelocityAndThePassesChannel)
+TEST_F(PolyMetricPassTest, ANoteCarriesTheStepsVelocityAndThePassesChannel)
 {
     const auto notes = run({"-7"}, 1);
     ASSERT_EQ(notes.size(), 1U);
@@ -50,7 +50,7 @@ TEST_F(MetricPass, ANoteCarriesTheStepsVelocityAndThePassesChannel)
     EXPECT_EQ(notes[0]->duration, 0.2475);
 }
 
-TEST_F(MetricPass, NothingSoundsBeforeTheFirstNote)
+TEST_F(PolyMetricPassTest, NothingSoundsBeforeTheFirstNote)
 {
     for (const char* silent : {"-", "#"}) {
         const auto notes = run({silent, silent, "3", "-"}, 4);
@@ -60,14 +60,14 @@ TEST_F(MetricPass, NothingSoundsBeforeTheFirstNote)
     }
 }
 
-TEST_F(MetricPass, ATieAtTheEndOfTheCycleReachesIntoTheNextRound)
+TEST_F(PolyMetricPassTest, ATieAtTheEndOfTheCycleReachesIntoTheNextRound)
 {
     const auto notes = run({"-", "5", "-"}, 12);
     EXPECT_EQ(positionsOf(notes), (std::vector<double>{0.25, 1.0, 1.75, 2.5}));
     EXPECT_DOUBLE_EQ(notes[0]->duration, 4 * 0.2475 - 0.25);
 }
 
-TEST_F(MetricPass, ANoteStillOpenEndsALittleBeforeTheEnd)
+TEST_F(PolyMetricPassTest, ANoteStillOpenEndsALittleBeforeTheEnd)
 {
     const auto notes = run({"5", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-", "-"});
     ASSERT_EQ(notes.size(), 4U);
@@ -75,7 +75,7 @@ TEST_F(MetricPass, ANoteStillOpenEndsALittleBeforeTheEnd)
     EXPECT_DOUBLE_EQ(notes[3]->position + notes[3]->duration, 15.84);
 }
 
-TEST_F(MetricPass, ACycleOfOneNoteGivesOneForEachStepAndEachIsShorter)
+TEST_F(PolyMetricPassTest, ACycleOfOneNoteGivesOneForEachStepAndEachIsShorter)
 {
     const auto notes = run({"5"});
     ASSERT_EQ(notes.size(), 64U);
@@ -88,21 +88,21 @@ TEST_F(MetricPass, ACycleOfOneNoteGivesOneForEachStepAndEachIsShorter)
     EXPECT_NEAR(notes[63]->duration, 0.09, 1e-12);
 }
 
-TEST_F(MetricPass, EachPassStartsAtTheBeginningOfTheCycle)
+TEST_F(PolyMetricPassTest, EachPassStartsAtTheBeginningOfTheCycle)
 {
     generator.currentStep = 1;
     EXPECT_EQ(numbersOf(run({"1", "2", "3"}, 4)), (std::vector<int>{61, 62, 63, 61}));
     EXPECT_EQ(numbersOf(PolyMetricPass(generator, 14).run(2)), (std::vector<int>{61, 62}));
 }
 
-TEST_F(MetricPass, ACycleOfTiesAndRestsGivesNoNote)
+TEST_F(PolyMetricPassTest, ACycleOfTiesAndRestsGivesNoNote)
 {
     EXPECT_TRUE(run({"-", "#"}).empty());
     EXPECT_TRUE(run({}).empty());
     EXPECT_TRUE(run({"5"}, 0).empty());
 }
 
-TEST_F(MetricPass, AStepsTextIsANumberAsAWholeOrCountsAsZero)
+TEST_F(PolyMetricPassTest, AStepsTextIsANumberAsAWholeOrCountsAsZero)
 {
     EXPECT_EQ(numberOf("7"), 67);
     EXPECT_EQ(numberOf("-12"), 48);
@@ -115,7 +115,7 @@ TEST_F(MetricPass, AStepsTextIsANumberAsAWholeOrCountsAsZero)
     }
 }
 
-TEST_F(MetricPass, NumbersOutsideTheKeysFoldByAHundredAndTwentySeven)
+TEST_F(PolyMetricPassTest, NumbersOutsideTheKeysFoldByAHundredAndTwentySeven)
 {
     EXPECT_EQ(numberOf("67"), 127);
     EXPECT_EQ(numberOf("68"), 1);
@@ -125,21 +125,21 @@ TEST_F(MetricPass, NumbersOutsideTheKeysFoldByAHundredAndTwentySeven)
     EXPECT_EQ(numberOf("-187"), 0);
 }
 
-TEST_F(MetricPassDeathTest, ANoteThatIsNoByteAfterTheFoldStops)
+TEST_F(PolyMetricPassDeathTest, ANoteThatIsNoByteAfterTheFoldStops)
 {
     EXPECT_DEATH(run({"323"}), onlyLine(conversionMessage));
     EXPECT_DEATH(run({"-188"}), onlyLine(conversionMessage));
     EXPECT_DEATH(run({"9223372036854775807"}), onlyLine(arithmeticMessage));
 }
 
-TEST_F(MetricPassDeathTest, AVelocityThatIsNoByteStops)
+TEST_F(PolyMetricPassDeathTest, AVelocityThatIsNoByteStops)
 {
     EXPECT_EQ(run({"5"}, 1, 255).front()->value, 255);
     EXPECT_DEATH(run({"5"}, 1, 256), onlyLine(conversionMessage));
     EXPECT_DEATH(run({"5"}, 1, -1), onlyLine(conversionMessage));
 }
 
-TEST_F(MetricPassDeathTest, ANegativeNumberOfStepsStops)
+TEST_F(PolyMetricPassDeathTest, ANegativeNumberOfStepsStops)
 {
     EXPECT_DEATH(run({"5"}, -1), onlyLine(rangeMessage));
 }

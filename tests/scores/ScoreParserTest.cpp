@@ -37,7 +37,7 @@ std::string drumFault(const std::string& rows)
     return faultOf(head + "drums:\n" + rows, ScoreKind::drums);
 }
 
-TEST(ScoreHeader, TitleStyleAndMachineAreKept)
+TEST(ScoreParserHeader, TitleStyleAndMachineAreKept)
 {
     const auto score = parsed("; a comment\n\ntitle:  Two: Words \r\nstyle: slow\nmachine: yes\nnotes:\n" +
                                   rest + rest + rest + rest,
@@ -49,7 +49,7 @@ TEST(ScoreHeader, TitleStyleAndMachineAreKept)
     EXPECT_FALSE(parsed(head + "notes:\n" + rest + rest + rest + rest, ScoreKind::bass).machine);
 }
 
-TEST(ScoreHeader, AColourIsMarked)
+TEST(ScoreParserHeader, AColourIsMarked)
 {
     const std::string bars = "chords:\n| Am | FM | GM | . |\n";
     EXPECT_TRUE(parsed(head + "colour: yes\n" + bars, ScoreKind::chordPattern).colour);
@@ -57,13 +57,13 @@ TEST(ScoreHeader, AColourIsMarked)
     EXPECT_EQ(faultOf("colour: no\n", ScoreKind::lead), "line 1: \"colour\" is \"yes\" or left out");
 }
 
-TEST(ScoreHeader, AByteOrderMarkIsPassedOver)
+TEST(ScoreParserHeader, AByteOrderMarkIsPassedOver)
 {
     EXPECT_EQ(parsed("\xEF\xBB\xBF" + head + "notes:\n" + rest + rest + rest + rest, ScoreKind::lead).title,
               "T");
 }
 
-TEST(ScoreHeader, AByteThatIsNoUTF8IsNamedWhereverItStands)
+TEST(ScoreParserHeader, AByteThatIsNoUTF8IsNamedWhereverItStands)
 {
     const std::string form = " is no UTF-8: save the score as UTF-8";
     EXPECT_EQ(faultOf("title: Caf\xE9\n", ScoreKind::lead), "line 1: the byte E9" + form);
@@ -74,7 +74,7 @@ TEST(ScoreHeader, AByteThatIsNoUTF8IsNamedWhereverItStands)
         "Caf\xC3\xA9");
 }
 
-TEST(ScoreHeader, EveryFaultIsOnePlainLine)
+TEST(ScoreParserHeader, EveryFaultIsOnePlainLine)
 {
     const auto lead = ScoreKind::lead;
     EXPECT_EQ(faultOf("title\n", lead), "line 1: a header line reads \"key: value\"");
@@ -91,7 +91,7 @@ TEST(ScoreHeader, EveryFaultIsOnePlainLine)
               "line 2: the style is missing: write \"style: ...\" above");
 }
 
-TEST(ScoreHeader, WhatIsNeverHeardOfAChordPatternIsAFault)
+TEST(ScoreParserHeader, WhatIsNeverHeardOfAChordPatternIsAFault)
 {
     for (const std::string key : {"from", "dynamics", "machine"}) {
         EXPECT_EQ(faultOf(key + ": C2\n", ScoreKind::chordPattern),
@@ -99,7 +99,7 @@ TEST(ScoreHeader, WhatIsNeverHeardOfAChordPatternIsAFault)
     }
 }
 
-TEST(ScoreBody, TheOpeningWordFitsTheKind)
+TEST(ScoreParserBody, TheOpeningWordFitsTheKind)
 {
     EXPECT_EQ(faultOf(head, ScoreKind::lead), "line 2: the body is missing: there is no line \"notes:\"");
     EXPECT_EQ(faultOf("", ScoreKind::drums), "line 1: the body is missing: there is no line \"drums:\"");
@@ -109,7 +109,7 @@ TEST(ScoreBody, TheOpeningWordFitsTheKind)
               "line 3: the body opens with \"notes:\", not \"Notes:\"");
 }
 
-TEST(ScoreBody, FourBarsAreAPhraseAndNoOtherNumberIs)
+TEST(ScoreParserBody, FourBarsAreAPhraseAndNoOtherNumberIs)
 {
     EXPECT_EQ(faultOf(head + "notes:\n", ScoreKind::lead), "line 3: the body has 0 bars, not 4");
     EXPECT_EQ(faultOf(head + "notes:\n" + rest, ScoreKind::lead), "line 4: the body has 1 bar, not 4");
@@ -121,18 +121,18 @@ TEST(ScoreBody, FourBarsAreAPhraseAndNoOtherNumberIs)
     EXPECT_EQ(leadFault("|"), "line 4: a line of bars begins and ends with \"|\"");
 }
 
-TEST(ScoreNotes, APlainNoteEndsA32ndOfABeatEarly)
+TEST(ScoreParserNotes, APlainNoteEndsA32ndOfABeatEarly)
 {
     EXPECT_EQ(leadNotes("| C3:4 r:8 G3:4 |"), (Notes{{0, 1 - gap, 60, 76}, {3, 1 - gap, 67, 76}}));
 }
 
-TEST(ScoreNotes, AStaccatoNoteSoundsForHalfItsLengthButASixteenthAtLeast)
+TEST(ScoreParserNotes, AStaccatoNoteSoundsForHalfItsLengthButASixteenthAtLeast)
 {
     EXPECT_EQ(leadNotes("| C3:8' C3:2' C3:1' r:5 |"),
               (Notes{{0, 1 - gap, 60, 76}, {2, 0.25 - gap, 60, 76}, {2.5, 0.25 - gap, 60, 76}}));
 }
 
-TEST(ScoreNotes, LevelsAccentsGhostsAndNumbersSetTheVelocity)
+TEST(ScoreParserNotes, LevelsAccentsGhostsAndNumbersSetTheVelocity)
 {
     const auto notes =
         leadNotes("| pp C3:1 p C3:1 mp C3:1 mf C3:1 f C3:1 ff C3:1 C3:1> C3:1_ pp C3:1_ C3:1=101 C3:1'>"
@@ -144,20 +144,20 @@ TEST(ScoreNotes, LevelsAccentsGhostsAndNumbersSetTheVelocity)
     EXPECT_EQ(velocities, (std::vector<int>{40, 52, 64, 76, 88, 100, 115, 65, 15, 101, 55}));
 }
 
-TEST(ScoreNotes, AChordKeepsTheOrderOfTheText)
+TEST(ScoreParserNotes, AChordKeepsTheOrderOfTheText)
 {
     EXPECT_EQ(leadNotes("| [E3 C3 G3]:16 |"),
               (Notes{{0, 4 - gap, 64, 76}, {0, 4 - gap, 60, 76}, {0, 4 - gap, 67, 76}}));
 }
 
-TEST(ScoreNotes, ATieLengthensWhatWasStruckLastOverTheBarLine)
+TEST(ScoreParserNotes, ATieLengthensWhatWasStruckLastOverTheBarLine)
 {
     const auto score =
         parsed(head + "notes:\n| r:12 [C3 G3]:4 | ~:16 | mf ~:2 r:14 |\n" + rest, ScoreKind::chords);
     EXPECT_EQ(score.notes, (Notes{{3, 5.5 - gap, 60, 76}, {3, 5.5 - gap, 67, 76}}));
 }
 
-TEST(ScoreNotes, ABarThatIsTooShortOrTooLongIsNamed)
+TEST(ScoreParserNotes, ABarThatIsTooShortOrTooLongIsNamed)
 {
     EXPECT_EQ(leadFault("| C3:15 |"), "line 4, bar 1: the cells add up to 15 sixteenths, not 16");
     EXPECT_EQ(leadFault("| C3:15 r:2 |"), "line 4, bar 1: the cells add up to 17 sixteenths, not 16");
@@ -167,7 +167,7 @@ TEST(ScoreNotes, ABarThatIsTooShortOrTooLongIsNamed)
               "line 7, bar 2: the cells add up to 15 sixteenths, not 16");
 }
 
-TEST(ScoreNotes, ACellThatIsNoneIsShown)
+TEST(ScoreParserNotes, ACellThatIsNoneIsShown)
 {
     const std::string form =
         " is no cell: PITCH:LEN, [PITCH PITCH]:LEN, r:LEN, ~:LEN or a level pp p mp mf f ff";
@@ -184,7 +184,7 @@ TEST(ScoreNotes, ACellThatIsNoneIsShown)
     EXPECT_EQ(leadFault("| [C3 E3:16 |"), "line 4, bar 1: \"[C3 E3\" is no pitch from C-2 to G8");
 }
 
-TEST(ScoreNotes, MarksThatMakeNoSenseBehindALengthAreShown)
+TEST(ScoreParserNotes, MarksThatMakeNoSenseBehindALengthAreShown)
 {
     for (const std::string marks : {"x", "''", ">>", "_>", "=9'", ">=x"}) {
         EXPECT_EQ(leadFault("| C3:16" + marks + " |"),
@@ -193,7 +193,7 @@ TEST(ScoreNotes, MarksThatMakeNoSenseBehindALengthAreShown)
     EXPECT_EQ(leadFault("| r:16> |"), "line 4, bar 1: \">\" cannot stand behind a length");
 }
 
-TEST(ScoreNotes, AVelocityOutsideItsBoundsIsShown)
+TEST(ScoreParserNotes, AVelocityOutsideItsBoundsIsShown)
 {
     for (const std::string velocity : {"", "0", "128", "99999999999"}) {
         EXPECT_EQ(leadFault("| C3:16'=" + velocity + " |"),
@@ -201,7 +201,7 @@ TEST(ScoreNotes, AVelocityOutsideItsBoundsIsShown)
     }
 }
 
-TEST(ScoreNotes, ATieWithoutANoteOrInsideABarIsAFault)
+TEST(ScoreParserNotes, ATieWithoutANoteOrInsideABarIsAFault)
 {
     EXPECT_EQ(leadFault("| ~:16 |"), "line 4, bar 1: there is no note to lengthen");
     EXPECT_EQ(leadFault("| C3:8 ~:8 |"), "line 4, bar 1: a tie stands as the first cell of a bar");
@@ -211,7 +211,7 @@ TEST(ScoreNotes, ATieWithoutANoteOrInsideABarIsAFault)
               "line 4, bar 2: there is no note to lengthen");
 }
 
-TEST(ScoreChords, AChordSoundsUntilTheNextAndEndsA32ndOfABeatBefore)
+TEST(ScoreParserChords, AChordSoundsUntilTheNextAndEndsA32ndOfABeatBefore)
 {
     const auto score = parsed(head + "chords:\n| Am . FM . | . | CM | - |\n", ScoreKind::chordPattern);
     EXPECT_EQ(score.chords, (Chords{{0, "Am"}, {2, "FM"}, {8, "CM"}}));
@@ -221,7 +221,7 @@ TEST(ScoreChords, AChordSoundsUntilTheNextAndEndsA32ndOfABeatBefore)
     EXPECT_EQ(score.notes[6].position + score.notes[6].duration, 12 - gap);
 }
 
-TEST(ScoreChords, TheLastChordEndsJustBeforeBeat16)
+TEST(ScoreParserChords, TheLastChordEndsJustBeforeBeat16)
 {
     const auto score = parsed(head + "chords:\n| Am | . | . | . . . . . . . . . . . . . . . E7 |\n",
                               ScoreKind::chordPattern);
@@ -229,7 +229,7 @@ TEST(ScoreChords, TheLastChordEndsJustBeforeBeat16)
     EXPECT_EQ(score.notes.back().position + score.notes.back().duration, 16 - gap);
 }
 
-TEST(ScoreChords, ChordsLieInClosePositionFromTheRootUpwardAtOneVelocity)
+TEST(ScoreParserChords, ChordsLieInClosePositionFromTheRootUpwardAtOneVelocity)
 {
     const auto score =
         parsed(head + "chords:\n| Am | G7 | . . . . . . . CM | B8 |\n", ScoreKind::chordPattern);
@@ -241,7 +241,7 @@ TEST(ScoreChords, ChordsLieInClosePositionFromTheRootUpwardAtOneVelocity)
     EXPECT_EQ(numbers, (std::vector<int>{57, 60, 64, 55, 59, 62, 65, 48, 52, 55, 59}));
 }
 
-TEST(ScoreChords, InversionsAndVelocitiesAreRefusedWithTheNameToWrite)
+TEST(ScoreParserChords, InversionsAndVelocitiesAreRefusedWithTheNameToWrite)
 {
     const std::string line = ": inversions and velocities of chords are never heard: write ";
     EXPECT_EQ(patternFault("| Am7/G | . | . | . |"), "line 4, bar 1: Am7/G" + line + "Am7");
@@ -249,7 +249,7 @@ TEST(ScoreChords, InversionsAndVelocitiesAreRefusedWithTheNameToWrite)
     EXPECT_EQ(patternFault("| Am | . | C7/E=96 | . |"), "line 4, bar 3: C7/E=96" + line + "C7");
 }
 
-TEST(ScoreChords, ANameThatDetectionWouldChangeIsRefusedWithTheRightOne)
+TEST(ScoreParserChords, ANameThatDetectionWouldChangeIsRefusedWithTheRightOne)
 {
     EXPECT_EQ(patternFault("| C6 | . | . | . |"), "line 4, bar 1: C6 is found again as Am7: write Am7");
     EXPECT_EQ(patternFault("| CM | Csus2 | . | . |"),
@@ -258,7 +258,7 @@ TEST(ScoreChords, ANameThatDetectionWouldChangeIsRefusedWithTheRightOne)
     EXPECT_EQ(patternFault("| CM | . | . | Co7 |"), "line 4, bar 4: Co7 is found again as Ao7: write Ao7");
 }
 
-TEST(ScoreChords, EveryOtherFaultOfACellIsNamed)
+TEST(ScoreParserChords, EveryOtherFaultOfACellIsNamed)
 {
     EXPECT_EQ(patternFault("| Am . . | . | . | . |"),
               "line 4, bar 1: a bar holds 1, 2, 4, 8 or 16 cells, not 3");
@@ -274,7 +274,7 @@ TEST(ScoreChords, EveryOtherFaultOfACellIsNamed)
         "7 m7 o7");
 }
 
-TEST(ScoreDrums, HitsStandByTimeAndRowsInTheOrderOfTheText)
+TEST(ScoreParserDrums, HitsStandByTimeAndRowsInTheOrderOfTheText)
 {
     const auto score =
         parsed(head + "drums:\nhat 42 |5...............|................|................|...............9|\n"
@@ -286,7 +286,7 @@ TEST(ScoreDrums, HitsStandByTimeAndRowsInTheOrderOfTheText)
                                   {15.75, 0.25 - gap, 42, 118}}));
 }
 
-TEST(ScoreDrums, TheNineDigitsAreNineVelocities)
+TEST(ScoreParserDrums, TheNineDigitsAreNineVelocities)
 {
     const auto score =
         parsed(head + "drums:\nx 36 |123456789.......|................|................|................|\n",
@@ -298,7 +298,7 @@ TEST(ScoreDrums, TheNineDigitsAreNineVelocities)
     EXPECT_EQ(velocities, (std::vector<int>{16, 29, 41, 54, 67, 79, 92, 105, 118}));
 }
 
-TEST(ScoreDrums, EveryFaultOfARowIsNamed)
+TEST(ScoreParserDrums, EveryFaultOfARowIsNamed)
 {
     const std::string form = "line 4: a row of drums reads: NAME KEY |bar|bar|bar|bar|";
     EXPECT_EQ(drumFault(""), "line 3: the body has no row of drums");

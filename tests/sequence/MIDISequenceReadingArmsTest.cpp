@@ -127,9 +127,9 @@ void PrintTo(const Arm& arm, std::ostream* stream)
     *stream << arm.name;
 }
 
-class ReadingArmTest : public SequenceTest, public testing::WithParamInterface<Arm> {};
+class MIDISequenceReadingArmsEachTest : public SequenceTest, public testing::WithParamInterface<Arm> {};
 
-TEST_P(ReadingArmTest, GoesToItsTrackAndIsToldWithinTheWalk)
+TEST_P(MIDISequenceReadingArmsEachTest, GoesToItsTrackAndIsToldWithinTheWalk)
 {
     const Arm& arm = GetParam();
     sequence->create(16);
@@ -147,7 +147,7 @@ TEST_P(ReadingArmTest, GoesToItsTrackAndIsToldWithinTheWalk)
     EXPECT_EQ(console.take(), join({arm.lines, endOfTrack()}));
 }
 
-TEST_P(ReadingArmTest, IsReadWithoutAListenerAndForOneThatTakesNothing)
+TEST_P(MIDISequenceReadingArmsEachTest, IsReadWithoutAListenerAndForOneThatTakesNothing)
 {
     sequence->create(16);
     ASSERT_EQ(GetParam().store(sequence->getTrack(ownTrack)), noErr);
@@ -160,7 +160,7 @@ TEST_P(ReadingArmTest, IsReadWithoutAListenerAndForOneThatTakesNothing)
     EXPECT_EQ(describe(target), Lines{GetParam().node});
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, ReadingArmTest, testing::ValuesIn(arms()),
+INSTANTIATE_TEST_SUITE_P(Every, MIDISequenceReadingArmsEachTest, testing::ValuesIn(arms()),
                          [](const auto& each) { return each.param.name; });
 
 class MIDISequenceReadingArmsTest : public SequenceTest {

@@ -136,7 +136,7 @@ TEST_F(MIDISequenceTreeWalkDeathTest, ANullAmongTheNodesStopsEveryWay)
     EXPECT_STOP(sequence->sequenceNodeToMusicSequence(), nilMessage, (Lines{removing, noData}));
 }
 
-class MIDISequenceWholeTreeTest : public MIDISequenceTreeWalkTest {
+class MIDISequenceTreeWalkWholeTest : public MIDISequenceTreeWalkTest {
 protected:
     void SetUp() override
     {
@@ -157,7 +157,7 @@ protected:
     const Lines fourNotes{emptied, noteInfo, emptied, noteInfo, noteInfo, noteInfo};
 };
 
-TEST_F(MIDISequenceWholeTreeTest, TheTreeReplacesTracksAndTempos)
+TEST_F(MIDISequenceTreeWalkWholeTest, TheTreeReplacesTracksAndTempos)
 {
     sequence->setTempo(70.0, 2.0);
     console.take();
@@ -170,7 +170,7 @@ TEST_F(MIDISequenceWholeTreeTest, TheTreeReplacesTracksAndTempos)
                     fourNotes}));
 }
 
-TEST_F(MIDISequenceWholeTreeTest, AFailedTempoTrackIsReportedAndTheTracksAreWritten)
+TEST_F(MIDISequenceTreeWalkWholeTest, AFailedTempoTrackIsReportedAndTheTracksAreWritten)
 {
     fail(Operation::MusicSequenceGetTempoTrack);
     sequence->sequenceNodeToMusicSequence();
@@ -181,14 +181,14 @@ TEST_F(MIDISequenceWholeTreeTest, AFailedTempoTrackIsReportedAndTheTracksAreWrit
     EXPECT_EQ(tempoContents(sequence->musicSequence), Lines{});
 }
 
-TEST_F(MIDISequenceWholeTreeTest, AMissingTempoTrackIsReported)
+TEST_F(MIDISequenceTreeWalkWholeTest, AMissingTempoTrackIsReported)
 {
     fail(Operation::MusicSequenceGetTempoTrack, noErr);
     sequence->sequenceNodeToMusicSequence();
     EXPECT_EQ(console.take(), join({{"MIDISequence::Fehler: Die Tempo Spur ist undefiniert."}, fourNotes}));
 }
 
-TEST_F(MIDISequenceWholeTreeTest, AFailedTempoEventIsReportedAndTheNextIsWritten)
+TEST_F(MIDISequenceTreeWalkWholeTest, AFailedTempoEventIsReportedAndTheNextIsWritten)
 {
     fail(Operation::MusicTrackNewExtendedTempoEvent);
     sequence->sequenceNodeToMusicSequence();
@@ -198,7 +198,7 @@ TEST_F(MIDISequenceWholeTreeTest, AFailedTempoEventIsReportedAndTheNextIsWritten
     EXPECT_EQ(tempoContents(sequence->musicSequence), Lines{"10.0 tempo 100.0"});
 }
 
-TEST_F(MIDISequenceWholeTreeTest, AnotherNodeOnTheTempoTrackIsNotAssigned)
+TEST_F(MIDISequenceTreeWalkWholeTest, AnotherNodeOnTheTempoTrackIsNotAssigned)
 {
     sequence->sequenceNode->tempoTrack->events = {noteAt(0.0, 0)};
     sequence->sequenceNodeToMusicSequence();
@@ -209,7 +209,7 @@ TEST_F(MIDISequenceWholeTreeTest, AnotherNodeOnTheTempoTrackIsNotAssigned)
     EXPECT_EQ(tempoContents(sequence->musicSequence), Lines{});
 }
 
-TEST_F(MIDISequenceWholeTreeTest, ATrackNodeWithoutATrackIsReportedAndTheOthersAreWritten)
+TEST_F(MIDISequenceTreeWalkWholeTest, ATrackNodeWithoutATrackIsReportedAndTheOthersAreWritten)
 {
     sequence->sequenceNode->tempoTrack->clear();
     trackNode->channel = 5;

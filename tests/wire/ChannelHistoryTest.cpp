@@ -101,11 +101,12 @@ std::vector<std::uint32_t> exclusivesAt(const ChannelHistory& history, double se
 
 } // namespace
 
-class ChannelHistories : public testing::TestWithParam<std::size_t> {};
+class ChannelHistoryRandomTest : public testing::TestWithParam<std::size_t> {};
 
-INSTANTIATE_TEST_SUITE_P(Lengths, ChannelHistories, testing::Values(0, 1, 40, 1023, 1024, 1025, 5000));
+INSTANTIATE_TEST_SUITE_P(Lengths, ChannelHistoryRandomTest,
+                         testing::Values(0, 1, 40, 1023, 1024, 1025, 5000));
 
-TEST_P(ChannelHistories, FindsWhatWalkingThroughAllMessagesFinds)
+TEST_P(ChannelHistoryRandomTest, FindsWhatWalkingThroughAllMessagesFinds)
 {
     const std::vector<Message> messages = piece(GetParam());
     const ChannelHistory history = historyOf(messages);

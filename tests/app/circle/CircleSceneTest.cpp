@@ -9,8 +9,8 @@ namespace {
 
 using Arcs = std::vector<int>;
 
-struct Scene : testing::Test {
-    Scene()
+struct CircleSceneTest : testing::Test {
+    CircleSceneTest()
     {
         circle.makeColors();
         circle.delegate = &sequence;
@@ -39,14 +39,14 @@ struct Scene : testing::Test {
     ResizingBehavior resizing = ResizingBehavior::fitInside;
 };
 
-TEST_F(Scene, NothingChangesAsLongAsNothingChanged)
+TEST_F(CircleSceneTest, NothingChangesAsLongAsNothingChanged)
 {
     const CircleScene::Change change = update();
     EXPECT_FALSE(change.all);
     EXPECT_TRUE(change.arcs.empty());
 }
 
-TEST_F(Scene, APositionChangesTheNotesThatBecomeThickOrThin)
+TEST_F(CircleSceneTest, APositionChangesTheNotesThatBecomeThickOrThin)
 {
     circle.currentBeat = 3.5;
     const CircleScene::Change change = update();
@@ -60,7 +60,7 @@ TEST_F(Scene, APositionChangesTheNotesThatBecomeThickOrThin)
     EXPECT_EQ(update().arcs, Arcs{11});
 }
 
-TEST_F(Scene, EverythingElseChangesAll)
+TEST_F(CircleSceneTest, EverythingElseChangesAll)
 {
     sequence.events[4]->duration = 2.0;
     EXPECT_TRUE(update().all);

@@ -78,8 +78,8 @@ void expectDrawing(const CircleDrawing& found, const CircleDrawing& wanted)
     }
 }
 
-struct Circle : testing::Test {
-    Circle()
+struct MIDICircleViewTest : testing::Test {
+    MIDICircleViewTest()
     {
         base.makeColors();
         base.delegate = &sequence;
@@ -103,7 +103,7 @@ CGRect applied(ResizingBehavior resizing, MIDICircleViewBase& base, CGRect targe
     return resizing.apply(canvas, target, base);
 }
 
-TEST_F(Circle, AnEqualOrEmptyTargetGivesTheRectangleAndLeavesTheScaling)
+TEST_F(MIDICircleViewTest, AnEqualOrEmptyTargetGivesTheRectangleAndLeavesTheScaling)
 {
     base.scaling = {3.0, 4.0};
     for (const CGRect& target : {canvas, CGRect{}}) {
@@ -112,7 +112,7 @@ TEST_F(Circle, AnEqualOrEmptyTargetGivesTheRectangleAndLeavesTheScaling)
     EXPECT_EQ(base.scaling, (CGSize{3.0, 4.0}));
 }
 
-TEST_F(Circle, EachResizingHasItsScalesAndItsPlace)
+TEST_F(MIDICircleViewTest, EachResizingHasItsScalesAndItsPlace)
 {
     struct Row {
         ResizingBehavior resizing;
@@ -130,7 +130,7 @@ TEST_F(Circle, EachResizingHasItsScalesAndItsPlace)
     }
 }
 
-TEST_F(Circle, ATargetOfNegativeSizeIsTheSamePlace)
+TEST_F(MIDICircleViewTest, ATargetOfNegativeSizeIsTheSamePlace)
 {
     EXPECT_EQ(applied(ResizingBehavior::stretch, base, {1024, 512, -1024, -512}), (CGRect{0, 0, 1024, 512}));
     EXPECT_EQ(base.scaling, (CGSize{2, 1}));
@@ -145,7 +145,7 @@ TEST(ResizingBehavior, HasFourRawValues)
     EXPECT_FALSE(ResizingBehavior::fromRawValue(4));
 }
 
-TEST_F(Circle, ChannelsHaveSixteenHuesEvenlyAround)
+TEST_F(MIDICircleViewTest, ChannelsHaveSixteenHuesEvenlyAround)
 {
     for (std::size_t channel = 0; channel < 16; ++channel) {
         const UIColor::HSB parts = base.getChannelColors().at(channel).getHSB();
@@ -160,7 +160,7 @@ TEST_F(Circle, ChannelsHaveSixteenHuesEvenlyAround)
     expectColor(base.getChannelColors().at(4), {0.375, 0.5, 0.25, 0.75});
 }
 
-TEST_F(Circle, WithoutEventsOnlyTheHandIsDrawn)
+TEST_F(MIDICircleViewTest, WithoutEventsOnlyTheHandIsDrawn)
 {
     const CircleDrawing hand{{{{256, 9}, {256, 246}, 0.5, {1, 0, 0, 1}}}, {}};
     expectDrawing(mainOf(base), hand);
@@ -168,7 +168,7 @@ TEST_F(Circle, WithoutEventsOnlyTheHandIsDrawn)
     expectDrawing(mainOf(base), hand);
 }
 
-TEST_F(Circle, ANoteIsAnArcFromItsStartOverItsLength)
+TEST_F(MIDICircleViewTest, ANoteIsAnArcFromItsStartOverItsLength)
 {
     base.currentBeat = 8.0;
     sequence.add({0x90, 60, 127}, 4.0, 1.0);
@@ -182,7 +182,7 @@ TEST_F(Circle, ANoteIsAnArcFromItsStartOverItsLength)
                                   {{256, 256}, 170, pi, 0.0, 2.0, {0.8, 0.4, 0.4, 0.0}, 1.0, {}}}});
 }
 
-TEST_F(Circle, OfThirtyTwoBeatsTheEighthStandsAtThreeOClock)
+TEST_F(MIDICircleViewTest, OfThirtyTwoBeatsTheEighthStandsAtThreeOClock)
 {
     sequence.beats = 32.0;
     sequence.add({0x90, 60, 127}, 8.0, 1.0);
@@ -190,7 +190,7 @@ TEST_F(Circle, OfThirtyTwoBeatsTheEighthStandsAtThreeOClock)
     EXPECT_EQ(base.beatLength, 32.0);
 }
 
-TEST_F(Circle, NotesThatStartWithinABeatOfThePositionAreThick)
+TEST_F(MIDICircleViewTest, NotesThatStartWithinABeatOfThePositionAreThick)
 {
     base.currentBeat = 4.0;
     for (const double start : {4.0, 4.99, 5.0, 3.99}) {
@@ -200,7 +200,7 @@ TEST_F(Circle, NotesThatStartWithinABeatOfThePositionAreThick)
     EXPECT_EQ(widths(), (std::vector<double>{10.0, 10.0, 2.0, 2.0, 2.0}));
 }
 
-TEST_F(Circle, ANegativeLengthIsADotAndOneBeyondTheTurnAFullCircle)
+TEST_F(MIDICircleViewTest, ANegativeLengthIsADotAndOneBeyondTheTurnAFullCircle)
 {
     sequence.add({0x90, 60, 127}, 4.0, -1.0);
     sequence.add({0x90, 60, 127}, 4.0, 16.5);
@@ -209,7 +209,7 @@ TEST_F(Circle, ANegativeLengthIsADotAndOneBeyondTheTurnAFullCircle)
     EXPECT_NEAR(drawing.arcs.at(1).sweep, 2.0 * pi, 1e-12);
 }
 
-TEST_F(Circle, OnlyNotesThatReachPastTheCanvasAreClipped)
+TEST_F(MIDICircleViewTest, OnlyNotesThatReachPastTheCanvasAreClipped)
 {
     for (const std::uint8_t key : std::vector<std::uint8_t>{103, 104, 127}) {
         sequence.add({0x90, key, 127}, 8.0, 2.0);
@@ -238,7 +238,7 @@ TEST(GraphicsContextTest, AnArcIsClippedAtEachSideThatItCrosses)
     }
 }
 
-TEST_F(Circle, ThickNotesAreClippedFromKey102On)
+TEST_F(MIDICircleViewTest, ThickNotesAreClippedFromKey102On)
 {
     for (const std::uint8_t key : std::vector<std::uint8_t>{101, 102}) {
         sequence.add({0x90, key, 127}, 0.0, 2.0);
@@ -248,7 +248,7 @@ TEST_F(Circle, ThickNotesAreClippedFromKey102On)
     EXPECT_EQ(drawing.arcs.at(1).clips.size(), 1U);
 }
 
-TEST_F(Circle, TheFrameScalesAndStretches)
+TEST_F(MIDICircleViewTest, TheFrameScalesAndStretches)
 {
     base.currentBeat = 8.0;
     sequence.add({0x90, 60, 127}, 4.0, 4.0);
@@ -265,7 +265,7 @@ TEST_F(Circle, TheFrameScalesAndStretches)
         {{{{522, 29}, {522, 266}, 1.0, red}}, {{{522, 276}, 336, 0.0, pi / 2, 4.0, color, 0.5, {}}}});
 }
 
-TEST_F(Circle, ProgressionTurnsTheWholePictureAgainstTheClock)
+TEST_F(MIDICircleViewTest, ProgressionTurnsTheWholePictureAgainstTheClock)
 {
     base.progressionValue = 0.25;
     sequence.add({0x90, 60, 127}, 4.0, 1.0);
@@ -274,7 +274,7 @@ TEST_F(Circle, ProgressionTurnsTheWholePictureAgainstTheClock)
     EXPECT_NEAR(drawing.arcs.at(0).startAngle, -pi / 2.0, 1e-12);
 }
 
-TEST_F(Circle, WithoutADelegateANoteIsDrawnInSixteenBeats)
+TEST_F(MIDICircleViewTest, WithoutADelegateANoteIsDrawnInSixteenBeats)
 {
     base.delegate = nullptr;
     const CircleDrawing drawing = drawn([&] {
@@ -286,7 +286,7 @@ TEST_F(Circle, WithoutADelegateANoteIsDrawnInSixteenBeats)
                              {{256, 256}, 120, -pi / 2, pi / 32, 5.0, {1, 0, 0, 1}, 1.0, {}}}});
 }
 
-TEST_F(Circle, ABeatCountOfNothingGivesArcsWithoutAPlace)
+TEST_F(MIDICircleViewTest, ABeatCountOfNothingGivesArcsWithoutAPlace)
 {
     sequence.add({0x90, 60, 127}, 0.0, 1.0);
     sequence.add({0x90, 127, 127}, 1.0, 1.0);
@@ -299,7 +299,7 @@ TEST_F(Circle, ABeatCountOfNothingGivesArcsWithoutAPlace)
     }
 }
 
-TEST_F(Circle, DrawingOutsideOfADrawCallIsAFatalStop)
+TEST_F(MIDICircleViewTest, DrawingOutsideOfADrawCallIsAFatalStop)
 {
     EXPECT_STOP(base.drawSymbolMain(), implicitNilMessage);
     EXPECT_STOP(base.drawSymbolNotes(), implicitNilMessage);
@@ -347,7 +347,7 @@ TEST(MIDICircleView, HandsEachDelegateOnAlsoNone)
     EXPECT_EQ(view.baseClass->delegate, nullptr);
 }
 
-TEST_F(Circle, BeginsWithItsUsualColoursAndSizes)
+TEST_F(MIDICircleViewTest, BeginsWithItsUsualColoursAndSizes)
 {
     const MIDICircleViewBase fresh;
     expectColor(fresh.colorChannel, {0.8, 0.4, 0.4, 1.0});

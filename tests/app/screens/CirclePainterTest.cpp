@@ -25,8 +25,8 @@ QImage ground(QSize size, double ratio)
     return image;
 }
 
-struct Painter : testing::Test {
-    Painter()
+struct CirclePainterTest : testing::Test {
+    CirclePainterTest()
     {
         circle.makeColors();
         circle.delegate = &sequence;
@@ -93,19 +93,19 @@ struct Painter : testing::Test {
     int allowed = 4;
 };
 
-TEST_F(Painter, TheKeptPictureIsTheOneFromNothingAllAround)
+TEST_F(CirclePainterTest, TheKeptPictureIsTheOneFromNothingAllAround)
 {
     addNotes(300, 0, 103);
     compareAround(0.4);
 }
 
-TEST_F(Painter, NotesPastTheRimAreTheSameToo)
+TEST_F(CirclePainterTest, NotesPastTheRimAreTheSameToo)
 {
     addNotes(100, 100, 127);
     compareAround(0.7);
 }
 
-TEST_F(Painter, EveryResizingIsTheSame)
+TEST_F(CirclePainterTest, EveryResizingIsTheSame)
 {
     addNotes(150, 0, 127);
     size = {300, 220};
@@ -119,7 +119,7 @@ TEST_F(Painter, EveryResizingIsTheSame)
     }
 }
 
-TEST_F(Painter, EveryPixelRatioAndOffsetIsTheSame)
+TEST_F(CirclePainterTest, EveryPixelRatioAndOffsetIsTheSame)
 {
     addNotes(150, 0, 127);
     for (const double value : {1.0, 1.25, 1.5, 2.0}) {
@@ -134,7 +134,7 @@ TEST_F(Painter, EveryPixelRatioAndOffsetIsTheSame)
     }
 }
 
-TEST_F(Painter, ChangesInPlaceAreSeen)
+TEST_F(CirclePainterTest, ChangesInPlaceAreSeen)
 {
     addNotes(100, 20, 110);
     compare();
@@ -158,7 +158,7 @@ TEST_F(Painter, ChangesInPlaceAreSeen)
     compare();
 }
 
-TEST_F(Painter, ATurnedPainterIsServedFromNothing)
+TEST_F(CirclePainterTest, ATurnedPainterIsServedFromNothing)
 {
     addNotes(50, 20, 110);
     QImage image = ground(size, ratio);
@@ -169,7 +169,7 @@ TEST_F(Painter, ATurnedPainterIsServedFromNothing)
     EXPECT_GT(greatestDifference(image, ground(size, ratio)), 4);
 }
 
-TEST_F(Painter, ABeatCountOfNothingPaintsTheHandAlone)
+TEST_F(CirclePainterTest, ABeatCountOfNothingPaintsTheHandAlone)
 {
     addNotes(20, 20, 127);
     sequence.beats = 0.0;
@@ -177,7 +177,7 @@ TEST_F(Painter, ABeatCountOfNothingPaintsTheHandAlone)
 }
 
 // Each costs the length of its arc: every other one is left out.
-TEST_F(Painter, ThousandsOfNotesHeldAllAroundAreThinnedOut)
+TEST_F(CirclePainterTest, ThousandsOfNotesHeldAllAroundAreThinnedOut)
 {
     for (int i = 0; i < 5'000; ++i) {
         sequence.add({0x90, static_cast<std::uint8_t>(90 + i % 13), 1}, i % 16, 16.0);
@@ -196,11 +196,11 @@ TEST_F(Painter, ThousandsOfNotesHeldAllAroundAreThinnedOut)
     EXPECT_EQ(paintedFromNothing(drawing), all);
 }
 
-TEST_F(Painter, IsPaintedOnTwoThreadsAtOnce)
+TEST_F(CirclePainterTest, IsPaintedOnTwoThreadsAtOnce)
 {
     addNotes(100, 20, 110);
 
-    struct Second : Painter {
+    struct Second : CirclePainterTest {
         void TestBody() override {}
     };
 
@@ -217,7 +217,7 @@ TEST_F(Painter, IsPaintedOnTwoThreadsAtOnce)
     other.join();
 }
 
-TEST(ClippedOutline, StaysInsideItsClips)
+TEST(CirclePainterClippedOutline, StaysInsideItsClips)
 {
     const CircleClip clip{{{0, 0}, {512, 0}, {512, 512}, {0, 512}}};
     const CircleArc arc{{256, 256}, 302, -pi / 2, pi, 10.0, UIColor::redColor(), 1.0, {clip}};

@@ -10,8 +10,8 @@
 namespace volvelle {
 namespace {
 
-struct Disc : testing::Test {
-    Disc()
+struct DiscPainterTest : testing::Test {
+    DiscPainterTest()
     {
         circle.makeColors();
         circle.delegate = &sequence;
@@ -41,13 +41,13 @@ void expectNear(QRgb found, const QColor& wanted)
     EXPECT_NEAR(qBlue(found), wanted.blue(), 4);
 }
 
-TEST_F(Disc, IsAsLargeAsAsked)
+TEST_F(DiscPainterTest, IsAsLargeAsAsked)
 {
     EXPECT_EQ(image(Theme::dark, 100, 2.0).size(), QSize(200, 200));
     EXPECT_EQ(image(Theme::light, 0).size(), QSize(1, 1));
 }
 
-TEST_F(Disc, HasInkRimAndHubInTheThemesColours)
+TEST_F(DiscPainterTest, HasInkRimAndHubInTheThemesColours)
 {
     for (const Theme theme : {Theme::dark, Theme::light}) {
         const Tokens& tokens = Tokens::of(theme);
@@ -59,7 +59,7 @@ TEST_F(Disc, HasInkRimAndHubInTheThemesColours)
     }
 }
 
-TEST_F(Disc, HasItsNotesWhereTheCanvasIs)
+TEST_F(DiscPainterTest, HasItsNotesWhereTheCanvasIs)
 {
     const QColor note = QColor::fromHsvF(3 / 16.0F, 0.5F, 0.8F);
     expectNear(at(image(), 0.5, 0.5 + 168.0 / 604), note);
@@ -67,7 +67,7 @@ TEST_F(Disc, HasItsNotesWhereTheCanvasIs)
     expectNear(at(image(Theme::dark, 534), 0.5, 0.5 + 168.0 / 534), note);
 }
 
-TEST_F(Disc, NotesOfASmallOneAreNeverThick)
+TEST_F(DiscPainterTest, NotesOfASmallOneAreNeverThick)
 {
     content.isSmall = true;
     circle.currentBeat = 2.0;
@@ -76,7 +76,7 @@ TEST_F(Disc, NotesOfASmallOneAreNeverThick)
     EXPECT_EQ(circle.currentBeat, 2.0);
 }
 
-TEST_F(Disc, IsFaintAndWithoutTextsInAnEmptyBrowser)
+TEST_F(DiscPainterTest, IsFaintAndWithoutTextsInAnEmptyBrowser)
 {
     sequence.events.clear();
     sequence.add({0x93, 62, 127}, 0.0, 12.0); // at 172
@@ -98,7 +98,7 @@ TEST_F(Disc, IsFaintAndWithoutTextsInAnEmptyBrowser)
     }
 }
 
-TEST_F(Disc, StaysWholeAsItMovesAndChanges)
+TEST_F(DiscPainterTest, StaysWholeAsItMovesAndChanges)
 {
     DiscPainter kept;
     const auto paint = [&](DiscPainter& disc) {
@@ -118,7 +118,7 @@ TEST_F(Disc, StaysWholeAsItMovesAndChanges)
     }
 }
 
-TEST_F(Disc, PaintsWhatHasNoLength)
+TEST_F(DiscPainterTest, PaintsWhatHasNoLength)
 {
     content.beats = sequence.beats = 0.0;
     content.isPlaying = true;

@@ -33,8 +33,8 @@ private:
     int count = 0;
 };
 
-struct ADisc : testing::Test {
-    ADisc()
+struct DiscWidgetTest : testing::Test {
+    DiscWidgetTest()
     {
         for (int i = 0; i < 32; ++i) {
             sequence.add({0x90, static_cast<std::uint8_t>(40 + i), 100}, i / 2.0, i % 5 == 0 ? 3.0 : 0.5);
@@ -71,7 +71,7 @@ struct ADisc : testing::Test {
     PaintedPixels painted{disc};
 };
 
-TEST_F(ADisc, PaintsWhatMovesAndShowsAllOfIt)
+TEST_F(DiscWidgetTest, PaintsWhatMovesAndShowsAllOfIt)
 {
     int pixels = 0;
     int steps = 0;
@@ -85,7 +85,7 @@ TEST_F(ADisc, PaintsWhatMovesAndShowsAllOfIt)
     EXPECT_LT(pixels / steps, side * side / 3);
 }
 
-TEST_F(ADisc, FollowsJumps)
+TEST_F(DiscWidgetTest, FollowsJumps)
 {
     for (const double beats : {1.0, 9.0, 0.0, 15.9, -2.0, 3.0, 100.0, 2.0}) {
         moveTo(beats);
@@ -93,7 +93,7 @@ TEST_F(ADisc, FollowsJumps)
     }
 }
 
-TEST_F(ADisc, IsPaintedWholeWhereMoreThanThePositionIsNew)
+TEST_F(DiscWidgetTest, IsPaintedWholeWhereMoreThanThePositionIsNew)
 {
     moveTo(1.0);
     painted.take();
@@ -111,7 +111,7 @@ TEST_F(ADisc, IsPaintedWholeWhereMoreThanThePositionIsNew)
     EXPECT_LE(difference(), 4);
 }
 
-TEST_F(ADisc, PaintsNothingWhileItsWindowIsAway)
+TEST_F(DiscWidgetTest, PaintsNothingWhileItsWindowIsAway)
 {
     window.hide();
     painted.take();

@@ -180,7 +180,7 @@ TEST_F(WindowTest, ShowsAShortLineWholeAndWithoutATip)
 }
 
 // Asks for a place, and answers with what the dialog says then.
-struct SaveAsTest : WindowTest {
+struct WindowSaveAsTest : WindowTest {
     QFileDialog& ask(const std::filesystem::path& proposal)
     {
         window->askForPlace(proposal,
@@ -203,7 +203,7 @@ struct SaveAsTest : WindowTest {
     std::optional<std::filesystem::path> chosen;
 };
 
-TEST_F(SaveAsTest, ProposesANameOfOtherBytesAsItIsShownAndTakesItBack)
+TEST_F(WindowSaveAsTest, ProposesANameOfOtherBytesAsItIsShownAndTakesItBack)
 {
     QFileDialog& dialog = ask(folder / "a\xE9.mid");
     EXPECT_EQ(shown(dialog), (folder / "aé.mid").string());
@@ -211,7 +211,7 @@ TEST_F(SaveAsTest, ProposesANameOfOtherBytesAsItIsShownAndTakesItBack)
     EXPECT_EQ(chosen, folder / "a\xE9.mid");
 }
 
-TEST_F(SaveAsTest, TakesAnotherNameWithAnEndingAsItIsTyped)
+TEST_F(WindowSaveAsTest, TakesAnotherNameWithAnEndingAsItIsTyped)
 {
     QFileDialog& dialog = ask(folder / "a\xE9.mid");
     dialog.findChild<QLineEdit*>("fileNameEdit")->setText("Grün");
@@ -219,7 +219,7 @@ TEST_F(SaveAsTest, TakesAnotherNameWithAnEndingAsItIsTyped)
     EXPECT_EQ(chosen, folder / "Grün.mid");
 }
 
-TEST_F(SaveAsTest, ProposesTheNearestFolderThatHasANameInText)
+TEST_F(WindowSaveAsTest, ProposesTheNearestFolderThatHasANameInText)
 {
     const auto place = home.path / "Gr\xFCn/below";
     std::filesystem::create_directories(place);
@@ -229,7 +229,7 @@ TEST_F(SaveAsTest, ProposesTheNearestFolderThatHasANameInText)
     EXPECT_EQ(chosen, home.path / "aé.mid");
 }
 
-TEST_F(SaveAsTest, TellsThatNoneWasChosen)
+TEST_F(WindowSaveAsTest, TellsThatNoneWasChosen)
 {
     chosen = "something";
     ask(folder / "a.mid").reject();

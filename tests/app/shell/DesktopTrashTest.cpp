@@ -72,8 +72,8 @@ TEST_F(DesktopTrashTest, MakesTheTrashWhereNoneIsYetAndNeverInTheWorkingFolder)
 }
 
 // Another device than the user's trash is on, with a folder there that goes in the end.
-struct OtherDeviceTest : DesktopTrashTest {
-    OtherDeviceTest()
+struct DesktopTrashOtherDeviceTest : DesktopTrashTest {
+    DesktopTrashOtherDeviceTest()
     {
         struct stat here{};
         struct stat there{};
@@ -84,7 +84,7 @@ struct OtherDeviceTest : DesktopTrashTest {
         }
     }
 
-    ~OtherDeviceTest() override
+    ~DesktopTrashOtherDeviceTest() override
     {
         std::filesystem::remove_all(other);
         removeEmpty(ownTrash);
@@ -109,7 +109,7 @@ struct OtherDeviceTest : DesktopTrashTest {
     const std::filesystem::path ownTrash = "/dev/shm/.Trash-" + std::to_string(getuid());
 };
 
-TEST_F(OtherDeviceTest, TheTrashThatAllShareThereIsUsed)
+TEST_F(DesktopTrashOtherDeviceTest, TheTrashThatAllShareThereIsUsed)
 {
     namespace fs = std::filesystem;
     const fs::path shared = "/dev/shm/.Trash";
@@ -132,7 +132,7 @@ TEST_F(OtherDeviceTest, TheTrashThatAllShareThereIsUsed)
     fs::remove(shared);
 }
 
-TEST_F(OtherDeviceTest, WhatComesFromAnotherDeviceIsTakenAndGivenBack)
+TEST_F(DesktopTrashOtherDeviceTest, WhatComesFromAnotherDeviceIsTakenAndGivenBack)
 {
     if (!std::filesystem::exists(other)) {
         GTEST_SKIP() << "there is no second device";

@@ -18,9 +18,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class Render : public ProgramRun {
+class RenderCommandTest : public ProgramRun {
 protected:
-    Render() { write("small.mid", smallMusic()); }
+    RenderCommandTest() { write("small.mid", smallMusic()); }
 
     // The samples of a WAV file of 24 bits, both channels after one another.
     std::vector<double> samples(const std::string& name) const
@@ -39,7 +39,7 @@ protected:
     }
 };
 
-TEST_F(Render, AWaveFileHoldsTheMusicAndItsTail)
+TEST_F(RenderCommandTest, AWaveFileHoldsTheMusicAndItsTail)
 {
     const auto result = volvelle("render small.mid --out small.wav");
     ASSERT_EQ(result.status, 0) << result.error;
@@ -60,7 +60,7 @@ TEST_F(Render, AWaveFileHoldsTheMusicAndItsTail)
     EXPECT_LT(end, 1.0e-4);
 }
 
-TEST_F(Render, TheEndingTellsTheForm)
+TEST_F(RenderCommandTest, TheEndingTellsTheForm)
 {
     EXPECT_EQ(volvelle("render small.mid --out small.flac").status, 0);
     EXPECT_THAT(read("small.flac"), StartsWith("fLaC"));
@@ -71,7 +71,7 @@ TEST_F(Render, TheEndingTellsTheForm)
 
 // The synthesizer renders the first 64 frames of some notes a little otherwise, by what its voices played
 // before.
-TEST_F(Render, OneCoreAndTwoGiveTheSameSound)
+TEST_F(RenderCommandTest, OneCoreAndTwoGiveTheSameSound)
 {
     write("long.mid", longMusic());
     ASSERT_EQ(volvelle("render long.mid --cores 1 --out one.wav").status, 0);
@@ -89,7 +89,7 @@ TEST_F(Render, OneCoreAndTwoGiveTheSameSound)
     EXPECT_LT(difference, 1.0e-3 * level);
 }
 
-TEST_F(Render, TheSequencerInsideTheEngineGivesTheSameMusicABlockLater)
+TEST_F(RenderCommandTest, TheSequencerInsideTheEngineGivesTheSameMusicABlockLater)
 {
     write("long.mid", longMusic());
     ASSERT_EQ(volvelle("render long.mid --cores 1 --out one.wav").status, 0);
@@ -113,7 +113,7 @@ TEST_F(Render, TheSequencerInsideTheEngineGivesTheSameMusicABlockLater)
     EXPECT_NEAR(static_cast<double>(samples("three.wav").size()), static_cast<double>(two.size()), 2048.0);
 }
 
-TEST_F(Render, ARateIsConverted)
+TEST_F(RenderCommandTest, ARateIsConverted)
 {
     ASSERT_EQ(volvelle("render small.mid --out low.wav --rate 24000").status, 0);
     ASSERT_EQ(volvelle("render small.mid --out full.wav").status, 0);
@@ -122,7 +122,7 @@ TEST_F(Render, ARateIsConverted)
                 static_cast<double>(samples("full.wav").size()), 100.0);
 }
 
-TEST_F(Render, FailuresAreOneLineAndLeaveNothing)
+TEST_F(RenderCommandTest, FailuresAreOneLineAndLeaveNothing)
 {
     write("old.wav", "old");
     const auto gone = volvelle("render gone.mid --out old.wav");
@@ -141,7 +141,7 @@ TEST_F(Render, FailuresAreOneLineAndLeaveNothing)
     EXPECT_THAT(names(), ElementsAre("old.wav", "rubbish.mid", "small.mid"));
 }
 
-TEST_F(Render, AnInterruptionLeavesWhatStoodThereAndNothingElse)
+TEST_F(RenderCommandTest, AnInterruptionLeavesWhatStoodThereAndNothingElse)
 {
     write("long.mid", longMusic(1600));
     write("old.wav", "old");
@@ -160,7 +160,7 @@ TEST_F(Render, AnInterruptionLeavesWhatStoodThereAndNothingElse)
     EXPECT_THAT(names(), ElementsAre("long.mid", "old.wav", "small.mid"));
 }
 
-TEST_F(Render, APipeGetsWhatAFileWouldGet)
+TEST_F(RenderCommandTest, APipeGetsWhatAFileWouldGet)
 {
     ASSERT_EQ(volvelle("render small.mid --out file.wav").status, 0);
     const auto named =
@@ -190,7 +190,7 @@ TEST_F(Render, APipeGetsWhatAFileWouldGet)
     EXPECT_EQ(full.error, "'standard output' could not be written: the device is full.\n");
 }
 
-TEST_F(Render, AFileWithoutAnyTrackIsOnePlainLine)
+TEST_F(RenderCommandTest, AFileWithoutAnyTrackIsOnePlainLine)
 {
     using namespace std::string_literals;
     write("none.mid", "MThd\0\0\0\6\0\1\0\0\0\x60"s);
@@ -202,7 +202,7 @@ TEST_F(Render, AFileWithoutAnyTrackIsOnePlainLine)
     EXPECT_THAT(names(), ElementsAre("none.mid", "small.mid"));
 }
 
-TEST_F(Render, AFileThatLastsLongerThanADayIsOnePlainLine)
+TEST_F(RenderCommandTest, AFileThatLastsLongerThanADayIsOnePlainLine)
 {
     using namespace std::string_literals;
     write("long.mid",
@@ -213,7 +213,7 @@ TEST_F(Render, AFileThatLastsLongerThanADayIsOnePlainLine)
     EXPECT_THAT(names(), ElementsAre("long.mid", "small.mid"));
 }
 
-TEST_F(Render, UsageIsStatusTwo)
+TEST_F(RenderCommandTest, UsageIsStatusTwo)
 {
     EXPECT_EQ(volvelle("render small.mid").status, 2);
     EXPECT_EQ(volvelle("render small.mid --out x.wav --rate 5").status, 2);

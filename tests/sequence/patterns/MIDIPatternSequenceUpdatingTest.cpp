@@ -236,7 +236,7 @@ public:
     }
 };
 
-class MIDIPatternSequenceEditsTest : public GridFixture {
+class MIDIPatternSequenceUpdatingEditsTest : public GridFixture {
 protected:
     int draw(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random); }
 
@@ -285,7 +285,7 @@ protected:
     PlainGrid plain;
 };
 
-TEST_F(MIDIPatternSequenceEditsTest, ManyEditsAndUpdatesFillTheTracksAsTheStepsSay)
+TEST_F(MIDIPatternSequenceUpdatingEditsTest, ManyEditsAndUpdatesFillTheTracksAsTheStepsSay)
 {
     plain.updateSequence();
     for (int step = 0; step < 60; ++step) {

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using FileVersions = Documents;
+using NSFileVersionTest = Documents;
 
 std::vector<std::uint8_t> bytesOf(std::string_view words)
 {
@@ -32,14 +32,14 @@ std::vector<std::string> namesOf(const std::optional<NSFileVersion::Versions>& v
 
 // MARK: Versions
 
-TEST_F(FileVersions, AFileHasNoOtherVersionsAtFirst)
+TEST_F(NSFileVersionTest, AFileHasNoOtherVersionsAtFirst)
 {
     EXPECT_EQ(NSFileVersion::otherVersionsOfItemAtURL(file).value().size(), 0U);
     EXPECT_TRUE(NSFileVersion::removeOtherVersionsOfItemAtURL(file));
     EXPECT_EQ(states.names(), Lines{});
 }
 
-TEST_F(FileVersions, VersionsAreKeptForEachFileInTheirOrder)
+TEST_F(NSFileVersionTest, VersionsAreKeptForEachFileInTheirOrder)
 {
     for (int i = 0; i < 11; ++i) {
         EXPECT_TRUE(NSFileVersion::addVersionOfItemAtURL(file, bytesOf("version " + std::to_string(i))));
@@ -54,7 +54,7 @@ TEST_F(FileVersions, VersionsAreKeptForEachFileInTheirOrder)
               Lines{"conflict 1.mid"});
 }
 
-TEST_F(FileVersions, AFileIsFoundByAnyNameOfItsFolder)
+TEST_F(NSFileVersionTest, AFileIsFoundByAnyNameOfItsFolder)
 {
     fs::create_directory(folder.path / "sub");
     fs::create_directory_symlink(folder.path, folder.path / "link");
@@ -66,7 +66,7 @@ TEST_F(FileVersions, AFileIsFoundByAnyNameOfItsFolder)
     }
 }
 
-TEST_F(FileVersions, AVersionThatIsResolvedStaysSo)
+TEST_F(NSFileVersionTest, AVersionThatIsResolvedStaysSo)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     NSFileVersion::addVersionOfItemAtURL(file, {});
@@ -82,7 +82,7 @@ TEST_F(FileVersions, AVersionThatIsResolvedStaysSo)
     EXPECT_EQ(namesOf(NSFileVersion::unresolvedConflictVersionsOfItemAtURL(file)).size(), 2U);
 }
 
-TEST_F(FileVersions, AVersionThatCannotBeRenamedStaysAsItWas)
+TEST_F(NSFileVersionTest, AVersionThatCannotBeRenamedStaysAsItWas)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     const auto version = NSFileVersion::otherVersionsOfItemAtURL(file).value().at(0);
@@ -92,7 +92,7 @@ TEST_F(FileVersions, AVersionThatCannotBeRenamedStaysAsItWas)
     EXPECT_EQ(version->url().filename(), "conflict 1.mid");
 }
 
-TEST_F(FileVersions, VersionsThatAreRemovedAreKeptElsewhere)
+TEST_F(NSFileVersionTest, VersionsThatAreRemovedAreKeptElsewhere)
 {
     for (const char* words : {"one", "two", "three"}) {
         EXPECT_TRUE(NSFileVersion::addVersionOfItemAtURL(file, bytesOf(words)));
@@ -103,13 +103,13 @@ TEST_F(FileVersions, VersionsThatAreRemovedAreKeptElsewhere)
     EXPECT_EQ(contentOf(versionsOf("kept", "a.mid") / "version 3.mid"), "three");
 }
 
-TEST_F(FileVersions, OthersMayNotLookAtThem)
+TEST_F(NSFileVersionTest, OthersMayNotLookAtThem)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     EXPECT_EQ(fs::status(states.path / "volvelle/versions").permissions(), fs::perms::owner_all);
 }
 
-TEST_F(FileVersions, WhatIsNoVersionIsPassedOver)
+TEST_F(NSFileVersionTest, WhatIsNoVersionIsPassedOver)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     for (const char* name : {"notes.txt", "conflict.mid", "conflict x.mid", "conflict -1.mid"}) {
@@ -118,7 +118,7 @@ TEST_F(FileVersions, WhatIsNoVersionIsPassedOver)
     EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
 }
 
-TEST_F(FileVersions, WithoutAFolderForThemNoVersionIsKept)
+TEST_F(NSFileVersionTest, WithoutAFolderForThemNoVersionIsKept)
 {
     states.write("volvelle/versions", "no folder");
     EXPECT_EQ(NSFileVersion::addVersionOfItemAtURL(file, {}).error(),
@@ -133,7 +133,7 @@ TEST_F(FileVersions, WithoutAFolderForThemNoVersionIsKept)
     setenv("HOME", home.c_str(), 1);
 }
 
-TEST_F(FileVersions, VersionsThatCannotBeMovedStayOnTheList)
+TEST_F(NSFileVersionTest, VersionsThatCannotBeMovedStayOnTheList)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     states.write("volvelle/versions/kept", "no folder");
@@ -143,7 +143,7 @@ TEST_F(FileVersions, VersionsThatCannotBeMovedStayOnTheList)
     EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
 }
 
-TEST_F(FileVersions, AVersionThatCannotBeMovedStaysOnTheList)
+TEST_F(NSFileVersionTest, AVersionThatCannotBeMovedStaysOnTheList)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     const fs::path kept = versionsOf("kept", "a.mid");
@@ -154,7 +154,7 @@ TEST_F(FileVersions, AVersionThatCannotBeMovedStaysOnTheList)
     EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)), Lines{"conflict 1.mid"});
 }
 
-TEST_F(FileVersions, VersionsThatCannotBeToldAreNoEmptyList)
+TEST_F(NSFileVersionTest, VersionsThatCannotBeToldAreNoEmptyList)
 {
     fs::create_directory(states.path / "volvelle");
     fs::create_symlink("versions", states.path / "volvelle/versions");
@@ -169,7 +169,7 @@ TEST_F(FileVersions, VersionsThatCannotBeToldAreNoEmptyList)
 
 // MARK: Conflicts of documents
 
-TEST_F(FileVersions, AFileThatAnotherProgramChangedIsKeptBeforeItIsReplaced)
+TEST_F(NSFileVersionTest, AFileThatAnotherProgramChangedIsKeptBeforeItIsReplaced)
 {
     const auto document = opened();
     StateListener listener(*document);
@@ -183,7 +183,7 @@ TEST_F(FileVersions, AFileThatAnotherProgramChangedIsKeptBeforeItIsReplaced)
     EXPECT_EQ(listener.take(), (States{UIDocumentState::inConflict, 0}));
 }
 
-TEST_F(FileVersions, AFileThatWasReplacedByOneOfItsSizeAndTimeIsKept)
+TEST_F(NSFileVersionTest, AFileThatWasReplacedByOneOfItsSizeAndTimeIsKept)
 {
     const auto document = opened();
     struct stat before = {};
@@ -195,7 +195,7 @@ TEST_F(FileVersions, AFileThatWasReplacedByOneOfItsSizeAndTimeIsKept)
     EXPECT_EQ(contentOf(versionsOf("open", "a.mid") / "conflict 1.mid"), "odd");
 }
 
-TEST_F(FileVersions, AFileThatWasWrittenInItsPlaceWithItsTimeSetBackIsKept)
+TEST_F(NSFileVersionTest, AFileThatWasWrittenInItsPlaceWithItsTimeSetBackIsKept)
 {
     const auto document = opened();
     struct stat before = {};
@@ -207,7 +207,7 @@ TEST_F(FileVersions, AFileThatWasWrittenInItsPlaceWithItsTimeSetBackIsKept)
     EXPECT_EQ(contentOf(versionsOf("open", "a.mid") / "conflict 1.mid"), "odd");
 }
 
-TEST_F(FileVersions, AFileThatWasOnlyTouchedIsNoConflict)
+TEST_F(NSFileVersionTest, AFileThatWasOnlyTouchedIsNoConflict)
 {
     const auto document = opened();
     StateListener listener(*document);
@@ -219,7 +219,7 @@ TEST_F(FileVersions, AFileThatWasOnlyTouchedIsNoConflict)
     EXPECT_EQ(states.names(), Lines{});
 }
 
-TEST_F(FileVersions, EachForeignChangeBetweenTwoSavesIsKept)
+TEST_F(NSFileVersionTest, EachForeignChangeBetweenTwoSavesIsKept)
 {
     const auto document = opened();
     for (const char* words : {"one", "two"}) {
@@ -232,7 +232,7 @@ TEST_F(FileVersions, EachForeignChangeBetweenTwoSavesIsKept)
     EXPECT_EQ(contentOf(versionsOf("open", "a.mid") / "conflict 2.mid"), "two");
 }
 
-TEST_F(FileVersions, WhereAVersionCannotBeKeptTheSaveFailsAndNothingIsLost)
+TEST_F(NSFileVersionTest, WhereAVersionCannotBeKeptTheSaveFailsAndNothingIsLost)
 {
     const auto document = opened();
     states.write("volvelle", "no folder");
@@ -247,7 +247,7 @@ TEST_F(FileVersions, WhereAVersionCannotBeKeptTheSaveFailsAndNothingIsLost)
     EXPECT_EQ(contentOf(folder.path / "b.mid"), "ours");
 }
 
-TEST_F(FileVersions, AForeignChangeIsKeptOnceThoughTheSaveFailsAgainAndAgain)
+TEST_F(NSFileVersionTest, AForeignChangeIsKeptOnceThoughTheSaveFailsAgainAndAgain)
 {
     const auto document = opened();
     folder.write("a.mid", "theirs");
@@ -261,7 +261,7 @@ TEST_F(FileVersions, AForeignChangeIsKeptOnceThoughTheSaveFailsAgainAndAgain)
     EXPECT_EQ(listener.take(), (States{UIDocumentState::inConflict, 0}));
 }
 
-TEST_F(FileVersions, AForeignFileThatCannotBeReadIsNotReplaced)
+TEST_F(NSFileVersionTest, AForeignFileThatCannotBeReadIsNotReplaced)
 {
     const auto document = opened();
     fs::resize_file(file, std::uintmax_t{3} << 30U);
@@ -270,7 +270,7 @@ TEST_F(FileVersions, AForeignFileThatCannotBeReadIsNotReplaced)
     EXPECT_EQ(fs::file_size(file), std::uintmax_t{3} << 30U);
 }
 
-TEST_F(FileVersions, AVersionIsKeptOfAFileThatADocumentNeverRead)
+TEST_F(NSFileVersionTest, AVersionIsKeptOfAFileThatADocumentNeverRead)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "theirs"));
     document->words = "ours";
@@ -278,7 +278,7 @@ TEST_F(FileVersions, AVersionIsKeptOfAFileThatADocumentNeverRead)
     EXPECT_EQ(contentOf(versionsOf("open", "a.mid") / "conflict 1.mid"), "theirs");
 }
 
-TEST_F(FileVersions, ADocumentMeetsItsUnresolvedVersionsInOpening)
+TEST_F(NSFileVersionTest, ADocumentMeetsItsUnresolvedVersionsInOpening)
 {
     NSFileVersion::addVersionOfItemAtURL(file, {});
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));

@@ -11,9 +11,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using UIDocumentTest = Documents;
+
 // MARK: Opening and closing
 
-TEST_F(Documents, ADocumentStartsClosedIsNormalOnceOpenAndClosedAfterClosing)
+TEST_F(UIDocumentTest, ADocumentStartsClosedIsNormalOnceOpenAndClosedAfterClosing)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
     StateListener listener(*document);
@@ -25,7 +27,7 @@ TEST_F(Documents, ADocumentStartsClosedIsNormalOnceOpenAndClosedAfterClosing)
     EXPECT_EQ(document->takeCalls(), Lines{"load old audio/midi"});
 }
 
-TEST_F(Documents, OpeningAnOpenDocumentAndClosingAClosedOneChangeNothing)
+TEST_F(UIDocumentTest, OpeningAnOpenDocumentAndClosingAClosedOneChangeNothing)
 {
     const auto document = opened();
     StateListener listener(*document);
@@ -41,7 +43,7 @@ TEST_F(Documents, OpeningAnOpenDocumentAndClosingAClosedOneChangeNothing)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, ADocumentThatIsClosedCanBeOpenedAgain)
+TEST_F(UIDocumentTest, ADocumentThatIsClosedCanBeOpenedAgain)
 {
     const auto document = opened();
     document->close();
@@ -51,7 +53,7 @@ TEST_F(Documents, ADocumentThatIsClosedCanBeOpenedAgain)
     EXPECT_FALSE(document->hasUnsavedChanges());
 }
 
-TEST_F(Documents, AMissingFileIsNotOpened)
+TEST_F(UIDocumentTest, AMissingFileIsNotOpened)
 {
     const auto document = std::make_shared<PlainDocument>(file);
     StateListener listener(*document);
@@ -66,7 +68,7 @@ TEST_F(Documents, AMissingFileIsNotOpened)
     EXPECT_EQ(document->lastError(), "");
 }
 
-TEST_F(Documents, AFileOfMoreThanTwoGibibytesIsNotOpened)
+TEST_F(UIDocumentTest, AFileOfMoreThanTwoGibibytesIsNotOpened)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
     fs::resize_file(file, std::uintmax_t{3} << 30U);
@@ -74,7 +76,7 @@ TEST_F(Documents, AFileOfMoreThanTwoGibibytesIsNotOpened)
     EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read.");
 }
 
-TEST_F(Documents, AFileThatMayNotBeReadIsNotOpened)
+TEST_F(UIDocumentTest, AFileThatMayNotBeReadIsNotOpened)
 {
     if (geteuid() == 0) {
         GTEST_SKIP() << "the superuser may read everything";
@@ -85,7 +87,7 @@ TEST_F(Documents, AFileThatMayNotBeReadIsNotOpened)
     EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read.");
 }
 
-TEST_F(Documents, ADocumentWhoseContentsDoNotLoadStaysClosed)
+TEST_F(UIDocumentTest, ADocumentWhoseContentsDoNotLoadStaysClosed)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
     document->loadFailure = "It is no text.";
@@ -95,7 +97,7 @@ TEST_F(Documents, ADocumentWhoseContentsDoNotLoadStaysClosed)
     EXPECT_EQ(document->documentState(), UIDocumentState::closed);
 }
 
-TEST_F(Documents, AFolderIsContentsWithoutBytes)
+TEST_F(UIDocumentTest, AFolderIsContentsWithoutBytes)
 {
     const auto document = std::make_shared<PlainDocument>(folder.path);
     EXPECT_EQ(document->open(), "yes");
@@ -106,7 +108,7 @@ TEST_F(Documents, AFolderIsContentsWithoutBytes)
     EXPECT_EQ(document->lastError(), "'" + folder.path.string() + "' could not be written: it is a folder.");
 }
 
-TEST_F(Documents, APipeIsRefusedWithoutWaitingForIt)
+TEST_F(UIDocumentTest, APipeIsRefusedWithoutWaitingForIt)
 {
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     const auto document = std::make_shared<PlainDocument>(file);
@@ -114,7 +116,7 @@ TEST_F(Documents, APipeIsRefusedWithoutWaitingForIt)
     EXPECT_EQ(document->lastError(), "'" + file.string() + "' could not be read: it is no file.");
 }
 
-TEST_F(Documents, AFileThatTheMemoryCannotHoldIsNotOpened)
+TEST_F(UIDocumentTest, AFileThatTheMemoryCannotHoldIsNotOpened)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
     document->isTooLarge = true;
@@ -123,7 +125,7 @@ TEST_F(Documents, AFileThatTheMemoryCannotHoldIsNotOpened)
     EXPECT_EQ(document->documentState(), UIDocumentState::closed);
 }
 
-TEST_F(Documents, ContentsThatTheMemoryCannotHoldAreNotSaved)
+TEST_F(UIDocumentTest, ContentsThatTheMemoryCannotHoldAreNotSaved)
 {
     const auto document = opened();
     document->isTooLarge = true;
@@ -132,7 +134,7 @@ TEST_F(Documents, ContentsThatTheMemoryCannotHoldAreNotSaved)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, TheTypeIsThatOfTheName)
+TEST_F(UIDocumentTest, TheTypeIsThatOfTheName)
 {
     const auto typeOf = [](const char* name) { return PlainDocument(name).fileType().value_or("?"); };
     EXPECT_EQ(typeOf("a.mid"), "audio/midi");
@@ -141,7 +143,7 @@ TEST_F(Documents, TheTypeIsThatOfTheName)
     EXPECT_EQ(typeOf("mid"), "?");
 }
 
-TEST_F(Documents, AnEmptyCompletionIsNotCalled)
+TEST_F(UIDocumentTest, AnEmptyCompletionIsNotCalled)
 {
     const auto document = std::make_shared<PlainDocument>(file);
     document->openWithCompletionHandler({});
@@ -153,7 +155,7 @@ TEST_F(Documents, AnEmptyCompletionIsNotCalled)
 
 // MARK: Saving
 
-TEST_F(Documents, TheCreatingSaveOpensADocument)
+TEST_F(UIDocumentTest, TheCreatingSaveOpensADocument)
 {
     const auto document = std::make_shared<PlainDocument>(file);
     StateListener listener(*document);
@@ -165,7 +167,7 @@ TEST_F(Documents, TheCreatingSaveOpensADocument)
     EXPECT_EQ(contentOf(file), "new");
 }
 
-TEST_F(Documents, TheCreatingSaveNeverTakesThePlaceOfAFile)
+TEST_F(UIDocumentTest, TheCreatingSaveNeverTakesThePlaceOfAFile)
 {
     const auto document = std::make_shared<PlainDocument>(folder.write("a.mid", "old"));
     document->words = "new";
@@ -175,7 +177,7 @@ TEST_F(Documents, TheCreatingSaveNeverTakesThePlaceOfAFile)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, ClosingWithoutUnsavedChangesWritesNothing)
+TEST_F(UIDocumentTest, ClosingWithoutUnsavedChangesWritesNothing)
 {
     const auto document = opened();
     document->words = "new";
@@ -184,7 +186,7 @@ TEST_F(Documents, ClosingWithoutUnsavedChangesWritesNothing)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, ClosingSavesUnsavedChanges)
+TEST_F(UIDocumentTest, ClosingSavesUnsavedChanges)
 {
     const auto document = opened();
     document->words = "new";
@@ -197,7 +199,7 @@ TEST_F(Documents, ClosingSavesUnsavedChanges)
     EXPECT_EQ(document->takeCalls(), Lines{"contents audio/midi"});
 }
 
-TEST_F(Documents, AChangeIsSavedFromTheMainQueueOnce)
+TEST_F(UIDocumentTest, AChangeIsSavedFromTheMainQueueOnce)
 {
     const auto document = opened();
     document->words = "new";
@@ -211,7 +213,7 @@ TEST_F(Documents, AChangeIsSavedFromTheMainQueueOnce)
     EXPECT_EQ(document->takeCalls(), Lines{"contents audio/midi"});
 }
 
-TEST_F(Documents, AChangeIsSavedThoughNobodyHoldsTheDocumentAnyMore)
+TEST_F(UIDocumentTest, AChangeIsSavedThoughNobodyHoldsTheDocumentAnyMore)
 {
     auto document = opened();
     document->words = "new";
@@ -221,7 +223,7 @@ TEST_F(Documents, AChangeIsSavedThoughNobodyHoldsTheDocumentAnyMore)
     EXPECT_EQ(contentOf(file), "new");
 }
 
-TEST_F(Documents, ChangesThatAreClearedAreNotSaved)
+TEST_F(UIDocumentTest, ChangesThatAreClearedAreNotSaved)
 {
     const auto document = opened();
     document->words = "new";
@@ -233,7 +235,7 @@ TEST_F(Documents, ChangesThatAreClearedAreNotSaved)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, ASaveThatFailsKeepsADocumentOpenWithItsChanges)
+TEST_F(UIDocumentTest, ASaveThatFailsKeepsADocumentOpenWithItsChanges)
 {
     const auto document = opened();
     StateListener listener(*document);
@@ -259,7 +261,7 @@ TEST_F(Documents, ASaveThatFailsKeepsADocumentOpenWithItsChanges)
     EXPECT_EQ(contentOf(file), "longer than that");
 }
 
-TEST_F(Documents, WithoutContentsASaveFails)
+TEST_F(UIDocumentTest, WithoutContentsASaveFails)
 {
     const auto document = opened();
     document->words.reset();
@@ -270,7 +272,7 @@ TEST_F(Documents, WithoutContentsASaveFails)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, WhereTheFolderVanishedADocumentIsSavedElsewhere)
+TEST_F(UIDocumentTest, WhereTheFolderVanishedADocumentIsSavedElsewhere)
 {
     const fs::path gone = folder.write("gone/a.mid", "old");
     const fs::path other = folder.path / "b.mid";
@@ -291,7 +293,7 @@ TEST_F(Documents, WhereTheFolderVanishedADocumentIsSavedElsewhere)
     EXPECT_EQ(document->close(), "yes");
 }
 
-TEST_F(Documents, ASaveElsewhereThatFailsLeavesTheDocumentWhereItIs)
+TEST_F(UIDocumentTest, ASaveElsewhereThatFailsLeavesTheDocumentWhereItIs)
 {
     const auto document = opened();
     document->updateChangeCount(done);
@@ -300,7 +302,7 @@ TEST_F(Documents, ASaveElsewhereThatFailsLeavesTheDocumentWhereItIs)
     EXPECT_TRUE(document->hasUnsavedChanges());
 }
 
-TEST_F(Documents, AFileThatVanishedIsWrittenAnew)
+TEST_F(UIDocumentTest, AFileThatVanishedIsWrittenAnew)
 {
     const auto document = opened();
     fs::remove(file);
@@ -308,7 +310,7 @@ TEST_F(Documents, AFileThatVanishedIsWrittenAnew)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, AFolderThatMayNotBeWrittenLeavesTheFileAsItWas)
+TEST_F(UIDocumentTest, AFolderThatMayNotBeWrittenLeavesTheFileAsItWas)
 {
     if (geteuid() == 0) {
         GTEST_SKIP() << "the superuser may write everywhere";
@@ -322,7 +324,7 @@ TEST_F(Documents, AFolderThatMayNotBeWrittenLeavesTheFileAsItWas)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, AWriteProtectedFileStays)
+TEST_F(UIDocumentTest, AWriteProtectedFileStays)
 {
     const auto document = opened();
     document->words = "new";
@@ -332,7 +334,7 @@ TEST_F(Documents, AWriteProtectedFileStays)
     EXPECT_EQ(contentOf(file), "old");
 }
 
-TEST_F(Documents, LinksAndRightsAreKept)
+TEST_F(UIDocumentTest, LinksAndRightsAreKept)
 {
     const auto target = folder.write("target.mid", "old");
     fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
@@ -346,7 +348,7 @@ TEST_F(Documents, LinksAndRightsAreKept)
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_F(Documents, FoldersAndPipesAreNotWritten)
+TEST_F(UIDocumentTest, FoldersAndPipesAreNotWritten)
 {
     const auto document = opened();
     fs::remove(file);
@@ -360,7 +362,7 @@ TEST_F(Documents, FoldersAndPipesAreNotWritten)
     EXPECT_TRUE(fs::is_fifo(file));
 }
 
-TEST_F(Documents, ADeviceThatIsFullIsTold)
+TEST_F(UIDocumentTest, ADeviceThatIsFullIsTold)
 {
     const auto document = opened();
     EXPECT_EQ(document->save("/dev/full", forOverwriting), "no");
@@ -368,7 +370,7 @@ TEST_F(Documents, ADeviceThatIsFullIsTold)
     EXPECT_EQ(document->fileURL(), file);
 }
 
-TEST_F(Documents, AStateIsPostedOnChangeOnly)
+TEST_F(UIDocumentTest, AStateIsPostedOnChangeOnly)
 {
     const auto document = opened();
     StateListener listener(*document);

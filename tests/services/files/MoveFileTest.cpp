@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 using Move = int (*)(const fs::path&, const fs::path&);
 
-class MovedFiles : public testing::TestWithParam<Move> {
+class MoveFileTest : public testing::TestWithParam<Move> {
 protected:
     static Bytes contentOf(const fs::path& path)
     {
@@ -30,7 +30,7 @@ protected:
     fs::path to = folder.path / "b";
 };
 
-TEST_P(MovedFiles, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
+TEST_P(MoveFileTest, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
 {
     fs::permissions(from, fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_EQ(GetParam()(from, to), 0);
@@ -39,7 +39,7 @@ TEST_P(MovedFiles, AMovedFileHasItsBytesAndItsRightsUnderTheNewNameAlone)
     EXPECT_EQ(fs::status(to).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_P(MovedFiles, WhatHasTheNameAlreadyStays)
+TEST_P(MoveFileTest, WhatHasTheNameAlreadyStays)
 {
     folder.write("b", "other");
     EXPECT_EQ(GetParam()(from, to), EEXIST);
@@ -48,22 +48,22 @@ TEST_P(MovedFiles, WhatHasTheNameAlreadyStays)
     EXPECT_EQ(folder.names(), (Lines{"a", "b"}));
 }
 
-TEST_P(MovedFiles, AFileOrAFolderThatIsNotThereIsTold)
+TEST_P(MoveFileTest, AFileOrAFolderThatIsNotThereIsTold)
 {
     EXPECT_EQ(GetParam()(folder.path / "none", to), ENOENT);
     EXPECT_EQ(GetParam()(from, folder.path / "none" / "b"), ENOENT);
     EXPECT_EQ(folder.names(), Lines{"a"});
 }
 
-INSTANTIATE_TEST_SUITE_P(ByNameAndByCopying, MovedFiles, testing::Values(&moveFile, &moveFileByCopying));
+INSTANTIATE_TEST_SUITE_P(ByNameAndByCopying, MoveFileTest, testing::Values(&moveFile, &moveFileByCopying));
 
-TEST_P(MovedFiles, ANameThatIsTooLongIsTold)
+TEST_P(MoveFileTest, ANameThatIsTooLongIsTold)
 {
     EXPECT_EQ(GetParam()(from, folder.path / std::string(256, 'x')), ENAMETOOLONG);
     EXPECT_EQ(folder.names(), Lines{"a"});
 }
 
-TEST_F(MovedFiles, ACopyThatFailsLeavesEverythingAsItWas)
+TEST_F(MoveFileTest, ACopyThatFailsLeavesEverythingAsItWas)
 {
     {
         const FileSizeLimit limit(1);
@@ -73,7 +73,7 @@ TEST_F(MovedFiles, ACopyThatFailsLeavesEverythingAsItWas)
     EXPECT_EQ(contentOf(from), hex("\"old\""));
 }
 
-TEST_F(MovedFiles, AFileMovesToAnotherDevice)
+TEST_F(MoveFileTest, AFileMovesToAnotherDevice)
 {
     std::error_code none;
     if (!fs::is_directory("/dev/shm", none)) {

@@ -111,7 +111,7 @@ Song tunedScale(int cents)
     return Song().exclusive(0.5, scale).note(4.0, 0, 60, 100, 2.0);
 }
 
-TEST(SynthTunings, AScaleThatIsTunedBeforeASeekIsInForceAfterItAtEachRate)
+TEST(ChannelTruthOfTunings, AScaleThatIsTunedBeforeASeekIsInForceAfterItAtEachRate)
 {
     for (const double rate : {44'100.0, 48'000.0}) {
         const auto heardAt = [rate](int cents, bool seeks) {
@@ -133,7 +133,7 @@ TEST(SynthTunings, AScaleThatIsTunedBeforeASeekIsInForceAfterItAtEachRate)
     }
 }
 
-TEST(SynthNodes, AnInstrumentOfAStoppedEngineSoundsInARunningOne)
+TEST(ChannelTruthOfNodes, AnInstrumentOfAStoppedEngineSoundsInARunningOne)
 {
     SynthStudio first;
     SynthStudio second;

@@ -36,7 +36,7 @@ struct FakePort : MIDIOutput {
     bool broken;
 };
 
-class MIDIPort : public testing::Test {
+class MIDIPortUnitTest : public testing::Test {
 protected:
     // Sends notes through an engine, and ends all, which sends what is on its way.
     void play(bool isBroken)
@@ -101,7 +101,7 @@ struct TellingPort : MIDIOutput {
     std::binary_semaphore& ended;
 };
 
-TEST_F(MIDIPort, WhatSoundsEndsWhenTheEngineStopsThoughNothingIsRenderedAnyMore)
+TEST_F(MIDIPortUnitTest, WhatSoundsEndsWhenTheEngineStopsThoughNothingIsRenderedAnyMore)
 {
     std::binary_semaphore ended{0};
     MIDIPortUnit unit(midiPortComponent, std::make_unique<TellingPort>(ended));
@@ -110,13 +110,13 @@ TEST_F(MIDIPort, WhatSoundsEndsWhenTheEngineStopsThoughNothingIsRenderedAnyMore)
     EXPECT_TRUE(ended.try_acquire_for(std::chrono::seconds(20)));
 }
 
-TEST_F(MIDIPort, MessagesGoOutWholeAndInOrder)
+TEST_F(MIDIPortUnitTest, MessagesGoOutWholeAndInOrder)
 {
     play(false);
     EXPECT_EQ(sent, (std::vector<Bytes>{{0x91, 60, 100}, {0xC1, 5}, {0x81, 60, 0}}));
 }
 
-TEST_F(MIDIPort, ALostPortIsToldOnce)
+TEST_F(MIDIPortUnitTest, ALostPortIsToldOnce)
 {
     test::ConsoleCapture capture;
     play(true);
@@ -124,7 +124,7 @@ TEST_F(MIDIPort, ALostPortIsToldOnce)
     EXPECT_TRUE(sent.empty());
 }
 
-TEST_F(MIDIPort, ExclusivesOfAnyLengthGoOutWhole)
+TEST_F(MIDIPortUnitTest, ExclusivesOfAnyLengthGoOutWhole)
 {
     Bytes dump(100'000, 0x55);
     dump.front() = 0xF0;
@@ -136,7 +136,7 @@ TEST_F(MIDIPort, ExclusivesOfAnyLengthGoOutWhole)
     EXPECT_EQ(sent, messages);
 }
 
-TEST_F(MIDIPort, WhatSoundsAtTheEndOfTheUnitIsEnded)
+TEST_F(MIDIPortUnitTest, WhatSoundsAtTheEndOfTheUnitIsEnded)
 {
     const std::vector<Bytes> messages{{0x93, 60, 100}, {0x93, 64, 1}, {0x83, 60, 0},  {0x90, 0, 127},
                                       {0xBF, 64, 127}, {0xB3, 66, 1}, {0xB3, 69, 64}, {0xB2, 64, 100},
@@ -151,7 +151,7 @@ TEST_F(MIDIPort, WhatSoundsAtTheEndOfTheUnitIsEnded)
     EXPECT_EQ(sent, expected);
 }
 
-TEST_F(MIDIPort, WhatSoundsWhereTheUnitLeavesItsEngineIsEndedOnce)
+TEST_F(MIDIPortUnitTest, WhatSoundsWhereTheUnitLeavesItsEngineIsEndedOnce)
 {
     auto unit = makeUnit();
     render(*unit, {{0x90, 60, 100}, {0xB0, 64, 127}});
@@ -214,7 +214,7 @@ struct StuckPort : MIDIOutput {
     Signals& signals;
 };
 
-TEST_F(MIDIPort, APortWhoseSendingDoesNotComeBackIsLeft)
+TEST_F(MIDIPortUnitTest, APortWhoseSendingDoesNotComeBackIsLeft)
 {
     StuckPort::Signals signals;
     auto sender = PortSender::make(std::make_unique<StuckPort>(signals));
@@ -229,7 +229,7 @@ TEST_F(MIDIPort, APortWhoseSendingDoesNotComeBackIsLeft)
     signals.isClosed.wait(false);
 }
 
-TEST_F(MIDIPort, EachNoteEndsWhereAPortIsTooSlowForAll)
+TEST_F(MIDIPortUnitTest, EachNoteEndsWhereAPortIsTooSlowForAll)
 {
     std::atomic<bool> free{false};
     auto unit = std::make_unique<MIDIPortUnit>(midiPortComponent, std::make_unique<SlowPort>(sent, free));

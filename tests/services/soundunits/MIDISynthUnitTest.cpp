@@ -24,16 +24,16 @@ constexpr int blockFrames = 512;
 constexpr std::uint32_t noteOn = 0x90;
 constexpr std::uint32_t program = 0xC0;
 
-class MIDISynth : public testing::Test {
+class MIDISynthUnitTest : public testing::Test {
 protected:
-    MIDISynth()
+    MIDISynthUnitTest()
     {
         setResourcesFolder(test::buildFolder() / "resources");
         registerMIDISynth();
         engine->enableManualRenderingMode(blockFrames);
     }
 
-    ~MIDISynth() override
+    ~MIDISynthUnitTest() override
     {
         engine->stop();
         setResourcesFolder(std::nullopt);
@@ -87,14 +87,14 @@ protected:
     std::array<float, blockFrames> right{};
 };
 
-TEST_F(MIDISynth, ItsBuiltInSoundsAreTheBestInstalledBank)
+TEST_F(MIDISynthUnitTest, ItsBuiltInSoundsAreTheBestInstalledBank)
 {
     begin();
     EXPECT_EQ(unit().soundBank(), *bestInstalledBank());
     EXPECT_EQ(unit().soundBank().filename(), "gs_instruments.dls");
 }
 
-TEST_F(MIDISynth, ANoteSoundsAndDiesAway)
+TEST_F(MIDISynthUnitTest, ANoteSoundsAndDiesAway)
 {
     begin();
     EXPECT_LT(level(4), 1e-6);
@@ -106,7 +106,7 @@ TEST_F(MIDISynth, ANoteSoundsAndDiesAway)
     EXPECT_LT(level(10), 1e-4);
 }
 
-TEST_F(MIDISynth, AMissingBankIsAStatusAndALogLineAndTheSoundGoesOn)
+TEST_F(MIDISynthUnitTest, AMissingBankIsAStatusAndALogLineAndTheSoundGoesOn)
 {
     begin();
     const fs::path before = unit().soundBank();
@@ -118,7 +118,7 @@ TEST_F(MIDISynth, AMissingBankIsAStatusAndALogLineAndTheSoundGoesOn)
     EXPECT_GT(level(20), 1e-3);
 }
 
-TEST_F(MIDISynth, RubbishInPlaceOfABankLeavesTheSoundAlone)
+TEST_F(MIDISynthUnitTest, RubbishInPlaceOfABankLeavesTheSoundAlone)
 {
     begin();
     const fs::path rubbish = fs::temp_directory_path() / "volvelle-rubbish.dls";
@@ -129,7 +129,7 @@ TEST_F(MIDISynth, RubbishInPlaceOfABankLeavesTheSoundAlone)
     EXPECT_GT(level(20), 1e-3);
 }
 
-TEST_F(MIDISynth, AnotherBankTakesOverTheChannelsAsTheyStood)
+TEST_F(MIDISynthUnitTest, AnotherBankTakesOverTheChannelsAsTheyStood)
 {
     begin();
     send(0xB0, 7, 0);
@@ -142,7 +142,7 @@ TEST_F(MIDISynth, AnotherBankTakesOverTheChannelsAsTheyStood)
     EXPECT_GT(level(20), 1e-3);
 }
 
-TEST_F(MIDISynth, ProgramChangesUnderPreloadNeitherSoundNorChangeTheChannel)
+TEST_F(MIDISynthUnitTest, ProgramChangesUnderPreloadNeitherSoundNorChangeTheChannel)
 {
     begin();
     send(program, 19);
@@ -165,7 +165,7 @@ TEST_F(MIDISynth, ProgramChangesUnderPreloadNeitherSoundNorChangeTheChannel)
     EXPECT_NEAR(level(200), organ, organ * 0.05);
 }
 
-TEST_F(MIDISynth, PropertiesAreHeldToTheirShape)
+TEST_F(MIDISynthUnitTest, PropertiesAreHeldToTheirShape)
 {
     begin();
     const auto& handle = instrument->auAudioUnit();
@@ -181,7 +181,7 @@ TEST_F(MIDISynth, PropertiesAreHeldToTheirShape)
     EXPECT_EQ(AudioUnitSetProperty(handle, 1, 0, 0, &flag, 4), kAudioToolboxErr_InvalidProperty);
 }
 
-TEST_F(MIDISynth, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
+TEST_F(MIDISynthUnitTest, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
 {
     setResourcesFolder("/nowhere");
     registerMIDISynth({}, "/nowhere/bank.dls");
@@ -200,7 +200,7 @@ TEST_F(MIDISynth, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
 }
 
 // Counts what the process keeps open: a synthesizer of a large bank holds its copy.
-TEST_F(MIDISynth, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
+TEST_F(MIDISynthUnitTest, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
 {
     test::HandClock clock;
     const test::LargeBank large;
@@ -220,7 +220,7 @@ TEST_F(MIDISynth, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngineRuns)
     EXPECT_FALSE(mainRunLoop().nextFire());
 }
 
-TEST_F(MIDISynth, WithoutAnyBankItIsSilentAndSaysSo)
+TEST_F(MIDISynthUnitTest, WithoutAnyBankItIsSilentAndSaysSo)
 {
     setResourcesFolder("/nowhere");
     const auto best = bestInstalledBank();

@@ -28,7 +28,7 @@ bool isPlayed(const DLSConnection& one)
 }
 
 // The tiny bank with one articulation for the piano, ready to be played.
-class OneConnection : public testing::Test {
+class DLSConnectionTest : public testing::Test {
 protected:
     std::unique_ptr<Synthesizer> make(const DLSArticulation& articulation)
     {
@@ -140,25 +140,25 @@ TEST(DLSConnections, EachTimeThatAKeyMovesHasItsGenerator)
     }
 }
 
-TEST_F(OneConnection, AFixedGainIsHeard)
+TEST_F(DLSConnectionTest, AFixedGainIsHeard)
 {
     const double plain = loudness(held(*make({})));
     EXPECT_NEAR(loudness(held(*make({connection(0, 0, DLSDestination::gain, -60)}))), plain - 6.0, 0.05);
 }
 
-TEST_F(OneConnection, AFixedPitchIsHeard)
+TEST_F(DLSConnectionTest, AFixedPitchIsHeard)
 {
     const Stereo sound = held(*make({connection(0, 0, DLSDestination::pitch, 100)}));
     EXPECT_NEAR(cents(heardPitch(sound, 1059.0), 1000.0), 100.0, 1.0);
 }
 
-TEST_F(OneConnection, AFixedPanIsHeard)
+TEST_F(DLSConnectionTest, AFixedPanIsHeard)
 {
     const Stereo sound = held(*make({connection(0, 0, DLSDestination::pan, -500)}));
     EXPECT_GT(loudness({sound.left, sound.left}), loudness({sound.right, sound.right}) + 30.0);
 }
 
-TEST_F(OneConnection, ASourceMovesItsDestination)
+TEST_F(DLSConnectionTest, ASourceMovesItsDestination)
 {
     auto synthesizer = make({connection(DLSSource::velocity, 0, DLSDestination::pitch, 1200)});
     const Stereo soft = held(*synthesizer, 84, 1);
@@ -168,14 +168,14 @@ TEST_F(OneConnection, ASourceMovesItsDestination)
     EXPECT_NEAR(cents(heardPitch(hard, 1990.0), 1000.0), 1200.0 * 127.0 / 128.0, 2.0);
 }
 
-TEST_F(OneConnection, AControllerMovesItsDestination)
+TEST_F(DLSConnectionTest, AControllerMovesItsDestination)
 {
     auto synthesizer = make({connection(0x82, 0, DLSDestination::pitch, 1200)});
     synthesizer->controller(0, 2, 64);
     EXPECT_NEAR(cents(heardPitch(held(*synthesizer), 1414.0), 1000.0), 600.0, 2.0);
 }
 
-TEST_F(OneConnection, ASecondSourceHoldsTheFirstBack)
+TEST_F(DLSConnectionTest, ASecondSourceHoldsTheFirstBack)
 {
     auto synthesizer = make({connection(DLSSource::velocity, 0x81, DLSDestination::pitch, 1200)});
     EXPECT_NEAR(cents(heardPitch(held(*synthesizer, 84, 127), 1000.0), 1000.0), 0.0, 2.0);
@@ -184,7 +184,7 @@ TEST_F(OneConnection, ASecondSourceHoldsTheFirstBack)
     EXPECT_NEAR(cents(heardPitch(held(*synthesizer, 84, 127), 1410.0), 1000.0), 600.0 * 127.0 / 128.0, 2.0);
 }
 
-TEST_F(OneConnection, WhatIsNotPlayedIsCountedInOneLine)
+TEST_F(DLSConnectionTest, WhatIsNotPlayedIsCountedInOneLine)
 {
     ConsoleCapture capture;
     make({connection(DLSSource::lfo, 0, DLSDestination::pan, 100), connection(0x55, 0, 0x777, 1)});
@@ -193,7 +193,7 @@ TEST_F(OneConnection, WhatIsNotPlayedIsCountedInOneLine)
     EXPECT_THAT(capture.take(), IsEmpty());
 }
 
-TEST_F(OneConnection, AWaveWithoutAFormatIsSilentAndTheOthersSound)
+TEST_F(DLSConnectionTest, AWaveWithoutAFormatIsSilentAndTheOthersSound)
 {
     DLSFile bank = tinyBank();
     bank.waves.push_back(bank.waves.front());

@@ -128,7 +128,7 @@ TEST_F(SoundBanksTest, LooksInTheUsersDataFolders)
     EXPECT_EQ(folders.front(), shared.path / "data/soundfonts");
 }
 
-TEST(SoundBankMap, NamesOneFileForEachNumberedBank)
+TEST(SoundBanksMap, NamesOneFileForEachNumberedBank)
 {
     ConsoleCapture console;
     const std::array<std::pair<const char*, const char*>, 5> numbered{
@@ -156,7 +156,7 @@ TEST(SoundBankMap, NamesOneFileForEachNumberedBank)
     EXPECT_TRUE(console.take().empty());
 }
 
-TEST(SoundBankMap, TheBankOfTheResourcesIsNoOther)
+TEST(SoundBanksMap, TheBankOfTheResourcesIsNoOther)
 {
     const TemporaryFolder fonts;
     const SoundBanks banks(sourceFolder() / "resources", {fonts.path});

@@ -43,11 +43,11 @@ struct Mix : Studio {
     }
 };
 
-class MixerBlocks : public EachBlockSize {};
+class AVAudioMixerNodeBlocksTest : public EachBlockSize {};
 
-VOLVELLE_EACH_BLOCK_SIZE(MixerBlocks);
+VOLVELLE_EACH_BLOCK_SIZE(AVAudioMixerNodeBlocksTest);
 
-TEST_P(MixerBlocks, InputsAreSummed)
+TEST_P(AVAudioMixerNodeBlocksTest, InputsAreSummed)
 {
     Mix mix(GetParam());
     mix.add(nodeOf<CountingUnit>(0.5F));
@@ -60,7 +60,7 @@ TEST_P(MixerBlocks, InputsAreSummed)
     EXPECT_TRUE(isSum);
 }
 
-TEST_P(MixerBlocks, OtherRatesAreConverted)
+TEST_P(AVAudioMixerNodeBlocksTest, OtherRatesAreConverted)
 {
     for (const double rate : {44100.0, 96000.0, 22050.0, 48000.0}) {
         Mix mix(GetParam());
@@ -76,7 +76,7 @@ TEST_P(MixerBlocks, OtherRatesAreConverted)
     }
 }
 
-TEST_P(MixerBlocks, ConvertedSoundDoesNotDependOnTheBlockSize)
+TEST_P(AVAudioMixerNodeBlocksTest, ConvertedSoundDoesNotDependOnTheBlockSize)
 {
     Mix mix(GetParam());
     Mix reference(512);

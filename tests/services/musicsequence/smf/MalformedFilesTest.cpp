@@ -219,13 +219,13 @@ INSTANTIATE_TEST_SUITE_P(FaultsOfTheFile, MalformedFiles, testing::ValuesIn(faul
 INSTANTIATE_TEST_SUITE_P(FaultsOfChunks, MalformedFiles, testing::ValuesIn(faultsOfChunks), nameOf);
 INSTANTIATE_TEST_SUITE_P(FaultsOfEvents, MalformedFiles, testing::ValuesIn(faultsOfEvents), nameOf);
 
-TEST(MalformedFile, ATempoOfFourBytesCountsByItsFirstThree)
+TEST(MalformedFilesTest, ATempoOfFourBytesCountsByItsFirstThree)
 {
     const MusicSequence sequence = load(oneTrack("00 FF5104 07A120FF 00 FF2F00"));
     EXPECT_EQ(eventsOf(tempoTrackOf(sequence)), Lines{"0.0 tempo 120.0"});
 }
 
-TEST(MalformedFile, WithoutAHeaderOrATrackWithAnEventItIsNoStandardMIDIFile)
+TEST(MalformedFilesTest, WithoutAHeaderOrATrackWithAnEventItIsNoStandardMIDIFile)
 {
     const std::vector<Bytes> files{{},
                                    hex("00"),
@@ -240,7 +240,7 @@ TEST(MalformedFile, WithoutAHeaderOrATrackWithAnEventItIsNoStandardMIDIFile)
     }
 }
 
-TEST(MalformedFile, AHeaderAloneOpensWithoutTracks)
+TEST(MalformedFilesTest, AHeaderAloneOpensWithoutTracks)
 {
     const MusicSequence whole = load(header);
     EXPECT_EQ(trackCountOf(whole), 0U);
@@ -250,7 +250,7 @@ TEST(MalformedFile, AHeaderAloneOpensWithoutTracks)
     EXPECT_EQ(warningsOf(cut), Lines{"The file header is not whole; 480 ticks a beat were assumed."});
 }
 
-TEST(MalformedFile, AFileOfTracksWithoutAHeaderHasATempoTrackToo)
+TEST(MalformedFilesTest, AFileOfTracksWithoutAHeaderHasATempoTrackToo)
 {
     const MusicSequence sequence =
         load(joined({chunkOf(hex("00 FF5103 07A120 00 FF2F00")), chunkOf(twoNotes)}));
@@ -258,7 +258,7 @@ TEST(MalformedFile, AFileOfTracksWithoutAHeaderHasATempoTrackToo)
     EXPECT_EQ(eventsOf(tempoTrackOf(sequence)), Lines{"0.0 tempo 120.0"});
 }
 
-TEST(MalformedFile, TheWarningsOfAJunkFileAreCapped)
+TEST(MalformedFilesTest, TheWarningsOfAJunkFileAreCapped)
 {
     Bytes bytes = hex("\"MThd\" 00000006 0001 0064 0060");
     for (int i = 0; i < 100; ++i) {
@@ -270,7 +270,7 @@ TEST(MalformedFile, TheWarningsOfAJunkFileAreCapped)
     EXPECT_EQ(warnings.back(), "180 more places were mended.");
 }
 
-TEST(MalformedFile, HugeClaimsCostNothing)
+TEST(MalformedFilesTest, HugeClaimsCostNothing)
 {
     EXPECT_EQ(
         warningsOf(
@@ -279,7 +279,7 @@ TEST(MalformedFile, HugeClaimsCostNothing)
 }
 
 // At one tick a beat each gap is 268,435,455 beats.
-TEST(MalformedFile, WhatStandsFurtherAwayThanAnyMusicIsLeftOut)
+TEST(MalformedFilesTest, WhatStandsFurtherAwayThanAnyMusicIsLeftOut)
 {
     Bytes body = hex("00 903C64 60 3C00 00 3E64");
     for (int i = 0; i < 400; ++i) {
@@ -292,7 +292,7 @@ TEST(MalformedFile, WhatStandsFurtherAwayThanAnyMusicIsLeftOut)
     EXPECT_EQ(warningsOf(sequence).back(), "29 events beyond 100,000,000,000 beats were left out.");
 }
 
-TEST(MalformedFile, ManyEmptyTracksAreReadInOneGo)
+TEST(MalformedFilesTest, ManyEmptyTracksAreReadInOneGo)
 {
     Bytes bytes = header;
     const Bytes chunk = hex("\"MTrk\" FFFFFFFF");
