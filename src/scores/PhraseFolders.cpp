@@ -127,6 +127,7 @@ bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phra
     FileExchange files;
     Result<> done = checkPlaces(out, phrases);
     done = done ? files.lock(out) : done;
+    done = done ? checkPlaces(out, phrases) : done; // again, as it may have waited
     if (done) {
         const auto changed = thatDiffer(out, phrases);
         const auto beyond = thatAreBeyond(out, phrases);

@@ -21,6 +21,9 @@ protected:
               "|9...9...9...9...|9...9...9...9...|9...9...9...9...|9...9...9...9...|\n");
     }
 
+    // A shell's look that lasts until its program waits for a lock, or for half a thousand times.
+    const std::string waits = "for i in $(seq 500); do grep -q -- \"->.* $! \" /proc/locks && break; done; ";
+
     static std::string notes(const std::string& pitch)
     {
         return "title: N\nstyle: test\n\nnotes:\n| " + pitch + ":16 |\n| r:16 |\n| " + pitch +
@@ -130,13 +133,26 @@ TEST_F(LibraryCompileCommandTest, TheSecondWaitsForTheFirst)
               "5 scores compiled, 1 phrases written, 0 removed.\n");
 }
 
+TEST_F(LibraryCompileCommandTest, WhatCameIntoThePlaceOfAPhraseMeanwhileStays)
+{
+    writeScores("| CM | FM | GM | Am |");
+    volvelle("library compile scores lib");
+    writeScores("| CM | FM | GM | Dm |");
+    const std::string place = "lib/Phrases/chord patterns/001.mid";
+    const auto result =
+        shell("exec 9< lib; flock 9; \"$VOLVELLE\" library compile scores lib 9<&- & " + waits + "rm '" +
+              place + "'; mkdir '" + place + "'; echo mine > '" + place + "/a'; exec 9<&-; wait $!");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'" + place + "' is no file\n");
+    EXPECT_EQ(read(place + "/a"), "mine\n");
+}
+
 // The look at what waits is for its own sake: the folder may as well go before.
 TEST_F(LibraryCompileCommandTest, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
 {
     writeScores("| CM | FM | GM | Am |");
     const auto result =
-        shell("mkdir lib; exec 9< lib; flock 9; \"$VOLVELLE\" library compile scores lib 9<&- & "
-              "for i in $(seq 500); do grep -q -- \"->.* $! \" /proc/locks && break; done; "
+        shell("mkdir lib; exec 9< lib; flock 9; \"$VOLVELLE\" library compile scores lib 9<&- & " + waits +
               "rmdir lib; exec 9<&-; wait $!");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "5 scores compiled, 5 phrases written, 0 removed.\n");
