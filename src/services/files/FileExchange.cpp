@@ -20,6 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view sideEnding = ".new";
+constexpr std::string_view keptEnding = ".kept";
 
 bool isThere(const fs::path& file)
 {
@@ -56,14 +57,12 @@ bool swapNames(const fs::path& one, const fs::path& other)
     return false;
 }
 
-// What stands under one name stands under the other, and the reverse; one of them may be free. A second call
-// undoes the first.
-bool trade(const fs::path& one, const fs::path& other)
+// 0 where a file may take that name, else the system's number of what is in the way.
+int obstacleAt(const fs::path& place)
 {
-    if (isThere(one) && isThere(other)) {
-        return swapNames(one, other);
-    }
-    return isThere(one) ? takeName(one, other) : takeName(other, one);
+    struct stat found = {};
+    const bool isFree = stat(place.c_str(), &found) != 0 || S_ISREG(found.st_mode);
+    return isFree ? 0 : S_ISDIR(found.st_mode) ? EISDIR : EEXIST;
 }
 
 // A new file, which is on disk only once it is synced. 0 or the system's number of the failure.
@@ -172,7 +171,7 @@ Result<> FileExchange::makeFolder(const fs::path& folder)
 
 Result<> FileExchange::put(const fs::path& file, std::span<const std::uint8_t> bytes)
 {
-    int error = signals->isOneWaiting() ? EINTR : note(file);
+    int error = signals->isOneWaiting() ? EINTR : note(ChangeKind::put, file);
     if (error == 0) {
         error = writeNew(changes.back().aside, bytes);
     }
@@ -181,7 +180,7 @@ Result<> FileExchange::put(const fs::path& file, std::span<const std::uint8_t> b
 
 Result<> FileExchange::remove(const fs::path& file)
 {
-    return resultOf(file, note(file));
+    return resultOf(file, note(ChangeKind::remove, file));
 }
 
 Result<> FileExchange::carryOut()
@@ -190,8 +189,7 @@ Result<> FileExchange::carryOut()
         return synced;
     }
     for (std::size_t i = 0; i < changes.size(); ++i) {
-        if (!trade(changes[i].aside, changes[i].file)) {
-            const int error = errno;
+        if (const int error = take(changes[i]); error != 0) {
             goBack(i);
             return failure(writeFailure(changes[i].file, error));
         }
@@ -206,7 +204,8 @@ Result<> FileExchange::carryOut()
 Result<> FileExchange::syncNew() const
 {
     for (const Change& change : changes) {
-        const int error = signals->isOneWaiting() ? EINTR : isThere(change.aside) ? sync(change.aside) : 0;
+        const bool isPut = change.kind == ChangeKind::put;
+        const int error = signals->isOneWaiting() ? EINTR : isPut ? sync(change.aside) : 0;
         if (error != 0) {
             return failure(writeFailure(change.file, error));
         }
@@ -242,7 +241,7 @@ void FileExchange::clearLeftovers() const
     }
 }
 
-int FileExchange::note(const fs::path& file)
+int FileExchange::note(ChangeKind kind, const fs::path& file)
 {
     const fs::path folder = file.parent_path();
     folders.insert(folder);
@@ -255,17 +254,42 @@ int FileExchange::note(const fs::path& file)
             return error;
         }
     }
-    changes.push_back({file, side / file.filename()});
+    changes.push_back({kind, file, side / file.filename()});
     return 0;
 }
 
-// What does not find its way back stays beside its place.
+// 0 or the system's number of the failure.
+int FileExchange::take(const Change& change)
+{
+    if (const int obstacle = obstacleAt(change.file); obstacle != 0) {
+        return obstacle;
+    }
+    const bool isTaken = change.kind == ChangeKind::remove ? takeName(change.file, change.aside)
+                         : isThere(change.file)            ? swapNames(change.aside, change.file)
+                                                           : takeName(change.aside, change.file);
+    return isTaken ? 0 : errno;
+}
+
+bool FileExchange::giveBack(const Change& change)
+{
+    if (!isThere(change.aside)) {
+        return takeName(change.file, change.aside);
+    }
+    return isThere(change.file) ? swapNames(change.aside, change.file) : takeName(change.aside, change.file);
+}
+
 void FileExchange::goBack(std::size_t done)
 {
+    std::set<fs::path> kept;
     while (done-- > 0) {
-        if (!trade(changes[done].aside, changes[done].file)) {
-            sides.erase(changes[done].file.parent_path());
+        const Change& change = changes[done];
+        if (!giveBack(change) && isThere(change.aside)) {
+            kept.insert(change.file.parent_path());
         }
+    }
+    for (const fs::path& folder : kept) {
+        takeName(sides[folder], folder / temporaryFileName(keptEnding));
+        sides.erase(folder);
     }
 }
 

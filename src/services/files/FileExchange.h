@@ -17,7 +17,9 @@ namespace volvelle {
 // Files that change together. Each new one is written beside its place first, in a folder of its own there;
 // then all take their places, or none does. Without carryOut(), and where that fails, nothing has changed at
 // the end of its life. What asks the process to end waits until then. What a process that is no more has left
-// beside them goes once all is done. [any]
+// beside them goes once all is done. An old file that cannot go back to its place stays beside it, in a
+// folder
+// ".volvelle-PROCESS-NUMBER.kept" that nothing clears. [any]
 class FileExchange {
 public:
     FileExchange() = default;
@@ -37,11 +39,14 @@ public:
     Result<> put(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
     Result<> remove(const std::filesystem::path& file);
 
-    // Called once, as the last.
+    // Called once, as the last. Fails where something else than a file stands in a place by now.
     Result<> carryOut();
 
 private:
+    enum class ChangeKind { put, remove };
+
     struct Change {
+        ChangeKind kind = ChangeKind::put;
         std::filesystem::path file;
         std::filesystem::path aside; // the new file, once all is done the old one
     };
@@ -50,7 +55,9 @@ private:
     Result<> syncNew() const;
     void syncFolders() const;
     void clearLeftovers() const;
-    int note(const std::filesystem::path& file);
+    int note(ChangeKind kind, const std::filesystem::path& file);
+    static int take(const Change& change);
+    static bool giveBack(const Change& change);
     void goBack(std::size_t done);
 
     std::optional<HeldSignals> signals = std::optional<HeldSignals>(std::in_place);

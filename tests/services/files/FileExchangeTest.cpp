@@ -51,6 +51,9 @@ protected:
         return names;
     }
 
+    // The first name with a dot, the folder beside the files.
+    std::string sideIn(const char* folder) const { return namesIn(at(folder)).front(); }
+
     void expectThatNothingChanged() const
     {
         EXPECT_EQ(temporary.names(), (Lines{"one", "two"}));
@@ -112,6 +115,66 @@ TEST_F(FileExchanges, WhereOneFailsAllGoBack)
                   "'" + at("three/e").string() + "' could not be written: its folder does not exist.");
     }
     expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, WhatIsNoFileStaysInItsPlace)
+{
+    for (const char* const name : {"one/a", "one/b"}) {
+        FileExchange files;
+        EXPECT_EQ(files.put(at("two/b"), bytes).error(), "");
+        EXPECT_EQ(
+            (std::string(name) == "one/a" ? files.put(at(name), bytes) : files.remove(at(name))).error(), "");
+        fs::remove(at(name));
+        temporary.write(std::string(name) + "/mine", "mine");
+        EXPECT_EQ(files.carryOut().error(),
+                  "'" + at(name).string() + "' could not be written: it is a folder.");
+    }
+    EXPECT_EQ(content(at("one/a/mine")), "mine");
+    EXPECT_EQ(content(at("one/b/mine")), "mine");
+    EXPECT_EQ(content(at("two/b")), "old");
+    EXPECT_EQ(namesIn(at("one")), (Lines{"a", "b"}));
+}
+
+TEST_F(FileExchanges, ANewFileThatVanishedFailsAndAllGoBack)
+{
+    for (const bool isWritten : {false, true}) {
+        FileExchange files;
+        EXPECT_EQ(files.remove(at("two/c")).error(), "");
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        const auto vanish = [this] { fs::remove(at("one") / sideIn("one") / "a"); };
+        if (isWritten) {
+            beforeRenaming = vanish;
+        } else {
+            vanish();
+        }
+        EXPECT_EQ(files.carryOut().error(),
+                  "'" + at("one/a").string() + "' could not be written: its folder does not exist.");
+    }
+    expectThatNothingChanged();
+}
+
+TEST_F(FileExchanges, WhatCannotGoBackIsKeptBesideItsPlace)
+{
+    const auto fail = [this] {
+        FileExchange files;
+        const bool isPut = files.put(at("one/a"), bytes) && files.put(at("two/b"), bytes);
+        const fs::path other = at("two") / sideIn("two") / "b";
+        beforeRenaming = [&] {
+            beforeRenaming = [&] {
+                fs::remove(other);
+                beforeRenaming = [this] { fs::remove(at("one/a")); };
+            };
+        };
+        return isPut && !files.carryOut();
+    };
+    EXPECT_EXIT(_exit(fail() ? 7 : 8), testing::ExitedWithCode(7), "");
+    EXPECT_TRUE(sideIn("one").ends_with(".kept")) << sideIn("one");
+    {
+        FileExchange files;
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ(files.carryOut().error(), "");
+    }
+    EXPECT_EQ(content(at("one") / sideIn("one") / "a"), "old");
 }
 
 TEST_F(FileExchanges, WhatCannotBeMadeOrWrittenIsNamed)
