@@ -30,22 +30,30 @@ struct PendingFile {
 std::array<PendingFile, 8> pendingFiles;
 static_assert(std::atomic<PlaceState>::is_always_lock_free);
 
-// By system calls alone, for the sake of signal handlers.
-void removeFolder(const char* path)
+bool isEntry(const char* name)
 {
-    const int folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    alignas(dirent64) std::array<char, 4096> entries{};
+    return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
+}
+
+// By system calls alone, for the sake of signal handlers.
+void removeFolder(int parent, const char* name, int depth)
+{
+    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    alignas(dirent64) std::array<char, 2048> entries{};
     ssize_t count = 0;
     while (folder >= 0 && (count = getdents64(folder, entries.data(), entries.size())) > 0) {
         for (ssize_t place = 0; place < count;) {
             const auto* entry = reinterpret_cast<const dirent64*>(entries.data() + place);
-            unlinkat(folder, entry->d_name, 0);
+            const bool isFolder = unlinkat(folder, entry->d_name, 0) != 0 && errno == EISDIR;
+            if (isFolder && depth > 1 && isEntry(entry->d_name)) {
+                removeFolder(folder, entry->d_name, depth - 1);
+            }
             place += entry->d_reclen;
         }
     }
     if (folder >= 0) {
         close(folder);
-        rmdir(path);
+        unlinkat(parent, name, AT_REMOVEDIR);
     }
 }
 
@@ -98,7 +106,7 @@ void removePendingFiles()
 {
     for (const PendingFile& pending : pendingFiles) {
         if (pending.state == PlaceState::pending && unlink(pending.path.data()) != 0 && errno == EISDIR) {
-            removeFolder(pending.path.data());
+            removeFolder(AT_FDCWD, pending.path.data(), pendingFolderDepth);
         }
     }
 }

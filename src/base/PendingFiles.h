@@ -19,8 +19,11 @@ int rememberPendingFile(const std::string& path);
 // Takes it out again; -1 is nothing. [any]
 void forgetPendingFile(int place);
 
-// Removes all files that are noted, and the folders with the files that stand in them. [any] In signal
-// handlers too.
+// So many folders, one in the other, go with one that is noted; one with more in it stays.
+inline constexpr int pendingFolderDepth = 8;
+
+// Removes all files that are noted, and the folders with all that stands in them; links are not followed.
+// [any] In signal handlers too.
 void removePendingFiles();
 
 } // namespace volvelle

@@ -95,13 +95,39 @@ TEST_F(PendingFiles, AFolderGoesWithItsFilesAndWithoutWhatItLeadsTo)
     std::filesystem::create_directory_symlink(folder / "deep/in", folder / "flat/link");
     std::filesystem::create_directory_symlink(folder / "deep/in", folder / "link");
     EXPECT_EQ(rememberPendingFile((folder / "flat").string()), 0);
-    EXPECT_EQ(rememberPendingFile((folder / "deep").string()), 1);
-    EXPECT_EQ(rememberPendingFile((folder / "link").string()), 2);
+    EXPECT_EQ(rememberPendingFile((folder / "link").string()), 1);
     removePendingFiles();
     EXPECT_FALSE(std::filesystem::exists(folder / "flat"));
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(folder / "link")));
     EXPECT_TRUE(std::filesystem::exists(folder / "deep/in/a"));
     EXPECT_EQ(standing(), "012345678");
+}
+
+TEST_F(PendingFiles, AFolderGoesWithTheFoldersInItToADepth)
+{
+    for (const int depth : {pendingFolderDepth, pendingFolderDepth + 1}) {
+        const std::filesystem::path top = folder / ("top" + std::to_string(depth));
+        std::filesystem::path inner = top;
+        for (int i = 1; i < depth; ++i) {
+            inner /= "a folder";
+        }
+        std::filesystem::create_directories(inner);
+        std::ofstream(inner / "a") << depth;
+        std::ofstream(top / "a") << depth;
+        EXPECT_GE(rememberPendingFile(top.string()), 0);
+        removePendingFiles();
+        EXPECT_EQ(std::filesystem::exists(top), depth > pendingFolderDepth);
+        EXPECT_FALSE(std::filesystem::exists(top / "a"));
+    }
+}
+
+TEST_F(PendingFiles, ANameOfALivingProcessOfAnotherUserIsNotLeftBehind)
+{
+    const auto look = [] {
+        const bool isOther = geteuid() != 0 || setuid(65534) == 0;
+        return isOther && !isLeftBehind(".volvelle-1-0.new", ".new") ? 7 : 8;
+    };
+    EXPECT_EXIT(_exit(look()), testing::ExitedWithCode(7), "");
 }
 
 TEST_F(PendingFiles, ForgettingNoPlaceIsNothing)
