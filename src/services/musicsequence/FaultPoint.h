@@ -19,6 +19,8 @@ enum class MusicSequenceOperation {
     MusicSequenceFileCreate,
     MusicSequenceFileLoad,
     MusicSequenceFileLoadData,
+    NewMusicSequenceFromFile,
+    NewMusicSequenceFromData,
     MusicSequenceGetLoadWarnings,
     MusicSequenceGetLoadDivision,
     MusicTrackGetProperty,

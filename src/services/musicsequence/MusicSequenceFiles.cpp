@@ -82,6 +82,7 @@ OSStatus MusicSequenceFileLoadData(const MusicSequence& sequence, const std::vec
 OSStatus NewMusicSequenceFromFile(const std::filesystem::path& url, MusicSequenceLoadFlags flags,
                                   MusicSequence& sequence)
 {
+    VOLVELLE_FAULT_POINT(NewMusicSequenceFromFile);
     return newLoaded(sequence, [&](const MusicSequence& made) {
         return MusicSequenceFileLoad(made, url, kMusicSequenceFile_MIDIType, flags);
     });
@@ -90,6 +91,7 @@ OSStatus NewMusicSequenceFromFile(const std::filesystem::path& url, MusicSequenc
 OSStatus NewMusicSequenceFromData(const std::vector<std::uint8_t>& data, MusicSequenceLoadFlags flags,
                                   MusicSequence& sequence)
 {
+    VOLVELLE_FAULT_POINT(NewMusicSequenceFromData);
     return newLoaded(sequence, [&](const MusicSequence& made) {
         return MusicSequenceFileLoadData(made, data, kMusicSequenceFile_MIDIType, flags);
     });

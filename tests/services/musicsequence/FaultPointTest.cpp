@@ -50,6 +50,8 @@ protected:
             return MusicSequenceFileLoad(sequence, folder.path / "a.mid", kMusicSequenceFile_MIDIType, 0);
         },
         [this] { return MusicSequenceFileLoadData(sequence, bytes, kMusicSequenceFile_MIDIType, 0); },
+        [this] { return NewMusicSequenceFromFile(folder.path / "a.mid", 0, sequence); },
+        [this] { return NewMusicSequenceFromData(bytes, 0, sequence); },
         [this] { return MusicSequenceGetLoadWarnings(sequence, lines); },
         [this] { return MusicSequenceGetLoadDivision(sequence, division); },
         [this] { return MusicTrackGetProperty(track, kSequenceTrackProperty_TrackLength, &time, number); },
