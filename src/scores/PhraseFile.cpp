@@ -127,16 +127,6 @@ Result<> checkWhole(const MusicSequence& sequence)
     return {};
 }
 
-// Why a file gave nothing.
-std::string emptiness(const fs::path& file, ScoreKind kind)
-{
-    MusicSequence sequence;
-    const bool isRead = NewMusicSequence(sequence) == noErr &&
-                        MusicSequenceFileLoad(sequence, file, kMusicSequenceFile_MIDIType, 0) == noErr;
-    return !isRead ? "the MIDI file cannot be read"
-                   : concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes");
-}
-
 } // namespace
 
 std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
@@ -169,15 +159,16 @@ Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind)
 Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
 {
     const auto phrase = loadPhrase(file, kind);
-    if (!phrase->sequence) {
-        return failure(emptiness(file, kind));
+    if (!phrase->sequence || phrase->sequence->loadStatus != noErr) {
+        return failure("the MIDI file cannot be read");
     }
     if (const Result<> whole = checkWhole(phrase->sequence->getMusicSequence()); !whole) {
         return failure(whole.error());
     }
     Score score = scoreOf(*phrase, kind);
     if (score.notes.empty()) {
-        return failure(emptiness(file, kind));
+        return failure(
+            concat("the MIDI file holds no ", kind == ScoreKind::chordPattern ? "chords" : "notes"));
     }
     separate(score.notes);
     if (const Result<> playable = checkClusters(score); !playable) {

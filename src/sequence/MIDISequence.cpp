@@ -36,9 +36,8 @@ std::string_view statusText(OSStatus status)
     return "Etwas ist fehlgeschlagen.";
 }
 
-// Gives up the share in the old sequence and makes a new one; false, with a line in the log, where that
-// fails.
-bool renew(MusicSequence& sequence)
+// Gives up the share in the old sequence and makes a new one; a line in the log where that fails.
+OSStatus renew(MusicSequence& sequence)
 {
     if (sequence) {
         std::ignore = DisposeMusicSequence(sequence);
@@ -48,7 +47,7 @@ bool renew(MusicSequence& sequence)
     if (status != noErr) {
         logLine("MIDISequence::Fehler: ", status, ". \nEs konnte keine Sequenz erzeugt werden.");
     }
-    return status == noErr;
+    return status;
 }
 
 } // namespace
@@ -67,7 +66,7 @@ MIDISequence::~MIDISequence()
 
 void MIDISequence::create(std::uint16_t numberOfTracks)
 {
-    if (!renew(musicSequence)) {
+    if (renew(musicSequence) != noErr) {
         return;
     }
     for (std::uint16_t i = 0; i < numberOfTracks; ++i) {
@@ -258,13 +257,14 @@ void MIDISequence::saveToFile(const std::filesystem::path& url)
 
 void MIDISequence::loadFromFile(const std::filesystem::path& url)
 {
-    if (!renew(musicSequence)) {
+    loadStatus = renew(musicSequence);
+    if (loadStatus != noErr) {
         return;
     }
-    const OSStatus status = MusicSequenceFileLoad(musicSequence, url, kMusicSequenceFile_MIDIType, loadFlag);
-    if (status != noErr) {
-        logLine("MIDISequence::Fehler: ", status, ". \nDie MIDI Datei konnte nicht geladen werden.");
-        checkStatus(status);
+    loadStatus = MusicSequenceFileLoad(musicSequence, url, kMusicSequenceFile_MIDIType, loadFlag);
+    if (loadStatus != noErr) {
+        logLine("MIDISequence::Fehler: ", loadStatus, ". \nDie MIDI Datei konnte nicht geladen werden.");
+        checkStatus(loadStatus);
         create(16);
     }
 }

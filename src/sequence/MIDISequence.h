@@ -39,6 +39,7 @@ public:
 
     std::uint16_t maxTracks = 16; // tracks that the reader takes over
     MusicSequenceLoadFlags loadFlag = kMusicSequenceLoadSMF_ChannelsToTracks;
+    OSStatus loadStatus = noErr; // of the last loadFromFile()
     std::weak_ptr<SequenceFoundDelegate> delegate;
     MusicSequence musicSequence; // null for none
     std::shared_ptr<SequenceNode> sequenceNode;

@@ -3,6 +3,7 @@
 #include "phrases/MIDIPhrases.h"
 #include "scores/ScoreFile.h"
 #include "scores/ScoreWriter.h"
+#include "services/musicsequence/FaultPoint.h"
 #include "tests/scores/ScoreTexts.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -170,6 +171,21 @@ TEST_F(PhraseFile, WhatIsNoPhraseIsTold)
         "MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x20\0\x92H@\x10\x82H\0", 30);
     EXPECT_THAT(readMIDIPhrase(folder / "a.mid", ScoreKind::lead).error(), testing::EndsWith("."));
     EXPECT_EQ(readMIDIPhrase(folder / "gone.mid", ScoreKind::lead).error(), "the MIDI file cannot be read");
+}
+
+TEST_F(PhraseFile, AReadingThatFailsIsToldThoughTheNextWouldNot)
+{
+    write("a.mid", "00 904050 00 904750 60 804000 00 804700 00");
+    const std::pair<MusicSequenceOperation, int> cases[] = {
+        {MusicSequenceOperation::MusicSequenceFileLoad, 0}, {MusicSequenceOperation::NewMusicSequence, 2}};
+    for (const auto& [operation, before] : cases) {
+        for (const ScoreKind kind : {ScoreKind::lead, ScoreKind::chordPattern}) {
+            setFault(operation, {-39, before, 1});
+            EXPECT_EQ(readMIDIPhrase(folder / "a.mid", kind).error(), "the MIDI file cannot be read");
+        }
+    }
+    clearFaults();
+    EXPECT_EQ(readMIDIPhrase(folder / "a.mid", ScoreKind::lead).error(), "");
 }
 
 TEST_F(PhraseFile, WhatWasOddInALoadedFileIsKeptUntilTheNext)
