@@ -8,7 +8,10 @@ namespace volvelle {
 int runLibraryCompile(const LibraryCompileOptions& options, CommandOutput& output)
 {
     LibraryReport report;
-    const bool done = compileLibrary(options.scores, options.out, report);
+    const bool done = compileLibrary(options.scores, options.out, report, [&] {
+        output.remark(
+            concat("Another process is writing into '", options.out.string(), "': waiting for it."));
+    });
     for (const std::string& error : report.errors) {
         output.failure(error);
     }

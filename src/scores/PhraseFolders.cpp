@@ -122,11 +122,12 @@ std::string phraseName(int number)
     return std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits + ".mid";
 }
 
-bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phrases, LibraryReport& report)
+bool installPhrases(const fs::path& out, const std::vector<CompiledPhrase>& phrases, LibraryReport& report,
+                    const std::function<void()>& tellWaiting)
 {
     FileExchange files;
     Result<> done = checkPlaces(out, phrases);
-    done = done ? files.lock(out) : done;
+    done = done ? files.lock(out, tellWaiting) : done;
     done = done ? checkPlaces(out, phrases) : done; // again, as it may have waited
     if (done) {
         const auto changed = thatDiffer(out, phrases);

@@ -4,6 +4,7 @@
 #include "scores/LibraryReport.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,8 @@ std::string phraseName(int number);
 // Makes the five folders of phrases below `out` hold these phrases. What differs is written beside them first
 // and takes its place once all of it is on disk; numbered phrases past the last one of a folder go, if
 // scoreToMIDI wrote them. Nothing else is removed. While another process does the same to `out` this one
-// waits. On failure nothing has changed, and a line stands in the report.
+// waits, and `tellWaiting` is told once. On failure nothing has changed, and a line stands in the report.
 bool installPhrases(const std::filesystem::path& out, const std::vector<CompiledPhrase>& phrases,
-                    LibraryReport& report);
+                    LibraryReport& report, const std::function<void()>& tellWaiting = {});
 
 } // namespace volvelle

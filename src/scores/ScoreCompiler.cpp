@@ -36,7 +36,8 @@ void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledP
 
 } // namespace
 
-bool compileLibrary(const fs::path& scores, const fs::path& out, LibraryReport& report)
+bool compileLibrary(const fs::path& scores, const fs::path& out, LibraryReport& report,
+                    const std::function<void()>& tellWaiting)
 {
     if (!holdsScoreFolders(scores)) {
         report.errors.push_back(
@@ -47,7 +48,7 @@ bool compileLibrary(const fs::path& scores, const fs::path& out, LibraryReport& 
     for (const auto kind : allScoreKinds) {
         compileFolder(scores, kind, phrases, report);
     }
-    if (!report.errors.empty() || !installPhrases(out, phrases, report)) {
+    if (!report.errors.empty() || !installPhrases(out, phrases, report, tellWaiting)) {
         return false;
     }
     report.compiled = static_cast<int>(phrases.size());

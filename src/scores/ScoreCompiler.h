@@ -3,6 +3,7 @@
 #include "scores/LibraryReport.h"
 
 #include <filesystem>
+#include <functional>
 
 namespace volvelle {
 
@@ -11,6 +12,6 @@ namespace volvelle {
 // Unless each folder holds scores and all of them compile, nothing changes in `out`; see installPhrases() for
 // what does. True if there was no error. [any]
 bool compileLibrary(const std::filesystem::path& scores, const std::filesystem::path& out,
-                    LibraryReport& report);
+                    LibraryReport& report, const std::function<void()>& tellWaiting = {});
 
 } // namespace volvelle

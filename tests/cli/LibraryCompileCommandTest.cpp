@@ -21,8 +21,9 @@ protected:
               "|9...9...9...9...|9...9...9...9...|9...9...9...9...|9...9...9...9...|\n");
     }
 
-    // A shell's look that lasts until its program waits for a lock, or for half a thousand times.
-    const std::string waits = "for i in $(seq 500); do grep -q -- \"->.* $! \" /proc/locks && break; done; ";
+    // The shell looks until its program waits for the lock of "lib", or half a thousand times.
+    const std::string waits = "n=$(stat -c %i lib); for i in $(seq 500); do "
+                              "grep -q -- \"->.* $! .*:$n \" /proc/locks && break; done; ";
 
     static std::string notes(const std::string& pitch)
     {
@@ -128,6 +129,8 @@ TEST_F(LibraryCompileCommandTest, TheSecondWaitsForTheFirst)
     const auto waiting =
         shell("exec 9< lib; flock 9; timeout 0.3 \"$VOLVELLE\" library compile scores lib 9<&-");
     EXPECT_EQ(waiting.status, 124);
+    EXPECT_EQ(waiting.output, "Another process is writing into 'lib': waiting for it.\n");
+    EXPECT_EQ(waiting.error, "");
     EXPECT_EQ(read("lib/Phrases/chord patterns/001.mid"), before);
     EXPECT_EQ(volvelle("library compile scores lib").output,
               "5 scores compiled, 1 phrases written, 0 removed.\n");
@@ -147,15 +150,16 @@ TEST_F(LibraryCompileCommandTest, WhatCameIntoThePlaceOfAPhraseMeanwhileStays)
     EXPECT_EQ(read(place + "/a"), "mine\n");
 }
 
-// The look at what waits is for its own sake: the folder may as well go before.
 TEST_F(LibraryCompileCommandTest, AFolderThatWentWhileItWasWaitedForIsMadeAnew)
 {
     writeScores("| CM | FM | GM | Am |");
     const auto result =
         shell("mkdir lib; exec 9< lib; flock 9; \"$VOLVELLE\" library compile scores lib 9<&- & " + waits +
-              "rmdir lib; exec 9<&-; wait $!");
+              "rmdir lib; mkdir lib; exec 8< lib; flock 8; exec 9<&-; " + waits +
+              "ls lib; echo held; exec 8<&-; wait $!");
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "5 scores compiled, 5 phrases written, 0 removed.\n");
+    EXPECT_EQ(result.output, "Another process is writing into 'lib': waiting for it.\nheld\n"
+                             "5 scores compiled, 5 phrases written, 0 removed.\n");
     EXPECT_THAT(read("lib/Phrases2/10 drums/001.mid"), StartsWith("MThd"));
 }
 

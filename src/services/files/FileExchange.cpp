@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace volvelle {
 
@@ -119,14 +120,14 @@ FileExchange::~FileExchange()
 }
 
 // Who waited may find that the folder went meanwhile.
-Result<> FileExchange::lock(const fs::path& folder)
+Result<> FileExchange::lock(const fs::path& folder, const std::function<void()>& tellWaiting)
 {
     while (true) {
         if (Result<> there = makeFolder(folder); !there) {
             return there;
         }
         const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        const bool isHeld = opened >= 0 && waitFor(opened);
+        const bool isHeld = opened >= 0 && waitFor(opened, tellWaiting);
         if (isHeld && !isStill(folder, opened)) {
             close(opened);
             continue;
@@ -138,11 +139,14 @@ Result<> FileExchange::lock(const fs::path& folder)
     }
 }
 
-bool FileExchange::waitFor(int opened)
+bool FileExchange::waitFor(int opened, const std::function<void()>& tellWaiting)
 {
     bool isHeld = flock(opened, LOCK_EX | LOCK_NB) == 0;
     if (!isHeld && errno == EWOULDBLOCK) {
         signals.reset();
+        if (tellWaiting && !std::exchange(hasWaited, true)) {
+            tellWaiting();
+        }
         do {
             isHeld = flock(opened, LOCK_EX) == 0;
         } while (!isHeld && errno == EINTR);

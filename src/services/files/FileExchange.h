@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -28,9 +29,9 @@ public:
     FileExchange& operator=(const FileExchange&) = delete;
 
     // Makes a folder as the next does, and holds it alone until the end of this life. Waits while another
-    // does, and can be ended by a signal meanwhile: the first to be called. Where the file system knows no
-    // such locks nothing is held.
-    Result<> lock(const std::filesystem::path& folder);
+    // does, of which `tellWaiting` is told once, and can be ended by a signal meanwhile: the first to be
+    // called. Where the file system knows no such locks, or the folder may not be read, nothing is held.
+    Result<> lock(const std::filesystem::path& folder, const std::function<void()>& tellWaiting = {});
 
     // Makes a folder at once, with those above it. Each goes again unless all is carried out.
     Result<> makeFolder(const std::filesystem::path& folder);
@@ -51,7 +52,7 @@ private:
         std::filesystem::path aside; // the new file, once all is done the old one
     };
 
-    bool waitFor(int opened);
+    bool waitFor(int opened, const std::function<void()>& tellWaiting);
     Result<> syncNew() const;
     void syncFolders() const;
     void clearLeftovers() const;
@@ -66,6 +67,7 @@ private:
     std::vector<std::filesystem::path> made; // folders, in the order in which they were made
     std::map<std::filesystem::path, std::filesystem::path> sides; // of each folder that changes
     std::vector<Change> changes;
+    bool hasWaited = false;
     bool isDone = false;
 };
 
