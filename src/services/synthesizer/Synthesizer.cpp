@@ -49,6 +49,7 @@ Result<std::unique_ptr<Synthesizer>> Synthesizer::make(const std::shared_ptr<con
     auto state = std::make_unique<SynthesizerState>();
     state->readsOnDemand = bank->isLarge();
     state->rests = options.rests;
+    state->silentAfter = static_cast<int>(options.sampleRate);
     state->settings = makeSettings(options, bank->isLarge());
     state->synth.reset(state->settings ? new_fluid_synth(state->settings.get()) : nullptr);
     if (!state->synth) {

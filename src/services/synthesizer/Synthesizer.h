@@ -29,7 +29,8 @@ struct SynthesizerState;
 // channels to where they were at first.
 //
 // A message acts at its offset, counted from the start of the coming block, rounded up to the next 64th frame
-// since the synthesizer was made; blocks of any size give the same sound. A message after the block waits.
+// since the synthesizer was made; blocks of any size give the same sound, unless it rests (see
+// SynthesizerOptions). A message after the block waits.
 class Synthesizer {
 public:
     static constexpr int drumChannel = volvelle::drumChannel;

@@ -202,7 +202,7 @@ void SynthesizerState::write(float* left, float* right, int frames)
 {
     std::fill_n(left, frames, 0.0F);
     std::fill_n(right, frames, 0.0F);
-    if (quietFrames == silentAfter) {
+    if (rests && quietFrames == silentAfter) {
         skippedFrames = (skippedFrames + frames) % ownBlock;
         return;
     }

@@ -32,6 +32,7 @@ struct SynthesizerState {
     int font = 0;
     bool readsOnDemand = false;
     bool rests = false;
+    int silentAfter = 0; // frames without voices and below -120 dB: a second
     // Tunings that were changed, bank by bank.
     std::bitset<std::size_t{tuningPrograms} * tuningPrograms> tuned;
     std::array<Selection, channelCount> selections;
@@ -62,8 +63,6 @@ struct SynthesizerState {
     bool pin(const BankSound& sound);
 
 private:
-    static constexpr int silentAfter = 48'000; // frames without voices and below -120 dB
-
     void goOn();
     void countQuiet(const float* left, const float* right, int frames);
     void perform(const TimedMessage& message);

@@ -86,36 +86,6 @@ TEST_F(SynthesizerTest, StartsANoteAtTheNext64thFrame)
     }
 }
 
-TEST_F(SynthesizerTest, GoesOnAfterARestWhereItWouldWithout)
-{
-    constexpr int silence = 100'003;
-    const auto rested = *Synthesizer::make(builtInBank(), {.reverb = false, .chorus = false, .rests = true});
-    renderFrames(*rested, silence, 37);
-    renderFrames(*dry, silence, 37);
-    for (Synthesizer* synthesizer : {rested.get(), dry.get()}) {
-        synthesizer->noteOn(0, 60, 100, 5);
-        synthesizer->noteOff(0, 60, 9000);
-    }
-    EXPECT_EQ(difference(renderFrames(*rested, 20'000), renderFrames(*dry, 20'000)), 0.0);
-}
-
-TEST_F(SynthesizerTest, RestsASecondAfterTheLastTailWhereItMay)
-{
-    const auto rested = *Synthesizer::make(builtInBank(), {.rests = true});
-    const auto restless = wet();
-    for (Synthesizer* synthesizer : {rested.get(), restless.get()}) {
-        synthesizer->noteOn(0, 60, 127);
-        synthesizer->noteOff(0, 60, 4800);
-        renderFrames(*synthesizer, 20 * 48'000);
-    }
-    EXPECT_EQ(peak(renderFrames(*rested, 4800)), 0.0);
-    const double hiss = peak(renderFrames(*restless, 4800));
-    EXPECT_GT(hiss, 0.0);
-    EXPECT_LT(hiss, 1e-6);
-    rested->noteOn(0, 60, 127);
-    EXPECT_GT(peak(renderFrames(*rested, 48'000)), 0.01);
-}
-
 TEST_F(SynthesizerTest, TakesANegativeOffsetAsTheStartOfTheBlock)
 {
     EXPECT_EQ(delayOf(-5), 0U);
