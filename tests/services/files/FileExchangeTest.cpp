@@ -296,6 +296,36 @@ TEST_F(FileExchanges, WhoWaitsForAFolderEndsBySignal)
     close(held);
 }
 
+TEST_F(FileExchanges, ASignalThatIsAnsweredDoesNotEndTheWaiting)
+{
+    static int held = -1;
+    static int rings = 0;
+    held = open(at("one").c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    struct sigaction answer = {};
+    answer.sa_handler = [](int) {
+        if (++rings == 2) {
+            flock(held, LOCK_UN);
+        }
+    };
+    struct sigaction before = {};
+    ASSERT_EQ(sigaction(SIGALRM, &answer, &before), 0);
+    const itimerval often{{0, 50'000}, {0, 50'000}};
+    const itimerval never{};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    int told = 0;
+    {
+        FileExchange files;
+        EXPECT_EQ(files.lock(at("one"), [&told] { ++told; }).error(), "");
+        EXPECT_GE(rings, 2);
+        setitimer(ITIMER_REAL, &never, nullptr);
+        EXPECT_NE(flock(held, LOCK_EX | LOCK_NB), 0);
+    }
+    EXPECT_EQ(told, 1);
+    sigaction(SIGALRM, &before, nullptr);
+    close(held);
+}
+
 TEST_F(FileExchanges, WhatAProcessThatIsNoMoreLeftGoesOnceAllIsDone)
 {
     const pid_t ended = fork();
@@ -310,6 +340,16 @@ TEST_F(FileExchanges, WhatAProcessThatIsNoMoreLeftGoesOnceAllIsDone)
     {
         FileExchange files;
         EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+    }
+    EXPECT_TRUE(fs::exists(temporary.path / left));
+    {
+        FileExchange files;
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        beforeRenaming = [&] {
+            EXPECT_TRUE(fs::exists(temporary.path / left));
+            fs::remove(at("one/a"));
+        };
+        EXPECT_NE(files.carryOut().error(), "");
     }
     EXPECT_TRUE(fs::exists(temporary.path / left));
     {
