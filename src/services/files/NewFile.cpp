@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -69,12 +68,6 @@ bool isUnknown(int failure)
 }
 
 constexpr const char* endingOfReplaced = ".replaced";
-
-std::string nameOfReplaced(const std::filesystem::path& file)
-{
-    std::string name = temporaryFileName(concat("-", file.filename().string(), endingOfReplaced));
-    return name.size() <= NAME_MAX ? name : temporaryFileName(endingOfReplaced);
-}
 
 // A file without a name, which goes with its descriptor. -1 where it fails.
 int openNamelessIn(const std::filesystem::path& folder)
@@ -306,13 +299,19 @@ bool NewFile::takeNameOfReplaced()
         return true;
     }
     forgetPendingFile(std::exchange(slot, -1));
-    std::filesystem::path replaced;
+    return takeNameWith(concat("-", target.filename().string(), endingOfReplaced)) ||
+           (errno == ENAMETOOLONG && takeNameWith(endingOfReplaced)) || errno == ENAMETOOLONG;
+}
+
+bool NewFile::takeNameWith(const std::string& ending)
+{
+    std::filesystem::path candidate;
     bool isRenamed = false;
     do {
-        replaced = folderOf(target) / nameOfReplaced(target);
-        isRenamed = renameWith(RENAME_NOREPLACE, name, replaced);
+        candidate = folderOf(target) / temporaryFileName(ending);
+        isRenamed = renameWith(RENAME_NOREPLACE, name, candidate);
     } while (!isRenamed && errno == EEXIST);
-    name = isRenamed ? replaced.string() : name;
+    name = isRenamed ? candidate.string() : name;
     return isRenamed;
 }
 

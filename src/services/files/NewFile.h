@@ -11,9 +11,10 @@ namespace volvelle {
 // A file that is being written, under a name of its own in the folder of the file that it will be:
 // ".volvelle-PROCESS-NUMBER.tmp". Removed at the end of its life, unless it took its place. While a Keeper is
 // asked, the file whose place was taken is called ".volvelle-PROCESS-NUMBER-NAME.replaced", without "-NAME"
-// where that would be too long; where the process is killed then, it stays so (see Leftovers). For a device
-// or a pipe it has no name, stands where temporary files do, and its bytes are copied there once they are
-// complete. The first failure is kept, and all that follows fails. [any]
+// where that would be too long, and keeps ".tmp" where even that would be; where the process is killed then,
+// it stays so (see Leftovers). For a device or a pipe it has no name, stands where temporary files do, and
+// its bytes are copied there once they are complete. The first failure is kept, and all that follows fails.
+// [any]
 class NewFile {
 public:
     NewFile() = default;
@@ -63,6 +64,7 @@ private:
     bool takeName(bool overwrite, const Keeper& keep);
     bool exchange(const Keeper& keep);
     bool takeNameOfReplaced();
+    bool takeNameWith(const std::string& ending);
     bool keepReplaced(const Keeper& keep);
     void giveBack(const std::string& replaced) const;
     void rememberItself();

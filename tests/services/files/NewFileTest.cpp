@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -29,6 +30,30 @@ Bytes contentOf(const std::filesystem::path& path)
 
 class NewFiles : public testing::Test {
 protected:
+    // A file in a folder whose path has that many bytes; replaced by "02", and what it was called then.
+    std::string replaced(std::size_t lengthOfFolder, const std::string& name) const
+    {
+        std::filesystem::path place = folder.path;
+        while (place.native().size() + 1 < lengthOfFolder) {
+            const std::size_t left = lengthOfFolder - place.native().size() - 1;
+            place /= std::string(left > 200 ? 100 : left, 'd');
+        }
+        std::filesystem::create_directories(place);
+        std::string called = "none";
+        EXPECT_EQ(putFile(place / name, hex("01"), false), 0);
+        EXPECT_EQ(putFile(place / name, hex("02"), true,
+                          [&](const std::filesystem::path& aside) {
+                              EXPECT_EQ(contentOf(aside), hex("01"));
+                              called = aside.filename().string();
+                              return true;
+                          }),
+                  0);
+        EXPECT_EQ(contentOf(place / name), hex("02"));
+        EXPECT_TRUE(std::filesystem::remove(place / name));
+        EXPECT_TRUE(std::filesystem::is_empty(place));
+        return called.substr(called.find_first_not_of("0123456789-", std::string(".volvelle-").size()));
+    }
+
     TemporaryFolder folder;
     std::filesystem::path path = folder.path / "a.mid";
 };
@@ -233,6 +258,19 @@ TEST_F(NewFiles, AFileThatAppearsMeanwhileIsNotReplaced)
     EXPECT_EQ(file.failure(), EEXIST);
     EXPECT_EQ(contentOf(path), hex("01"));
     EXPECT_EQ(folder.names().size(), 1U);
+}
+
+TEST_F(NewFiles, AFileIsReplacedAlsoWhereItsNameHasNoRoomBesideAnother)
+{
+    EXPECT_EQ(replaced(3975, std::string(100, 'n') + ".mid"), ".replaced");
+    EXPECT_EQ(replaced(200, std::string(100, 'n') + ".mid"), std::string(100, 'n') + ".mid.replaced");
+}
+
+TEST_F(NewFiles, AFileIsReplacedAlsoWhereThereIsRoomForATemporaryNameAlone)
+{
+    constexpr std::size_t moreDigits = 2;
+    const std::size_t length = PATH_MAX - 2 - temporaryFileName(".tmp").size() - moreDigits;
+    EXPECT_EQ(replaced(length, "a.mid"), ".tmp");
 }
 
 } // namespace
