@@ -112,6 +112,7 @@ int runWindow(const AppOptions& options)
         })) {
         return exitDone;
     }
+    EndSignals::hold();
     NSUserDefaults::setStoreMaker(openSettings);
     ColorScheme scheme;
     followColorScheme(scheme);
@@ -132,9 +133,6 @@ int runWindow(const AppOptions& options)
 
 int open(const AppOptions& options, CommandOutput& output)
 {
-    if (!options.isSelfTest) {
-        EndSignals::hold();
-    }
     // A document outlives the reader of the lines, and a file that is too large is a failed write.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);

@@ -9,6 +9,10 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace volvelle::test {
 namespace {
@@ -154,6 +158,29 @@ TEST_F(ProgramTest, EndsInOrderWhenItIsAskedBeforeItsWindowIsThere)
     }
     EXPECT_FALSE(line.empty());
     EXPECT_EQ(child.waitForEnd(), 0);
+}
+
+// A display that takes the connection and never says a word.
+TEST_F(ProgramTest, EndsWhenItIsAskedThoughTheDisplayNeverAnswers)
+{
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const place = reinterpret_cast<sockaddr*>(&address);
+    const int display = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(display, place, size), 0);
+    ASSERT_EQ(listen(display, 1), 0);
+    ASSERT_EQ(getsockname(display, place, &size), 0);
+    constexpr int first = 6000; // the port of display 0
+    const std::string name = "127.0.0.1:" + std::to_string(ntohs(address.sin_port) - first);
+    ChildProcess child(command({"DISPLAY=" + name, "QT_QPA_PLATFORM=xcb"}, {}));
+    pollfd coming = {display, POLLIN, 0};
+    constexpr int longest = 30'000; // milliseconds
+    EXPECT_EQ(poll(&coming, 1, longest), 1);
+    child.signal(SIGTERM);
+    EXPECT_EQ(child.waitForEnd(), 128 + SIGTERM);
+    close(display);
 }
 
 } // namespace
