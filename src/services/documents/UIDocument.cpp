@@ -39,9 +39,13 @@ bool isOneFile(const fs::path& one, const fs::path& other)
     return one == other || fs::equivalent(one, other, error);
 }
 
+// Where the file stands that a link leads to.
 fs::path folderOf(const fs::path& file)
 {
-    return file.has_parent_path() ? file.parent_path() : ".";
+    std::error_code error;
+    const fs::path real = fs::weakly_canonical(file, error);
+    const fs::path& place = error ? file : real;
+    return place.has_parent_path() ? place.parent_path() : ".";
 }
 
 Failure readFailure(const fs::path& file, OSStatus status)

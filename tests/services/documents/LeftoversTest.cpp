@@ -111,6 +111,17 @@ TEST_F(Leftovers, BecomeVersionsOfTheFilesTheyStoodFor)
     EXPECT_EQ(versionsOfFile(folder.path / (".volvelle-" + dead + "-4.replaced")), Lines{"long"});
 }
 
+TEST_F(Leftovers, OfAFileThatALinkLeadsToAreFoundThroughTheLink)
+{
+    folder.write("real/a.mid", "old");
+    fs::create_symlink("real/a.mid", folder.path / "link.mid");
+    folder.write("real/.volvelle-" + deadProcess() + "-3-a.mid.replaced", "theirs");
+    const auto document = std::make_shared<PlainDocument>(folder.path / "link.mid");
+    EXPECT_EQ(document->open(), "yes");
+    EXPECT_EQ(versionsOfFile(folder.path / "link.mid"), Lines{"theirs"});
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path / "real"), {}), 1);
+}
+
 TEST_F(Leftovers, OfANewFileThatNeverStoodAnywhereGoes)
 {
     folder.write(".volvelle-" + deadProcess() + "-3.tmp", "half");
