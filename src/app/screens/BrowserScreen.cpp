@@ -252,6 +252,7 @@ void BrowserScreen::import()
         new QFileDialog(this, "Import", QString(), "MIDI files (*.mid *.midi *.MID);;All files (*)");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setSupportedSchemes({"file"});
     connect(dialog, &QFileDialog::urlSelected, this, [this](const QUrl& address) {
         if (const auto file = fileOf(address)) {
             logic->importDocument(*file);

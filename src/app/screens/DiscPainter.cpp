@@ -76,8 +76,8 @@ bool DiscPainter::paint(QPainter& painter, const DiscContent& content, double si
     painter.drawImage(QPointF(), named);
     if (!content.isSmall) {
         painter.save();
-        prepare(painter, side, *geometry);
-        paintMovingParts(painter, *geometry, Tokens::of(theme));
+        prepare(painter, side, ground->geometry);
+        paintMovingParts(painter, ground->geometry, Tokens::of(theme));
         painter.restore();
     }
     return isNew;
@@ -91,18 +91,19 @@ QRegion DiscPainter::move(const DiscContent& content)
     if (!ground->content.hasSameMusic(content)) {
         return all();
     }
-    const std::optional<DiscGeometry::Sector> wedge = geometry->wedge;
-    const std::optional<DiscGeometry::Sector> elapsed = geometry->elapsed;
+    const DiscGeometry& disc = ground->geometry;
+    const std::optional<DiscGeometry::Sector> wedge = disc.wedge;
+    const std::optional<DiscGeometry::Sector> elapsed = disc.elapsed;
     QRegion changed = keepShown(content);
-    if (!wedge || !elapsed || !geometry->wedge || !geometry->elapsed) {
-        return wedge == geometry->wedge && elapsed == geometry->elapsed ? changed : all();
+    if (!wedge || !elapsed || !disc.wedge || !disc.elapsed) {
+        return wedge == disc.wedge && elapsed == disc.elapsed ? changed : all();
     }
-    for (const DiscGeometry::Sector& moved : {*wedge, *geometry->wedge}) {
+    for (const DiscGeometry::Sector& moved : {*wedge, *disc.wedge}) {
         changed += frame(moved, DiscGeometry::wedgeInner, DiscGeometry::wedgeOuter);
     }
-    const auto [least, most] = std::minmax(elapsed->sweep, geometry->elapsed->sweep);
+    const auto [least, most] = std::minmax(elapsed->sweep, disc.elapsed->sweep);
     return changed + frame({least, most - least}, DiscGeometry::progress, DiscGeometry::progress,
-                           beadReach / geometry->unit);
+                           beadReach / disc.unit);
 }
 
 bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, double drawnRatio,
@@ -113,22 +114,25 @@ bool DiscPainter::Ground::isOf(const DiscContent& drawn, double drawnSide, doubl
 
 bool DiscPainter::keep(const DiscContent& content, double side, double ratio, Theme theme)
 {
-    if (ground && geometry && ground->isOf(content, side, ratio, theme)) {
+    if (ground && ground->isOf(content, side, ratio, theme)) {
         keepShown(content);
         return false;
     }
-    ground = {content, side, ratio, theme};
-    geometry.emplace(content, side);
-    still = stillPicture(*geometry, content.isSmall, side, ratio, Tokens::of(theme));
+    ground = std::make_unique<Ground>(Ground{content, side, ratio, theme, DiscGeometry(content, side)});
+    still = stillPicture(ground->geometry, content.isSmall, side, ratio, Tokens::of(theme));
     paintShown(all());
     return true;
 }
 
+DiscPainter::Shown DiscPainter::shownBy(const DiscGeometry& disc)
+{
+    return {disc.sounding, disc.soundingChord, disc.chordName, disc.positionText};
+}
+
 QRegion DiscPainter::keepShown(const DiscContent& content)
 {
-    geometry->move(content);
-    const Shown next{geometry->sounding, geometry->soundingChord, geometry->chordName,
-                     geometry->positionText};
+    ground->geometry.move(content);
+    const Shown next = shownBy(ground->geometry);
     if (next == shown) {
         return {};
     }
@@ -142,7 +146,7 @@ QRegion DiscPainter::keepShown(const DiscContent& content)
 void DiscPainter::paintShown(const QRect& changed)
 {
     const Tokens& tokens = Tokens::of(ground->theme);
-    shown = {geometry->sounding, geometry->soundingChord, geometry->chordName, geometry->positionText};
+    shown = shownBy(ground->geometry);
     const bool isHubAlone = changed != all();
     if (!isHubAlone) {
         named = still;
@@ -157,11 +161,11 @@ void DiscPainter::paintShown(const QRect& changed)
         painter.drawImage(QPointF(), still);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    prepare(painter, ground->side, *geometry);
+    prepare(painter, ground->side, ground->geometry);
     if (!isHubAlone) {
-        paintChordParts(painter, *geometry, tokens);
+        paintChordParts(painter, ground->geometry, tokens);
     }
-    paintHub(painter, *geometry, tokens);
+    paintHub(painter, ground->geometry, tokens);
 }
 
 QRect DiscPainter::all() const
@@ -175,9 +179,10 @@ QRect DiscPainter::frame(const DiscGeometry::Sector& sector, double inner, doubl
     constexpr int edge = 1; // what a stroke's smoothing reaches, in lengths
     const CGRect units = DiscGeometry::around(sector, inner, outer);
     const double middle = ground->side / 2.0;
-    const QRectF lengths(
-        middle + (units.x - more) * geometry->unit, middle + (units.y - more) * geometry->unit,
-        (units.width + 2.0 * more) * geometry->unit, (units.height + 2.0 * more) * geometry->unit);
+    const QRectF lengths(middle + (units.x - more) * ground->geometry.unit,
+                         middle + (units.y - more) * ground->geometry.unit,
+                         (units.width + 2.0 * more) * ground->geometry.unit,
+                         (units.height + 2.0 * more) * ground->geometry.unit);
     return lengths.toAlignedRect().adjusted(-edge, -edge, edge, edge);
 }
 

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -36,6 +37,7 @@ private:
         double side = 0.0;
         double ratio = 0.0;
         Theme theme = Theme::dark;
+        DiscGeometry geometry;
 
         // But for what moves.
         bool isOf(const DiscContent& drawn, double drawnSide, double drawnRatio, Theme drawnTheme) const;
@@ -50,20 +52,21 @@ private:
         bool operator==(const Shown&) const = default;
     };
 
+    static Shown shownBy(const DiscGeometry& disc);
+
     // Brings pictures and geometry up to date; true where all is new.
     bool keep(const DiscContent& content, double side, double ratio, Theme theme);
     // Moves the geometry and paints the second picture's changes; gives them, in lengths.
     QRegion keepShown(const DiscContent& content);
     // The second picture within a frame of all, or of the hub.
-    void paintShown(const QRect& frame);
+    void paintShown(const QRect& changed);
 
     // In lengths: all of the disc, and the least frame around a part of a ring, so many units more at each
     // side.
     QRect all() const;
     QRect frame(const DiscGeometry::Sector& sector, double inner, double outer, double more = 0.0) const;
 
-    std::optional<Ground> ground;
-    std::optional<DiscGeometry> geometry;
+    std::unique_ptr<Ground> ground; // null before it was painted
     QImage still;
     QImage named; // with chords and hub
     Shown shown;

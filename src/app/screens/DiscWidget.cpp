@@ -52,7 +52,7 @@ void DiscWidget::setPlaying(bool isPlaying)
 {
     shown.isPlaying = isPlaying;
     if (!isPlaying) {
-        view->baseClass->currentBeat = 0.0;
+        beat = view->baseClass->currentBeat = 0.0;
     }
     setTip(this, isPlaying ? "Stop" : "Play", "Space");
     showPointer();

@@ -58,7 +58,7 @@ Result<fs::path> fileOf(const QString& addressOrPath)
 Result<fs::path> fileOf(const QUrl& address)
 {
     const QString text = address.toString(QUrl::FullyEncoded);
-    if (!isHere(address.host())) {
+    if (!address.isLocalFile() || !isHere(address.host())) {
         return refusal(text, "is not on this computer.");
     }
     return pathOf(QByteArray::fromPercentEncoding(address.path(QUrl::FullyEncoded).toLatin1()), text);

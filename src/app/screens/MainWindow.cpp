@@ -259,6 +259,7 @@ void MainWindow::askForPlace(const std::filesystem::path& proposal,
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix("mid");
+    dialog->setSupportedSchemes({"file"});
     connect(dialog, &QFileDialog::finished, this, [dialog, chosen, proposal](int result) {
         const auto answer = fileOf(dialog->selectedUrls().value(0));
         if (result == QDialog::Accepted && answer) {

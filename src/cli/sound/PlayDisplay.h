@@ -13,7 +13,7 @@ namespace volvelle {
 // The line that shows where the music is: "Bar 2.3  Am7  channels 1 2 9 10  5.5 of 16.0 beats".
 class PlayDisplay {
 public:
-    explicit PlayDisplay(FileDescription description);
+    explicit PlayDisplay(FileDescription file);
 
     // The line at a position in beats.
     std::string line(double position, bool isPaused) const;
@@ -31,7 +31,7 @@ private:
         double end = 0.0;
     };
 
-    void addSpans(const FileDescription& description);
+    void addSpans(const FileDescription& file);
     std::string chordAt(double position) const;
     std::string soundingChannels(double position) const;
 

@@ -74,10 +74,20 @@ std::optional<Leftover> leftoverOf(std::string_view name)
     return Leftover{true, std::string(name), ending};
 }
 
+// Who died right after it had made the version left the file as well.
+bool isKept(const fs::path& place, const std::vector<std::uint8_t>& bytes)
+{
+    const auto versions = NSFileVersion::unresolvedConflictVersionsOfItemAtURL(place);
+    std::vector<std::uint8_t> newest;
+    return versions && !versions->empty() && readFile(versions->back()->url(), newest) == noErr &&
+           newest == bytes;
+}
+
 bool keep(const fs::path& file, const fs::path& place)
 {
     std::vector<std::uint8_t> bytes;
-    return readFile(file, bytes) == noErr && NSFileVersion::addVersionOfItemAtURL(place, bytes);
+    return readFile(file, bytes) == noErr &&
+           (isKept(place, bytes) || NSFileVersion::addVersionOfItemAtURL(place, bytes));
 }
 
 // It has a name of this process first: one process alone looks after it, and none that could not remove it.

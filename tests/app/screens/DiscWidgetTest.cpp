@@ -111,6 +111,17 @@ TEST_F(DiscWidgetTest, IsPaintedWholeWhereMoreThanThePositionIsNew)
     EXPECT_LE(difference(), 4);
 }
 
+TEST_F(DiscWidgetTest, IsPaintedWholeOnceItHasStopped)
+{
+    moveTo(5.0);
+    disc.setPlaying(false);
+    QApplication::processEvents();
+    sequence.add({0x91, 80, 127}, 6.0, 8.0);
+    disc.circle()->setNeedsDisplay();
+    QApplication::processEvents();
+    EXPECT_LE(difference(), 4);
+}
+
 TEST_F(DiscWidgetTest, PaintsNothingWhileItsWindowIsAway)
 {
     window.hide();

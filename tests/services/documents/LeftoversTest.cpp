@@ -1,3 +1,4 @@
+#include "services/documents/Leftovers.h"
 #include "base/PendingFiles.h"
 #include "services/documents/NSFileVersion.h"
 #include "tests/services/documents/DocumentFixture.h"
@@ -70,6 +71,17 @@ protected:
 
     void writeTheirs() const { std::ofstream(file) << "theirs"; }
 };
+
+TEST_F(Leftovers, WhatIsAVersionAlreadyBecomesNoSecondOne)
+{
+    folder.write("a.mid", "old");
+    for (const char* bytes : {"theirs", "theirs", "theirs too", "theirs"}) {
+        folder.write(".volvelle-" + deadProcess() + "-3-a.mid.replaced", bytes);
+        keepLeftovers(folder.path);
+    }
+    EXPECT_EQ(versionsOfFile(file), (Lines{"theirs", "theirs too", "theirs"}));
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
 
 TEST_F(Leftovers, WhatAnotherProgramWroteIsNeverLostWhereverASaveIsKilled)
 {
