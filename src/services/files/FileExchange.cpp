@@ -150,7 +150,7 @@ bool FileExchange::waitFor(int opened, const std::function<void()>& tellWaiting)
         do {
             isHeld = flock(opened, LOCK_EX) == 0;
         } while (!isHeld && errno == EINTR);
-        signals.emplace();
+        signals = std::make_unique<HeldSignals>();
     }
     return isHeld;
 }

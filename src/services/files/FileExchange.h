@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <optional>
+#include <memory>
 #include <set>
 #include <span>
 #include <utility>
@@ -19,8 +19,7 @@ namespace volvelle {
 // then all take their places, or none does. Without carryOut(), and where that fails, nothing has changed at
 // the end of its life. What asks the process to end waits until then. What a process that is no more has left
 // beside them goes once all is done. An old file that cannot go back to its place stays beside it, in a
-// folder
-// ".volvelle-PROCESS-NUMBER.kept" that nothing clears. [any]
+// folder ".volvelle-PROCESS-NUMBER.kept" that nothing clears. [any]
 class FileExchange {
 public:
     FileExchange() = default;
@@ -61,9 +60,9 @@ private:
     static bool giveBack(const Change& change);
     void goBack(std::size_t done);
 
-    std::optional<HeldSignals> signals = std::optional<HeldSignals>(std::in_place);
-    std::vector<int> locks;                  // descriptors of folders
-    std::set<std::filesystem::path> folders; // in which something may change
+    std::unique_ptr<HeldSignals> signals = std::make_unique<HeldSignals>(); // null while it waits
+    std::vector<int> locks;                                                 // descriptors of folders
+    std::set<std::filesystem::path> folders;                                // in which something may change
     std::vector<std::filesystem::path> made; // folders, in the order in which they were made
     std::map<std::filesystem::path, std::filesystem::path> sides; // of each folder that changes
     std::vector<Change> changes;
