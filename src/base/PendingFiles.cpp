@@ -65,20 +65,28 @@ std::string temporaryFileName(std::string_view ending)
     return concat(nameStart, getpid(), "-", counter++, ending);
 }
 
-bool isLeftBehind(std::string_view name, std::string_view ending)
+std::optional<std::string_view> endingLeftBehind(std::string_view name)
 {
-    if (!name.starts_with(nameStart) || !name.ends_with(ending)) {
-        return false;
+    if (!name.starts_with(nameStart)) {
+        return std::nullopt;
     }
-    const char* const end = name.data() + name.size() - ending.size();
+    const char* const end = name.data() + name.size();
     pid_t process = 0;
     unsigned number = 0;
     const auto first = std::from_chars(name.data() + nameStart.size(), end, process);
     if (first.ec != std::errc() || first.ptr == end || *first.ptr != '-' || process <= 0) {
-        return false;
+        return std::nullopt;
     }
     const auto second = std::from_chars(first.ptr + 1, end, number);
-    return second.ec == std::errc() && second.ptr == end && kill(process, 0) != 0 && errno == ESRCH;
+    if (second.ec != std::errc() || kill(process, 0) == 0 || errno != ESRCH) {
+        return std::nullopt;
+    }
+    return std::string_view(second.ptr, end);
+}
+
+bool isLeftBehind(std::string_view name, std::string_view ending)
+{
+    return endingLeftBehind(name) == ending;
 }
 
 int rememberPendingFile(const std::string& path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,9 @@ namespace volvelle {
 // A name that no other call in this process gives: ".volvelle-", process, number, `ending`. [any]
 std::string temporaryFileName(std::string_view ending);
 
-// True for a name that temporaryFileName() gave, with that ending, in a process that is no more. [any]
+// The ending of a name that temporaryFileName() gave in a process that is no more; any other name has no
+// value. [any]
+std::optional<std::string_view> endingLeftBehind(std::string_view name);
 bool isLeftBehind(std::string_view name, std::string_view ending);
 
 // Notes a file or a folder and returns its place, -1 where no more can be noted. [any]

@@ -7,14 +7,12 @@
 #include "services/files/MoveFile.h"
 #include "services/files/SafeFile.h"
 
-#include <cerrno>
-#include <charconv>
-#include <csignal>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace volvelle {
@@ -23,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view prefix = ".volvelle-";
 constexpr std::string_view newEnding = ".tmp";
 constexpr std::string_view replacedEnding = ".replaced";
 
@@ -33,45 +30,21 @@ struct Leftover {
     std::string ending; // what follows process and number
 };
 
-bool hasEnded(pid_t process)
+std::optional<Leftover> leftoverOf(std::string_view file)
 {
-    return process > 0 && kill(process, 0) != 0 && errno == ESRCH;
-}
-
-// Takes a number from the front of a text, -1 where none stands there.
-int takeNumber(std::string_view& text)
-{
-    int number = -1;
-    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
-    text.remove_prefix(static_cast<std::size_t>(end.ptr - text.data()));
-    return end.ec == std::errc() ? number : -1;
-}
-
-bool takePrefix(std::string_view& text, std::string_view wanted)
-{
-    const bool isThere = text.starts_with(wanted);
-    text.remove_prefix(isThere ? wanted.size() : 0);
-    return isThere;
-}
-
-std::optional<Leftover> leftoverOf(std::string_view name)
-{
-    if (!takePrefix(name, prefix) || !hasEnded(takeNumber(name)) || !takePrefix(name, "-") ||
-        takeNumber(name) < 0) {
+    const std::optional<std::string_view> ending = endingLeftBehind(file);
+    if (ending == newEnding) {
+        return Leftover{false, "", std::string(newEnding)};
+    }
+    if (!ending || !ending->ends_with(replacedEnding)) {
         return std::nullopt;
     }
-    const std::string ending(name);
-    if (name == newEnding) {
-        return Leftover{false, "", ending};
-    }
-    if (!name.ends_with(replacedEnding)) {
+    std::string_view name = ending->substr(0, ending->size() - replacedEnding.size());
+    if (!name.empty() && name.front() != '-') {
         return std::nullopt;
     }
-    name.remove_suffix(replacedEnding.size());
-    if (!name.empty() && !takePrefix(name, "-")) {
-        return std::nullopt;
-    }
-    return Leftover{true, std::string(name), ending};
+    name.remove_prefix(name.empty() ? 0 : 1);
+    return Leftover{true, std::string(name), std::string(*ending)};
 }
 
 // Who died right after it had made the version left the file as well.
@@ -111,17 +84,16 @@ void lookAfter(const fs::path& file, const Leftover& leftover)
 void keepLeftovers(const fs::path& folder)
 {
     std::error_code error;
-    std::vector<fs::path> files;
+    std::vector<std::pair<fs::path, Leftover>> found;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        if (entry->path().filename().native().starts_with(prefix)) {
-            files.push_back(entry->path());
+        const auto leftover = leftoverOf(entry->path().filename().native());
+        std::error_code unknown;
+        if (leftover && fs::is_regular_file(entry->symlink_status(unknown))) {
+            found.emplace_back(entry->path(), *leftover);
         }
     }
-    for (const fs::path& file : files) {
-        const auto leftover = leftoverOf(file.filename().native());
-        if (leftover && fs::is_regular_file(fs::symlink_status(file, error))) {
-            lookAfter(file, *leftover);
-        }
+    for (const auto& [file, leftover] : found) {
+        lookAfter(file, leftover);
     }
 }
 
