@@ -1,5 +1,6 @@
 #include "services/synthesizer/Synthesizer.h"
 
+#include "tests/services/synthesizer/DryFixture.h"
 #include "tests/services/synthesizer/Measuring.h"
 
 #include <gtest/gtest.h>
@@ -10,19 +11,7 @@ namespace volvelle::test {
 
 namespace {
 
-class SynthesizerRestTest : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!std::filesystem::exists(builtInBank())) {
-            GTEST_SKIP() << "the built-in bank was not made";
-        }
-        dry = drySynthesizer(builtInBank());
-        ASSERT_TRUE(dry);
-    }
-
-    std::unique_ptr<Synthesizer> dry;
-};
+using SynthesizerRestTest = DryFixture;
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "services/synthesizer/Synthesizer.h"
 
+#include "tests/services/synthesizer/DryFixture.h"
 #include "tests/services/synthesizer/Measuring.h"
 #include "tests/support/ConsoleCapture.h"
 
@@ -13,17 +14,8 @@ namespace volvelle::test {
 
 namespace {
 
-class SynthesizerTest : public testing::Test {
+class SynthesizerTest : public DryFixture {
 protected:
-    void SetUp() override
-    {
-        if (!std::filesystem::exists(builtInBank())) {
-            GTEST_SKIP() << "the built-in bank was not made";
-        }
-        dry = drySynthesizer(builtInBank());
-        ASSERT_TRUE(dry);
-    }
-
     static std::unique_ptr<Synthesizer> wet() { return *Synthesizer::make(builtInBank(), {}); }
 
     // A short piece with messages off the 64-frame grid, all of them sent ahead of their blocks.
@@ -39,8 +31,6 @@ protected:
         synthesizer.pitchBend(0, 12000, 9999);
         return renderFrames(synthesizer, 48000, block);
     }
-
-    std::unique_ptr<Synthesizer> dry;
 };
 
 // How many frames the sound of a note-on at `offset` comes after that of one at 0.
