@@ -19,6 +19,7 @@ namespace volvelle {
 namespace {
 
 constexpr std::string_view nameStart = ".volvelle-";
+std::atomic<unsigned> nextName{0};
 
 enum class PlaceState { free, filling, pending };
 
@@ -61,9 +62,21 @@ void removeFolder(int parent, const char* name, int depth)
 
 std::string temporaryFileName(std::string_view ending)
 {
-    static std::atomic<unsigned> counter{0};
-    return concat(nameStart, getpid(), "-", counter++, ending);
+    return concat(nameStart, getpid(), "-", nextName++, ending);
 }
+
+namespace {
+
+// An earlier process may have had the number of this one.
+bool isStillNamed(pid_t process, unsigned number)
+{
+    if (process == getpid()) {
+        return number < nextName;
+    }
+    return kill(process, 0) == 0 || errno != ESRCH;
+}
+
+} // namespace
 
 std::optional<std::string_view> endingLeftBehind(std::string_view name)
 {
@@ -78,7 +91,7 @@ std::optional<std::string_view> endingLeftBehind(std::string_view name)
         return std::nullopt;
     }
     const auto second = std::from_chars(first.ptr + 1, end, number);
-    if (second.ec != std::errc() || kill(process, 0) == 0 || errno != ESRCH) {
+    if (second.ec != std::errc() || isStillNamed(process, number)) {
         return std::nullopt;
     }
     return std::string_view(second.ptr, end);

@@ -11,8 +11,8 @@ namespace volvelle {
 // A name that no other call in this process gives: ".volvelle-", process, number, `ending`. [any]
 std::string temporaryFileName(std::string_view ending);
 
-// The ending of a name that temporaryFileName() gave in a process that is no more; any other name has no
-// value. [any]
+// The ending of a name that temporaryFileName() gave in a process that is no more, be it one with the number
+// of this one; any other name has no value. [any]
 std::optional<std::string_view> endingLeftBehind(std::string_view name);
 bool isLeftBehind(std::string_view name, std::string_view ending);
 

@@ -180,6 +180,18 @@ TEST_F(PendingFiles, ANameIsLeftBehindByAProcessThatIsNoMore)
     }
 }
 
+TEST_F(PendingFiles, ANameThatThisProcessHasNotGivenIsOfAnEarlierOne)
+{
+    const std::string name = temporaryFileName("");
+    const auto numberAt = name.rfind('-') + 1;
+    const std::string start = name.substr(0, numberAt);
+    const int given = std::stoi(name.substr(numberAt));
+    EXPECT_FALSE(isLeftBehind(start + std::to_string(given) + ".new", ".new"));
+    EXPECT_TRUE(isLeftBehind(start + std::to_string(given + 1) + ".new", ".new"));
+    temporaryFileName("");
+    EXPECT_FALSE(isLeftBehind(start + std::to_string(given + 1) + ".new", ".new"));
+}
+
 } // namespace
 
 } // namespace volvelle

@@ -2,11 +2,14 @@
 
 #include "base/Console.h"
 #include "base/PendingFiles.h"
+#include "base/PlainText.h"
 #include "services/documents/NSFileVersion.h"
 #include "services/files/FileFailure.h"
 #include "services/files/MoveFile.h"
 #include "services/files/SafeFile.h"
 
+#include <cerrno>
+#include <climits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,17 +66,31 @@ bool keep(const fs::path& file, const fs::path& place)
            (isKept(place, bytes) || NSFileVersion::addVersionOfItemAtURL(place, bytes));
 }
 
+std::string ownName(const Leftover& leftover)
+{
+    const std::string name = temporaryFileName(leftover.ending);
+    return name.size() > NAME_MAX ? temporaryFileName(replacedEnding) : name;
+}
+
 // It has a name of this process first: one process alone looks after it, and none that could not remove it.
 void lookAfter(const fs::path& file, const Leftover& leftover)
 {
     const fs::path folder = file.parent_path();
-    const fs::path own = folder / temporaryFileName(leftover.ending);
-    if (moveFile(file, own) != 0) {
+    fs::path own;
+    int taken = EEXIST;
+    while (taken == EEXIST) {
+        own = folder / ownName(leftover);
+        taken = moveFile(file, own);
+    }
+    if (taken != 0) {
         return;
     }
     const fs::path place = leftover.name.empty() ? file : folder / leftover.name;
     if (!leftover.isReplaced || keep(own, place)) {
         unlink(own.c_str());
+        if (leftover.isReplaced && leftover.name.empty()) {
+            safeprint("keepLeftovers() : '", plainLine(file.string()), "' is kept as a version.");
+        }
     } else if (const int failed = moveFile(own, file); failed != 0) {
         safeprint("keepLeftovers() : ", writeFailure(file, failed));
     }

@@ -1,6 +1,7 @@
 #include "services/documents/NSFileVersion.h"
 
 #include "base/Paths.h"
+#include "base/PendingFiles.h"
 #include "base/Text.h"
 #include "services/files/FileFailure.h"
 #include "services/files/MoveFile.h"
@@ -12,6 +13,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace volvelle {
@@ -79,6 +81,17 @@ fs::path named(const fs::path& folder, std::string_view kind, int number, const 
     return folder / concat(kind, number, extension.string());
 }
 
+// What a process that died meanwhile was writing.
+void removeLeftovers(const fs::path& folder)
+{
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (isLeftBehind(entry->path().filename().native(), ".tmp")) {
+            unlink(entry->path().c_str());
+        }
+    }
+}
+
 // Moves a version's bytes to a name that is free.
 Result<> keep(const fs::path& version, const fs::path& folder)
 {
@@ -133,6 +146,7 @@ Result<> NSFileVersion::addVersionOfItemAtURL(const fs::path& url, std::span<con
     if (Result<> made = makeFolder(folder); !made) {
         return made;
     }
+    removeLeftovers(folder);
     const auto versions = otherVersionsOfItemAtURL(url);
     int number = versions && !versions->empty() ? numberOf(versions->back()->place) + 1 : 1;
     int error = EEXIST;

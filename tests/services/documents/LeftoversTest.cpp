@@ -3,8 +3,10 @@
 #include "services/documents/NSFileVersion.h"
 #include "tests/services/documents/DocumentFixture.h"
 #include "tests/services/documents/SystemCalls.h"
+#include "tests/support/ConsoleCapture.h"
 
 #include <algorithm>
+#include <climits>
 #include <csignal>
 #include <fstream>
 #include <functional>
@@ -150,7 +152,7 @@ TEST_F(Leftovers, OfProcessesThatLiveAndWhatIsNamedOtherwiseStays)
                       ".volvelle--1-3.tmp",
                       ".volvelle-0-3.tmp",
                       ".volvelle-99999999999-3.tmp",
-                      ".volvelle-" + std::to_string(getpid()) + "-3.tmp",
+                      ".volvelle-" + std::to_string(getpid()) + "-0.tmp",
                       ".volvelle-" + std::to_string(getppid()) + "-3-a.mid.replaced",
                       "volvelle-" + dead + "-3.tmp"};
     for (const std::string& name : names) {
@@ -201,15 +203,38 @@ TEST_F(Leftovers, OfAProcessThatHadTheSameNumberAreNeverReplaced)
     const int number = std::stoi(name.substr(name.rfind('-') + 1));
     Lines left;
     for (int next = number + 1; next < number + 4; ++next) {
-        left.push_back(name.substr(0, name.rfind('-') + 1) + std::to_string(next) + "-a.mid.replaced");
-        folder.write(left.back(), "theirs");
+        left.push_back("theirs " + std::to_string(next));
+        folder.write(name.substr(0, name.rfind('-') + 1) + std::to_string(next) + "-a.mid.replaced",
+                     left.back());
     }
     EXPECT_EQ(document->save(), "yes");
     EXPECT_EQ(contentOf(file), "new");
-    for (const std::string& one : left) {
-        EXPECT_EQ(contentOf(folder.path / one), "theirs") << one;
+    Lines kept = versionsOfFile(file);
+    std::ranges::sort(kept);
+    EXPECT_EQ(kept, left);
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
+}
+
+TEST_F(Leftovers, WithoutANameAreToldWhereTheyAreKept)
+{
+    const std::string left = ".volvelle-" + deadProcess() + "-4.replaced";
+    folder.write(left, "theirs");
+    ConsoleCapture console;
+    opened();
+    EXPECT_EQ(console.take(),
+              Lines{"keepLeftovers() : '" + (folder.path / left).string() + "' is kept as a version."});
+}
+
+TEST_F(Leftovers, OfTheLongestNameHaveRoomForTheNumberOfThisProcess)
+{
+    const std::string left = ".volvelle-" + deadProcess() + "-3-";
+    const std::string named = std::string(NAME_MAX - left.size() - std::string("-.replaced").size(), 'x');
+    for (std::size_t size = 0; size < left.size(); size = temporaryFileName("").size()) {
     }
-    EXPECT_EQ(folder.names().size(), 4U);
+    folder.write(left + named + ".replaced", "theirs");
+    opened();
+    EXPECT_EQ(versionsOfFile(folder.path / named), Lines{"theirs"});
+    EXPECT_EQ(folder.names(), Lines{"a.mid"});
 }
 
 TEST_F(Leftovers, OfALongNameAreKeptUnderTheirOwn)

@@ -4,6 +4,8 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 
@@ -52,6 +54,25 @@ TEST_F(NSFileVersionTest, VersionsAreKeptForEachFileInTheirOrder)
     EXPECT_EQ(contentOf(versions->at(1)->url()), "version 1");
     EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(folder.path / "b.mid")),
               Lines{"conflict 1.mid"});
+}
+
+TEST_F(NSFileVersionTest, WhatAProcessThatDiedWasWritingGoesWithTheNextVersion)
+{
+    ASSERT_TRUE(NSFileVersion::addVersionOfItemAtURL(file, bytesOf("first")));
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(0);
+    }
+    waitpid(child, nullptr, 0);
+    const fs::path half = versionsOf("open", "a.mid") / (".volvelle-" + std::to_string(child) + "-3.tmp");
+    const fs::path running = half.parent_path() / (".volvelle-" + std::to_string(getppid()) + "-3.tmp");
+    std::ofstream(half) << "ha";
+    std::ofstream(running) << "ha";
+    ASSERT_TRUE(NSFileVersion::addVersionOfItemAtURL(file, bytesOf("second")));
+    EXPECT_FALSE(fs::exists(half));
+    EXPECT_TRUE(fs::exists(running));
+    EXPECT_EQ(namesOf(NSFileVersion::otherVersionsOfItemAtURL(file)),
+              (Lines{"conflict 1.mid", "conflict 2.mid"}));
 }
 
 TEST_F(NSFileVersionTest, AFileIsFoundByAnyNameOfItsFolder)
