@@ -28,16 +28,20 @@ std::string unquoted(const QString& key)
     return key == emptyKey ? "" : QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
 }
 
-// A kind with this behind it has its text as bytes, since that is not in UTF-8.
+// A kind with this behind it has its text as bytes, since it would not come back as it is.
 const QString asBytes = " in bytes";
+
+bool isPlain(const std::string& words)
+{
+    return QString::fromStdString(words).toStdString() == words;
+}
 
 QString kindOf(const SettingsValue& value)
 {
     static constexpr const char* names[] = {"text",  "integer", "float", "double",
                                             "truth", "url",     "frame", "bytes"};
     const QString name = names[value.index()];
-    const std::string words = text(value);
-    return utf8Length(words) == words.size() ? name : name + asBytes;
+    return isPlain(text(value)) ? name : name + asBytes;
 }
 
 // A value as the text that follows its kind in the file.
@@ -55,8 +59,7 @@ QString bodyOf(const SettingsValue& value)
         return parts.join('&');
     }
     const std::string words = text(value);
-    return utf8Length(words) == words.size() ? QString::fromStdString(words)
-                                             : QByteArray::fromStdString(words).toBase64();
+    return isPlain(words) ? QString::fromStdString(words) : QByteArray::fromStdString(words).toBase64();
 }
 
 SettingsFrame frameOf(const QString& body)

@@ -41,6 +41,8 @@ TEST_F(SettingsFileTest, KeepsValuesWithTheirTypesOverARestart)
         {"url", SettingsURL{"file:///a%20b"}},
         {"odd text", std::string("a\xE9\0b", 4)},
         {"odd url", SettingsURL{"file:///a\xFF"}},
+        {"marked", std::string("\uFEFFa")},
+        {"marked url", SettingsURL{"\uFEFF"}},
         {"zero", std::string("a\0b", 3)},
         {"frame", SettingsFrame{{"left", 0.5F}, {"a=b&c", -1.0F}}},
         {"no frame", SettingsFrame{}},
