@@ -96,13 +96,13 @@ std::string visibleName(const fs::path& file)
     return rest.empty() || isEnding ? "New MIDI Idea.mid" : rest;
 }
 
-// Of spaces alone, or of nothing.
+// Of spaces and of what is not seen alone, or of nothing.
 bool isBlank(std::string_view name)
 {
-    static constexpr std::array<std::string_view, 24> blanks{
-        " ",      "\t",     "\n",     "\v",     "\f",     "\r",     "\u00A0", "\u1680",
-        "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
-        "\u2008", "\u2009", "\u200A", "\u200B", "\u2028", "\u202F", "\u205F", "\u3000"};
+    static constexpr auto blanks = std::to_array<std::string_view>(
+        {" ",      "\t",     "\n",     "\v",     "\f",     "\r",     "\u00A0", "\u00AD", "\u1680", "\u180E",
+         "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008", "\u2009",
+         "\u200A", "\u200B", "\u200C", "\u200D", "\u2028", "\u202F", "\u205F", "\u2060", "\u3000", "\uFEFF"});
     const auto* blank = blanks.begin();
     while (!name.empty() && blank != blanks.end()) {
         blank = std::ranges::find_if(blanks, [&](std::string_view one) { return name.starts_with(one); });

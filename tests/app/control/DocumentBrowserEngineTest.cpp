@@ -124,6 +124,15 @@ TEST_F(DocumentBrowserEngineTest, TheSynthesizerSoundsThroughALimiter)
     EXPECT_EQ(chain, (std::vector{limiterComponent, synthesizerComponent}));
 }
 
+TEST_F(DocumentBrowserEngineTest, TheSynthesizerRestsOnceItsMusicIsOver)
+{
+    openSlowTide();
+    EXPECT_GT(sink->render(0.5), 0.01F);
+    goOn(2.0);
+    sink->render(20.0);
+    EXPECT_EQ(sink->render(1.0), 0.0F);
+}
+
 TEST_F(DocumentBrowserEngineTest, NoSoundsAreLoadedAheadOfADocument)
 {
     root = DocumentBrowserViewController::make(services());

@@ -154,6 +154,9 @@ TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
     EXPECT_EQ(told(folder.rename(file, "")), "A name needs at least one letter.");
     EXPECT_EQ(told(folder.rename(file, " ")), "A name needs at least one letter.");
     EXPECT_EQ(told(folder.rename(file, "\t\xC2\xA0\xE3\x80\x80")), "A name needs at least one letter.");
+    for (const char* unseen : {"\u00AD", "\u180E", "\u200C", "\u200D \u2060", "\uFEFF"}) {
+        EXPECT_EQ(told(folder.rename(file, unseen)), "A name needs at least one letter.") << unseen;
+    }
     EXPECT_EQ(told(folder.rename(file, "  .mid")), "A name needs at least one letter.");
     EXPECT_EQ(told(folder.rename(file, ".a")), "A name cannot begin with a point.");
     EXPECT_EQ(told(folder.rename(file, "a/b")), "A name cannot hold a slash.");

@@ -44,14 +44,18 @@ public:
 
     bool isAudible() const override { return source != nullptr; }
 
-    void render(double seconds) const
+    // The greatest sample of the left side.
+    float render(double seconds) const
     {
         constexpr int block = 480;
         std::vector<float> left(block);
         std::vector<float> right(block);
+        float greatest = 0.0F;
         for (int blocks = static_cast<int>(seconds * 100.0); blocks > 0 && source != nullptr; --blocks) {
             source->render(left.data(), right.data(), block);
+            greatest = std::max(greatest, std::ranges::max(left));
         }
+        return greatest;
     }
 };
 
