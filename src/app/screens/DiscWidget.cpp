@@ -89,6 +89,10 @@ void DiscWidget::followCircle()
 void DiscWidget::showPosition()
 {
     followCircle();
+    if (isCirclePainted == view->isHidden) {
+        update();
+        return;
+    }
     update(discPainter.move(shown));
     if (!view->isHidden) {
         const QRegion pixels =
@@ -107,7 +111,8 @@ void DiscWidget::paintEvent(QPaintEvent* event)
     followCircle();
     bool isNew = discPainter.paint(painter, shown, side(), Appearance::shared().theme());
     view->bounds = DiscPainter::canvas(shown, side());
-    if (!view->isHidden) {
+    isCirclePainted = !view->isHidden;
+    if (isCirclePainted) {
         isNew |= circlePainter.paint(painter, *view->baseClass, view->bounds, ResizingBehavior::fitInside);
     }
     if (isNew && event->region().boundingRect() != rect()) {

@@ -59,7 +59,8 @@ private:
     DiscContent shown;
     DiscPainter discPainter;
     CirclePainter circlePainter;
-    double beat = 0.0;   // that the circle was at last
+    double beat = 0.0; // that the circle was at last
+    bool isCirclePainted = false;
     QTransform toWidget; // from the pixels of the device that was painted on
     bool isPressed = false;
     QPointF pointer{-1.0, -1.0}; // where it was last

@@ -2,37 +2,31 @@
 
 #include "app/screens/Controls.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace volvelle {
 
-LineLabel::LineLabel(QWidget* parent) : QWidget(parent)
+LineLabel::LineLabel(QWidget* parent) : QLabel(parent)
 {
+    setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 void LineLabel::setText(const QString& text)
 {
-    whole = text;
-    setAccessibleName(text);
-    updateGeometry();
+    QLabel::setText(text);
     showTip();
-    update();
 }
 
 QString LineLabel::shownText() const
 {
-    return fontMetrics().elidedText(whole, Qt::ElideMiddle, width());
-}
-
-QSize LineLabel::sizeHint() const
-{
-    return {fontMetrics().horizontalAdvance(whole), fontMetrics().height()};
+    return fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
 }
 
 void LineLabel::showTip()
 {
-    setToolTip(shownText() == whole ? QString() : plainTip(whole));
+    setToolTip(shownText() == text() ? QString() : plainTip(text()));
 }
 
 void LineLabel::paintEvent(QPaintEvent* /*event*/)
@@ -44,8 +38,16 @@ void LineLabel::paintEvent(QPaintEvent* /*event*/)
 
 void LineLabel::resizeEvent(QResizeEvent* event)
 {
-    QWidget::resizeEvent(event);
+    QLabel::resizeEvent(event);
     showTip();
+}
+
+void LineLabel::changeEvent(QEvent* event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        showTip();
+    }
 }
 
 } // namespace volvelle

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include <QLabel>
 
 namespace volvelle {
 
 // One line of plain text, cut in its middle where it has no room, with the whole in the tooltip then. It is
 // given what its neighbours leave. [main]
-class LineLabel : public QWidget {
+class LineLabel : public QLabel {
     Q_OBJECT
 
 public:
@@ -17,16 +17,13 @@ public:
     // As it is painted.
     QString shownText() const;
 
-    QSize sizeHint() const override;
-
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void showTip();
-
-    QString whole;
 };
 
 } // namespace volvelle

@@ -9,6 +9,8 @@
 #include <QPaintEvent>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace volvelle {
 namespace {
 
@@ -42,20 +44,41 @@ struct DiscWidgetTest : testing::Test {
         window.resize(600, 560);
         disc.setGeometry(40, 20, side, side);
         disc.circle()->setDelegate(&sequence);
-        DiscContent content;
         content.chords = {{0.0, "Am7"}, {4.0, "F"}, {8.0, "Dm"}};
         disc.setContent(content);
-        disc.setPlaying(true);
+        setPlaying(true);
         window.show();
         QApplication::processEvents();
         painted.take();
     }
 
-    // What is on the screen against the disc painted at once.
+    // What is on the screen against the disc painted at once, by the widget and by a fresh one.
     int difference()
     {
         const QImage shown = window.screen()->grabWindow(window.winId()).toImage();
-        return test::greatestDifference(shown, window.grab().toImage());
+        const QRect place(disc.mapTo(&window, QPoint()), disc.size());
+        return std::max(test::greatestDifference(shown, window.grab().toImage()),
+                        test::greatestDifference(shown.copy(place), pictureOfFreshOne()));
+    }
+
+    QImage pictureOfFreshOne()
+    {
+        QWidget around;
+        DiscWidget fresh(&around);
+        around.resize(window.size());
+        fresh.setGeometry(disc.geometry());
+        fresh.setContent(content);
+        fresh.setPlaying(isPlaying);
+        fresh.circle()->isHidden = disc.circle()->isHidden;
+        fresh.circle()->setDelegate(&sequence);
+        fresh.circle()->setProgress(disc.circle()->baseClass->currentBeat);
+        return around.grab().toImage().copy(fresh.geometry());
+    }
+
+    void setPlaying(bool plays)
+    {
+        isPlaying = plays;
+        disc.setPlaying(plays);
     }
 
     void moveTo(double beats)
@@ -69,6 +92,8 @@ struct DiscWidgetTest : testing::Test {
     QWidget window;
     DiscWidget disc{&window};
     PaintedPixels painted{disc};
+    DiscContent content;
+    bool isPlaying = false;
 };
 
 TEST_F(DiscWidgetTest, PaintsWhatMovesAndShowsAllOfIt)
@@ -114,12 +139,22 @@ TEST_F(DiscWidgetTest, IsPaintedWholeWhereMoreThanThePositionIsNew)
 TEST_F(DiscWidgetTest, IsPaintedWholeOnceItHasStopped)
 {
     moveTo(5.0);
-    disc.setPlaying(false);
+    setPlaying(false);
     QApplication::processEvents();
     sequence.add({0x91, 80, 127}, 6.0, 8.0);
     disc.circle()->setNeedsDisplay();
     QApplication::processEvents();
     EXPECT_LE(difference(), 4);
+}
+
+TEST_F(DiscWidgetTest, ShowsTheCircleThatComesOrGoesAsThePositionMoves)
+{
+    for (const bool isHidden : {true, false}) {
+        moveTo(isHidden ? 2.0 : 3.0);
+        disc.circle()->isHidden = isHidden;
+        moveTo(isHidden ? 2.5 : 3.5);
+        EXPECT_LE(difference(), 4) << isHidden;
+    }
 }
 
 TEST_F(DiscWidgetTest, PaintsNothingWhileItsWindowIsAway)

@@ -4,6 +4,7 @@
 #include "app/screens/LineLabel.h"
 #include "tests/app/screens/ScreensFixture.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -177,6 +178,24 @@ TEST_F(WindowTest, ShowsAShortLineWholeAndWithoutATip)
     const auto* const line = window->findChild<MessageBar*>()->findChild<LineLabel*>();
     EXPECT_EQ(line->shownText(), "'Slow tide' was moved to the trash.");
     EXPECT_EQ(line->toolTip(), "");
+}
+
+TEST_F(WindowTest, ALineIsTextForScreenReadersAndCutAnewWhereItsLettersGrow)
+{
+    writeIdea("Slow tide.mid");
+    root->refresh();
+    settle();
+    key(Qt::Key_Down);
+    key(Qt::Key_Delete);
+    auto* const line = window->findChild<MessageBar*>()->findChild<LineLabel*>();
+    const QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(line);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->role(), QAccessible::StaticText);
+    EXPECT_EQ(read->text(QAccessible::Name), "'Slow tide' was moved to the trash.");
+    QFont large = line->font();
+    large.setPixelSize(200);
+    line->setFont(large);
+    EXPECT_TRUE(line->toolTip().contains("'Slow tide' was moved to the trash."));
 }
 
 // Asks for a place, and answers with what the dialog says then.
