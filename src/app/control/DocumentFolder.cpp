@@ -154,7 +154,7 @@ std::vector<FolderDocument> DocumentFolder::documents() const
 bool DocumentFolder::contains(const fs::path& file) const
 {
     std::error_code error;
-    return fs::equivalent(file.parent_path().empty() ? fs::path(".") : file.parent_path(), folder, error);
+    return fs::equivalent(folderOf(file), folder, error);
 }
 
 Result<fs::path> DocumentFolder::takeCopy(const fs::path& file) const

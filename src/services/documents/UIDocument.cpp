@@ -40,12 +40,11 @@ bool isOneFile(const fs::path& one, const fs::path& other)
 }
 
 // Where the file stands that a link leads to.
-fs::path folderOf(const fs::path& file)
+fs::path realFolderOf(const fs::path& file)
 {
     std::error_code error;
     const fs::path real = fs::weakly_canonical(file, error);
-    const fs::path& place = error ? file : real;
-    return place.has_parent_path() ? place.parent_path() : ".";
+    return folderOf(error ? file : real);
 }
 
 Failure readFailure(const fs::path& file, OSStatus status)
@@ -85,7 +84,7 @@ void UIDocument::openWithCompletionHandler(const Completion& completion)
     }
     known.reset();
     lastFailure = withinMemory(location, "read", [this] {
-        keepLeftovers(folderOf(location));
+        keepLeftovers(realFolderOf(location));
         return read(location);
     });
     if (!lastFailure.empty()) {
@@ -180,7 +179,7 @@ Result<> UIDocument::write(const fs::path& url, UIDocumentSaveOperation operatio
     } else if (fs::is_fifo(kind)) {
         return failure(concat("'", url.string(), "' could not be written: it is a pipe."));
     }
-    keepLeftovers(folderOf(url));
+    keepLeftovers(realFolderOf(url));
     const bool overwrites = operation == UIDocumentSaveOperation::forOverwriting;
     const bool isOwn = overwrites && isOneFile(url, location);
     Result<> kept = isOwn ? keepOther() : Result<>();

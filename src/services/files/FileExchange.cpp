@@ -2,6 +2,7 @@
 
 #include "base/PendingFiles.h"
 #include "services/files/FileFailure.h"
+#include "services/files/FileNames.h"
 #include "services/files/NewFile.h"
 
 #include <cerrno>
@@ -224,7 +225,7 @@ void FileExchange::syncFolders() const
         changed.insert(folder);
     }
     for (const fs::path& folder : made) {
-        changed.insert(folder.has_parent_path() ? folder.parent_path() : ".");
+        changed.insert(folderOf(folder));
     }
     for (const fs::path& folder : changed) {
         sync(folder);

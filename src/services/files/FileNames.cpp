@@ -25,6 +25,11 @@ std::string wholeLetters(const std::string& name, std::size_t bytes)
 
 } // namespace
 
+std::filesystem::path folderOf(const std::filesystem::path& file)
+{
+    return file.has_parent_path() ? file.parent_path() : ".";
+}
+
 std::string fileEnding(const std::filesystem::path& file)
 {
     std::string ending = file.extension().string();

@@ -5,6 +5,9 @@
 
 namespace volvelle {
 
+// The folder that a file stands in by its name: "." where that names none. [any]
+std::filesystem::path folderOf(const std::filesystem::path& file);
+
 // What follows the last point of a file's name, with the point and in small letters; empty for none. [any]
 std::string fileEnding(const std::filesystem::path& file);
 

@@ -1,5 +1,6 @@
 #include "services/files/MoveFile.h"
 
+#include "services/files/FileNames.h"
 #include "services/files/SafeFile.h"
 
 #include <cerrno>
@@ -16,7 +17,7 @@ namespace {
 
 void syncFolderOf(const std::filesystem::path& file)
 {
-    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    const std::filesystem::path folder = folderOf(file);
     const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (opened >= 0) {
         fsync(opened);

@@ -51,11 +51,6 @@ int followLinks(std::filesystem::path& path)
     return ELOOP;
 }
 
-std::filesystem::path folderOf(const std::filesystem::path& file)
-{
-    return file.has_parent_path() ? file.parent_path() : ".";
-}
-
 bool renameWith(unsigned flags, const std::string& from, const std::filesystem::path& to)
 {
     return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0;

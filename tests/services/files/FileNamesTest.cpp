@@ -9,6 +9,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+TEST(FileNames, AFileWithoutAFolderStandsInThisOne)
+{
+    EXPECT_EQ(folderOf("a/b/c.mid"), "a/b");
+    EXPECT_EQ(folderOf("/c.mid"), "/");
+    EXPECT_EQ(folderOf("c.mid"), ".");
+    EXPECT_EQ(folderOf(""), ".");
+}
+
 TEST(FileNames, AnEndingStandsInSmallLetters)
 {
     EXPECT_EQ(fileEnding("a/B.C.MiD"), ".mid");
