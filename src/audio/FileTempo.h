@@ -7,7 +7,7 @@
 
 namespace volvelle {
 
-// A stretch of a block without a change of tempo, and where the file stands behind it.
+// A stretch of a block without a change of tempo, and where the file stands after it.
 struct FileStep {
     int frames = 0;
     std::int64_t sample = 0; // of the file

@@ -28,7 +28,7 @@ struct Request {
     std::function<int(CommandOutput&)> action;
 };
 
-// A command with its purpose and what its help ends with; options for all are understood behind it, too.
+// A command with its purpose and what its help ends with; options for all are understood after it, too.
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& purpose,
                      const std::string& footer);
 

@@ -4,6 +4,9 @@
 
 namespace volvelle {
 
+// Sample frames of a beat at 48,000 Hz and 120 beats a minute.
+inline constexpr double usualSamplesPerBeat = 24000.0;
+
 // The three bytes of a Set Tempo record, and the number that they stand for.
 struct Tempo {
     std::uint8_t b1 = 0;

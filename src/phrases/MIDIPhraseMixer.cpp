@@ -3,6 +3,7 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "midi/MIDIDefinitions.h"
+#include "midi/Tempo.h"
 #include "phrases/ArrangementTracks.h"
 #include "phrases/PhraseEventWriter.h"
 
@@ -12,8 +13,6 @@
 namespace volvelle {
 
 namespace {
-
-constexpr double samplesPerBeat = 24000.0; // at 48,000 Hz and 120 beats a minute
 
 std::optional<std::uint8_t> statusOf(const PhraseEvent& event)
 {
@@ -36,7 +35,7 @@ std::optional<std::uint8_t> statusOf(const PhraseEvent& event)
 
 std::int64_t samples(double beats)
 {
-    return checkedCast<std::int64_t>(beats * samplesPerBeat);
+    return checkedCast<std::int64_t>(beats * usualSamplesPerBeat);
 }
 
 } // namespace

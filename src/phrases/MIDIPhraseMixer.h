@@ -4,6 +4,7 @@
 #include "phrases/MIDIChordPhrase.h"
 #include "phrases/MIDIPhrase.h"
 #include "sequence/MIDISequence16.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <filesystem>
@@ -28,9 +29,9 @@ public:
     std::shared_ptr<MIDIPhrase> drumTrack0;
     std::shared_ptr<MIDIPhrase> polyMeter0;
     std::shared_ptr<MIDIPhrase> polyRhythm0;
-    std::array<bool, 16> activeState{};       // by channel; all but channel 10 at the start
-    std::shared_ptr<MIDISequence16> sequence; // the last mix as a sequence, null before
-    PhraseEvents mixedEvents;                 // the last mix; the tracks' own objects
+    std::array<bool, channelCount> activeState{}; // by channel; all but channel 10 at the start
+    std::shared_ptr<MIDISequence16> sequence;     // the last mix as a sequence, null before
+    PhraseEvents mixedEvents;                     // the last mix; the tracks' own objects
 
     // Does nothing.
     virtual void loadTrack(int track, const std::filesystem::path& url);

@@ -6,6 +6,7 @@
 #include "sequence/NodePlace.h"
 #include "sequence/SequenceFoundDelegate.h"
 #include "services/musicsequence/MusicSequence.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <cstdint>
@@ -263,7 +264,7 @@ protected:
 
 private:
     std::vector<std::shared_ptr<ChannelAssignment>> channelAssignments;
-    std::array<std::uint8_t, 16> patches{};
+    std::array<std::uint8_t, channelCount> patches{};
 };
 
 } // namespace volvelle

@@ -5,6 +5,7 @@
 #include "sequence/NodePlace.h"
 #include "sequence/SequenceReadingReport.h"
 #include "services/musicsequence/TrackWalk.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <cstdint>
@@ -16,7 +17,7 @@ namespace volvelle {
 // Lives as long as one walk.
 class SequenceReader {
 public:
-    using Patches = std::array<std::uint8_t, 16>; // program per channel
+    using Patches = std::array<std::uint8_t, channelCount>; // program per channel
 
     // Notes what it reads of channels in `channelOfTrack` and `programs`.
     SequenceReader(MIDISequence& owner, NodePlace placeOfNode,

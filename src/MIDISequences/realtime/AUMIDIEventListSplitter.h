@@ -2,6 +2,7 @@
 
 #include "MIDISequences/ChannelFilter.h"
 #include "MIDISequences/realtime/RenderEventList.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <vector>
@@ -24,7 +25,7 @@ public:
     int NUMSAMPLERS = 16;                  // instances; more than 16 have no place
     std::vector<AUMIDIEvent> tempListME;   // passed the filters in the last split, at most three bytes each
     std::vector<AURenderEvent> tempListRE; // those of them that were kept
-    std::array<AURenderEvent*, 16> channelHeads{}; // by channel, owned
+    std::array<AURenderEvent*, channelCount> channelHeads{}; // by channel, owned
 
     // The MIDI events of the list for that instance, in their order; null where there are none, or for an
     // instance out of range. Of the system messages a channel gets those whose low four bits are its number,

@@ -2,6 +2,7 @@
 
 #include "MIDISequences/AUMIDIEventEx.h"
 #include "base/SerialQueue.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <atomic>
@@ -29,7 +30,7 @@ public:
     std::atomic<std::uint64_t> droppedNotes{0}; // found no room in runningNotes since the beginning
 
 private:
-    std::array<bool, 16> isSustained{}; // by channel
+    std::array<bool, channelCount> isSustained{}; // by channel
 
 public:
     // Empties both lists and lifts the pedals.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/WallClock.h"
+#include "midi/Tempo.h"
 #include "sequence/MIDISequence.h"
 
 #include <cstdint>
@@ -29,7 +30,7 @@ public:
     };
 
     static constexpr std::uint16_t trackCount = 16;
-    static constexpr double samplesPerBeat = 24000.0; // at 48,000 Hz and 120 beats per minute
+    static constexpr double samplesPerBeat = usualSamplesPerBeat;
 
 private:
     std::vector<MusicTrack> tracks;                  // stays empty

@@ -11,7 +11,7 @@ struct RenderEventChain {
     AURenderEvent* head = nullptr;
     AURenderEvent* tail = nullptr;
 
-    // A copy of the record with `record.length` bytes, behind the last one. It may be changed.
+    // A copy of the record with `record.length` bytes, after the last one. It may be changed.
     AUMIDIEvent& append(const AUMIDIEvent& record, const std::uint8_t* bytes)
     {
         return append(makeRenderEvent(record, bytes));

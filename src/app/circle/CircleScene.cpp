@@ -2,6 +2,7 @@
 
 #include "app/circle/GraphicsContext.h"
 #include "base/Checked.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <iterator>
@@ -64,7 +65,7 @@ std::vector<CircleScene::Note> CircleScene::notesOf(MIDICircleViewBase& circle)
     for (int i = 0; std::cmp_less(i, events.size()); ++i) {
         const AUMIDIEventEx& event = required(checkedAt(events, i));
         const std::uint8_t* bytes = event.pEvent()->data;
-        if ((bytes[0] & 0xF0) == 0x90) {
+        if (kindOf(bytes[0]) == STATUS_NOTEON) {
             found.push_back({i, bytes[0], bytes[1], bytes[2], event.beats, event.duration});
         }
     }

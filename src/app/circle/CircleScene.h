@@ -2,6 +2,7 @@
 
 #include "app/circle/CircleDrawing.h"
 #include "app/circle/MIDICircleViewBase.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 #include <cstdint>
@@ -43,7 +44,7 @@ private:
         bool hasDelegate = false;
         double beatCount = 0.0;
         double progression = 0.0;
-        std::array<UIColor, 16> colors;
+        std::array<UIColor, channelCount> colors;
 
         bool operator==(const Ground&) const = default;
     };

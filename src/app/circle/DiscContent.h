@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/circle/MIDICircleViewDelegate.h"
+
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ struct DiscContent {
         bool operator==(const Chord&) const = default;
     };
 
-    double beats = 16.0; // of a full turn
+    double beats = usualBeats; // of a full turn
     double beatsPerBar = 4.0;
     std::vector<Chord> chords; // by position
     double position = 0.0;     // beats

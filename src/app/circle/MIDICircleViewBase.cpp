@@ -2,6 +2,7 @@
 
 #include "app/circle/GraphicsContext.h"
 #include "base/Checked.h"
+#include "wire/ShortMessage.h"
 
 #include <algorithm>
 #include <numbers>
@@ -60,7 +61,7 @@ void clipToCanvas(GraphicsContext& context)
 
 } // namespace
 
-const std::array<UIColor, 16>& MIDICircleViewBase::getChannelColors() const
+const std::array<UIColor, channelCount>& MIDICircleViewBase::getChannelColors() const
 {
     return channelColors;
 }
@@ -126,7 +127,7 @@ void MIDICircleViewBase::drawSymbolNotes(const CGRect& frame, ResizingBehavior r
 void MIDICircleViewBase::drawEvent(const AUMIDIEventEx& event)
 {
     const std::uint8_t* bytes = event.pEvent()->data;
-    if ((bytes[0] & 0xF0) != 0x90) {
+    if (kindOf(bytes[0]) != STATUS_NOTEON) {
         return;
     }
     GraphicsContext& context = GraphicsContext::current();
@@ -137,7 +138,7 @@ void MIDICircleViewBase::drawEvent(const AUMIDIEventEx& event)
     const SavedState clipped(context);
     clipToCanvas(context);
     drawSymbolNote(canvas, ResizingBehavior::stretch, noteWidth, bytes[1] + 24.0, event.duration, event.beats,
-                   channelColors.at(bytes[0] & 0x0F).withAlpha(opacity));
+                   channelColors.at(static_cast<std::size_t>(channelOf(bytes[0]))).withAlpha(opacity));
 }
 
 void MIDICircleViewBase::drawSymbolMain(const CGRect& frame, ResizingBehavior resizing)
@@ -163,7 +164,7 @@ bool MIDICircleViewBase::isThick(double start, double position)
 
 double MIDICircleViewBase::newBeatLength()
 {
-    return delegate == nullptr ? 16.0 : delegate->getBeatCount();
+    return delegate == nullptr ? usualBeats : delegate->getBeatCount();
 }
 
 } // namespace volvelle

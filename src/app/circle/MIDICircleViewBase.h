@@ -3,6 +3,7 @@
 #include "app/circle/MIDICircleViewDelegate.h"
 #include "app/circle/ResizingBehavior.h"
 #include "app/circle/UIColor.h"
+#include "wire/ShortMessage.h"
 
 #include <array>
 
@@ -26,19 +27,19 @@ public:
     UIColor colorMain{0.753, 0.753, 0.753, 1.0};
 
 private:
-    std::array<UIColor, 16> channelColors;
+    std::array<UIColor, channelCount> channelColors;
 
 public:
     // The colours of the sixteen channels.
-    virtual const std::array<UIColor, 16>& getChannelColors() const;
+    virtual const std::array<UIColor, channelCount>& getChannelColors() const;
 
     // Sixteen hues go evenly around, each as bright and saturated as the seed.
     virtual void makeColors();
 
-    double beatLength = 16.0;      // beats of a full turn
-    double noteWidth = 2.0;        // units, of the note that is drawn
-    double progressionValue = 0.0; // full turns of the whole picture
-    double currentBeat = 0.0;      // position in beats
+    double beatLength = usualBeats; // of a full turn
+    double noteWidth = 2.0;         // units, of the note that is drawn
+    double progressionValue = 0.0;  // full turns of the whole picture
+    double currentBeat = 0.0;       // position in beats
 
     // One note in its place.
     virtual void drawSymbolNote(const CGRect& frame = canvas,

@@ -7,6 +7,9 @@
 
 namespace volvelle {
 
+// Beats of a full turn where nothing tells them, and the fewest that there are.
+inline constexpr double usualBeats = 16.0;
+
 // What the circle asks for: the events that it draws and how long they last. [any]
 class MIDICircleViewDelegate {
 public:

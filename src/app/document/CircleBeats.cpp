@@ -1,5 +1,6 @@
 #include "app/document/CircleBeats.h"
 
+#include "app/circle/MIDICircleViewDelegate.h"
 #include "base/Checked.h"
 
 #include <algorithm>
@@ -9,8 +10,7 @@ namespace volvelle {
 
 double circleBeats(double length)
 {
-    constexpr std::int64_t fewest = 16;
-    return static_cast<double>(std::max(fewest, checkedCast<std::int64_t>(length)));
+    return std::max(usualBeats, static_cast<double>(checkedCast<std::int64_t>(length)));
 }
 
 } // namespace volvelle

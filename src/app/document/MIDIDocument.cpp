@@ -115,7 +115,7 @@ void MIDIDocument::resolveDocumentConflict()
 
 void MIDIDocument::handleError(const std::string& error, bool /*userInteractionPermitted*/)
 {
-    directPrint("MIDIDocument::handleError() : Error: " + error);
+    directPrint("MIDIDocument::handleError() : Error: ", error);
 }
 
 } // namespace volvelle

@@ -79,7 +79,7 @@ bool DiscWidget::isOnDisc(const QPointF& point) const
 void DiscWidget::followCircle()
 {
     const MIDICircleViewDelegate* hasMusic = view->delegate();
-    shown.beats = hasMusic != nullptr ? view->delegate()->getBeatCount() : 16.0;
+    shown.beats = hasMusic != nullptr ? view->delegate()->getBeatCount() : usualBeats;
     const bool movesByBeats = shown.isPlaying && Appearance::reducesMotion();
     const double position = view->baseClass->currentBeat;
     shown.position = movesByBeats ? std::floor(position) : position;

@@ -20,11 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t longestUsual = 230; // bytes of a name, behind which the trash has its own endings
+constexpr std::size_t longestUsual = 230; // bytes of a name, after which the trash has its own endings
 constexpr int longestOwn = 50;            // letters
 constexpr int mostNumbers = 100'000;      // of files with one name
 
-// A name in UTF-8 with room for what the trash puts behind it.
+// A name in UTF-8 with room for what the trash puts after it.
 bool isUsualName(const fs::path& file)
 {
     const std::string name = file.filename().string();

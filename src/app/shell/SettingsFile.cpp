@@ -28,7 +28,7 @@ std::string unquoted(const QString& key)
     return key == emptyKey ? "" : QByteArray::fromPercentEncoding(key.toUtf8()).toStdString();
 }
 
-// A kind with this behind it has its text as bytes, since it would not come back as it is.
+// A kind that ends in this has its text as bytes, since it would not come back as it is.
 const QString asBytes = " in bytes";
 
 bool isPlain(const std::string& words)

@@ -14,7 +14,7 @@ public:
     // Holds up to `count` elements.
     explicit BoundedQueue(std::size_t count) : slots(count + 1) {}
 
-    // False where the queue is full. (pushing thread)
+    // False where the queue is full. [any] The one that pushes.
     bool push(const T& value) noexcept
     {
         const std::size_t tail = end.load(std::memory_order_relaxed);
@@ -32,7 +32,7 @@ public:
         return following(end.load(std::memory_order_relaxed)) == begin.load(std::memory_order_acquire);
     }
 
-    // False where the queue is empty. (popping thread)
+    // False where the queue is empty. [any] The one that pops.
     bool pop(T& value) noexcept
     {
         const std::size_t head = begin.load(std::memory_order_relaxed);

@@ -13,14 +13,14 @@ template <typename T>
     requires std::is_trivially_copyable_v<T>
 class LatestValue {
 public:
-    // (writing thread)
+    // [any] The one that writes.
     void write(const T& value) noexcept
     {
         slots[own] = value;
         own = middle.exchange(own | fresh, std::memory_order_acq_rel) & ~fresh;
     }
 
-    // True where the value is another than at the last reading. (reading thread)
+    // True where the value is another than at the last reading. [any] The one that reads.
     bool update() noexcept
     {
         if ((middle.load(std::memory_order_relaxed) & fresh) == 0) {
@@ -30,7 +30,7 @@ public:
         return true;
     }
 
-    // The value of the last update(). (reading thread)
+    // The value of the last update(). [any] The one that reads.
     const T& read() const noexcept { return slots[seen]; }
 
 private:

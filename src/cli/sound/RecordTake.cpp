@@ -80,7 +80,7 @@ bool RecordTake::add(std::int64_t position, std::span<const std::uint8_t> messag
     return true;
 }
 
-// An end comes a tick behind its beginning at least: a note without length would be lost. The recorder knows
+// An end comes a tick after its beginning at least: a note without length would be lost. The recorder knows
 // no message that ends all notes.
 std::int64_t RecordTake::placeOf(const AUMIDIEvent& event, std::int64_t position)
 {

@@ -14,7 +14,7 @@ namespace volvelle {
 // An input through the kernel's sequencer, that hears one port, or one that others connect to.
 class RtMidiInput : public MIDIInput {
 public:
-    // Hands what comes to the receiver from now on; the port is opened behind this.
+    // Hands what comes to the receiver from now on; the port is opened after this.
     RtMidiInput(std::unique_ptr<RtMidiIn> input, std::shared_ptr<MIDIReceiver> target);
 
     bool isLost() override;

@@ -48,7 +48,7 @@ inline constexpr MusicTrackProperty kSequenceTrackProperty_MuteStatus = 2;      
 inline constexpr MusicTrackProperty kSequenceTrackProperty_SoloStatus = 3;          // bool, 1 byte
 inline constexpr MusicTrackProperty kSequenceTrackProperty_AutomatedParameters = 4; // bool, 1 byte
 inline constexpr MusicTrackProperty kSequenceTrackProperty_TrackLength = 5;         // double, beats
-inline constexpr MusicTrackProperty kSequenceTrackProperty_TimeResolution = 6;      // int16, pulses a beat
+inline constexpr MusicTrackProperty kSequenceTrackProperty_TimeResolution = 6; // int16, ticks to the beat
 
 struct MusicTrackLoopInfo {
     double loopDuration = 0.0;      // beats

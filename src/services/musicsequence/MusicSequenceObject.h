@@ -20,7 +20,7 @@ public:
     MusicTrack tempoTrack; // never null
     std::vector<MusicTrack> tracks;
     std::vector<std::string> loadWarnings;
-    std::int16_t loadDivision = 480; // pulses a beat
+    std::int16_t loadDivision = 480; // ticks to the beat
 
     // The place in the list, without a value for a track that is not in it.
     std::optional<std::uint32_t> indexOf(const MusicTrack& track) const;

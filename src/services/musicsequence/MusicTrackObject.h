@@ -20,7 +20,7 @@ public:
     bool isMuted = false;
     bool isSolo = false;
     bool hasAutomatedParameters = false;
-    std::int16_t timeResolution = 480; // pulses a beat
+    std::int16_t timeResolution = 480; // ticks to the beat
 
     // True for the tempo track of its sequence.
     bool isTempoTrack() const;

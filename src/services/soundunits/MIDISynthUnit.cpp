@@ -222,11 +222,4 @@ void MIDISynthUnit::renderBlock(const float*, const float*, float* left, float* 
     }
 }
 
-void registerMIDISynth(const SynthesizerOptions& options, const std::optional<std::filesystem::path>& builtIn)
-{
-    registerAudioComponent(synthesizerComponent, [=](const AudioComponentDescription& description) {
-        return std::make_shared<MIDISynthUnit>(description, options, builtIn);
-    });
-}
-
 } // namespace volvelle

@@ -83,15 +83,11 @@ private:
         std::uint8_t lsb = 0;
     };
 
-    std::array<BankSelect, 16> preloadBanks{};
+    std::array<BankSelect, channelCount> preloadBanks{};
     Handoff<Synthesizer> synthesizers;
     BoundedQueue<SoundChoice> missing; // render thread to main thread
     DeviceState device;                // render thread: what the messages have set
     std::atomic<int> voices{0};
 };
-
-// Makes the component known, so that an AVAudioUnitMIDIInstrument finds it. [main]
-void registerMIDISynth(const SynthesizerOptions& options = {},
-                       const std::optional<std::filesystem::path>& builtIn = std::nullopt);
 
 } // namespace volvelle

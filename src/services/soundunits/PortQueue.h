@@ -23,14 +23,14 @@ public:
 
     explicit PortQueue(std::size_t capacity = standardCapacity);
 
-    // False where a message finds no room; it is dropped then. (pushing thread)
+    // False where a message finds no room; it is dropped then. [any] The one that pushes.
     bool push(Moment due, std::span<const std::uint8_t> message) noexcept;
 
     // Pushes what popping gives as an empty message: all that sounds is to end. Never refused.
-    // (pushing thread)
+    // [any] The one that pushes.
     void pushEnd(Moment due) noexcept;
 
-    // False where the queue is empty. (popping thread)
+    // False where the queue is empty. [any] The one that pops.
     bool pop(Moment& due, std::vector<std::uint8_t>& message);
 
 private:
@@ -46,7 +46,7 @@ private:
     std::vector<std::uint8_t> bytes;
     std::atomic<std::size_t> begin{0}; // bytes popped since the start
     std::atomic<std::size_t> end{0};   // bytes pushed since the start
-    PortSounds sounds;                 // pushing thread: after all that was pushed
+    PortSounds sounds;                 // of who pushes: after all that was pushed
 };
 
 } // namespace volvelle

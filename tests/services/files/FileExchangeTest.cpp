@@ -3,7 +3,7 @@
 #include "base/PendingFiles.h"
 #include "services/files/SafeFile.h"
 #include "tests/services/documents/SystemCalls.h"
-#include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

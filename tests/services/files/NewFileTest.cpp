@@ -3,8 +3,9 @@
 #include "base/PendingFiles.h"
 #include "services/files/SafeFile.h"
 #include "tests/services/files/FileSizeLimit.h"
-#include "tests/services/musicsequence/SequenceTools.h"
 #include "tests/support/AllocationCount.h"
+#include "tests/support/Bytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <array>
 #include <cerrno>

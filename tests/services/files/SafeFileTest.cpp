@@ -2,7 +2,8 @@
 
 #include "services/files/FileFailure.h"
 #include "tests/services/files/FileSizeLimit.h"
-#include "tests/services/musicsequence/SequenceTools.h"
+#include "tests/support/Bytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <array>
 #include <cerrno>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/musicsequence/MusicSequence.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -11,9 +12,6 @@
 
 // Short words for sequences in tests. Each fails the test where the service fails.
 namespace volvelle::test {
-
-using Bytes = std::vector<std::uint8_t>;
-using Lines = std::vector<std::string>;
 
 MusicSequence newSequence();
 MusicTrack newTrack(const MusicSequence& sequence);
@@ -40,8 +38,7 @@ void setLength(const MusicTrack& track, double length);
 // "0.0 extended 1.0", "0.0 parameter 7", "0.0 preset 7".
 Lines eventsOf(const MusicTrack& track);
 
-// "4D 54" as two bytes; white space is free, and text between quotation marks stands for its characters.
-Bytes hex(std::string_view digits);
+// " 4D 54" for two bytes.
 std::string hexOf(const Bytes& bytes);
 
 // A header of the format with the count of tracks and the division, and the bytes as track chunks.

@@ -4,6 +4,7 @@
 #include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
 #include "services/audiograph/graph/AudioUnitCalls.h"
 #include "services/synthesizer/SoundBanks.h"
+#include "tests/services/soundunits/KnownSynth.h"
 #include "tests/services/synthesizer/LargeBank.h"
 #include "tests/support/ConsoleCapture.h"
 #include "tests/support/HandClock.h"
@@ -29,7 +30,7 @@ protected:
     MIDISynthUnitTest()
     {
         setResourcesFolder(test::buildFolder() / "resources");
-        registerMIDISynth();
+        test::registerMIDISynth();
         engine->enableManualRenderingMode(blockFrames);
     }
 
@@ -184,7 +185,7 @@ TEST_F(MIDISynthUnitTest, PropertiesAreHeldToTheirShape)
 TEST_F(MIDISynthUnitTest, TheFirstBankThatComesLateFindsTheChannelsAsTheyStand)
 {
     setResourcesFolder("/nowhere");
-    registerMIDISynth({}, "/nowhere/bank.dls");
+    test::registerMIDISynth({}, "/nowhere/bank.dls");
     test::ConsoleCapture capture;
     begin();
     EXPECT_EQ(capture.take(),
@@ -205,7 +206,7 @@ TEST_F(MIDISynthUnitTest, AReplacedSynthesizerIsFreedWithinASecondWhileTheEngine
     test::HandClock clock;
     const test::LargeBank large;
     engine->disableManualRenderingMode();
-    registerMIDISynth({}, large.path);
+    test::registerMIDISynth({}, large.path);
     begin();
     const auto render = [this] { engine->render(left.data(), right.data(), blockFrames); };
     render();

@@ -7,6 +7,7 @@
 #include "services/audiograph/sequencer/AVMusicTrack.h"
 #include "services/soundunits/MIDISynthUnit.h"
 #include "tests/services/audiograph/sequencer/Song.h"
+#include "tests/services/soundunits/KnownSynth.h"
 #include "tests/support/ProjectFolders.h"
 #include "tests/support/RealtimeGuard.h"
 

@@ -4,6 +4,7 @@
 #include "base/Paths.h"
 #include "services/audiograph/sequencer/AVMusicTrack.h"
 #include "services/soundunits/MIDISynthUnit.h"
+#include "tests/services/soundunits/KnownSynth.h"
 
 #include <algorithm>
 #include <cmath>

@@ -131,7 +131,7 @@ void SequencerEvents::readMeta(const MIDIMetaEvent& meta)
     }
 }
 
-// Exclusives stand on a track of their own, behind those of the channels: a reset comes before what is set
+// Exclusives stand on a track of their own, after those of the channels: a reset comes before what is set
 // after it at the same time.
 void SequencerEvents::order()
 {
