@@ -4,6 +4,8 @@
 #include "base/Console.h"
 #include "wire/MIDIConstants.h"
 
+#include <utility>
+
 namespace volvelle {
 
 namespace {
@@ -95,13 +97,13 @@ void AUMIDIRecorder::save(const std::filesystem::path& url)
     }
 }
 
-bool AUMIDIRecorder::writeDown()
+bool AUMIDIRecorder::writeDown(std::shared_ptr<MIDIRecorder> into)
 {
     if (getCount() == 0) {
         debugprint("AUMIDIRecorder::save() : ERROR: The recorder list is empty.");
         return false;
     }
-    recorder = std::make_shared<MIDIRecorder>();
+    recorder = into ? std::move(into) : std::make_shared<MIDIRecorder>();
     recorder->setRecordTempo(usualTempo);
     recorder->start();
     sort();

@@ -45,9 +45,9 @@ public:
     // recorded is kept; notes without an end are not written.
     virtual void save(const std::filesystem::path& url);
 
-    // Does all of save() but writing a file: what was recorded stands in a new `recorder` then. False where
-    // nothing was recorded, which the log tells.
-    bool writeDown();
+    // Does all of save() but writing a file: what was recorded stands in `recorder` then, which is `into`, or
+    // a new one for null. False where nothing was recorded, which the log tells.
+    bool writeDown(std::shared_ptr<MIDIRecorder> into = nullptr);
 };
 
 } // namespace volvelle

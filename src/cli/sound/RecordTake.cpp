@@ -1,11 +1,12 @@
 #include "cli/sound/RecordTake.h"
 
-#include "cli/sound/LongExclusives.h"
+#include "cli/sound/TakeRecorder.h"
 #include "sequence/SequenceFileBytes.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <memory>
 
 namespace volvelle {
 
@@ -50,9 +51,9 @@ std::vector<int> RecordTake::keys() const
 Result<std::vector<std::uint8_t>> RecordTake::file()
 {
     std::vector<std::uint8_t> bytes;
-    const bool isWhole = recorder.writeDown() && restoreLongExclusives(recorder) == noErr &&
-                         sequenceFileBytes(recorder.recorder->getMusicSequence(), bytes) == noErr &&
-                         !bytes.empty();
+    const auto written = std::make_shared<TakeRecorder>();
+    const bool isWhole = recorder.writeDown(written) && written->status == noErr &&
+                         sequenceFileBytes(written->getMusicSequence(), bytes) == noErr && !bytes.empty();
     if (!isWhole) {
         return failure("The recording could not be turned into a MIDI file.");
     }

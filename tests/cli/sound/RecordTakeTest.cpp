@@ -1,5 +1,6 @@
 #include "cli/sound/RecordTake.h"
 #include "base/Text.h"
+#include "services/musicsequence/FaultPoint.h"
 #include "tests/cli/sound/TakeLines.h"
 
 #include <chrono>
@@ -90,6 +91,33 @@ TEST_F(RecordTakeTest, ExclusivesOfAnyLengthStandInTheFileWhole)
     EXPECT_EQ(take.dropped(), 0U);
     EXPECT_EQ(linesOfFile(), expected);
     EXPECT_EQ(linesOfFile(), expected);
+}
+
+TEST_F(RecordTakeTest, ALongExclusiveKeepsItsPlaceAmongWhatCameWithIt)
+{
+    hear(0.5, {0xB0, 7, 1});
+    hear(0.5, exclusiveOf(1502));
+    hear(0.5, {0xF0, 0x22, 0xF7});
+    hear(0.5, {0xB0, 7, 2});
+    hear(0.5, exclusiveOf(1503));
+    hear(0.5, {0x90, 60, 1});
+    hear(0.5, {0xC0, 5});
+    hear(1.0, {0x80, 60, 2});
+    EXPECT_EQ(linesOfFile(), (Lines{"1.0 message 176 7 1", concat("1.0 raw ", text(exclusiveOf(1502))),
+                                    "1.0 raw [240, 34, 247]", "1.0 message 176 7 2",
+                                    concat("1.0 raw ", text(exclusiveOf(1503))), "1.0 message 192 5 0",
+                                    "1.0 note 0 60 1 2 1.0"}));
+}
+
+TEST_F(RecordTakeTest, ALongExclusiveThatCannotBeWrittenIsAFailure)
+{
+    hear(0.0, exclusiveOf(1502));
+    hear(0.5, exclusiveOf(1503));
+    setFault(MusicSequenceOperation::MusicTrackNewMIDIRawDataEvent, {-1, 0, 1});
+    const auto file = take.file();
+    clearFaults();
+    EXPECT_EQ(file.error(), "The recording could not be turned into a MIDI file.");
+    EXPECT_TRUE(take.file());
 }
 
 TEST_F(RecordTakeTest, ALongerExclusiveIsCounted)
