@@ -23,8 +23,7 @@ namespace volvelle {
 // place, below 120 beats a minute within a sample of the file; at 120 it stands exactly there. An
 // exclusive above 1,040 bytes, which the list cuts short, is left out.
 //
-// What the chain of a cycle stamps behind the block sounds with the first frame of the next, what it stamps
-// before the block with that block's first. No record sounds later than one that follows it in the chain.
+// Records sound where stampInOrder() puts them, those that it leaves to the next block with its first frame.
 //
 // The main thread operates, the render thread plays. A block that meets an operation plays on without the
 // file, which waits. [main]

@@ -1,6 +1,7 @@
 #include "MIDISequences/RenderEventPool.h"
 #include "MIDISequences/realtime/AUMIDISequencerHold.h"
 #include "MIDISequences/realtime/AUMIDISequencerRenderScope.h"
+#include "MIDISequences/realtime/RenderEventStamps.h"
 #include "audio/SequencedUnit.h"
 #include "base/realtime/AudioSource.h"
 
@@ -19,28 +20,6 @@ double rateFor(std::int64_t samples, int frames)
     const double rate = static_cast<double>(samples) / frames;
     const bool isShort = frames * rate < static_cast<double>(samples);
     return isShort ? std::nextafter(rate, std::numeric_limits<double>::infinity()) : rate;
-}
-
-AURenderEvent* reversed(AURenderEvent* chain)
-{
-    AURenderEvent* result = nullptr;
-    while (chain != nullptr) {
-        AURenderEvent* const next = std::exchange(chain->head.next, result);
-        result = std::exchange(chain, next);
-    }
-    return result;
-}
-
-// Stamps each record with the least stamp from it on, from `begin` to `end`.
-void stampInOrder(AURenderEvent* chain, std::int64_t begin, std::int64_t end)
-{
-    AURenderEvent* const last = reversed(chain);
-    std::int64_t least = end;
-    for (AURenderEvent* record = last; record != nullptr; record = record->head.next) {
-        least = std::max(begin, std::min(least, record->head.eventSampleTime));
-        record->head.eventSampleTime = least;
-    }
-    reversed(last);
 }
 
 // Of a channel message the bytes that it has on the wire, a whole exclusive, and nothing of all else: meta
@@ -122,13 +101,8 @@ void SequencedUnit::noteEnd(bool hasMoved) noexcept
 
 void SequencedUnit::schedule(AURenderEvent* chain, int place, int frames) noexcept
 {
-    AURenderEvent* record = chain;
-    for (int i = 0; i < sequencer.cleanupCount; ++i) {
-        record->head.eventSampleTime = time;
-        record = record->head.next;
-    }
-    stampInOrder(chain, time, time + frames);
-    for (record = chain; record != nullptr; record = record->head.next) {
+    stampInOrder(chain, sequencer.cleanupCount, time, frames);
+    for (const AURenderEvent* record = chain; record != nullptr; record = record->head.next) {
         send(record->MIDI, place + record->head.eventSampleTime - time);
     }
 }

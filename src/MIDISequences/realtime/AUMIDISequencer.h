@@ -61,7 +61,7 @@ public:
     std::atomic<std::uint8_t> cable{1}; // of generated events
 
     // The records at the head of the last cycle's chain that end running notes. They are stamped in the
-    // file's time, where their notes began. [render]
+    // file's time, where their notes began; they sound at the block's first frame. [render]
     int cleanupCount = 0;
 
     // Empties the lists and stops, without a line. Status filter, rate, sequence and `seeking` stay. [main]
@@ -113,18 +113,18 @@ public:
 
     // The records due from `time` to the end of the block, that included; valid until the next call, which
     // takes them back. Null for none. First come records that end running notes (see cleanupCount), then what
-    // was sent, a sample apart, then the file's; an event at the end has the next block's first frame.
+    // was sent, a sample apart, then the file's; an event at the end has the next block's first frame. What
+    // was sent may so be stamped behind the file's, or behind the block: stampInOrder() of
+    // RenderEventStamps.h tells where each sounds.
     // - A late note is dropped and told; any other late event is told and has immediateTime.
     // - Time 0 gives nothing of the file.
     // - What begins with a byte below 0x80 or with 0xF0 passes all filters. The low nibble of other system
-    // and
-    //   meta events counts as their channel.
+    //   and meta events counts as their channel.
     // - A file ends with its last event: where that one is filtered or dropped, it does not end, and whoever
     //   hosts the sequencer stops it by getDurationInSamples(). A file that ended stands at 0, one that loops
     //   sounds again from the next cycle on.
     // - A tempo that is no number, or that makes the block too long for 64 bits, is a fatal stop where the
-    // file
-    //   plays; one of 0, where an event is due.
+    //   file plays; one of 0, where an event is due.
     virtual AURenderEvent* process(std::int64_t time, int frameCount);
 
     static constexpr std::int64_t immediateTime = -0x100000000;
