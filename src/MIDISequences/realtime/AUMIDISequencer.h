@@ -141,10 +141,13 @@ public:
                                               std::uint8_t data2);
     virtual AUMIDIEvent generateRealtimeEvent(const std::vector<std::uint8_t>& data);
 
-    // For the next cycle, which also ends the running notes. The second goes out with all its bytes.
+    // For the next cycle, which also ends the running notes. The second goes out with all its bytes. All that
+    // is sent comes by the second form of addRealtimeEvent: whoever looks at it overrides that one.
     virtual void sendEvent(std::uint8_t channel, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     virtual void sendEvent(const std::vector<std::uint8_t>& data);
     virtual void addRealtimeEvent(const AUMIDIEvent& event); // three bytes of it at most
+    // The record with `event.length` bytes from `bytes`: a record held by value has room for three alone.
+    virtual void addRealtimeEvent(const AUMIDIEvent& event, const std::uint8_t* bytes);
     virtual void allNotesOff();
     virtual void allNotesOff(std::uint8_t channel);
     virtual void allSoundsOff();

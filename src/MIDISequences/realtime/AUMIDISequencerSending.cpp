@@ -46,16 +46,20 @@ void AUMIDISequencer::sendEvent(const std::vector<std::uint8_t>& data)
 {
     AUMIDIEvent event = generateRealtimeEvent(data);
     event.length = checkedCast<std::uint16_t>(data.size());
-    seeking = true;
-    realtimeEvents.push(event, data.data());
+    addRealtimeEvent(event, data.data());
 }
 
 void AUMIDISequencer::addRealtimeEvent(const AUMIDIEvent& event)
 {
     AUMIDIEvent whole = event;
     whole.length = std::min<std::uint16_t>(event.length, inPlace);
+    addRealtimeEvent(whole, whole.data);
+}
+
+void AUMIDISequencer::addRealtimeEvent(const AUMIDIEvent& event, const std::uint8_t* bytes)
+{
     seeking = true;
-    realtimeEvents.push(whole, whole.data);
+    realtimeEvents.push(event, bytes);
 }
 
 void AUMIDISequencer::sendAll(void (AUMIDISequencer::*send)(std::uint8_t))
