@@ -93,7 +93,9 @@ void SequencedUnit::noteEnd(bool hasMoved) noexcept
         if (!hasMoved || sequencer.getCurrentPositionInSamples() < sequencer.getDurationInSamples()) {
             return;
         }
-        sequencer.stop();
+        if (!sequencer.stopAtOnce()) {
+            return; // the next block tries again
+        }
     }
     liftPedals();
     ended.store(true, std::memory_order_release);

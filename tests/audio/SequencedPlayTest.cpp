@@ -1,5 +1,8 @@
 #include "tests/audio/SequencedFixture.h"
 
+#include <atomic>
+#include <thread>
+
 namespace volvelle::test {
 
 namespace {
@@ -8,6 +11,48 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+
+// Where the file ends, starts it muted, so that it stands at its end and plays on, and has another thread
+// hold the sequencer.
+class Holder : public AUMIDISequencerDelegate {
+public:
+    explicit Holder(AUMIDISequencer& held) : sequencer(held) {}
+
+    bool holds() const { return isHolding; }
+
+    void release()
+    {
+        isReleased = true;
+        thread.join();
+    }
+
+    void onAUSequencerComplete() override
+    {
+        sequencer.muteAll();
+        ASSERT_TRUE(sequencer.startAtOnce(1));
+        thread = std::thread([this] {
+            sequencer.exclusively([this] {
+                isHolding = true;
+                while (!isReleased) {
+                    std::this_thread::yield();
+                }
+            });
+        });
+        while (!isHolding) {
+            std::this_thread::yield();
+        }
+    }
+
+    void onAUSequencerLoop(int /*count*/) override {}
+
+    void onAUSequencerLoaded() override {}
+
+private:
+    AUMIDISequencer& sequencer;
+    std::thread thread;
+    std::atomic<bool> isHolding{false};
+    std::atomic<bool> isReleased{false};
+};
 
 TEST_F(SequencedPlayTest, TheResetsOfAStartComeFirstAndUndoNothing)
 {
@@ -268,6 +313,23 @@ TEST_F(SequencedPlayTest, AnOperationOfAnotherThreadHoldsTheFile)
     EXPECT_TRUE(std::ranges::any_of(unit->heard, [](const auto& message) {
         return message.is(0x90, 60, 100) && message.frame == 24'000 + 2 * 512;
     }));
+}
+
+TEST_F(SequencedPlayTest, AThreadThatHoldsTheSequencerHoldsUpNoBlock)
+{
+    const auto holder = std::make_shared<Holder>(sequenced->sequencer);
+    sequenced->sequencer.delegate = holder;
+    play(Song().tempo(0.0, FileTempo::slowest).note(0.0, 2, 60, 100, 0.0));
+    hand.render(2, 1);
+    ASSERT_TRUE(holder->holds());
+    EXPECT_TRUE(sequenced->isPlaying());
+    hand.render(1);
+    EXPECT_FALSE(sequenced->hasEnded());
+    holder->release();
+    hand.render(1);
+    EXPECT_TRUE(sequenced->hasEnded());
+    EXPECT_FALSE(sequenced->isPlaying());
+    sequenced->sequencer.delegate = nullptr;
 }
 
 TEST_F(SequencedPlayTest, AnEngineThatStopsStopsTheFile)

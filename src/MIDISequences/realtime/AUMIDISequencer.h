@@ -28,8 +28,8 @@ namespace volvelle {
 // Questions wait for nothing. Lists are made and freed off the render thread. While it renders, the lists of
 // the monitor belong to the render thread, and fields that are neither atomic nor a queue are changed in
 // exclusively(). Delegates are told when the operation is over, by the render thread too: one that operates
-// there waits for whatever holds the sequencer (startAtOnce() does not), and one that was taken away may be
-// told once more.
+// there waits for whatever holds the sequencer (startAtOnce() and stopAtOnce() do not), and one that was
+// taken away may be told once more.
 class AUMIDISequencer : public AUMIDIMonitor {
 public:
     static constexpr std::size_t maximumSpecialEvents = 512;   // the oldest goes
@@ -203,8 +203,10 @@ public:
     // Runs the body while no cycle and no operation runs; it calls no operation. [main]
     void exclusively(const std::function<void()>& body);
 
-    // start() for the render thread: false, and nothing done, where an operation is under way. [render]
+    // start() and stop() for the render thread: false, and nothing done, where an operation is under way.
+    // [render]
     bool startAtOnce(std::int64_t time);
+    bool stopAtOnce();
 
 protected:
     // The list in use. [main, render]
@@ -226,6 +228,8 @@ private:
 
     template <class Body>
     void own(const Body& body);
+    template <class Body>
+    bool ownAtOnce(const Body& body);
     static void tell(const Told& told);
 
     // Those without a hold of their own.

@@ -23,4 +23,15 @@ void AUMIDISequencer::own(const Body& body)
     }
 }
 
+template <class Body>
+bool AUMIDISequencer::ownAtOnce(const Body& body)
+{
+    const AUMIDISequencerRenderScope scope;
+    const AUMIDISequencerHold hold(owner, AUMIDISequencerHold::Once::yes);
+    if (hold) {
+        body();
+    }
+    return static_cast<bool>(hold);
+}
+
 } // namespace volvelle

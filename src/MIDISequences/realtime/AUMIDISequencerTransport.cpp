@@ -12,12 +12,12 @@ void AUMIDISequencer::start(std::int64_t time)
 
 bool AUMIDISequencer::startAtOnce(std::int64_t time)
 {
-    const AUMIDISequencerRenderScope scope;
-    const AUMIDISequencerHold hold(owner, AUMIDISequencerHold::Once::yes);
-    if (hold) {
-        startHeld(time);
-    }
-    return static_cast<bool>(hold);
+    return ownAtOnce([&] { startHeld(time); });
+}
+
+bool AUMIDISequencer::stopAtOnce()
+{
+    return ownAtOnce([this] { stopHeld(); });
 }
 
 void AUMIDISequencer::startHeld(std::int64_t time)

@@ -247,10 +247,28 @@ TEST_F(AUMIDISequencerProcess, ACycleThatFindsAnOperationUnderWayGivesNothing)
         EXPECT_THAT(sequencer.play(1, 512), IsEmpty());
         EXPECT_THAT(sequencer.playInternal(1, 512), IsEmpty());
         EXPECT_FALSE(sequencer.startAtOnce(1));
+        EXPECT_FALSE(sequencer.stopAtOnce());
+        EXPECT_TRUE(sequencer.isPlaying());
     });
 
     EXPECT_EQ(sequencer.getCurrentPositionInSamples(), 0);
     EXPECT_THAT(sequencer.play(513, 512), ElementsAre(Stamped{513, {0xB0, 7, 1}}));
+}
+
+TEST_F(AUMIDISequencerProcess, StoppingAtOnceIsStopping)
+{
+    sequencer.load(withLast({{0, {0xB0, 7, 1}}}));
+    sequencer.startClean(1);
+    sequencer.play(1, 512);
+    ConsoleCapture console;
+    EXPECT_TRUE(sequencer.stopAtOnce());
+    realtimeprint("after");
+
+    EXPECT_FALSE(sequencer.isPlaying());
+    EXPECT_EQ(sequencer.getCurrentPositionInSamples(), 0);
+    EXPECT_EQ(sequencer.realtimeEvents.size(), 80U);
+    EXPECT_THAT(console.take(),
+                ElementsAre("AUMIDISequencer::stop()", "AUMIDISequencer::seek(0.0)", "after"));
 }
 
 TEST_F(AUMIDISequencerProcess, AnEventBeforeItsTimeStaysTheNextOne)
