@@ -258,9 +258,10 @@ private:
     void trackAsLoaded(const std::shared_ptr<AUMIDIEventEx>& event, const AUMIDIEvent& record);
     void sendAll(void (AUMIDISequencer::*send)(std::uint8_t));
 
-    // A whole chain, what specialEvents keeps, and what waits to be sent.
-    const RenderEventRoom room{{static_cast<int>(maximumRealtimeEvents) + MAXEVENTS,
-                                static_cast<int>(maximumSpecialEvents) + MAXEVENTS, 64}};
+    // A whole chain: what ends running notes, what was sent, what falls due; and what specialEvents keeps.
+    const RenderEventRoom room{
+        {static_cast<int>(maximumRunningNotes) + static_cast<int>(maximumRealtimeEvents) + MAXEVENTS,
+         static_cast<int>(maximumSpecialEvents) + MAXEVENTS, 64}};
     std::atomic_flag owner = ATOMIC_FLAG_INIT;
     std::shared_ptr<AUMIDISequencerDelegate> retiredDelegate; // may still be under way on the render thread
     std::atomic<AUMIDISequencerList*> current;                // owned; never null

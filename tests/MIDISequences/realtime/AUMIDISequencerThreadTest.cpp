@@ -81,7 +81,39 @@ private:
     SequencerProbe& sequencer;
 };
 
+// As many running notes and sent events as there is room for end and go out in one cycle, with a full
+// inputList's worth of the file's.
+void playAllBoundsInOneCycle()
+{
+    SequencerProbe sequencer;
+    StampedEvents list(AUMIDISequencer::maximumRunningNotes, {0, {0x90, 60, 1}});
+    list.insert(list.end(), AUMIDISequencer::MAXEVENTS, {600, {0xB0, 7, 1}});
+    list.push_back({90'000, {0xB0, 7, 1}});
+    sequencer.load(list);
+    sequencer.startClean(1);
+    sequencer.process(1, 512);
+    for (std::size_t i = 0; i < AUMIDISequencer::maximumRealtimeEvents; ++i) {
+        sequencer.sendEvent(0, 0xB0, 7, 1);
+    }
+    std::size_t count = 0;
+    {
+        const RealtimeGuard guard;
+        for (const AURenderEvent* record = sequencer.process(513, 512); record != nullptr;
+             record = record->head.next) {
+            ++count;
+        }
+    }
+    std::_Exit(count == 2048 + 4096 + 512 ? 0 : 1);
+}
+
 } // namespace
+
+// In a program of its own: blocks that others took stay ready for all.
+TEST(AUMIDISequencerThreadDeathTest, ACycleWithAllBoundsFilledTakesNoMemory)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(playAllBoundsInOneCycle(), testing::ExitedWithCode(0), "");
+}
 
 TEST(AUMIDISequencerThread, ACycleTakesNoMemoryAndNoLockOnceItRuns)
 {
