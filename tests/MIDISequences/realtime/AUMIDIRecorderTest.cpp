@@ -1,10 +1,12 @@
 #include "MIDISequences/realtime/AUMIDIRecorder.h"
 #include "tests/sequence/SequenceTexts.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/Stops.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <thread>
 
 namespace volvelle::test {
@@ -170,6 +172,12 @@ TEST_F(AUMIDIRecorderTest, AMetaEventLosesItsType)
     meta.meta = 1;
     recorder.record(meta);
     EXPECT_EQ(saved(), (std::vector<Lines>{{"0.0 meta 127 [253, 1, 2, 65, 66]"}}));
+}
+
+TEST_F(AUMIDIRecorderTest, ATimeTooFarFromTheStartIsAFatalStop)
+{
+    recorder.start(std::numeric_limits<std::int64_t>::max());
+    EXPECT_STOP(record({0xB0, 7, 1}, -2), arithmeticMessage);
 }
 
 TEST_F(AUMIDIRecorderTest, AnotherThreadAsksWhileItRecords)

@@ -351,6 +351,10 @@ TEST_F(MIDIRecorderDeathTest, NoEventAndPositionsThatDoNotFitAreFatalStops)
     recorder->setStartPosition(24000);
     EXPECT_STOP(recorder->noteOnAtSamplePosition(0, 60, 1, std::numeric_limits<std::int64_t>::min()),
                 arithmeticMessage);
+    recorder->stop();
+    recorder->start();
+    recorder->noteOnAtSamplePosition(0, 60, 1, std::numeric_limits<std::int64_t>::min());
+    EXPECT_STOP(recorder->noteOffAtSamplePosition(0, 60, 1, 1), arithmeticMessage);
     recorder->setBeatPosition(1e30);
     EXPECT_STOP(recorder->controllerAtSamplePosition(0, 60, 1, 0), conversionMessage);
 }
