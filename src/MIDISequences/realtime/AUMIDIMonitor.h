@@ -78,8 +78,8 @@ protected:
     void removeNote(const std::shared_ptr<AUMIDIEventEx>& event);
 
     // Does what clearMonitoring() does, and frees nothing: running notes live on with those who hold them,
-    // and the events of inputList until the next operation of another thread on the queue, which empties it
-    // first.
+    // and the events of inputList until the next operation of another thread that changes it, which empties
+    // it first.
     void clearWithoutQueue() noexcept;
 
 private:

@@ -53,8 +53,8 @@ public:
     std::atomic<double> tempoRate{1.0};
     std::atomic<bool> stopped{true};
     std::atomic<bool> seeking{false};        // the next cycle ends the running notes
-    std::vector<std::uint8_t> channelFilter; // channels that play
-    std::vector<std::uint8_t> statusFilter;  // high nibbles that do not play: 0x90 for notes
+    std::vector<std::uint8_t> channelFilter; // channels that play; room for 16
+    std::vector<std::uint8_t> statusFilter;  // high nibbles that do not play: 0x90 for notes; room for 16
     std::atomic<int> currentEventIndex{0};
     AUMIDISequencerEvents realtimeEvents{maximumRealtimeEvents}; // wait for the next cycle
     std::atomic<int> currentFrames{512};

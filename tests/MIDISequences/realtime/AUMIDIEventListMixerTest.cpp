@@ -116,6 +116,18 @@ TEST_F(AUMIDIEventListMixerTest, ANoteFilterWithoutChannelsOrBelowTheKeysIsAFata
     EXPECT_STOP(mixer.makeNoteFilter(2, -1), conversionMessage);
 }
 
+TEST_F(AUMIDIEventListMixerTest, ItsRecordsHaveNothingReserved)
+{
+    AURenderEvent record;
+    record.MIDI = {.eventSampleTime = 5, .eventType = AURenderEventMIDI, .reserved = 7, .length = 3};
+    record.MIDI.data[0] = 0x90;
+    const AURenderEvent* const first = mixer.mixEvents(&record, &record);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->MIDI.reserved, 0);
+    ASSERT_NE(first->head.next, nullptr);
+    EXPECT_EQ(first->head.next->MIDI.reserved, 0);
+}
+
 TEST_F(AUMIDIEventListMixerTest, MergesByTimeAndPutsTheFirstListFirstAtEqualTimes)
 {
     EXPECT_EQ(mixed({{.stamp = 10, .bytes = {0x90, 1, 1}}, {.stamp = 5, .bytes = {0x90, 2, 1}}},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <numeric>
 #include <thread>
 
@@ -252,6 +253,25 @@ TEST(AUMIDIMonitor, WhatComesAfterAClearingOfTheRenderThreadIsKept)
     monitor.sort();
     monitor.addMonitoring(*event({0x90, 62, 1}));
     EXPECT_EQ(bytesOf(monitor.getEvents()), (std::vector<Bytes>{{0x90, 62, 1}}));
+}
+
+TEST(AUMIDIMonitor, TheNextOperationFreesWhatTheRenderThreadCleared)
+{
+    using Operation = std::function<void(OpenMonitor&)>;
+    const std::vector<Operation> operations{
+        [](OpenMonitor& monitor) { monitor.addMonitoring(*event({0xF8})); },
+        [](OpenMonitor& monitor) { monitor.popMonitoring(); }, [](OpenMonitor& monitor) { monitor.sort(); },
+        [](OpenMonitor& monitor) { monitor.clearMonitoring(); },
+        [](OpenMonitor& monitor) { monitor.reset(); }};
+    for (const Operation& operation : operations) {
+        OpenMonitor monitor;
+        monitor.addMonitoring(*event({0xB0, 7, 1}));
+        const std::weak_ptr<AUMIDIEventEx> cleared = monitor.inputList.front();
+        monitor.clearWithoutQueue();
+        EXPECT_FALSE(cleared.expired());
+        operation(monitor);
+        EXPECT_TRUE(cleared.expired());
+    }
 }
 
 TEST(AUMIDIMonitor, TwoThreadsAddAndFetch)

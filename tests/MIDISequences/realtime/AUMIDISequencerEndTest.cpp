@@ -104,6 +104,29 @@ TEST_F(AUMIDISequencerEnd, TheInternalFormHasNoGateAndSendsNothingThatWaits)
     EXPECT_TRUE(sequencer.seeking);
 }
 
+TEST_F(AUMIDISequencerEnd, TheInternalFormTakesTimeAndLengthOfTheBlockEvenWhereNothingPlays)
+{
+    sequencer.playInternal(48'000, 100);
+
+    EXPECT_EQ(sequencer.currentFrames, 100);
+    EXPECT_EQ(sequencer.getCurrentTimeInSeconds(), 1.0);
+    EXPECT_EQ(sequencer.generateRealtimeEvent(0, 0x90, 1, 1).eventSampleTime, 48'100);
+}
+
+TEST_F(AUMIDISequencerEnd, TheInternalFormLinksItsRecordsToNothing)
+{
+    auto events = eventsOf({{0, {0xB0, 7, 1}}, {900, {0xB0, 7, 2}}});
+    AURenderEvent other;
+    events.front()->pEvent()->next = &other;
+    sequencer.load(events);
+    sequencer.startClean(1);
+
+    ASSERT_EQ(sequencer.processInternal(1, 512).size(), 1U);
+    EXPECT_EQ(sequencer.processInternal(1, 512).size(), 0U);
+    sequencer.startClean(1);
+    EXPECT_EQ(sequencer.processInternal(1, 512).front().next, nullptr);
+}
+
 TEST_F(AUMIDISequencerEnd, TheLinesOfAnEndAreToldByTheWayForRenderingThreads)
 {
     sequencer.load(StampedEvents{{0, {0xB0, 7, 1}}});

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 namespace volvelle::test {
 
@@ -183,6 +184,45 @@ TEST(AUMIDISequencerThread, AnEndAndADelegateThatStartsTakeNoMemoryAndNoLock)
         }
     }
     EXPECT_GT(starts, 500);
+}
+
+TEST(AUMIDISequencerThread, ADelegateThatIsTakenAwayIsNotFreedByTheThreadThatTellsIt)
+{
+    SequencerProbe sequencer;
+    std::atomic<bool> isTold{false};
+    std::atomic<bool> mayReturn{false};
+    sequencer.listener->answer = [&](const std::string& call) {
+        isTold = call == "complete";
+        while (isTold && !mayReturn) {
+            std::this_thread::yield();
+        }
+    };
+    sequencer.load(StampedEvents{{0, {0xB0, 7, 1}}});
+    sequencer.startClean(1);
+    const std::weak_ptr<SequencerListener> old = std::exchange(sequencer.listener, nullptr);
+    std::thread rendering([&] {
+        const RealtimeGuard guard;
+        sequencer.process(1, 512);
+    });
+    while (!isTold) {
+        std::this_thread::yield();
+    }
+    sequencer.exclusively([&] { sequencer.delegate = std::make_shared<SequencerListener>(); });
+    mayReturn = true;
+    rendering.join();
+    EXPECT_FALSE(old.expired());
+    sequencer.exclusively([] {});
+    EXPECT_FALSE(old.expired());
+    sequencer.exclusively([&] { sequencer.delegate = nullptr; });
+    EXPECT_TRUE(old.expired());
+}
+
+TEST(AUMIDISequencerThread, FiltersOfAllChannelsAndKindsAreSetWithoutMemory)
+{
+    SequencerProbe sequencer;
+    const RealtimeGuard guard;
+    sequencer.channelFilter.assign(16, 1);
+    sequencer.statusFilter.assign(16, 0x90);
 }
 
 TEST(AUMIDISequencerThread, OneThreadRendersWhileOneOperatesAndOneSends)
