@@ -51,7 +51,6 @@ void AUMIDISequencer::reset()
         loopCount = 0;
         tempoFactor = 1.0;
         stopped = true;
-        sequencerPosition = 0;
         sequencerStartTime = 0;
         openAllChannels(channelFilter);
         realtimeEvents.clear();
