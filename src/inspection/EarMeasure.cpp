@@ -76,20 +76,11 @@ void EarMeasure::addIdea(MIDIClipGenerator& generator)
 
 void EarMeasure::addPress(MIDIClipGenerator& generator)
 {
-    ++presses;
-    std::set<std::filesystem::path> files;
     for (const ArrangementTrack& track : arrangementTracks) {
         if (const auto& file = track.phraseIn(*generator.phraseMixer).currentURL) {
-            files.insert(*file);
+            comebacks.add(*file);
         }
     }
-    if (std::ranges::any_of(files, [this](const auto& file) { return heardFiles.contains(file); })) {
-        comebacks.push_back(presses);
-        presses = 0;
-        heardFiles.clear();
-        return;
-    }
-    heardFiles.merge(files);
 }
 
 void EarMeasure::addGrid(const Notes& mix)
@@ -192,17 +183,14 @@ std::vector<EarMeasure::Row> EarMeasure::table() const
 
 void EarMeasure::addIdeaRows(std::vector<Row>& rows) const
 {
-    constexpr double manyPresses = 1000;
     for (std::size_t i = 0; i < ideaTests.size(); ++i) {
         rows.push_back({concat("share of ideas: ", ideaTests.at(i).name),
                         share(ideasHolding.at(i), arrangements), ideaTests.at(i).least, 1.0});
     }
     rows.push_back({"share of ideas without a fault", share(ideasWithout, arrangements), 0.75, 1.0});
     rows.push_back({"share of ideas with one fault at most", share(ideasWithOne, arrangements), 0.94, 1.0});
-    auto sorted = comebacks;
-    std::ranges::sort(sorted);
-    const double median = sorted.empty() ? manyPresses : sorted[sorted.size() / 2];
-    rows.push_back({"press at which a phrase comes back, median", median, 5.0, manyPresses});
+    rows.push_back({"press at which a phrase comes back, median",
+                    static_cast<double>(comebacks.medianPress()), 7.0, double{Comebacks::mostPresses}});
 }
 
 } // namespace volvelle

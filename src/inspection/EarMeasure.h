@@ -1,13 +1,12 @@
 #pragma once
 
 #include "hearing/Share.h"
+#include "inspection/Comebacks.h"
 #include "inspection/IdeaTests.h"
 #include "phrases/ArrangementTracks.h"
 #include "phrases/MIDIClipGenerator.h"
 
 #include <array>
-#include <filesystem>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -55,12 +54,10 @@ private:
     long bassBelow = 0;           // notes below all other pitched voices
     Share leadRepeats;            // of the steps
     std::array<int, ideaTests.size()> ideasHolding{};
-    int ideasWithout = 0;                       // a fault
-    int ideasWithOne = 0;                       // fault at most
-    std::set<std::filesystem::path> heardFiles; // since the last one that came back
-    int presses = 0;                            // since then
-    std::vector<int> comebacks;                 // the presses at which a phrase came back
-    double shortestSilence = beats;             // beats, of the longest silence in each arrangement
+    int ideasWithout = 0; // a fault
+    int ideasWithOne = 0; // fault at most
+    Comebacks comebacks;
+    double shortestSilence = beats; // beats, of the longest silence in each arrangement
     double longestSilence = 0.0;
 };
 

@@ -151,16 +151,16 @@ TEST_F(EarMeasureTest, IdeasAreCountedByTheirFaults)
     EXPECT_EQ(values.at("press at which a phrase comes back, median"), 1000.0);
 }
 
-TEST_F(EarMeasureTest, APhraseThatComesBackIsCountedByPresses)
+TEST_F(EarMeasureTest, PhrasesThatComeBackAreCountedByTheirFolders)
 {
     EarMeasure measure;
-    for (const char* const name : {"1", "2", "1", "1", "1", "3", "4", "5", "4"}) {
+    for (const char* const name : {"a/1", "a/2", "a/1", "a/3"}) {
         generator.makeArrangement(true);
         generator.phraseMixer->leadTrack0->currentURL = name;
         measure.add(generator);
     }
     EXPECT_EQ(measure.table().back().name, "press at which a phrase comes back, median");
-    EXPECT_EQ(measure.table().back().value, 3.0);
+    EXPECT_EQ(measure.table().back().value, 4.0);
 }
 
 } // namespace
