@@ -48,9 +48,11 @@ void takeTexts(const MIDIPhrase& phrase, Score& score)
 void takeNotes(const MIDIPhrase& phrase, Score& score)
 {
     for (const auto& event : phrase.loadedEvents) {
-        if (event->type == PhraseEvent::noteOn && event->position < Score::beats) {
+        if (event->type == PhraseEvent::noteOn && event->position <= Score::beats) {
+            // The grid ends a sixteenth before the phrase.
+            const double position = std::min(event->position, Score::beats - Score::sixteenth);
             const double whole = std::round(event->duration / Score::sixteenth) * Score::sixteenth;
-            score.notes.push_back({event->position, whole - Score::gap, event->number, event->value});
+            score.notes.push_back({position, whole - Score::gap, event->number, event->value});
         }
     }
 }
