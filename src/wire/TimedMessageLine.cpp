@@ -5,9 +5,9 @@
 
 namespace volvelle {
 
-TimedMessageLine::TimedMessageLine()
+TimedMessageLine::TimedMessageLine(int mostOfOneKey) : sounds(mostOfOneKey)
 {
-    messages.reserve(capacity);
+    messages.reserve(endsCapacity);
     longBytes.reserve(longCapacity);
     gathered.reserve(longCapacity);
 }
@@ -24,7 +24,8 @@ bool TimedMessageLine::insert(const TimedMessage& message) noexcept
             return false;
         }
     }
-    if (messages.size() == capacity) {
+    sounds.apply(message.bytes());
+    if (messages.size() == endsCapacity) {
         messages.erase(messages.begin(), messages.begin() + static_cast<std::ptrdiff_t>(first));
         first = 0;
     }
@@ -36,8 +37,9 @@ bool TimedMessageLine::insert(const TimedMessage& message) noexcept
 
 bool TimedMessageLine::hasRoomFor(const TimedMessage& message) const noexcept
 {
-    const bool begins = message.length == 3 && isNoteOn(message.shortBytes);
-    return messages.size() - first < static_cast<std::size_t>(begins ? noteOnCapacity : capacity);
+    const int owed = sounds.releases() + sounds.change(message.bytes());
+    const auto needed = messages.size() - first + 1 + static_cast<std::size_t>(owed);
+    return needed <= static_cast<std::size_t>(HeldSounds::ends(message.bytes()) ? endsCapacity : capacity);
 }
 
 // Null where there is no room.
@@ -70,7 +72,7 @@ void TimedMessageLine::removeFront(std::size_t count) noexcept
 {
     first += count;
     if (isEmpty()) {
-        clear();
+        forgetMessages();
     }
 }
 
@@ -89,6 +91,12 @@ void TimedMessageLine::advance(int frames) noexcept
 }
 
 void TimedMessageLine::clear() noexcept
+{
+    forgetMessages();
+    sounds.clear();
+}
+
+void TimedMessageLine::forgetMessages() noexcept
 {
     messages.clear();
     longBytes.clear();

@@ -1,9 +1,8 @@
 #include "rendering/PartRendering.h"
 
-#include "base/Paths.h"
 #include "tests/rendering/PieceRead.h"
+#include "tests/rendering/RenderedParts.h"
 #include "tests/services/soundunits/RandomPiece.h"
-#include "tests/support/ProjectFolders.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -11,9 +10,6 @@
 namespace volvelle::test {
 
 namespace {
-
-constexpr std::size_t quarterSecond = 12000;
-constexpr double audible = 1.0e-3; // -60 dBFS
 
 // Twenty-two seconds, so that it is cut in the middle; messages of all kinds and notes throughout, pedals
 // that are down where it is cut.
@@ -29,41 +25,7 @@ Song pieceOf(unsigned seed)
     return song.message(24.25, 0xB0, 64, 0).message(24.25, 0xB1, 66, 0);
 }
 
-std::vector<float> rendered(const RenderPiece& piece, const std::vector<RenderPart>& parts)
-{
-    std::vector<float> mix;
-    std::array<float, RenderPart::blockFrames> left{};
-    std::array<float, RenderPart::blockFrames> right{};
-    for (const RenderPart& part : parts) {
-        const auto made = PartRendering::make(piece, part, std::nullopt);
-        EXPECT_TRUE(made) << made.error();
-        auto at = static_cast<std::size_t>(part.beginBlock) * RenderPart::blockFrames;
-        while (made && (*made)->renderBlock(left.data(), right.data())) {
-            mix.resize(std::max(mix.size(), at + left.size()));
-            for (std::size_t i = 0; i < left.size(); ++i) {
-                mix[at + i] += left[i] + right[i];
-            }
-            at += left.size();
-        }
-    }
-    return mix;
-}
-
-double levelFrom(const std::vector<float>& sound, std::size_t begin)
-{
-    double sum = 0.0;
-    for (std::size_t i = begin; i < begin + quarterSecond && i < sound.size(); ++i) {
-        sum += static_cast<double>(sound[i]) * static_cast<double>(sound[i]);
-    }
-    return std::sqrt(sum / quarterSecond);
-}
-
-class PartSeams : public testing::Test {
-protected:
-    PartSeams() { setResourcesFolder(buildFolder() / "resources"); }
-
-    ~PartSeams() override { setResourcesFolder(std::nullopt); }
-};
+class PartSeams : public RenderedParts {};
 
 void expectAlike(const std::vector<std::uint8_t>& data)
 {

@@ -84,18 +84,76 @@ TEST(TimedMessageLine, WhatComesBehindARemovalKeepsTheOrder)
     EXPECT_THAT(drained(line), ElementsAre(Bytes{0xB0, 3, 0}, Bytes{0xB0, 2, 0}));
 }
 
-TEST(TimedMessageLine, KeepsRoomForTheEndsOfNotes)
+constexpr int most = TimedMessageLine::capacity;
+constexpr int mostEnds = TimedMessageLine::endsCapacity;
+
+TEST(TimedMessageLine, EachNoteOnKeepsTheRoomOfItsEnd)
 {
-    TimedMessageLine line;
-    EXPECT_EQ(filledWith(line, shortMessage(0, 0x91, 60, 1)), TimedMessageLine::noteOnCapacity);
-    EXPECT_EQ(filledWith(line, shortMessage(0, 0x91, 60, 0)),
-              TimedMessageLine::capacity - TimedMessageLine::noteOnCapacity);
+    TimedMessageLine line(most);
+    EXPECT_EQ(filledWith(line, shortMessage(0, 0x91, 60, 1)), most / 2);
+    EXPECT_FALSE(line.insert(shortMessage(0, 0xB0, 7, 1)));
+    EXPECT_EQ(filledWith(line, shortMessage(0, 0x91, 60, 0)), mostEnds - most / 2);
     line.removeFront();
     EXPECT_FALSE(line.insert(shortMessage(0, 0x90, 60, 1)));
     EXPECT_TRUE(line.insert(shortMessage(0, 0x80)));
     EXPECT_FALSE(line.insert(shortMessage(0, 0x80)));
-    EXPECT_EQ(drained(line).size(), static_cast<std::size_t>(TimedMessageLine::capacity));
+    EXPECT_EQ(drained(line).size(), static_cast<std::size_t>(mostEnds));
     EXPECT_TRUE(line.insert(shortMessage(0, 0x90, 60, 1)));
+}
+
+TEST(TimedMessageLine, WhatSoundsIsOwedItsEndOnceItsBeginIsGone)
+{
+    TimedMessageLine line;
+    EXPECT_TRUE(line.insert(shortMessage(0, 0x90, 60, 1)));
+    EXPECT_TRUE(line.insert(shortMessage(0, 0xB0, 64, 127)));
+    EXPECT_EQ(drained(line).size(), 2U);
+    EXPECT_EQ(filledWith(line, shortMessage(0, 0xB0, 7, 1)), most - 2);
+    line.clear();
+    EXPECT_EQ(filledWith(line, shortMessage(0, 0xB0, 7, 1)), most);
+}
+
+TEST(TimedMessageLine, OfOneKeyTheEndsOfSoManyStrikesAreOwed)
+{
+    TimedMessageLine line(1);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(line.insert(shortMessage(0, 0x90, 60, 1)));
+    }
+    EXPECT_EQ(filledWith(line, shortMessage(0, 0xB0, 7, 1)), most - 4);
+}
+
+TEST(TimedMessageLine, WhateverFillsItTheEndsOfWhatBeganFindRoom)
+{
+    const Bytes exclusive{0xF0, 0x7F, 0x7F, 4, 1, 0, 64, 0xF7};
+    for (const TimedMessage& filling :
+         {shortMessage(0, 0xB0, 11, 64), shortMessage(0, 0xE0, 0, 64), shortMessage(0, 0xD0, 64),
+          shortMessage(0, 0xA0, 60, 64), shortMessage(0, 0x91, 60, 64), shortMessage(0, 0xB1, 66, 127),
+          longMessage(0, exclusive), shortMessage(0, 0xB1, 123, 0), shortMessage(0, 0x81, 60, 0)}) {
+        for (const TimedMessage& end :
+             {shortMessage(1, 0x80), shortMessage(1, 0x90), shortMessage(1, 0xB0, 64, 0),
+              shortMessage(1, 0xB0, 66, 0), shortMessage(1, 0xB0, 69, 0), shortMessage(1, 0xB0, 120),
+              shortMessage(1, 0xB0, 123)}) {
+            TimedMessageLine line;
+            line.insert(shortMessage(0, 0x90, 60, 64));
+            for (const std::uint8_t pedal : holdPedals) {
+                line.insert(shortMessage(0, 0xB0, pedal, 64));
+            }
+            EXPECT_GT(filledWith(line, filling), most / 3);
+            EXPECT_TRUE(line.insert(end)) << testing::PrintToString(bytesOf(filling));
+        }
+    }
+}
+
+TEST(TimedMessageLine, WhatEndsSomethingFindsRoomWhereNothingElseDoes)
+{
+    for (const TimedMessage& end :
+         {shortMessage(0, 0x80), shortMessage(0, 0x90), shortMessage(0, 0xB0, 64, 63),
+          shortMessage(0, 0xB0, 69, 0), shortMessage(0, 0xB0, 120), shortMessage(0, 0xB0, 123)}) {
+        TimedMessageLine line;
+        EXPECT_EQ(filledWith(line, shortMessage(0, 0xB0, 7, 1)), most);
+        EXPECT_FALSE(line.insert(shortMessage(0, 0x90, 60, 1)));
+        EXPECT_FALSE(line.insert(longMessage(0, {0xF0, 1, 2, 0xF7})));
+        EXPECT_TRUE(line.insert(end));
+    }
 }
 
 TEST(TimedMessageLine, OwnsTheBytesOfLongMessages)

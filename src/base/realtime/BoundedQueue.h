@@ -27,6 +27,14 @@ public:
         return true;
     }
 
+    // Elements that wait, at most. [any] The one that pushes.
+    std::size_t size() const noexcept
+    {
+        const std::size_t tail = end.load(std::memory_order_relaxed);
+        const std::size_t head = begin.load(std::memory_order_acquire);
+        return tail >= head ? tail - head : tail + slots.size() - head;
+    }
+
     bool isFull() const noexcept
     {
         return following(end.load(std::memory_order_relaxed)) == begin.load(std::memory_order_acquire);

@@ -30,7 +30,7 @@ void RecordTake::collect(Moment until)
 void RecordTake::end(Moment at)
 {
     collect(at);
-    PortSounds open = sounds;
+    HeldSounds open = sounds;
     open.end([this, at](const ShortMessage& message) { add(positionOf(at), message); });
 }
 

@@ -3,7 +3,7 @@
 #include "MIDISequences/realtime/AUMIDIRecorder.h"
 #include "base/Result.h"
 #include "services/soundunits/PortInbox.h"
-#include "services/soundunits/PortSounds.h"
+#include "wire/HeldSounds.h"
 
 #include <array>
 #include <cstddef>
@@ -57,7 +57,7 @@ private:
     std::int64_t placeOf(const AUMIDIEvent& event, std::int64_t position);
 
     AUMIDIRecorder recorder;
-    PortSounds sounds{std::numeric_limits<int>::max()};
+    HeldSounds sounds{std::numeric_limits<int>::max()};
     Starts starts{};
     Moment start;
     int count = 0;

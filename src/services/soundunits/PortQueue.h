@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/soundunits/PortSounds.h"
+#include "wire/HeldSounds.h"
 
 #include <atomic>
 #include <chrono>
@@ -46,7 +46,7 @@ private:
     std::vector<std::uint8_t> bytes;
     std::atomic<std::size_t> begin{0}; // bytes popped since the start
     std::atomic<std::size_t> end{0};   // bytes pushed since the start
-    PortSounds sounds;                 // of who pushes: after all that was pushed
+    HeldSounds sounds;                 // of who pushes: after all that was pushed
 };
 
 } // namespace volvelle

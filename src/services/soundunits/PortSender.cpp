@@ -78,7 +78,7 @@ void PortSender::send(std::span<const std::uint8_t> message)
 
 void PortSender::endAll()
 {
-    PortSounds ending = sounds;
+    HeldSounds ending = sounds;
     ending.end([this](std::span<const std::uint8_t> message) { send(message); });
 }
 

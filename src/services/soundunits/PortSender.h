@@ -2,7 +2,7 @@
 
 #include "services/audiodevice/MIDIPorts.h"
 #include "services/soundunits/PortQueue.h"
-#include "services/soundunits/PortSounds.h"
+#include "wire/HeldSounds.h"
 
 #include <atomic>
 #include <chrono>
@@ -44,7 +44,7 @@ private:
     void endAll();
 
     const std::unique_ptr<MIDIOutput> port; // sender thread
-    PortSounds sounds;                      // sender thread: what sounds at the port
+    HeldSounds sounds;                      // sender thread: what sounds at the port
     std::atomic<std::int64_t> sent{0};      // messages
     std::atomic<bool> lost{false};
     std::atomic<bool> ended{false};

@@ -50,8 +50,8 @@ public:
     void render(float* left, float* right, int frames) noexcept;
 
     // Messages; `offset` in frames, below 0 counts as 0. Data beyond seven bits are cut to them, channels to
-    // four bits. Where 12,288 messages wait already a note-on is dropped; the others have a third as much
-    // room again, so that notes still end. Of more than notesAtOnce note-ons for one place, or of very many
+    // four bits. Where the line of messages that wait is full the rest is dropped, but for what ends
+    // something (see TimedMessageLine). Of more than notesAtOnce note-ons for one place, or of very many
     // others while much sounds, the rest acts 64 frames later. [render]
     void noteOn(int channel, int key, int velocity, int offset = 0) noexcept;
     void noteOff(int channel, int key, int offset = 0) noexcept;

@@ -39,8 +39,8 @@ struct SynthesizerState {
     PinnedSounds pinned;
     std::array<SoundChoice, channelCount> missing; // what a program change asked for and memory has not
     std::uint16_t missingChannels = 0;             // bit n: `missing` of channel n counts
-    TimedMessageLine line;
-    int quietFrames = 0;   // in a row, up to `silentAfter`
+    TimedMessageLine line{1};                      // the end of a note ends all strikes of its key
+    int quietFrames = 0;                           // in a row, up to `silentAfter`
     int skippedFrames = 0; // of silence, of the library's block that is to be gone on with
 
     // Writes so many frames; the library is not asked for those of a rest.

@@ -14,6 +14,7 @@ namespace {
 
 constexpr double engineRate = AudioSource::sampleRate;
 constexpr std::size_t maximumOutside = 2047;    // messages
+constexpr std::size_t maximumEnds = 512;        // more of those that end something
 constexpr std::int64_t maximumOffset = 1 << 30; // frames
 
 std::int64_t number(std::uint32_t value)
@@ -24,7 +25,7 @@ std::int64_t number(std::uint32_t value)
 } // namespace
 
 AUAudioUnit::AUAudioUnit(const AudioComponentDescription& description)
-    : componentDescription(description), outside(maximumOutside)
+    : componentDescription(description), outside(maximumOutside + maximumEnds)
 {
 }
 
@@ -80,7 +81,8 @@ OSStatus AUAudioUnit::musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t d
     message.era = era.load(std::memory_order_relaxed);
     message.bytes = {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
                      static_cast<std::uint8_t>(data2)};
-    return outside.push(message) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
+    const bool hasRoom = outside.size() < maximumOutside || HeldSounds::ends(message.bytes);
+    return hasRoom && outside.push(message) ? noErr : kAudioToolboxErr_CannotDoInCurrentContext;
 }
 
 void AUAudioUnit::prepareToPlay(std::span<const AUMIDIProgram>) {}

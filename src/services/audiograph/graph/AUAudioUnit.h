@@ -74,7 +74,7 @@ public:
     // MARK: MIDI
 
     // A channel message from outside, at `sampleOffset` frames of the next block. Goes through a queue of
-    // 2,047 messages that the render thread empties; a full one answers
+    // 2,047 messages that the render thread empties, and 512 more that end something; a full one answers
     // kAudioToolboxErr_CannotDoInCurrentContext, a status below 0x80 or a unit that takes no MIDI
     // kAudio_ParamError. [main]
     [[nodiscard]] virtual OSStatus musicDeviceMIDIEvent(std::uint32_t status, std::uint32_t data1,
@@ -95,9 +95,9 @@ public:
     AUScheduleMIDIEventBlock scheduleMIDIEventBlock();
 
     // Puts a copy of a message in line for the next block; equal offsets keep the order of entry. Where the
-    // unit is in no render plan, or the line is full (16,384 messages, 262,144 bytes of long ones), it
-    // answers kAudioToolboxErr_CannotDoInCurrentContext; the last quarter of the line is kept for messages
-    // other than note-ons. [render]
+    // unit is in no render plan, or the line is full (16,384 messages with the ends that are owed, 262,144
+    // bytes of long ones), it answers kAudioToolboxErr_CannotDoInCurrentContext; the end of what began is
+    // never refused. [render]
     [[nodiscard]] OSStatus scheduleMIDIEvent(std::int64_t sampleOffset, std::uint8_t cable, int length,
                                              const std::uint8_t* bytes) noexcept;
 

@@ -121,7 +121,7 @@ TEST(AVAudioSequencer, NoNoteIsLostWhereADestinationChangesAtItsFrame)
 TEST(AVAudioSequencer, AHostOfOpenNotesIsEndedWithTheChannelsBehindThem)
 {
     Song song;
-    for (int i = 0; i < 12000; ++i) {
+    for (int i = 0; i < 8000; ++i) {
         song.note(0.0, 0, i % 20, 100, 8.0);
     }
     song.message(0.0, 0xBF, 64, 127).note(0.0, 15, 60, 100, 8.0);

@@ -1,11 +1,17 @@
-#include "services/soundunits/PortSounds.h"
+#include "wire/HeldSounds.h"
 
 #include <algorithm>
 #include <numeric>
 
 namespace volvelle {
 
-PortSounds::Step PortSounds::read(std::span<const std::uint8_t> message) noexcept
+namespace {
+
+constexpr std::uint8_t pedalDown = 64;
+
+} // namespace
+
+HeldSounds::Step HeldSounds::read(std::span<const std::uint8_t> message) noexcept
 {
     if (message.size() != 3) {
         return {};
@@ -24,7 +30,7 @@ PortSounds::Step PortSounds::read(std::span<const std::uint8_t> message) noexcep
     }
 }
 
-PortSounds::Step PortSounds::readController(std::size_t channel, std::uint8_t controller,
+HeldSounds::Step HeldSounds::readController(std::size_t channel, std::uint8_t controller,
                                             std::uint8_t value) noexcept
 {
     if (controller == CONTROLLER_ALL_SOUND_OFF || controller == CONTROLLER_NOTES_OFF) {
@@ -41,7 +47,14 @@ PortSounds::Step PortSounds::readController(std::size_t channel, std::uint8_t co
     return {value > 0 ? Effect::begin : Effect::end, channel, slot};
 }
 
-int PortSounds::change(std::span<const std::uint8_t> message) const noexcept
+bool HeldSounds::ends(std::span<const std::uint8_t> message) noexcept
+{
+    const Step step = read(message);
+    const bool isLift = step.effect == Effect::begin && step.slot >= noteCount && message[2] < pedalDown;
+    return isLift || (step.effect != Effect::begin && step.effect != Effect::none);
+}
+
+int HeldSounds::change(std::span<const std::uint8_t> message) const noexcept
 {
     const Step step = read(message);
     const Channel& channel = channels[step.channel];
@@ -61,7 +74,7 @@ int PortSounds::change(std::span<const std::uint8_t> message) const noexcept
     }
 }
 
-void PortSounds::apply(std::span<const std::uint8_t> message) noexcept
+void HeldSounds::apply(std::span<const std::uint8_t> message) noexcept
 {
     const int by = change(message);
     const Step step = read(message);
@@ -77,13 +90,13 @@ void PortSounds::apply(std::span<const std::uint8_t> message) noexcept
     owed += by;
 }
 
-void PortSounds::clear() noexcept
+void HeldSounds::clear() noexcept
 {
     channels = {};
     owed = 0;
 }
 
-ShortMessage PortSounds::release(std::size_t channel, std::size_t slot) noexcept
+ShortMessage HeldSounds::release(std::size_t channel, std::size_t slot) noexcept
 {
     const int number = static_cast<int>(channel);
     if (slot < noteCount) {

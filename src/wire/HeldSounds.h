@@ -9,19 +9,25 @@
 
 namespace volvelle {
 
-// What a MIDI port was left with by the messages that went there: the notes that sound and the pedals that
-// are down (64, 66 and 69). Of a fixed size. [any]
-class PortSounds {
+// What a device was left with by the messages that went there: the notes that sound and the pedals that are
+// down (64, 66 and 69). Of a fixed size. [any]
+//
+// It is the one rule of all queues of messages: what is taken reserves the room of its end, so that the end
+// of what began is never refused.
+class HeldSounds {
 public:
     static constexpr int usualStrikes = 255;
 
     // Counts up to so many strikes of a key that were not ended.
-    explicit PortSounds(int mostOfOneKey = usualStrikes) : most(mostOfOneKey) {}
+    explicit HeldSounds(int mostOfOneKey = usualStrikes) : most(mostOfOneKey) {}
+
+    // Whether a message is one that ends something: the end of a note or of all, a pedal below 64.
+    static bool ends(std::span<const std::uint8_t> message) noexcept;
 
     // By how many a message changes releases().
     int change(std::span<const std::uint8_t> message) const noexcept;
 
-    // Takes in a message that went to the port.
+    // Takes in a message that went to the device.
     void apply(std::span<const std::uint8_t> message) noexcept;
 
     // Messages that it takes to end all.
