@@ -99,7 +99,8 @@ SequencerEvents notesOf(const RenderPart& part, const SequencerEvents& piece)
     std::vector<SequencerEvent> kept;
     for (const SequencerEvent& event : piece.events) {
         if (event.kind == SequencerEvent::noteOff) {
-            if (span.holds(event.partner)) {
+            const bool isEarlier = event.partner < span.begin && event.seconds > span.begin;
+            if (isEarlier || span.holds(event.partner)) {
                 kept.push_back(event);
             }
             continue;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace volvelle::test {
 
@@ -56,6 +57,40 @@ TEST_P(ChannelTruth, ASeekSoundsAsIfAllBeforeHadBeenPlayed)
     sought.load(pieceOf(GetParam()));
     sought.start(8.0);
     EXPECT_LE(greatestDifference(sought.run(200), expected), 1.0e-5F);
+    EXPECT_GT(loudest(expected), audible);
+}
+
+// Notes of few keys, before and behind beat 8; those before have ended by beat 10.
+Song overlappingKeys(unsigned seed)
+{
+    std::mt19937 random(seed);
+    const auto eighths = [&](int first, int count) {
+        return 0.125 * (first + static_cast<int>(random() % static_cast<unsigned>(count)));
+    };
+    Song song;
+    song.message(0.0, 0xC0, 19);
+    for (int key = 60; key < 64; ++key) {
+        for (int i = 0; i < 2; ++i) {
+            const double earlier = eighths(48, 16);
+            song.note(earlier, 0, key, 100, eighths(64, 16) - earlier);
+            const double later = eighths(64, 12);
+            song.note(later, 0, key, 100, eighths(96, 32) - later);
+        }
+    }
+    return song.note(8.0, 0, 36, 100, 8.0);
+}
+
+TEST_P(ChannelTruth, ASeekEndsTheKeysThatPlayingThroughEnds)
+{
+    const auto heardFrom = [](double beats) {
+        SynthStudio studio;
+        studio.load(overlappingKeys(GetParam()));
+        studio.start(beats);
+        studio.run(static_cast<int>((11.0 - beats) * 24000.0 / SynthStudio::blockFrames));
+        return studio.run(40);
+    };
+    const std::vector<float> expected = heardFrom(0.0);
+    EXPECT_LE(greatestDifference(heardFrom(8.0), expected), loudest(expected) * 0.1F);
     EXPECT_GT(loudest(expected), audible);
 }
 

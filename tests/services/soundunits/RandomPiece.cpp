@@ -19,7 +19,10 @@ void RandomPiece::addNotes(Song& song, double begin, double end)
 {
     for (double beat = begin; beat < end; beat += 0.25) {
         for (const int channel : channels) {
-            song.note(beat, channel, 36 + below(40), 60 + below(60), 0.2);
+            const bool isLong = below(3) == 0;
+            const int key = isLong || below(2) == 0 ? 60 + below(4) : 36 + below(40);
+            const double held = 0.25 * (2 + below(14));
+            song.note(beat, channel, key, 60 + below(60), isLong ? held : 0.2);
         }
     }
 }

@@ -17,7 +17,7 @@ public:
     // So many of them at random from `begin` up to `end` beats, in order.
     void addStates(Song& song, double begin, double end, int count);
 
-    // A note of each channel each quarter beat.
+    // A note of each channel each quarter beat; some sound on while their keys are struck again.
     void addNotes(Song& song, double begin, double end);
 
 private:

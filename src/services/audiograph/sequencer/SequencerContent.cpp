@@ -10,6 +10,11 @@ namespace {
 
 constexpr int mostEnds = 4; // of one key at once: all keys so often find room in the line
 
+std::size_t placeOf(const SequencerEvent& note)
+{
+    return static_cast<std::size_t>(channelOf(note.bytes)) * 128 + note.bytes[1];
+}
+
 } // namespace
 
 SequencerContent::SequencerContent(std::shared_ptr<const SequencerEvents> newEvents,
@@ -59,14 +64,19 @@ void SequencerContent::send(const SequencerEvent& event, double offset) noexcept
         return sendLong(unit, events->longMessages[event.longIndex], offset);
     }
     if (target.scheduleMIDIEventAt(offset, 0, event.length(), event.bytes.data()) == noErr) {
-        note(unit, event);
+        take(unit, event);
     }
 }
 
-void SequencerContent::note(Unit& unit, const SequencerEvent& event) noexcept
+bool SequencerContent::isSounding(const SequencerEvent& note) const noexcept
 {
-    const auto place = static_cast<std::size_t>(channelOf(event.bytes)) * 128 + event.bytes[1];
-    std::uint16_t& count = unit.sounding[place];
+    const int index = unitOfTrack[note.track];
+    return index >= 0 && units[static_cast<std::size_t>(index)].sounding[placeOf(note)] > 0;
+}
+
+void SequencerContent::take(Unit& unit, const SequencerEvent& event) noexcept
+{
+    std::uint16_t& count = unit.sounding[placeOf(event)];
     if (event.kind == SequencerEvent::noteOn && count < std::numeric_limits<std::uint16_t>::max()) {
         ++count;
     }

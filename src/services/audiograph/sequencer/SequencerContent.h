@@ -27,6 +27,9 @@ public:
     // `offset` in frames of the engine from the start of the block to come, with fractions.
     void send(const SequencerEvent& event, double offset) noexcept;
 
+    // Whether the key of a note was struck, where it goes to, and not ended.
+    bool isSounding(const SequencerEvent& note) const noexcept;
+
     // The note-offs of what sounds, and pedals up on each channel in use; with `all` also all notes off
     // there.
     void release(bool all) noexcept;
@@ -57,7 +60,7 @@ private:
     static void tellExclusives(Unit& unit) noexcept;
     static void tellChannels(Unit& unit) noexcept;
     static void sendLong(Unit& unit, std::span<const std::uint8_t> bytes, double offset) noexcept;
-    static void note(Unit& unit, const SequencerEvent& event) noexcept;
+    static void take(Unit& unit, const SequencerEvent& event) noexcept;
 
     std::vector<Unit> units;
     std::vector<int> unitOfTrack; // -1: none

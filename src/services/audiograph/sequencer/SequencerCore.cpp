@@ -109,7 +109,7 @@ void SequencerCore::playGroup(std::size_t first, std::size_t last) noexcept
     const double begin = events[first].seconds;
     for (std::size_t i = first; i < last; ++i) {
         const SequencerEvent& event = events[i];
-        if (event.kind == SequencerEvent::noteOff && event.partner >= startSeconds && event.partner < begin) {
+        if (event.kind == SequencerEvent::noteOff && event.partner < begin && isDue(event)) {
             content.send(event, offset(event));
         }
     }
@@ -119,6 +119,12 @@ void SequencerCore::playGroup(std::size_t first, std::size_t last) noexcept
             endAtOnce(events, i, last);
         }
     }
+}
+
+// An instrument ends all strikes of a key at the first end, also at that of a note before the start.
+bool SequencerCore::isDue(const SequencerEvent& noteOff) const noexcept
+{
+    return noteOff.partner >= startSeconds || contents.current()->isSounding(noteOff);
 }
 
 void SequencerCore::endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset,

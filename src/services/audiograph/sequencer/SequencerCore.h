@@ -44,6 +44,7 @@ private:
     void begin(double beats, bool isMove) noexcept;
     void anchor(double seconds) noexcept;
     void playGroup(std::size_t first, std::size_t last) noexcept;
+    bool isDue(const SequencerEvent& noteOff) const noexcept;
     void endAtOnce(const std::vector<SequencerEvent>& events, std::size_t onset, std::size_t last) noexcept;
     double halfFrame() const noexcept;
     double seconds() const noexcept;
@@ -62,7 +63,7 @@ private:
     std::int64_t clock = 0; // frames played so far
     std::int64_t anchorFrame = 0;
     double anchorSeconds = 0.0; // the position at anchorFrame
-    double startSeconds = 0.0;  // where playing began: the offs of earlier notes are left out
+    double startSeconds = 0.0;  // where playing began
 };
 
 } // namespace volvelle

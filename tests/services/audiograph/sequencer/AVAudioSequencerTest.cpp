@@ -136,6 +136,25 @@ TEST(AVAudioSequencer, AHostOfOpenNotesIsEndedWithTheChannelsBehindThem)
     EXPECT_THAT(heard, testing::Contains("4096: BF 7B 00"));
 }
 
+// Played through, the end of the first note ends both for an instrument.
+TEST(AVAudioSequencer, BehindAStartAnEarlierNoteStillEndsItsKeyWhereThatWasStruckAnew)
+{
+    Studio studio;
+    studio.load(Song()
+                    .note(0.0, 0, 60, 100, 3.0, 1)
+                    .note(0.5, 0, 60, 100, 4.0, 2)
+                    .note(0.0, 0, 61, 100, 3.0, 3)
+                    .note(2.0, 0, 60, 100, 4.0, 4)
+                    .note(4.0, 0, 60, 100, 1.0, 5)
+                    .note(3.0, 0, 62, 100, 2.5, 6)
+                    .note(0.0, 0, 62, 100, 3.0, 7));
+    studio.start(1.0);
+    const Lines heard = studio.run(144001);
+    EXPECT_THAT(Lines(heard.end() - 8, heard.end()),
+                ElementsAre("24000: 90 3C 64", "48000: 80 3C 01", "48000: 90 3E 64", "72000: 90 3C 64",
+                            "84000: 80 3C 02", "96000: 80 3C 05", "108000: 80 3E 06", "120000: 80 3C 04"));
+}
+
 TEST(AVAudioSequencer, StartingOnAnEngineThatDoesNotRunFails)
 {
     Studio studio;
