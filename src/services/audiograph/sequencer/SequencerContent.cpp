@@ -8,8 +8,6 @@ namespace volvelle {
 
 namespace {
 
-constexpr int mostEnds = 4; // of one key at once: all keys so often find room in the line
-
 std::size_t placeOf(const SequencerEvent& note)
 {
     return static_cast<std::size_t>(channelOf(note.bytes)) * 128 + note.bytes[1];
@@ -114,10 +112,9 @@ void SequencerContent::releaseNotes(Unit& unit, int channel) noexcept
     for (int key = 0; key < 128; ++key) {
         std::uint16_t& count =
             unit.sounding[static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(key)];
-        for (int i = std::min<int>(count, mostEnds); i > 0; --i) {
+        for (; count > 0; --count) {
             sendShort(unit, {statusOf(STATUS_NOTEOFF, channel), static_cast<std::uint8_t>(key), 0});
         }
-        count = 0;
     }
 }
 

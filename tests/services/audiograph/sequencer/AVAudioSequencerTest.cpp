@@ -2,6 +2,7 @@
 
 #include <array>
 #include <fstream>
+#include <functional>
 #include <gmock/gmock.h>
 
 namespace volvelle::test {
@@ -134,6 +135,30 @@ TEST(AVAudioSequencer, AHostOfOpenNotesIsEndedWithTheChannelsBehindThem)
     EXPECT_THAT(heard, testing::Contains("4096: 8F 3C 00"));
     EXPECT_THAT(heard, testing::Contains("4096: BF 40 00"));
     EXPECT_THAT(heard, testing::Contains("4096: BF 7B 00"));
+}
+
+TEST(AVAudioSequencer, AKeyEndsAsOftenAsItWasStruckWhereverTheMusicIsTakenAway)
+{
+    Song song;
+    for (int i = 0; i < 300; ++i) {
+        song.note(i / 960.0, 0, 60, 100, 8.0).note(i / 960.0, 0, i % 20, 100, 8.0);
+    }
+    const std::vector<std::function<void(Studio&)>> ways{
+        [](Studio& studio) { studio.sequencer->stop(); },
+        [](Studio& studio) { studio.sequencer->setCurrentPositionInBeats(4.0); },
+        [](Studio& studio) { studio.load(Song().note(8.0, 1, 60, 100, 1.0)); },
+        [](Studio& studio) { studio.sequencer->tracks()[0]->setDestinationAudioUnit(nullptr); },
+        [](Studio& studio) { studio.sequencer.reset(); }};
+    for (const auto& takeAway : ways) {
+        Studio studio(512);
+        studio.load(song);
+        studio.start();
+        studio.run(9600);
+        EXPECT_EQ(studio.recorder->sounding(), 600);
+        takeAway(studio);
+        studio.run(512);
+        EXPECT_EQ(studio.recorder->sounding(), 0);
+    }
 }
 
 // Played through, the end of the first note ends both for an instrument.
