@@ -222,7 +222,6 @@ void ChannelState::resetControllers() noexcept
     keyPressures = {};
     bend = 0x2000;
     pressure = 0;
-    selectsRegistered = true;
 }
 
 void ChannelState::tell(int channel, ChannelMessages& messages) const noexcept

@@ -47,6 +47,23 @@ TEST(ChannelState, AFreshChannelIsToldWhole)
                             "B2 65 7F", "B2 64 7F"));
 }
 
+TEST(ChannelState, EachControllerHasItsUsualValue)
+{
+    for (int number = 0; number < 128; ++number) {
+        int usual = 0;
+        if (number == 8 || number == 10 || (number >= 70 && number <= 79)) {
+            usual = 64;
+        } else if (number == 7) {
+            usual = 100;
+        } else if (number == 11 || number == 43 || (number >= 98 && number <= 101)) {
+            usual = 127;
+        } else if (number == 84 || number >= 120) {
+            usual = -1;
+        }
+        EXPECT_EQ(ChannelState().controller(number), usual) << number;
+    }
+}
+
 TEST(ChannelState, TheLastValuesAreTold)
 {
     EXPECT_THAT(news(after({{0xB2, 11, 50},
@@ -87,6 +104,10 @@ TEST(ChannelState, TheResetOfControllersResetsWhatItsPracticeSays)
         const auto controller = static_cast<std::uint8_t>(number);
         const ChannelState state = after({{0xB2, controller, 33}, {0xB2, 121, 0}});
         const bool survives = std::ranges::find(survivors, number) != survivors.end();
+        if (!survives) {
+            EXPECT_EQ(state.controller(number), number == 32 ? 33 : ChannelState().controller(number))
+                << number;
+        }
         if (!isOfOthers) {
             EXPECT_EQ(news(state), survives ? Lines{hexLine({0xB2, controller, 33})} : Lines{}) << number;
         }
