@@ -100,12 +100,29 @@ std::vector<std::uint8_t> longFile()
     return bytes;
 }
 
-// A block with a jump to another place of a long file; "core" is the share of the block's time.
-void seek(benchmark::State& state)
+// A file of a million exclusives, none of them a reset.
+std::vector<std::uint8_t> fileOfExclusives()
+{
+    constexpr std::uint32_t count = 1'000'000;
+    constexpr std::uint32_t size = count * 10 + 4;
+    std::vector<std::uint8_t> bytes{'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1, 1, 0xE0, 'M', 'T', 'r', 'k'};
+    for (const int shift : {24, 16, 8, 0}) {
+        bytes.push_back(static_cast<std::uint8_t>(size >> shift));
+    }
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const auto volume = static_cast<std::uint8_t>(i % 128);
+        bytes.insert(bytes.end(), {3, 0xF0, 7, 0x7F, 0x7F, 0x04, 0x01, 0x00, volume, 0xF7});
+    }
+    bytes.insert(bytes.end(), {0, 0xFF, 0x2F, 0x00});
+    return bytes;
+}
+
+// A block with a jump to another place of a file; "core" is the share of the block's time.
+void seekIn(benchmark::State& state, const std::vector<std::uint8_t>& file)
 {
     Studio studio;
     AVAudioSequencer sequencer(studio.engine);
-    if (const auto loaded = sequencer.loadFromData(longFile(), AVAudioSequencer::channelsToTracks); !loaded) {
+    if (const auto loaded = sequencer.loadFromData(file, AVAudioSequencer::channelsToTracks); !loaded) {
         state.SkipWithError(loaded.error().c_str());
         return;
     }
@@ -122,6 +139,17 @@ void seek(benchmark::State& state)
     state.counters["core"] = shareOfCore(state);
 }
 
+void seek(benchmark::State& state)
+{
+    seekIn(state, longFile());
+}
+
+void seekBehindExclusives(benchmark::State& state)
+{
+    seekIn(state, fileOfExclusives());
+}
+
+BENCHMARK(seekBehindExclusives)->Unit(benchmark::kMicrosecond);
 BENCHMARK(seek)->Unit(benchmark::kMicrosecond);
 
 // Finding and loading the built-in bank: the largest part of the time to the first sound.

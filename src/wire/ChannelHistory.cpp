@@ -3,7 +3,7 @@
 #include "wire/SystemExclusive.h"
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
 namespace volvelle {
 
@@ -23,14 +23,33 @@ void ChannelHistory::addExclusive(double seconds, std::span<const std::uint8_t> 
         append({seconds, {}, change});
     }
     const std::size_t index = exclusives.size();
+    if (index % stride == 0) {
+        exclusiveSnapshots.push_back(counting);
+    }
+    std::size_t replaced = none;
     if (change.resets) {
         lastOfKey.clear();
+        counting.clear();
     } else if (const auto [last, isNew] = lastOfKey.try_emplace(settingKey(message), index); !isNew) {
-        exclusives[last->second].replacedBy = index;
-        last->second = index;
+        replaced = std::exchange(last->second, index);
+        exclusives[replaced].replacedBy = index;
     }
-    const std::size_t lastReset = change.resets || index == 0 ? index : exclusives.back().lastReset;
-    exclusives.push_back({seconds, lastReset, std::numeric_limits<std::size_t>::max(), number});
+    const std::size_t before = index == 0 ? none : exclusives.back().lastReset;
+    exclusives.push_back({seconds, change.resets ? index : before, none, number});
+    count(index, replaced);
+}
+
+void ChannelHistory::count(std::size_t index, std::size_t replaced)
+{
+    const auto place = std::ranges::lower_bound(counting, replaced);
+    if (place != counting.end() && *place == replaced) {
+        counting.erase(place);
+    }
+    if (counting.size() == ExclusiveMemory::maximumMessages) {
+        const bool hasReset = counting.front() == exclusives[index].lastReset;
+        counting.erase(counting.begin() + (hasReset ? 1 : 0));
+    }
+    counting.push_back(index);
 }
 
 void ChannelHistory::append(const Message& message)
@@ -64,12 +83,32 @@ void ChannelHistory::find(double seconds, DeviceChannels& channels) const noexce
     }
 }
 
-std::size_t ChannelHistory::exclusivesBefore(double seconds) const noexcept
+std::span<const std::uint32_t> ChannelHistory::exclusivesBefore(double seconds,
+                                                                Numbers& numbers) const noexcept
 {
     const auto behind =
         std::lower_bound(exclusives.begin(), exclusives.end(), seconds,
                          [](const Exclusive& exclusive, double time) { return exclusive.seconds < time; });
-    return static_cast<std::size_t>(behind - exclusives.begin());
+    const auto end = static_cast<std::size_t>(behind - exclusives.begin());
+    const std::size_t reset = end == 0 ? none : exclusives[end - 1].lastReset;
+    std::size_t size = 0;
+    const auto keep = [&](std::size_t index) {
+        const bool isBehind = reset == none || index >= reset;
+        if (isBehind && exclusives[index].replacedBy >= end) {
+            numbers[size++] = exclusives[index].number;
+        }
+    };
+    const std::size_t snapshot = end / stride;
+    const bool isKnown = snapshot < exclusiveSnapshots.size();
+    std::ranges::for_each(isKnown ? exclusiveSnapshots[snapshot] : counting, keep);
+    for (std::size_t i = snapshot * stride; i < end; ++i) {
+        keep(i);
+    }
+    const std::size_t over = size - std::min(size, ExclusiveMemory::maximumMessages);
+    if (reset != none) {
+        numbers[over] = numbers[0];
+    }
+    return std::span(numbers).subspan(over, size - over);
 }
 
 } // namespace volvelle

@@ -3,8 +3,10 @@
 #include "wire/DeviceChannels.h"
 #include "wire/ExclusiveMemory.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -31,22 +33,18 @@ public:
     template <typename Visit>
     void forEachExclusive(double seconds, Visit&& visit) const
     {
-        const std::size_t count = exclusivesBefore(seconds);
-        const std::size_t first = count == 0 ? 0 : exclusives[count - 1].lastReset;
-        std::size_t left = 0;
-        for (std::size_t i = first; i < count; ++i) {
-            left += exclusives[i].replacedBy >= count ? 1U : 0U;
-        }
-        for (std::size_t i = first; i < count; ++i) {
-            if (exclusives[i].replacedBy >= count &&
-                (left-- < ExclusiveMemory::maximumMessages || i == first)) {
-                visit(exclusives[i].number);
-            }
+        Numbers numbers;
+        for (const std::uint32_t number : exclusivesBefore(seconds, numbers)) {
+            visit(number);
         }
     }
 
 private:
-    static constexpr std::size_t stride = 1024; // messages from one snapshot to the next
+    static constexpr std::size_t stride = 1024; // messages, or exclusives, from one snapshot to the next
+    static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+
+    // Of the exclusives that count in a snapshot, and of those behind it.
+    using Numbers = std::array<std::uint32_t, ExclusiveMemory::maximumMessages + stride>;
 
     // A channel message, or, where the first byte is 0, what an exclusive does to the channels.
     struct Message {
@@ -57,19 +55,22 @@ private:
 
     struct Exclusive {
         double seconds = 0.0;
-        std::size_t lastReset = 0;  // index of the last one up to this, 0 for none
-        std::size_t replacedBy = 0; // index of the one that sets the same; after all for none
+        std::size_t lastReset = none;  // index of the last one up to this
+        std::size_t replacedBy = none; // index of the one that sets the same
         std::uint32_t number = 0;
     };
 
     void append(const Message& message);
     static void apply(const Message& message, DeviceChannels& channels) noexcept;
-    std::size_t exclusivesBefore(double seconds) const noexcept;
+    void count(std::size_t index, std::size_t replaced);
+    std::span<const std::uint32_t> exclusivesBefore(double seconds, Numbers& numbers) const noexcept;
 
     std::vector<Message> messages;
     std::vector<DeviceChannels> snapshots; // one before each stride of messages
     DeviceChannels latest;                 // after all messages
     std::vector<Exclusive> exclusives;
+    std::vector<std::vector<std::size_t>> exclusiveSnapshots; // of `counting`, one before each stride
+    std::vector<std::size_t> counting; // indices of the exclusives that count after all, ascending
     std::unordered_map<std::uint64_t, std::size_t> lastOfKey; // index of the last exclusive with a key
 };
 

@@ -168,6 +168,43 @@ TEST(ChannelHistory, OfVeryManySettingsTheNewestAreTold)
     EXPECT_EQ(found.back(), 1000U);
 }
 
+// As a device that got them one after the other remembers them.
+class ManyExclusives : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Resets, ManyExclusives, testing::Values(0, 700, 30'000));
+
+TEST_P(ManyExclusives, CountAsInADeviceThatGotThemAll)
+{
+    constexpr int many = 100'000;
+    std::mt19937 random(5);
+    std::vector<Bytes> messages;
+    ChannelHistory history;
+    for (int i = 0; i < many; ++i) {
+        const bool isReset = GetParam() != 0 && i > 0 && random() % static_cast<unsigned>(GetParam()) == 0;
+        const auto key = static_cast<std::uint8_t>(random() % 128);
+        const auto program = static_cast<std::uint8_t>(random() % (i < many / 2 ? 2 : 9));
+        const auto value = static_cast<std::uint8_t>(random() % 128);
+        messages.push_back(isReset ? generalMIDIOn
+                                   : Bytes{0xF0, 0x7F, 0x7F, 8, 2, program, 1, key, value, 0, 0, 0xF7});
+        history.addExclusive(i, messages.back(), static_cast<std::uint32_t>(i));
+    }
+    ExclusiveMemory device;
+    for (int i = 0; i <= many; ++i) {
+        if (i % 997 == 0 || i % 1024 < 2 || i == many) {
+            std::vector<Bytes> expected;
+            for (std::size_t place = 0; place < device.size(); ++place) {
+                expected.emplace_back(device[place].begin(), device[place].end());
+            }
+            std::vector<Bytes> found;
+            history.forEachExclusive(i, [&](std::uint32_t number) { found.push_back(messages[number]); });
+            ASSERT_EQ(found, expected) << i;
+        }
+        if (i < many) {
+            device.apply(messages[static_cast<std::size_t>(i)]);
+        }
+    }
+}
+
 TEST(ChannelHistory, OfExclusivesTheLastResetAndTheLastOfEachSettingBehindItCount)
 {
     const ChannelHistory history = historyOf({{0.0, masterVolume(1)},
