@@ -6,7 +6,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <pthread.h>
+#include <semaphore.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <termios.h>
+#include <time.h>
 #include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -141,6 +147,25 @@ VOLVELLE_TRAP(int, pthread_cond_signal, (pthread_cond_t * condition), (condition
 VOLVELLE_TRAP(int, pthread_cond_broadcast, (pthread_cond_t * condition), (condition), noexcept)
 VOLVELLE_TRAP(int, pthread_cond_wait, (pthread_cond_t * condition, pthread_mutex_t* mutex),
               (condition, mutex), )
+VOLVELLE_TRAP(int, pthread_cond_timedwait,
+              (pthread_cond_t * condition, pthread_mutex_t* mutex, const timespec* until),
+              (condition, mutex, until), )
+VOLVELLE_TRAP(int, pthread_cond_clockwait,
+              (pthread_cond_t * condition, pthread_mutex_t* mutex, clockid_t clock, const timespec* until),
+              (condition, mutex, clock, until), )
+VOLVELLE_TRAP(int, pthread_mutex_timedlock, (pthread_mutex_t * mutex, const timespec* until), (mutex, until),
+              noexcept)
+VOLVELLE_TRAP(int, pthread_mutex_clocklock, (pthread_mutex_t * mutex, clockid_t clock, const timespec* until),
+              (mutex, clock, until), noexcept)
+VOLVELLE_TRAP(int, sem_wait, (sem_t * semaphore), (semaphore), )
+VOLVELLE_TRAP(int, sem_timedwait, (sem_t * semaphore, const timespec* until), (semaphore, until), )
+VOLVELLE_TRAP(int, nanosleep, (const timespec* time, timespec* left), (time, left), )
+VOLVELLE_TRAP(int, clock_nanosleep, (clockid_t clock, int flags, const timespec* time, timespec* left),
+              (clock, flags, time, left), )
+VOLVELLE_TRAP(void*, mmap, (void* at, std::size_t size, int access, int flags, int file, off_t place),
+              (at, size, access, flags, file, place), noexcept)
+VOLVELLE_TRAP(int, munmap, (void* at, std::size_t size), (at, size), noexcept)
+VOLVELLE_TRAP(int, tcgetattr, (int file, termios* settings), (file, settings), noexcept)
 VOLVELLE_TRAP(FILE*, fopen, (const char* path, const char* mode), (path, mode), )
 VOLVELLE_TRAP(FILE*, fopen64, (const char* path, const char* mode), (path, mode), )
 VOLVELLE_TRAP(std::size_t, fread, (void* to, std::size_t size, std::size_t count, FILE* file),
@@ -150,6 +175,9 @@ VOLVELLE_TRAP(std::size_t, fwrite, (const void* from, std::size_t size, std::siz
 VOLVELLE_TRAP(int, fputs, (const char* text, FILE* file), (text, file), )
 VOLVELLE_TRAP(int, close, (int file), (file), )
 VOLVELLE_TRAP(ssize_t, read, (int file, void* to, std::size_t size), (file, to, size), )
+VOLVELLE_TRAP(ssize_t, pread, (int file, void* to, std::size_t size, off_t place), (file, to, size, place), )
+VOLVELLE_TRAP(ssize_t, pread64, (int file, void* to, std::size_t size, off64_t place),
+              (file, to, size, place), )
 VOLVELLE_TRAP(ssize_t, write, (int file, const void* from, std::size_t size), (file, from, size), )
 
 int open(const char* path, int flags, ...)
@@ -162,6 +190,30 @@ int open(const char* path, int flags, ...)
     const int mode = va_arg(more, int);
     va_end(more);
     return next(path, flags, mode);
+}
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    using Next = int (*)(int, const char*, int, ...);
+    static const auto next = reinterpret_cast<Next>(dlsym(RTLD_NEXT, "openat"));
+    volvelle::test::check("openat on a guarded thread\n");
+    std::va_list more;
+    va_start(more, flags);
+    const int mode = va_arg(more, int);
+    va_end(more);
+    return next(folder, path, flags, mode);
+}
+
+int ioctl(int file, unsigned long request, ...) noexcept
+{
+    using Next = int (*)(int, unsigned long, ...);
+    static const auto next = reinterpret_cast<Next>(dlsym(RTLD_NEXT, "ioctl"));
+    volvelle::test::check("ioctl on a guarded thread\n");
+    std::va_list more;
+    va_start(more, request);
+    void* const argument = va_arg(more, void*);
+    va_end(more);
+    return next(file, request, argument);
 }
 
 } // extern "C"

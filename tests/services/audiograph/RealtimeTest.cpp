@@ -9,7 +9,13 @@
 #include <fcntl.h>
 #include <mutex>
 #include <new>
+#include <pthread.h>
+#include <semaphore.h>
 #include <shared_mutex>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <termios.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace volvelle::test {
@@ -71,6 +77,11 @@ std::shared_mutex someSharedMutex;
 std::condition_variable someCondition;
 void* volatile somewhere = nullptr;
 char someText[8] = "text\n";
+pthread_mutex_t plainMutex = PTHREAD_MUTEX_INITIALIZER;
+pthread_cond_t plainCondition = PTHREAD_COND_INITIALIZER;
+sem_t someSemaphore{};
+const timespec noTime{};
+termios someSettings{};
 
 const std::vector<Trapped> trappedCalls{
     Trapped{"aligned_alloc", [] { somewhere = ::operator new(64, std::align_val_t(64)); }},
@@ -90,6 +101,25 @@ const std::vector<Trapped> trappedCalls{
             [] { somewhere = someSharedMutex.try_lock_shared() ? &someMutex : nullptr; }},
     Trapped{"pthread_cond_broadcast", [] { someCondition.notify_all(); }},
     Trapped{"pthread_cond_signal", [] { someCondition.notify_one(); }},
+    Trapped{"pthread_cond_wait", [] { pthread_cond_wait(&plainCondition, &plainMutex); }},
+    Trapped{"pthread_cond_timedwait", [] { pthread_cond_timedwait(&plainCondition, &plainMutex, &noTime); }},
+    Trapped{"pthread_cond_clockwait",
+            [] { pthread_cond_clockwait(&plainCondition, &plainMutex, CLOCK_MONOTONIC, &noTime); }},
+    Trapped{"pthread_mutex_timedlock", [] { pthread_mutex_timedlock(&plainMutex, &noTime); }},
+    Trapped{"pthread_mutex_clocklock",
+            [] { pthread_mutex_clocklock(&plainMutex, CLOCK_MONOTONIC, &noTime); }},
+    Trapped{"sem_wait", [] { sem_wait(&someSemaphore); }},
+    Trapped{"sem_timedwait", [] { sem_timedwait(&someSemaphore, &noTime); }},
+    Trapped{"nanosleep", [] { nanosleep(&noTime, nullptr); }},
+    Trapped{"clock_nanosleep", [] { clock_nanosleep(CLOCK_MONOTONIC, 0, &noTime, nullptr); }},
+    Trapped{"mmap", [] { somewhere = mmap(nullptr, 4096, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0); }},
+    Trapped{"munmap", [] { somewhere = someText + munmap(someText, 0); }},
+    Trapped{"tcgetattr", [] { somewhere = someText + tcgetattr(0, &someSettings); }},
+    Trapped{"ioctl", [] { somewhere = someText + ioctl(0, TIOCGWINSZ, someText); }},
+    Trapped{"openat", [] { somewhere = someText + openat(AT_FDCWD, "/dev/null", O_RDONLY); }},
+    Trapped{"pread", [] { somewhere = someText + pread(0, someText, 0, 0); }},
+    Trapped{"close", [] { somewhere = someText + close(-1); }},
+    Trapped{"fread", [] { somewhere = someText + std::fread(someText, 1, 0, stdin); }},
     Trapped{"fopen", [] { somewhere = std::fopen("/dev/null", "r"); }},
     Trapped{"open", [] { somewhere = someText + open("/dev/null", O_RDONLY); }},
     Trapped{"read", [] { somewhere = someText + read(0, someText, 0); }},
