@@ -105,7 +105,7 @@ TEST_F(LargeBanks, SoundLikeTheSmallBankThatTheyAreMadeOf)
     EXPECT_GT(loudest(expected), 0.01F);
 }
 
-// The library behind takes one block and gives it back each time that it renders.
+// Not even the block that the library behind takes for its effects: they are off here.
 TEST_F(LargeBanks, StartSeekAndStopTakeNoMemoryNoLockAndNoFile)
 {
     studio.load(programs());
@@ -114,7 +114,7 @@ TEST_F(LargeBanks, StartSeekAndStopTakeNoMemoryNoLockAndNoFile)
     std::array<float, 512> right{};
     const auto guarded = [&](int blocks) {
         for (int i = 0; i < blocks; ++i) {
-            const RealtimeGuard guard(80);
+            const RealtimeGuard guard;
             studio.engine->render(left.data(), right.data(), 512);
         }
     };
@@ -139,7 +139,7 @@ TEST_F(LargeBanks, ASoundThatNobodyAnnouncedComesWithTheNextHousekeeping)
     std::array<float, 512> left{};
     std::array<float, 512> right{};
     {
-        const RealtimeGuard guard(4);
+        const RealtimeGuard guard;
         studio.engine->render(left.data(), right.data(), 512);
     }
     EXPECT_GT(loudest(before), 0.01F);
@@ -220,7 +220,7 @@ TEST_F(LargeBanks, AnotherBankThatCannotBeLoadedLeavesTheSoundsInPlace)
     std::array<float, 512> right{};
     studio.engine->render(left.data(), right.data(), 512);
     for (int i = 0; i < 200; ++i) {
-        const RealtimeGuard guard(80);
+        const RealtimeGuard guard;
         studio.engine->render(left.data(), right.data(), 512);
     }
     EXPECT_EQ(unit().soundBank(), bank.path);
