@@ -169,11 +169,11 @@ TEST(ChannelHistory, OfVeryManySettingsTheNewestAreTold)
 }
 
 // As a device that got them one after the other remembers them.
-class ManyExclusives : public testing::TestWithParam<int> {};
+class ChannelHistoryExclusivesTest : public testing::TestWithParam<int> {};
 
-INSTANTIATE_TEST_SUITE_P(Resets, ManyExclusives, testing::Values(0, 700, 30'000));
+INSTANTIATE_TEST_SUITE_P(Resets, ChannelHistoryExclusivesTest, testing::Values(0, 700, 30'000));
 
-TEST_P(ManyExclusives, CountAsInADeviceThatGotThemAll)
+TEST_P(ChannelHistoryExclusivesTest, CountAsInADeviceThatGotThemAll)
 {
     constexpr int many = 100'000;
     std::mt19937 random(5);
