@@ -261,6 +261,9 @@ void UIDocumentBrowserViewController::show(const fs::path& spelling)
     }
     selected = indexOf(file) ? std::optional(file) : std::nullopt;
     tellChange();
+    if (selected && onSelectionSought) {
+        onSelectionSought();
+    }
 }
 
 void UIDocumentBrowserViewController::tellChange() const

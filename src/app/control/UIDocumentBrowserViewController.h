@@ -47,6 +47,9 @@ public:
     // After the list, the search or the selection has changed; may be empty.
     std::function<void()> onBrowserChanged;
 
+    // After that, where the selection is to be brought into view wherever it stands now; may be empty.
+    std::function<void()> onSelectionSought;
+
     // MARK: What is shown
 
     // The folder that is shown, with the trash for its files. Before it is set the list is empty.

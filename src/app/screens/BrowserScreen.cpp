@@ -30,6 +30,7 @@ BrowserScreen::BrowserScreen(std::shared_ptr<DocumentBrowserViewController> brow
     addAction("Show in File Manager", "open:", QKeySequence(), &BrowserScreen::revealSelection);
     addAction("Bring Back", "undo:", QKeySequence::Undo, &BrowserScreen::undo);
     logic->onBrowserChanged = [this] { showBrowser(); };
+    logic->onSelectionSought = [this] { tiles->scrollTo(tiles->currentIndex()); };
     connect(&Appearance::shared(), &Appearance::changed, this, [this] { tiles->viewport()->update(); });
     showBrowser();
 }
@@ -37,6 +38,7 @@ BrowserScreen::BrowserScreen(std::shared_ptr<DocumentBrowserViewController> brow
 BrowserScreen::~BrowserScreen()
 {
     logic->onBrowserChanged = {};
+    logic->onSelectionSought = {};
 }
 
 void BrowserScreen::addAction(const QString& text, const QString& selector, const QKeySequence& key,
