@@ -119,9 +119,6 @@ std::string refusalOf(const std::string& name)
     if (name.front() == '.') {
         return "A name cannot begin with a point.";
     }
-    if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
-        return "A name cannot hold a slash.";
-    }
     return "";
 }
 
@@ -192,6 +189,9 @@ Result<fs::path> DocumentFolder::rename(const fs::path& file, const std::string&
 {
     if (typed == shownName(file)) {
         return file;
+    }
+    if (typed.find('/') != std::string::npos || typed.find('\0') != std::string::npos) {
+        return failure("A name cannot hold a slash.");
     }
     const bool hasEnding = isMIDIFileName(typed) && fs::path(typed).has_stem();
     const std::string name = hasEnding ? fs::path(typed).stem().string() : typed;

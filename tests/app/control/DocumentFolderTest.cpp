@@ -159,7 +159,11 @@ TEST_F(DocumentFolderTest, ANameThatWillNotDoIsRefused)
     }
     EXPECT_EQ(told(folder.rename(file, "  .mid")), "A name needs at least one letter.");
     EXPECT_EQ(told(folder.rename(file, ".a")), "A name cannot begin with a point.");
-    EXPECT_EQ(told(folder.rename(file, "a/b")), "A name cannot hold a slash.");
+    for (const std::string& name : {std::string("a/b"), std::string("AC/DC.mid"), std::string("../x.mid"),
+                                    std::string("//b.MIDI"), std::string("x/y/z.mid"), std::string("x/.mid"),
+                                    std::string("/"), std::string("a\0b", 3), std::string("a\0b.mid", 7)}) {
+        EXPECT_EQ(told(folder.rename(file, name)), "A name cannot hold a slash.") << name;
+    }
     EXPECT_EQ(told(folder.rename(file, std::string(252, 'x'))), "The name is too long.");
     EXPECT_EQ(told(folder.rename(file, "b")), "There is already an idea called 'b'.");
     EXPECT_EQ(told(folder.rename(ideas.path / "c.mid", "d")), "'c' is not there any more.");
