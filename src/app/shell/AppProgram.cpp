@@ -30,6 +30,7 @@ constexpr const char* applicationID = "com.orvane.Volvelle";
 constexpr const char* helpSiteKey = "helpSite";
 constexpr const char* appearanceKey = "appearance"; // "dark" or "light"; the desktop's choice without it
 
+constexpr const char* notTaken = "The window that is open already did not take the files.";
 constexpr const char* noDisplay = "There is no display: 'volvelle generate' writes an idea without one.";
 
 // What Qt says while it looks for a display, which ends the process where there is none.
@@ -94,7 +95,7 @@ void followColorScheme(ColorScheme& scheme)
                      [](Theme theme) { Appearance::shared().apply(theme); });
 }
 
-int runWindow(const AppOptions& options)
+int runWindow(const AppOptions& options, CommandOutput& output)
 {
     int count = 1;
     char name[] = "volvelle";
@@ -107,9 +108,13 @@ int runWindow(const AppOptions& options)
     Shell* running = nullptr;
     QStringList early; // handed over before the shell is there
     OneInstance instance(OneInstance::usualName());
-    if (!instance.begin(files, [&running, &early](const QStringList& more) {
-            running != nullptr ? running->receive(more) : early.append(more);
-        })) {
+    const auto start = instance.begin(files, [&running, &early](const QStringList& more) {
+        running != nullptr ? running->receive(more) : early.append(more);
+    });
+    if (start == OneInstance::Start::refused) {
+        return output.failure(notTaken);
+    }
+    if (start == OneInstance::Start::handedOver) {
         return exitDone;
     }
     EndSignals::hold();
@@ -144,7 +149,7 @@ int open(const AppOptions& options, CommandOutput& output)
     }
     StandardOutputSink sink;
     ConsoleSink* const before = console().setSink(output.isQuiet() ? nullptr : &sink);
-    const int status = runWindow(options);
+    const int status = runWindow(options, output);
     console().setSink(before);
     return status;
 }

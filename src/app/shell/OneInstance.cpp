@@ -1,6 +1,5 @@
 #include "app/shell/OneInstance.h"
 
-#include <QDataStream>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -8,6 +7,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QThread>
+#include <QtEndian>
 
 #include <unistd.h>
 #include <utility>
@@ -16,9 +16,35 @@ namespace volvelle {
 
 namespace {
 
-constexpr int patience = 3000;        // ms, for one that hangs
-constexpr int pause = 20;             // ms, between two tries
-constexpr qint64 longest = 1'000'000; // bytes of a message
+constexpr int patience = 3000;          // ms, for one that hangs
+constexpr int pause = 20;               // ms, between two tries
+constexpr quint32 longest = 64U << 20U; // bytes of a message: each file of a command line with its folder
+constexpr const char* takenAnswer = "+";
+constexpr const char* refusedAnswer = "-";
+
+// A message: the count of its bytes, in four bytes from the highest, then each file in UTF-8 with a zero
+// behind it.
+QByteArray messageOf(const QStringList& files)
+{
+    QByteArray names;
+    for (const QString& file : files) {
+        names += file.toUtf8() + '\0';
+    }
+    QByteArray length(sizeof(quint32), '\0');
+    qToBigEndian(static_cast<quint32>(names.size()), length.data());
+    return length + names;
+}
+
+QStringList filesOf(const QByteArray& names)
+{
+    QStringList files;
+    for (qsizetype at = 0; at < names.size();) {
+        const QByteArray name(names.constData() + at);
+        files << QString::fromUtf8(name);
+        at += name.size() + 1;
+    }
+    return files;
+}
 
 QString folder()
 {
@@ -47,36 +73,48 @@ OneInstance::~OneInstance()
     end();
 }
 
-bool OneInstance::begin(const QStringList& files, Receive handler)
+OneInstance::Start OneInstance::begin(const QStringList& files, Receive handler)
 {
     receive = std::move(handler);
     QElapsedTimer clock;
     clock.start();
+    Answer answer = Answer::absent;
     while (clock.elapsed() < patience) {
         if (lock.tryLock(0)) {
             listen();
-            return true;
+            return Start::first;
         }
         if (lock.error() != QLockFile::LockFailedError) {
-            return true;
+            return Start::first;
         }
-        const Answer answer = handOver(files);
-        if (answer != Answer::absent) {
-            return answer == Answer::none;
+        answer = handOver(files);
+        if (answer == Answer::taken || answer == Answer::refused) {
+            return answer == Answer::taken ? Start::handedOver : Start::refused;
+        }
+        if (answer == Answer::none) {
+            return Start::first;
         }
         QThread::msleep(pause);
     }
-    // A lock that names nobody, behind which nobody listens: of one that ended in the middle of making it.
-    qint64 owner = 0;
-    QString host;
-    QString program;
-    if (!lock.getLockInfo(&owner, &host, &program)) {
+    if (answer == Answer::brokenOff) {
+        return Start::refused;
+    }
+    if (isOfNobody()) {
         QFile::remove(name + ".lock");
         if (lock.tryLock(0)) {
             listen();
         }
     }
-    return true;
+    return Start::first;
+}
+
+// Of one that ended in the middle of making it.
+bool OneInstance::isOfNobody() const
+{
+    qint64 owner = 0;
+    QString host;
+    QString program;
+    return !lock.getLockInfo(&owner, &host, &program);
 }
 
 void OneInstance::end()
@@ -99,32 +137,43 @@ OneInstance::Answer OneInstance::handOver(const QStringList& files) const
     if (!socket.waitForConnected(patience)) {
         return Answer::absent;
     }
-    QDataStream stream(&socket);
-    stream << files;
-    const bool isTaken = socket.waitForBytesWritten(patience) && socket.waitForReadyRead(patience);
-    return isTaken ? Answer::taken : Answer::none;
+    socket.write(messageOf(files));
+    socket.waitForReadyRead(patience);
+    const QByteArray answer = socket.readAll();
+    if (answer == takenAnswer) {
+        return Answer::taken;
+    }
+    if (answer == refusedAnswer) {
+        return Answer::refused;
+    }
+    return socket.state() == QLocalSocket::ConnectedState ? Answer::none : Answer::brokenOff;
 }
 
 void OneInstance::take()
 {
     while (QLocalSocket* socket = server.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-            QDataStream stream(socket);
-            stream.startTransaction();
-            QStringList files;
-            stream >> files;
-            if (!stream.commitTransaction()) {
-                if (socket->bytesAvailable() > longest) {
-                    socket->abort();
-                }
-                return;
-            }
-            socket->write("+");
-            socket->flush();
-            socket->disconnectFromServer();
-            receive(files);
-        });
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { takeFrom(*socket); });
+    }
+}
+
+void OneInstance::takeFrom(QLocalSocket& socket)
+{
+    const QByteArray start = socket.peek(sizeof(quint32));
+    if (start.size() < static_cast<qsizetype>(sizeof(quint32))) {
+        return;
+    }
+    const auto length = qFromBigEndian<quint32>(start.constData());
+    if (length <= longest && socket.bytesAvailable() < start.size() + static_cast<qint64>(length)) {
+        return;
+    }
+    const QByteArray message = length <= longest ? socket.read(start.size() + length) : QByteArray();
+    socket.disconnect(this);
+    socket.write(length <= longest ? takenAnswer : refusedAnswer);
+    socket.flush();
+    socket.disconnectFromServer();
+    if (length <= longest) {
+        receive(filesOf(message.mid(start.size())));
     }
 }
 

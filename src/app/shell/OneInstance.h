@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+class QLocalSocket;
+
 namespace volvelle {
 
 // One running application for each user and display: a second start hands its files to the first, which
@@ -20,9 +22,14 @@ public:
     explicit OneInstance(QString place);
     ~OneInstance() override;
 
-    // True where this process is the first and listens now. False where another one took the files: this one
-    // ends. A first one that does not answer, or a place where none can listen, counts as none: true.
-    bool begin(const QStringList& files, Receive handler);
+    enum class Start {
+        first,      // this process listens now
+        handedOver, // another one took the files: this one ends
+        refused     // another one runs and did not take them: this one ends too
+    };
+
+    // A first one that does not answer at all, or a place where none can listen, counts as none.
+    Start begin(const QStringList& files, Receive handler);
 
     // From now on another process is the first: before what this one still has to do.
     void end();
@@ -31,11 +38,13 @@ public:
     static QString usualName();
 
 private:
-    enum class Answer { none, absent, taken };
+    enum class Answer { none, absent, brokenOff, taken, refused };
 
     Answer handOver(const QStringList& files) const;
     void listen();
+    bool isOfNobody() const; // the lock
     void take();
+    void takeFrom(QLocalSocket& socket);
 
     const QString name;
     QLockFile lock;

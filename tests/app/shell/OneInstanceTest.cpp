@@ -2,6 +2,9 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QLockFile>
 #include <QSysInfo>
 #include <QTest>
 
@@ -14,16 +17,33 @@ namespace volvelle::test {
 namespace {
 
 struct OneInstanceTest : testing::Test {
-    // A second start, in a thread of its own as if it were a process; true where it is to go on.
-    bool startAgain(const QStringList& files) const
+    using Start = OneInstance::Start;
+
+    // How a second start ends, in a thread of its own as if it were a process.
+    Start startAgain(const QStringList& files) const
     {
-        std::atomic<int> result{-1};
-        std::thread second(
-            [&] { result = OneInstance(name).begin(files, [](const QStringList&) {}) ? 1 : 0; });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return result >= 0; }, 30'000));
+        std::atomic<bool> isDone{false};
+        Start result = Start::first;
+        std::thread second([&] {
+            result = OneInstance(name).begin(files, [](const QStringList&) {});
+            isDone = true;
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone.load(); }, 30'000));
         second.join();
-        return result == 1;
+        return result;
     }
+
+    // The first one in name: what it does with a message is for a test to say.
+    struct Silent {
+        explicit Silent(const QString& place) : lock(place + ".lock")
+        {
+            EXPECT_TRUE(lock.tryLock(0));
+            EXPECT_TRUE(server.listen(place));
+        }
+
+        QLockFile lock;
+        QLocalServer server;
+    };
 
     OneInstance::Receive keep()
     {
@@ -38,9 +58,9 @@ struct OneInstanceTest : testing::Test {
 TEST_F(OneInstanceTest, TakesTheFilesOfASecondStart)
 {
     OneInstance first(name);
-    ASSERT_TRUE(first.begin({"/own.mid"}, keep()));
-    EXPECT_FALSE(startAgain({"/a.mid", "/b c.mid"}));
-    EXPECT_FALSE(startAgain({}));
+    ASSERT_EQ(first.begin({"/own.mid"}, keep()), Start::first);
+    EXPECT_EQ(startAgain({"/a.mid", "/b c.mid"}), Start::handedOver);
+    EXPECT_EQ(startAgain({}), Start::handedOver);
     EXPECT_TRUE(QTest::qWaitFor([&] { return received.size() == 2; }));
     EXPECT_EQ(received, (QStringList{"/a.mid /b c.mid", ""}));
 }
@@ -49,11 +69,11 @@ TEST_F(OneInstanceTest, BeginsAfterOneThatEnded)
 {
     {
         OneInstance first(name);
-        ASSERT_TRUE(first.begin({}, keep()));
+        ASSERT_EQ(first.begin({}, keep()), Start::first);
     }
     OneInstance second(name);
-    EXPECT_TRUE(second.begin({}, keep()));
-    EXPECT_FALSE(startAgain({}));
+    EXPECT_EQ(second.begin({}, keep()), Start::first);
+    EXPECT_EQ(startAgain({}), Start::handedOver);
 }
 
 TEST_F(OneInstanceTest, BeginsWhereOneThatWasKilledLeftItsFiles)
@@ -61,8 +81,8 @@ TEST_F(OneInstanceTest, BeginsWhereOneThatWasKilledLeftItsFiles)
     folder.write("one", "");
     folder.write("one.lock", "999999999\nvolvelle\n" + QSysInfo::machineHostName().toStdString() + "\n");
     OneInstance first(name);
-    ASSERT_TRUE(first.begin({}, keep()));
-    EXPECT_FALSE(startAgain({"/a.mid"}));
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::handedOver);
 }
 
 TEST_F(OneInstanceTest, IsOneOfTenThatStartAtOnce)
@@ -72,11 +92,12 @@ TEST_F(OneInstanceTest, IsOneOfTenThatStartAtOnce)
     std::vector<std::thread> starts;
     std::vector<std::unique_ptr<OneInstance>> instances;
     OneInstance first(name);
-    ASSERT_TRUE(first.begin({}, keep()));
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
     for (int i = 0; i < 9; ++i) {
         starts.emplace_back([&, i] {
             OneInstance instance(name);
-            began += instance.begin({QString("/%1.mid").arg(i)}, [](const QStringList&) {}) ? 1 : 0;
+            const Start start = instance.begin({QString("/%1.mid").arg(i)}, [](const QStringList&) {});
+            began += start != Start::handedOver ? 1 : 0;
             ++done;
         });
     }
@@ -95,22 +116,90 @@ TEST_F(OneInstanceTest, TakesTheLockOfOneThatDiedWhileItMadeIt)
 {
     folder.write("one.lock", "");
     OneInstance first(name);
-    ASSERT_TRUE(first.begin({}, keep()));
-    EXPECT_FALSE(startAgain({"/a.mid"}));
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::handedOver);
 }
 
 TEST_F(OneInstanceTest, LetsAnotherBeginBeforeItsLifeIsOver)
 {
     OneInstance first(name);
-    ASSERT_TRUE(first.begin({}, keep()));
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
     first.end();
-    EXPECT_TRUE(startAgain({}));
+    EXPECT_EQ(startAgain({}), Start::first);
+}
+
+TEST_F(OneInstanceTest, TakesMoreThanACommandLineHolds)
+{
+    QStringList files;
+    for (int i = 0; i < 5000; ++i) {
+        files << "file:///home/" + QString("%D0%96").repeated(240) + QString("/%1.mid").arg(i);
+    }
+    QStringList taken;
+    OneInstance first(name);
+    ASSERT_EQ(first.begin({}, [&](const QStringList& more) { taken = more; }), Start::first);
+    EXPECT_EQ(startAgain(files), Start::handedOver);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !taken.isEmpty(); }));
+    EXPECT_TRUE(taken == files) << taken.size();
+}
+
+TEST_F(OneInstanceTest, TakesNamesOfAnyLettersAndNone)
+{
+    OneInstance first(name);
+    QStringList taken;
+    ASSERT_EQ(first.begin({}, [&](const QStringList& more) { taken = more; }), Start::first);
+    EXPECT_EQ(startAgain({"", "Grün 𝄞", ""}), Start::handedOver);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !taken.isEmpty(); }));
+    EXPECT_EQ(taken, (QStringList{"", "Grün 𝄞", ""}));
+}
+
+TEST_F(OneInstanceTest, RefusesAMessageThatIsTooLong)
+{
+    OneInstance first(name);
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
+    QLocalSocket socket;
+    socket.connectToServer(name);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::ConnectedState; }));
+    socket.write("\x7F\xFF\xFF\xFF", 4);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return socket.bytesAvailable() > 0; }));
+    EXPECT_EQ(socket.readAll(), "-");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::UnconnectedState; }));
+    EXPECT_TRUE(received.isEmpty());
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::handedOver);
+}
+
+TEST_F(OneInstanceTest, IsNoSecondProgramWhereTheFirstRefuses)
+{
+    Silent first(name);
+    QObject::connect(&first.server, &QLocalServer::newConnection, &first.server, [&] {
+        QLocalSocket* const socket = first.server.nextPendingConnection();
+        socket->write("-");
+        socket->disconnectFromServer();
+    });
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::refused);
+}
+
+TEST_F(OneInstanceTest, IsNoSecondProgramWhereTheFirstBreaksOff)
+{
+    Silent first(name);
+    int asked = 0;
+    QObject::connect(&first.server, &QLocalServer::newConnection, &first.server, [&] {
+        ++asked;
+        first.server.nextPendingConnection()->abort();
+    });
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::refused);
+    EXPECT_GT(asked, 1);
+}
+
+TEST_F(OneInstanceTest, BeginsWhereTheFirstHangs)
+{
+    const Silent first(name);
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::first);
 }
 
 TEST_F(OneInstanceTest, BeginsWhereNoneCanListen)
 {
     OneInstance nowhere(QString::fromStdString((folder.path / "missing/one").string()));
-    EXPECT_TRUE(nowhere.begin({}, keep()));
+    EXPECT_EQ(nowhere.begin({}, keep()), Start::first);
 }
 
 } // namespace
