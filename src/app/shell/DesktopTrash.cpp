@@ -3,6 +3,7 @@
 #include "app/control/LocalizedName.h"
 #include "base/PlainText.h"
 #include "base/Text.h"
+#include "services/files/FileFailure.h"
 #include "services/files/FileNames.h"
 #include "services/files/MoveFile.h"
 #include "services/files/SafeFile.h"
@@ -13,6 +14,8 @@
 #include <QStandardPaths>
 
 #include <cerrno>
+#include <string_view>
+#include <vector>
 
 namespace volvelle {
 
@@ -44,50 +47,76 @@ std::vector<std::uint8_t> infoText(const fs::path& file)
     return {text.begin(), text.end()};
 }
 
-// Into the user's own trash, under a name that is free there; nothing where it fails.
-fs::path takeByHand(const fs::path& file, const fs::path& trash)
+// True for a note whose last line is complete, as its writer does not tell.
+bool isWhole(const fs::path& info)
+{
+    std::vector<std::uint8_t> bytes;
+    const bool isRead = readFile(info, bytes) == noErr;
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::size_t date = text.find("\nDeletionDate=");
+    return isRead && date != std::string_view::npos && text.find('\n', date + 1) != std::string_view::npos;
+}
+
+Failure notTaken(const fs::path& file, int error)
+{
+    const bool isFull = error == ENOSPC || error == EDQUOT || error == EFBIG;
+    return failure(concat("'", shownName(file), "' could not be moved to the trash",
+                          isFull ? concat(": ", writeFailureReason(file, error)) : "", "."));
+}
+
+// Into the user's own trash, under a name that is free there.
+Result<fs::path> takeByHand(const fs::path& file, const fs::path& trash)
 {
     const QString shown = QString::fromStdString(shownName(file)).left(longestOwn);
     const fs::path wanted = trash / "files" / (shown.toStdString() + utf8Text(file.extension().string()));
     std::error_code unmade;
     fs::create_directories(trash / "files", unmade);
     fs::create_directories(trash / "info", unmade);
-    for (int number = 1; number <= mostNumbers; ++number) {
+    int failed = EEXIST;
+    for (int number = 1; number <= mostNumbers && failed == EEXIST; ++number) {
         const fs::path place = numberedFile(wanted, number);
         const int noted = putFile(infoOf(place), infoText(file), false);
-        const int failed = noted == 0 ? moveFile(file, place) : noted;
+        failed = noted == 0 ? moveFile(file, place) : noted;
         if (failed == 0) {
             return place;
         }
         if (noted == 0) {
             fs::remove(infoOf(place), unmade);
         }
-        if (failed != EEXIST) {
-            break;
-        }
     }
-    return {};
+    return notTaken(file, failed);
+}
+
+// Out of the trash again, which could not note where the file comes from. A name that was taken meanwhile
+// leaves it there: nothing is lost.
+Failure giveBack(const fs::path& place, const fs::path& file)
+{
+    const int failed = putFile(infoOf(place), infoText(file), true);
+    std::error_code unmade;
+    if (moveFile(place, file) == 0) {
+        fs::remove(infoOf(place), unmade);
+    }
+    return notTaken(file, failed == 0 ? ENOSPC : failed);
 }
 
 } // namespace
 
 Result<fs::path> DesktopTrash::take(const fs::path& file)
 {
-    const auto refused = failure(concat("'", shownName(file), "' could not be moved to the trash."));
     // Without it the trash would be made in the working folder.
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     if (data.isEmpty() || !QDir().mkpath(data)) {
-        return refused;
+        return notTaken(file, 0);
     }
     if (!isUsualName(file)) {
-        const fs::path taken = takeByHand(file, fs::path(QFile::encodeName(data).toStdString()) / "Trash");
-        return taken.empty() ? Result<fs::path>(refused) : taken;
+        return takeByHand(file, fs::path(QFile::encodeName(data).toStdString()) / "Trash");
     }
-    QString place;
-    if (!QFile::moveToTrash(QFile::decodeName(file.c_str()), &place)) {
-        return refused;
+    QString taken;
+    if (!QFile::moveToTrash(QFile::decodeName(file.c_str()), &taken)) {
+        return notTaken(file, 0);
     }
-    return fs::path(QFile::encodeName(place).toStdString());
+    const fs::path place(QFile::encodeName(taken).toStdString());
+    return isWhole(infoOf(place)) ? Result<fs::path>(place) : giveBack(place, file);
 }
 
 Result<> DesktopTrash::restore(const fs::path& place, const fs::path& file)

@@ -17,7 +17,9 @@ std::string protectionOf(const std::filesystem::path& file)
     return isProtected ? "it is write-protected" : "its folder is not writable";
 }
 
-std::string reasonOf(const std::filesystem::path& file, int error)
+} // namespace
+
+std::string writeFailureReason(const std::filesystem::path& file, int error)
 {
     switch (error) {
     case ENOENT:
@@ -51,11 +53,9 @@ std::string reasonOf(const std::filesystem::path& file, int error)
     }
 }
 
-} // namespace
-
 std::string writeFailure(const std::filesystem::path& file, int error)
 {
-    return concat("'", file.string(), "' could not be written: ", reasonOf(file, error), ".");
+    return concat("'", file.string(), "' could not be written: ", writeFailureReason(file, error), ".");
 }
 
 } // namespace volvelle

@@ -9,4 +9,7 @@ namespace volvelle {
 // "'a.mid' could not be written: the device is full." [any]
 std::string writeFailure(const std::filesystem::path& file, int error);
 
+// Its reason alone: "the device is full". [any]
+std::string writeFailureReason(const std::filesystem::path& file, int error);
+
 } // namespace volvelle

@@ -1,5 +1,7 @@
 #include "app/shell/DesktopTrash.h"
 
+#include "app/control/LocalizedName.h"
+#include "tests/services/files/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -182,6 +184,32 @@ TEST_F(DesktopTrashTest, LeavesAFileAndNothingElseWhereTheTrashMadeByHandCannotB
     EXPECT_EQ(place.error(), "'aé' could not be moved to the trash.");
     EXPECT_EQ(fs::file_size(file), 7U);
     EXPECT_TRUE(fs::is_empty(fresh.path / "Trash/info"));
+}
+
+// A note of where a file comes from has some forty bytes at least.
+TEST_F(DesktopTrashTest, GivesAFileBackThatTheTrashHasNoRoomToNote)
+{
+    namespace fs = std::filesystem;
+    for (const rlim_t room : {0U, 4U, 20U}) {
+        for (const char* name : {"Slow tide.mid", "a\xE9.mid"}) {
+            TemporaryFolder fresh;
+            const std::string data = std::getenv("XDG_DATA_HOME");
+            setenv("XDG_DATA_HOME", fresh.path.c_str(), 1);
+            const auto file = folder.write(name, "content");
+            const auto place = [&] {
+                const FileSizeLimit limit(room);
+                return trash.take(file);
+            }();
+            setenv("XDG_DATA_HOME", data.c_str(), 1);
+            ASSERT_FALSE(place) << room;
+            EXPECT_EQ(place.error(),
+                      "'" + shownName(file) +
+                          "' could not be moved to the trash: it would be larger than allowed.");
+            EXPECT_EQ(fs::file_size(file), 7U);
+            EXPECT_TRUE(fs::is_empty(fresh.path / "Trash/files"));
+            EXPECT_TRUE(fs::is_empty(fresh.path / "Trash/info"));
+        }
+    }
 }
 
 TEST_F(DesktopTrashTest, LeavesAFileThatHasTheNameByNow)
