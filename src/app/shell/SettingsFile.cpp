@@ -120,10 +120,11 @@ std::optional<SettingsValue> SettingsFile::value(const std::string& key) const
     const std::lock_guard lock(mutex);
     const QVariant held = settings.value(quoted(key));
     const QStringList parts = held.toStringList();
-    if (held.isValid() && parts.size() == 1) {
-        return parts[0].toStdString(); // written by hand
+    const auto typed = parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
+    if (typed || !held.isValid()) {
+        return typed;
     }
-    return parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
+    return parts.join(',').toStdString(); // written by hand
 }
 
 void SettingsFile::setValue(const std::string& key, std::optional<SettingsValue> value)

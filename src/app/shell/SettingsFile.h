@@ -9,8 +9,9 @@
 namespace volvelle {
 
 // A store of settings in a file of the user's configuration, which several processes may use. Values keep
-// their types, and texts their bytes. A file that is not in UTF-8 is kept beside it, as "NAME.kept.ini",
-// before it is first written; where it cannot be, nothing is written. [any] Several threads at once.
+// their types, and texts their bytes; what was written by hand is text. A file that is not in UTF-8 is kept
+// beside it, as "NAME.kept.ini", before it is first written; where it cannot be, nothing is written. [any]
+// Several threads at once.
 class SettingsFile : public SettingsStore {
 public:
     // `name` is the file's, without its ending.

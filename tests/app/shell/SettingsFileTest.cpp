@@ -67,11 +67,21 @@ TEST_F(SettingsFileTest, ForgetsAKeyWithoutAValue)
     EXPECT_TRUE(settings.entries().empty());
 }
 
-TEST_F(SettingsFileTest, TakesPlainTextsThatWereWrittenByHandAndNoLists)
+TEST_F(SettingsFileTest, TakesPlainTextsThatWereWrittenByHand)
 {
-    folder.write("volvelle/own.ini", "[General]\nplain=3\nlist=a, b, c\nodd=colour, red\nappearance=dark\n");
+    folder.write("volvelle/own.ini", "[General]\nplain=3\nlist=a,b,c\nodd=colour,red\nappearance=dark\n"
+                                     "helpSite=https://example.invalid/a,b\nquoted=\"a;b,c\"\n"
+                                     "long=text,a,b\nends=a,\nwritten=integer, 5\n");
     EXPECT_EQ(SettingsFile("own").entries(),
-              (std::map<std::string, SettingsValue>{{"plain", "3"}, {"appearance", "dark"}}));
+              (std::map<std::string, SettingsValue>{{"plain", "3"},
+                                                    {"list", "a,b,c"},
+                                                    {"odd", "colour,red"},
+                                                    {"appearance", "dark"},
+                                                    {"helpSite", "https://example.invalid/a,b"},
+                                                    {"quoted", "a;b,c"},
+                                                    {"long", "text,a,b"},
+                                                    {"ends", "a,"},
+                                                    {"written", std::int64_t{5}}}));
 }
 
 TEST_F(SettingsFileTest, ReadsTheRestBesideWhatIsNoText)
