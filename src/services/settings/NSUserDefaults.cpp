@@ -1,12 +1,16 @@
 #include "services/settings/NSUserDefaults.h"
 
 #include "base/Checked.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <mutex>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace volvelle {
@@ -35,8 +39,22 @@ Stores& stores()
     return all;
 }
 
-double number(const std::string& digits)
+constexpr std::string_view blanks = " \t\n\v\f\r";
+
+// The number that a text begins with, behind blanks and a plus; "" for none.
+std::string_view numberIn(std::string_view words)
 {
+    words.remove_prefix(std::min(words.find_first_not_of(blanks), words.size()));
+    const std::size_t sign = words.starts_with('+') || words.starts_with('-') ? 1 : 0;
+    const std::size_t first = words.find_first_of("0123456789", sign);
+    const bool isNumber = first == sign || (first == sign + 1 && words[sign] == '.');
+    words.remove_prefix(words.starts_with('+') ? 1 : 0);
+    return isNumber ? words : "";
+}
+
+double number(const std::string& words)
+{
+    const std::string_view digits = numberIn(words);
     double value = 0.0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return value;
@@ -61,9 +79,36 @@ double number(const std::optional<SettingsValue>& value)
         *value);
 }
 
-bool isYes(const std::string& word)
+std::int64_t wholeNumber(double value)
 {
-    return word == "YES" || word == "yes" || word == "true" || number(word) != 0.0;
+    const double whole = std::trunc(value);
+    constexpr double limit = 0x1p63;
+    if (!(whole > -limit)) {
+        return std::isnan(whole) ? 0 : std::numeric_limits<std::int64_t>::min();
+    }
+    return whole < limit ? static_cast<std::int64_t>(whole) : std::numeric_limits<std::int64_t>::max();
+}
+
+// Without the loss of a double, where no exponent moves the point.
+std::int64_t wholeNumber(const std::string& words)
+{
+    const std::string_view digits = numberIn(words);
+    const char* const end = digits.data() + digits.size();
+    double value = 0.0;
+    std::int64_t whole = 0;
+    const std::string_view read(digits.data(), std::from_chars(digits.data(), end, value).ptr);
+    const bool isPlain = read.find_first_of("eE") == std::string_view::npos;
+    return isPlain && std::from_chars(digits.data(), end, whole).ec == std::errc()
+               ? whole
+               : wholeNumber(number(words));
+}
+
+// A word for it in any case of letters, or a number that is not 0.
+bool isYes(const std::string& words)
+{
+    const std::size_t first = std::min(words.find_first_not_of(blanks), words.size());
+    const std::string word = smallLetters(words.substr(first, words.find_last_not_of(blanks) + 1 - first));
+    return word == "yes" || word == "y" || word == "true" || word == "t" || number(words) != 0.0;
 }
 
 } // namespace
@@ -127,12 +172,8 @@ std::int64_t NSUserDefaults::integerForKey(const std::string& key) const
     if (value && std::holds_alternative<std::int64_t>(*value)) {
         return std::get<std::int64_t>(*value);
     }
-    const double whole = std::trunc(number(value));
-    constexpr double limit = 0x1p63;
-    if (!(whole > -limit)) {
-        return std::isnan(whole) ? 0 : std::numeric_limits<std::int64_t>::min();
-    }
-    return whole < limit ? static_cast<std::int64_t>(whole) : std::numeric_limits<std::int64_t>::max();
+    const auto* words = value ? std::get_if<std::string>(&*value) : nullptr;
+    return words != nullptr ? wholeNumber(*words) : wholeNumber(number(value));
 }
 
 float NSUserDefaults::floatForKey(const std::string& key) const

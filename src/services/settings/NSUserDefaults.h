@@ -12,7 +12,8 @@ namespace volvelle {
 
 // Settings by key: the application's own, those of a suite that several applications share, or a view of
 // both, which reads its own first and writes its own. A number is given as any other number and as a truth
-// value, and the other way round; a text that is a number counts as one. [any] Several threads at once.
+// value, and the other way round; a text that begins with a number counts as that, and "yes", "y", "true" and
+// "t" in any case of letters as true. [any] Several threads at once.
 class NSUserDefaults {
 public:
     // Makes the store of a name, "" for the application's own; null where there can be none.

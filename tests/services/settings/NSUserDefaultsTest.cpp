@@ -141,6 +141,50 @@ TEST_F(NSUserDefaultsTest, ATextThatIsANumberCountsAsOne)
     }
 }
 
+TEST_F(NSUserDefaultsTest, ATextIsReadAsAWholeNumberWithoutLoss)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    for (const auto& [words, whole] : std::vector<std::pair<std::string, std::int64_t>>{
+             {"9007199254740993", 9'007'199'254'740'993},
+             {"-9007199254740993.9", -9'007'199'254'740'993},
+             {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+             {"9223372036854775808", std::numeric_limits<std::int64_t>::max()},
+             {"-9223372036854775809", std::numeric_limits<std::int64_t>::min()},
+             {"+12", 12},
+             {" \t12", 12},
+             {" -12 ideas", -12},
+             {"1.5e3", 1500},
+             {"1e300", std::numeric_limits<std::int64_t>::max()},
+             {"12e", 12},
+             {".5", 0},
+             {"+-12", 0},
+             {"- 12", 0},
+             {"inf", 0},
+             {"nan", 0}}) {
+        settings->setValueForKey("key", words);
+        EXPECT_EQ(settings->integerForKey("key"), whole) << words;
+    }
+    settings->setValueForKey("key", " +12.5");
+    EXPECT_EQ(settings->floatForKey("key"), 12.5F);
+    settings->setValueForKey("key", "infinite");
+    EXPECT_EQ(settings->floatForKey("key"), 0.0F);
+}
+
+TEST_F(NSUserDefaultsTest, AWordForYesIsTrueInAnyCase)
+{
+    const auto settings = NSUserDefaults::standardUserDefaults();
+    for (const char* word : {"Yes", "YES", "True", "TRUE", "tRuE", "Y", "y", "T", "t", " yes ", "+1", " 1",
+                             "-1", "0.5", "9007199254740993"}) {
+        settings->setValueForKey("key", word);
+        EXPECT_TRUE(settings->boolForKey("key")) << word;
+    }
+    for (const char* word :
+         {"No", "False", "n", "f", "yesterday", "tune", "Nantes", "nan", "infinite", "+", " ", "0.0", "-0"}) {
+        settings->setValueForKey("key", word);
+        EXPECT_FALSE(settings->boolForKey("key")) << word;
+    }
+}
+
 TEST_F(NSUserDefaultsTest, WhatIsNoTextOrLocationGivesNone)
 {
     const auto settings = NSUserDefaults::standardUserDefaults();
