@@ -65,6 +65,18 @@ Result<fs::path> putFree(const fs::path& wanted, Put put)
     return notWritten(wanted, EEXIST);
 }
 
+// `wanted`, or the next free number of it where something has that name.
+fs::path freePlace(const fs::path& wanted)
+{
+    const std::set<std::string> names = namesIn(wanted.parent_path());
+    fs::path file = wanted;
+    for (int number = 2; number <= mostNumbers && isNameTaken(file); ++number) {
+        const fs::path next = numberedFile(wanted, number);
+        file = names.contains(next.stem().string()) ? file : next;
+    }
+    return file;
+}
+
 Result<fs::path> copyFree(const fs::path& from, const fs::path& wanted)
 {
     std::vector<std::uint8_t> bytes;
@@ -238,11 +250,12 @@ Result<fs::path> DocumentFolder::restore()
     if (auto made = makeFolder(); !made) {
         return failure(made.error());
     }
-    const auto restored = required(trash).restore(last.place, last.file);
+    const fs::path to = freePlace(last.file);
+    const auto restored = required(trash).restore(last.place, to);
     if (std::error_code error; restored || !fs::exists(last.place, error)) {
         removed.pop_back();
     }
-    return restored ? Result<fs::path>(last.file) : failure(restored.error());
+    return restored ? Result<fs::path>(to) : failure(restored.error());
 }
 
 Result<> DocumentFolder::makeFolder() const

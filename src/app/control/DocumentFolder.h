@@ -52,8 +52,8 @@ public:
 
     bool canRestore() const { return !removed.empty(); }
 
-    // Brings back what was removed last; where that fails it can be tried again, as long as it is in the
-    // trash.
+    // Brings back what was removed last, under the next free number where its name is taken by now; where
+    // that fails it can be tried again, as long as it is in the trash.
     Result<std::filesystem::path> restore();
 
 private:

@@ -260,6 +260,21 @@ TEST_F(DocumentFolderTest, TheTrashGivesBackTheLastFirst)
     EXPECT_FALSE(folder.canRestore());
 }
 
+TEST_F(DocumentFolderTest, WhatComesBackTakesTheNextFreeNameAndBlocksNothing)
+{
+    const fs::path a = ideas.write("a.mid", "a");
+    const fs::path b = ideas.write("b.mid", "b");
+    EXPECT_TRUE(folder.moveToTrash(a));
+    EXPECT_TRUE(folder.moveToTrash(b));
+    ideas.write("b.mid", "new");
+    ideas.write("b 2.MIDI", "other");
+    EXPECT_EQ(told(folder.restore()), "b 3.mid");
+    EXPECT_EQ(told(folder.restore()), "a.mid");
+    EXPECT_EQ(textOf(ideas.path / "b 3.mid"), "b");
+    EXPECT_EQ(textOf(b), "new");
+    EXPECT_FALSE(folder.canRestore());
+}
+
 TEST_F(DocumentFolderTest, ACopyIsNeverHidden)
 {
     EXPECT_EQ(told(folder.takeCopy(elsewhere.write(".a.mid", "abc"))), "a.mid");
