@@ -1,14 +1,58 @@
 #include "cli/sound/TerminalKeys.h"
 
+#include <cerrno>
+#include <csignal>
+#include <termios.h>
 #include <unistd.h>
 
 namespace volvelle {
 
+namespace {
+
+// Of the one terminal, for the answer to a signal too.
+termios before{};
+volatile std::sig_atomic_t isTaken = 0; // `before` is how it was
+
+void giveBackTerminal()
+{
+    if (isTaken != 0 && !TerminalKeys::isInBackgroundOf(STDIN_FILENO)) {
+        tcsetattr(STDIN_FILENO, TCSANOW, &before);
+    }
+    isTaken = 0;
+}
+
+// What stands here may stand in the answer to a signal.
+void stop(int signal)
+{
+    const int failed = errno;
+    sigset_t stopping;
+    sigset_t held;
+    giveBackTerminal();
+    std::signal(signal, SIG_DFL);
+    sigemptyset(&stopping);
+    sigaddset(&stopping, signal);
+    std::raise(signal);
+    pthread_sigmask(SIG_UNBLOCK, &stopping, &held); // it stops here, and goes on here
+    pthread_sigmask(SIG_SETMASK, &held, nullptr);
+    std::signal(signal, stop);
+    errno = failed;
+}
+
+} // namespace
+
+TerminalKeys::TerminalKeys()
+{
+    if (std::signal(SIGTSTP, stop) == SIG_IGN) {
+        std::signal(SIGTSTP, SIG_IGN);
+    }
+}
+
 TerminalKeys::~TerminalKeys()
 {
-    if (before && !isInBackgroundOf(STDIN_FILENO)) {
-        tcsetattr(STDIN_FILENO, TCSANOW, &*before);
+    if (std::signal(SIGTSTP, SIG_DFL) == SIG_IGN) {
+        std::signal(SIGTSTP, SIG_IGN);
     }
+    giveBackTerminal();
 }
 
 std::optional<char> TerminalKeys::read()
@@ -38,7 +82,9 @@ bool TerminalKeys::takeTerminal()
     if ((settings.c_lflag & wholeLines) == 0 && settings.c_cc[VMIN] == 0 && settings.c_cc[VTIME] == 0) {
         return true;
     }
+    isTaken = 0;
     before = settings;
+    isTaken = 1;
     settings.c_lflag &= ~wholeLines;
     settings.c_cc[VMIN] = 0;
     settings.c_cc[VTIME] = 0;

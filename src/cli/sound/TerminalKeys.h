@@ -1,15 +1,15 @@
 #pragma once
 
 #include <optional>
-#include <termios.h>
 
 namespace volvelle {
 
 // Reads single keys from standard input for its lifetime where that is a terminal and the program in its
-// foreground; elsewhere there are none, and the terminal is left alone. It is put back at the end.
+// foreground; elsewhere there are none, and the terminal is left alone. It is put back at the end, and when
+// Ctrl-Z stops the program. One at a time. [main]
 class TerminalKeys {
 public:
-    TerminalKeys() = default;
+    TerminalKeys();
     ~TerminalKeys();
     TerminalKeys(const TerminalKeys&) = delete;
     TerminalKeys& operator=(const TerminalKeys&) = delete;
@@ -22,9 +22,7 @@ public:
     static bool isInBackgroundOf(int descriptor);
 
 private:
-    bool takeTerminal();
-
-    std::optional<termios> before; // a value once the terminal was changed
+    static bool takeTerminal();
 };
 
 } // namespace volvelle

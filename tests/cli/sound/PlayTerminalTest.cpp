@@ -147,6 +147,28 @@ TEST_F(PlayTerminal, SentToTheBackgroundItPlaysOn)
     EXPECT_EQ(shell->waitForEnd(), 0);
 }
 
+TEST_F(PlayTerminal, StoppedItLeavesTheTerminalAsItWasToAShellThatSetsNothingItself)
+{
+    const termios before = settings();
+    const auto shell = beginShell("export VOLVELLE\nPS1='ready> ' ENV= exec dash -i\n");
+    ASSERT_TRUE(waitFor("ready> ")) << screen;
+    type("$VOLVELLE play row.mid\n");
+    ASSERT_TRUE(waitFor("Bar 1.2")) << screen;
+    press('\x1A');
+    ASSERT_TRUE(waitFor("Stopped")) << screen;
+    EXPECT_TRUE(isSame(settings(), before));
+    type("echo still $((40 + 2))\n");
+    ASSERT_TRUE(waitFor("still 42")) << screen;
+    screen.clear();
+    type("fg\n");
+    ASSERT_TRUE(waitFor("Bar ")) << screen;
+    press('q');
+    ASSERT_TRUE(waitFor("ready> ")) << screen;
+    EXPECT_TRUE(isSame(settings(), before));
+    type("exit 7\n");
+    EXPECT_EQ(shell->waitForEnd(), 7);
+}
+
 // What is left to say finds no terminal any more, and that is a failure as everywhere.
 TEST_F(PlayTerminal, ATerminalThatClosesEndsThePlay)
 {

@@ -64,4 +64,11 @@ void TerminalRun::press(char key) const
     ASSERT_EQ(::write(keyboard, &key, 1), 1);
 }
 
+void TerminalRun::type(const std::string& line) const
+{
+    for (const char key : line) {
+        press(key);
+    }
+}
+
 } // namespace volvelle::test

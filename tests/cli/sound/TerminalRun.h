@@ -25,6 +25,7 @@ protected:
     bool waitFor(const std::string& text);
 
     void press(char key) const;
+    void type(const std::string& line) const;
 
     int keyboard = -1;
     int terminal = -1;
