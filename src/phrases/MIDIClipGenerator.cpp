@@ -144,6 +144,9 @@ fs::path MIDIClipGenerator::loadRandomFileAt(const std::string& path)
     if (!fs::exists(file, error)) {
         fatalStop(concat("The file '", file, "' does not exist."));
     }
+    if (!fs::is_regular_file(file, error)) {
+        fatalStop(concat("'", file, "' is no file."));
+    }
     directPrint("MIDIClipGenerator::loadRandomFileAt() Loading '", file, "'");
     return file;
 }

@@ -60,7 +60,7 @@ void MIDIPhrase::savePhrase(const std::filesystem::path& url)
 void MIDIPhrase::loadPhrase(const std::filesystem::path& url, int transpose)
 {
     std::error_code error;
-    if (!std::filesystem::exists(url, error)) {
+    if (!std::filesystem::is_regular_file(url, error)) {
         directPrint("MIDIPhrase: Error: The pattern file does not exist.");
         return;
     }

@@ -53,8 +53,8 @@ public:
 
     // Reads a file into loadedEvents, moved by `transpose` semitones, and leaves generatedEvents alone. Notes
     // and controllers past beat 16 are left out. A number that is moved above 127 falls by 127, one below 0
-    // rises by 127; one that then still is outside 0 to 255 is a fatal stop. A missing file is reported and
-    // changes nothing.
+    // rises by 127; one that then still is outside 0 to 255 is a fatal stop. A missing file, or
+    // what is none, is reported and changes nothing.
     virtual void loadPhrase(const std::filesystem::path& url, int transpose);
 
     // loadPhrase, then the notes on the grid of sixteenths, then generateEvents.

@@ -31,8 +31,12 @@ Result<> checkFolder(const std::string& folder)
     }
     for (const int number : checkedRange(1, count + 1)) {
         const std::string file = concat(folder, phraseNumber(number), ".mid");
-        if (std::error_code error; !fs::exists(file, error)) {
+        std::error_code error;
+        if (!fs::exists(file, error)) {
             return failure(concat("The phrase '", file, "' is missing."));
+        }
+        if (!fs::is_regular_file(file, error)) {
+            return failure(concat("'", file, "' is no file."));
         }
     }
     return {};

@@ -304,6 +304,12 @@ TEST_F(GenerateCommandTest, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetA
     const auto gap = volvelle("generate --resources lib --out idea.mid");
     EXPECT_EQ(gap.status, 1);
     EXPECT_EQ(gap.error, "The file 'lib/Phrases/chord patterns/001.mid' does not exist.\n");
+
+    const auto pipe = shell("rm lib/Phrases/*/002.mid; mkfifo 'lib/Phrases/chord patterns/001.mid'; exec "
+                            "timeout 20 \"$VOLVELLE\" generate "
+                            "--resources lib --out idea.mid");
+    EXPECT_EQ(pipe.status, 1);
+    EXPECT_EQ(pipe.error, "'lib/Phrases/chord patterns/001.mid' is no file.\n");
     EXPECT_EQ(read("idea.mid"), "old");
     EXPECT_THAT(names(), ElementsAre("idea.mid", "lib", "other"));
 }

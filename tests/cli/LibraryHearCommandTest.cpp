@@ -78,6 +78,16 @@ TEST_F(LibraryHearCommandTest, WhatCannotBeHeardIsOneLine)
     }
 }
 
+TEST_F(LibraryHearCommandTest, APhraseOfTheLibraryThatIsNoFileIsNotWaitedFor)
+{
+    const auto result = shell("cp \"$VOLVELLE\" alone; cp -r \"${VOLVELLE%/*}/resources\" own; "
+                              "cd own/Phrases2/10*; rm 001.mid; mkfifo 001.mid; cd ../../..; "
+                              "exec timeout 20 ./alone library hear --resources own leads/001-a.score");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "'own/Phrases2/10 drums/001.mid' is no file.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "work/heard"));
+}
+
 TEST_F(LibraryHearCommandTest, ASignalEndsAllOfItAndLeavesNoFolderBehind)
 {
     const std::tuple<std::string, std::string, int> cases[] = {

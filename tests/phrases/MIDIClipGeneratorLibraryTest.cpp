@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <set>
+#include <sys/stat.h>
 
 namespace volvelle {
 namespace {
@@ -107,6 +108,12 @@ TEST_F(MIDIClipGeneratorLibraryDeathTest, ANumberedFileThatIsMissingStops)
     touch("001.MID");
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path),
                  onlyLine("The file '" + path + "001.mid' does not exist."));
+}
+
+TEST_F(MIDIClipGeneratorLibraryDeathTest, ANumberedFileThatIsNoneStops)
+{
+    ASSERT_EQ(mkfifo((path + "001.mid").c_str(), 0600), 0);
+    EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path), onlyLine("'" + path + "001.mid' is no file."));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <limits>
+#include <sys/stat.h>
 
 namespace volvelle {
 namespace {
@@ -131,6 +132,16 @@ TEST_F(MIDIPhraseLoadingTest, AMissingFileIsToldAndChangesNothing)
     EXPECT_EQ(phrase->sequence, sequence);
     EXPECT_EQ(phrase->currentURL, file);
     EXPECT_EQ(numbersOf(phrase->loadedEvents), (std::vector<int>{60, 60}));
+}
+
+TEST_F(MIDIPhraseLoadingTest, WhatIsNoFileIsNotWaitedFor)
+{
+    const auto pipe = folder.path / "pipe.mid";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    console.take();
+    phrase->loadPhrase(pipe, 0);
+    EXPECT_EQ(withoutTrackEnds(console.take()), Lines{"MIDIPhrase: Error: The pattern file does not exist."});
+    EXPECT_EQ(phrase->sequence, nullptr);
 }
 
 TEST_F(MIDIPhraseLoadingTest, AFileThatCannotBeReadLeavesThePhraseSilent)
