@@ -46,6 +46,9 @@ Result<> checkPlaces(const fs::path& out, const std::vector<CompiledPhrase>& phr
     }
     for (const CompiledPhrase& phrase : phrases) {
         const fs::path file = out / phrase.place;
+        if (fs::is_symlink(file, unknown)) {
+            return failure(concat("'", file.string(), "' is a link"));
+        }
         if (fs::exists(file, unknown) && !fs::is_regular_file(file, unknown)) {
             return failure(concat("'", file.string(), "' is no file"));
         }
@@ -92,7 +95,8 @@ std::vector<fs::path> thatAreBeyond(const fs::path& out, const std::vector<Compi
         }
     }
     std::erase_if(beyond, [](const fs::path& path) {
-        const auto bytes = standing(path);
+        std::error_code unknown;
+        const auto bytes = fs::is_symlink(path, unknown) ? std::nullopt : standing(path);
         return !bytes || !isCompiledPhrase(*bytes);
     });
     return beyond;

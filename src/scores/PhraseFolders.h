@@ -16,8 +16,9 @@ std::string phraseName(int number);
 
 // Makes the five folders of phrases below `out` hold these phrases. What differs is written beside them first
 // and takes its place once all of it is on disk; numbered phrases past the last one of a folder go, if
-// scoreToMIDI wrote them. Nothing else is removed. While another process does the same to `out` this one
-// waits, and `tellWaiting` is told once. On failure nothing has changed, and a line stands in the report.
+// scoreToMIDI wrote them. Nothing else is removed. A link in the place of a phrase is a failure, one in that
+// of a folder is followed. While another process does the same to `out` this one waits, and `tellWaiting` is
+// told once. On failure nothing has changed, and a line stands in the report.
 bool installPhrases(const std::filesystem::path& out, const std::vector<CompiledPhrase>& phrases,
                     LibraryReport& report, const std::function<void()>& tellWaiting = {});
 

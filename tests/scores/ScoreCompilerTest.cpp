@@ -219,6 +219,23 @@ TEST_F(ScoreCompiler, WhatStandsInTheWayOfAFolderOrAPhraseIsNamedAndNothingChang
     EXPECT_EQ(names(out()), Lines{"Phrases2"});
 }
 
+TEST_F(ScoreCompiler, ALinkIsNoneOfItsPhrasesAndStays)
+{
+    write(scores() / "leads/002-b.score", otherLead);
+    EXPECT_EQ(compiled(), Lines{});
+    fs::copy_file(leads() / "001.mid", folder / "mine.mid");
+    fs::create_symlink(folder / "mine.mid", leads() / "003.mid");
+    EXPECT_EQ(compiled(), Lines{});
+    EXPECT_TRUE(fs::is_symlink(leads() / "003.mid"));
+    for (const fs::path& target : {folder / "mine.mid", folder / "gone.mid"}) {
+        fs::remove(leads() / "002.mid");
+        fs::create_symlink(target, leads() / "002.mid");
+        EXPECT_EQ(compiled(), Lines{"'" + (leads() / "002.mid").string() + "' is a link"});
+        EXPECT_EQ(fs::read_symlink(leads() / "002.mid"), target);
+    }
+    EXPECT_FALSE(fs::exists(folder / "gone.mid"));
+}
+
 TEST_F(ScoreCompiler, ALinkThatLeadsNowhereStandsInTheWayOfAFolder)
 {
     fs::create_directories(out());

@@ -63,7 +63,7 @@ bool swapNames(const fs::path& one, const fs::path& other)
 int obstacleAt(const fs::path& place)
 {
     struct stat found = {};
-    const bool isFree = stat(place.c_str(), &found) != 0 || S_ISREG(found.st_mode);
+    const bool isFree = lstat(place.c_str(), &found) != 0 || S_ISREG(found.st_mode);
     return isFree ? 0 : S_ISDIR(found.st_mode) ? EISDIR : EEXIST;
 }
 

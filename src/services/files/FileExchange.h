@@ -39,7 +39,8 @@ public:
     Result<> put(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
     Result<> remove(const std::filesystem::path& file);
 
-    // Called once, as the last. Fails where something else than a file stands in a place by now.
+    // Called once, as the last. Fails where something else than a file stands in a place by now, a link to
+    // one included: links are not followed.
     Result<> carryOut();
 
 private:

@@ -223,6 +223,21 @@ TEST_F(FileExchanges, ASignalBeforeAnyFileTookItsPlaceStopsAll)
     expectThatNothingChanged();
 }
 
+TEST_F(FileExchanges, ALinkInAPlaceStaysAndSoDoesAllElse)
+{
+    fs::create_symlink("../two/b", at("one/link"));
+    for (const bool isPut : {true, false}) {
+        FileExchange files;
+        EXPECT_EQ(files.put(at("one/a"), bytes).error(), "");
+        EXPECT_EQ((isPut ? files.put(at("one/link"), bytes) : files.remove(at("one/link"))).error(), "");
+        EXPECT_EQ(files.carryOut().error(),
+                  "'" + at("one/link").string() + "' could not be written: it is there already.");
+    }
+    EXPECT_TRUE(fs::is_symlink(at("one/link")));
+    fs::remove(at("one/link"));
+    expectThatNothingChanged();
+}
+
 TEST_F(FileExchanges, ASignalThatIsIgnoredStopsNothing)
 {
     const auto before = std::signal(SIGHUP, SIG_IGN);
