@@ -99,9 +99,11 @@ int runGenerate(const GenerateOptions& options, CommandOutput& output)
     }
     IdeaFile file(options.out, options.count > 1);
     const IdeaCompanions companions(options);
+    if (const int status = companions.prepare(file, options.count, output); status != exitDone) {
+        return status;
+    }
     for (int number = 1; number <= options.count; ++number) {
-        int status = companions.prepare(file.lastNumber() + 1, output);
-        status = status == exitDone ? generateFile(file, options, output) : status;
+        int status = generateFile(file, options, output);
         status = status == exitDone ? companions.write(file.name(), file.lastNumber(), output) : status;
         if (status != exitDone) {
             return status;

@@ -58,7 +58,17 @@ fs::path IdeaCompanions::numbered(const fs::path& file, int number) const
     return isNumbered ? withNumber(file, number) : file;
 }
 
-int IdeaCompanions::prepare(int number, CommandOutput& output) const
+int IdeaCompanions::prepare(IdeaFile ideas, int count, CommandOutput& output) const
+{
+    int status = exitDone;
+    const bool hasSome = picture || sound;
+    for (int i = 0; hasSome && status == exitDone && i < count; ++i) {
+        status = prepareOne(ideas.passOver(), output);
+    }
+    return status;
+}
+
+int IdeaCompanions::prepareOne(int number, CommandOutput& output) const
 {
     const int status =
         picture ? prepareFile(numbered(*picture, number), screenProgram, output) : int{exitDone};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CommandOutput.h"
+#include "cli/IdeaFile.h"
 #include "cli/Options.h"
 
 #include <filesystem>
@@ -22,13 +23,14 @@ public:
     // The same for the name of a picture.
     static std::string misuseOfPicture(const std::filesystem::path& file);
 
-    // exitDone where those of idea `number` can be written; else says why not. Nothing is written.
-    int prepare(int number, CommandOutput& output) const;
+    // exitDone where those of the next `count` ideas can be written; else says why not. Nothing is written.
+    int prepare(IdeaFile ideas, int count, CommandOutput& output) const;
 
     // Makes those of the idea in `idea`, and returns the exit status. The program that fails says why.
     int write(const std::filesystem::path& idea, int number, CommandOutput& output) const;
 
 private:
+    int prepareOne(int number, CommandOutput& output) const;
     int make(const char* program, std::vector<std::string> arguments, const std::filesystem::path& idea,
              CommandOutput& output) const;
     std::filesystem::path numbered(const std::filesystem::path& file, int number) const;

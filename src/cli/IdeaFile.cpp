@@ -109,6 +109,14 @@ fs::path IdeaFile::next()
     return withNumber(base, number);
 }
 
+int IdeaFile::passOver()
+{
+    do {
+        file = next();
+    } while (!isNamed && isNameTaken(file) && isNameOfFile(base));
+    return number;
+}
+
 int IdeaFile::writeFree(std::span<const std::uint8_t> data)
 {
     int failed = 0;

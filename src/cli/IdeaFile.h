@@ -32,6 +32,9 @@ public:
     // so.
     Result<> write(std::span<const std::uint8_t> data, const EndOfPatience& end = {});
 
+    // Takes the name that the next idea would have, without writing it, and returns its number.
+    int passOver();
+
     // The file that was written last, and its number.
     std::string name() const { return file.string(); }
 

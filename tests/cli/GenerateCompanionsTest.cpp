@@ -73,6 +73,27 @@ TEST_F(GenerateCompanions, WhatCannotBeWrittenIsRefusedBeforeAnythingIs)
     EXPECT_THAT(names(), ElementsAre("a.png"));
 }
 
+TEST_F(GenerateCompanions, ThoseOfAllIdeasAreLookedAtBeforeTheFirstIsWritten)
+{
+    std::filesystem::create_directory(folder / "work/a 2.png");
+    const auto named = volvelle("generate --count 2 --out idea.mid --png a.png");
+    EXPECT_EQ(named.status, 1);
+    EXPECT_EQ(named.error, "'a 2.png' could not be written: it is a folder.\n");
+    EXPECT_THAT(names(), ElementsAre("a 2.png"));
+
+    write("New MIDI Idea 2.mid", "old");
+    std::filesystem::rename(folder / "work/a 2.png", folder / "work/a 3.wav");
+    const auto free = volvelle("generate --count 2 --wav a.wav");
+    EXPECT_EQ(free.status, 1);
+    EXPECT_EQ(free.error, "'a 3.wav' could not be written: it is a folder.\n");
+    EXPECT_THAT(names(), ElementsAre("New MIDI Idea 2.mid", "a 3.wav"));
+
+    std::filesystem::rename(folder / "work/a 3.wav", folder / "work/a 2.wav");
+    EXPECT_EQ(volvelle("generate --count 2 --wav a.wav").status, 0);
+    EXPECT_THAT(names(), ElementsAre("New MIDI Idea 1.mid", "New MIDI Idea 2.mid", "New MIDI Idea 3.mid",
+                                     "a 1.wav", "a 2.wav", "a 3.wav"));
+}
+
 TEST_F(GenerateCompanions, AMissingProgramIsToldBeforeAnythingIsWritten)
 {
     const auto result =
