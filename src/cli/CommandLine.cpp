@@ -9,6 +9,7 @@
 #include "cli/SuddenEnds.h"
 #include "services/files/FileNames.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -98,6 +99,43 @@ std::vector<std::string> namesOf(const std::vector<std::filesystem::path>& files
     return {files.begin(), files.end()};
 }
 
+// The arguments, the last one first. "--out=" becomes two words, as the next one would be its value else.
+std::vector<std::string> wordsOf(int argc, char** argv)
+{
+    std::vector<std::string> words;
+    bool areOptions = true;
+    for (int i = 1; i < argc; ++i) {
+        std::string word = argv[i];
+        areOptions = areOptions && word != "--";
+        const bool isEmptied = areOptions && word.starts_with("--") && word.find('=') == word.size() - 1;
+        words.push_back(isEmptied ? word.substr(0, word.size() - 1) : word);
+        if (isEmptied) {
+            words.emplace_back();
+        }
+    }
+    std::ranges::reverse(words);
+    return words;
+}
+
+// A plain line where an option has an empty value, else nothing.
+std::string emptyValue(const CLI::App& app)
+{
+    for (const CLI::Option* option : app.get_options()) {
+        const auto& values = option->results();
+        if (!option->get_lnames().empty() && std::ranges::find(values, "") != values.end()) {
+            const std::string name = option->get_name();
+            return name == "--port" ? "A MIDI port has a name: --port list shows them all."
+                                    : concat(name, " is given an empty value.");
+        }
+    }
+    for (const CLI::App* command : app.get_subcommands()) {
+        if (std::string line = emptyValue(*command); !line.empty()) {
+            return line;
+        }
+    }
+    return "";
+}
+
 // `words` are those that no command took.
 int tellMisuse(const CLI::App& app, const CLI::ParseError& error, std::vector<std::string> words)
 {
@@ -142,7 +180,10 @@ int runCommandLine(int argc, char** argv, const HandedCommands& commands)
     addOwnCommands(app, request);
     addHandedCommands(app, request, commands, argv);
     try {
-        app.parse(argc, argv);
+        app.parse(wordsOf(argc, argv));
+        if (const std::string line = emptyValue(app); !line.empty()) {
+            return CommandOutput(false).misuse(line);
+        }
         if (const auto word = unknownWord(app, request.app)) {
             return tellUnknownCommand(app, *word);
         }

@@ -77,13 +77,40 @@ TEST_F(CommandLine, WrongUsageIsToldOnStandardErrorAndIsStatusTwo)
 
 TEST_F(CommandLine, APortHasAName)
 {
-    for (const char* arguments : {"record --port '' --out a", "play a.mid --port ''"}) {
+    for (const char* arguments : {"record --port '' --out a", "play a.mid --port ''",
+                                  "library hear a.score --port ''", "play --port= a.mid"}) {
         const auto result = volvelle(arguments);
         EXPECT_EQ(result.status, 2) << arguments;
         EXPECT_EQ(result.error, "A MIDI port has a name: --port list shows them all.\n") << arguments;
         EXPECT_THAT(result.output, IsEmpty()) << arguments;
     }
     EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(CommandLine, AnEmptyValueIsAQuestionOfUsageAndTakesNotTheNextWord)
+{
+    const std::pair<const char*, const char*> cases[] = {{"generate --out= --quiet", "--out"},
+                                                         {"generate --out ''", "--out"},
+                                                         {"generate --out=", "--out"},
+                                                         {"generate --png= --quiet", "--png"},
+                                                         {"--resources= generate", "--resources"},
+                                                         {"--resources '' generate", "--resources"},
+                                                         {"library hear a.score --bank ''", "--bank"},
+                                                         {"render a.mid --out= b.wav", "--out"},
+                                                         {"picture a.mid --out=", "--out"},
+                                                         {"record --port x --out=", "--out"}};
+    for (const auto& [arguments, option] : cases) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_EQ(result.error, std::string(option) + " is given an empty value.\n") << arguments;
+        EXPECT_THAT(result.output, IsEmpty()) << arguments;
+    }
+    for (const char* arguments :
+         {"generate --count= 3", "play a.mid --engine= render", "generate --long ''"}) {
+        EXPECT_EQ(volvelle(arguments).status, 2) << arguments;
+    }
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_EQ(volvelle("inspect --json -- --out=").error, "There is no file '--out='.\n");
 }
 
 TEST_F(CommandLine, TheTimeOfARecordingIsAboveNothingAndUpToADay)

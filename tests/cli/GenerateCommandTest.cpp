@@ -130,10 +130,8 @@ TEST_F(GenerateCommandTest, WithANameManyFilesAreReplaced)
 TEST_F(GenerateCommandTest, ManyFilesNeedANameToNumber)
 {
     std::filesystem::create_directory(folder / "work/folder");
-    const std::pair<std::string, std::string> cases[] = {{"folder/", "it is a folder"},
-                                                         {"..", "it is a folder"},
-                                                         {".", "it is a folder"},
-                                                         {"", "its folder does not exist"}};
+    const std::pair<std::string, std::string> cases[] = {
+        {"folder/", "it is a folder"}, {"..", "it is a folder"}, {".", "it is a folder"}};
     for (const auto& [name, reason] : cases) {
         for (const char* count : {"", " --count 2"}) {
             const auto result = volvelle("generate --out '" + name + "'" + count);

@@ -69,9 +69,6 @@ int runPlay(const PlayOptions& options, CommandOutput& output)
     if (options.port == "list") {
         return tellPorts(makeMIDIPorts()->outputNames(), output);
     }
-    if (options.port == "") {
-        return output.misuse(namelessPort);
-    }
     return runPlay(options, output, std::make_shared<AudioOutput>(AudioOutput::forMusic()));
 }
 

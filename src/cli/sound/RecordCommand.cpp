@@ -91,9 +91,6 @@ int runRecord(const RecordOptions& options, CommandOutput& output, const RecordG
     if (options.port == "list") {
         return tellPorts(ground.ports.inputNames(), output);
     }
-    if (options.port.empty()) {
-        return output.misuse(namelessPort);
-    }
     const std::filesystem::path& out = required(options.out);
     if (const std::string line = IdeaFile::misuseOf(out); !line.empty()) {
         return output.misuse(line);
