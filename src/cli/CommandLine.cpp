@@ -149,8 +149,13 @@ int tellMisuse(const CLI::App& app, const CLI::ParseError& error, std::vector<st
             return tellUnknownCommand(last, word);
         }
     }
-    const int status = app.exit(error) == 0 ? exitDone : exitUsage;
-    return CommandOutput(false).finish(status);
+    CommandOutput output(false);
+    if (error.get_exit_code() == 0) {
+        app.exit(error); // help or the version
+        return output.finish(exitDone);
+    }
+    output.misuse(error.what());
+    return output.misuse("Run with --help for more information.");
 }
 
 } // namespace

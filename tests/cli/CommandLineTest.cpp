@@ -127,6 +127,20 @@ TEST_F(CommandLine, TheTimeOfARecordingIsAboveNothingAndUpToADay)
     }
 }
 
+TEST_F(CommandLine, WrongUsageIsToldInPlainLines)
+{
+    const std::string word = "\"$(printf 'a\\033[31m\\nb\\377')\"";
+    for (const std::string& arguments : {"generate " + word, "generate --" + word, "generate --count " + word,
+                                         word, "library " + word, "play a.mid --engine " + word}) {
+        const auto result = volvelle(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_THAT(result.error, HasSubstr("a?[31m b\xC3\xBF")) << arguments;
+        for (const char* raw : {"\x1B", "m\n", "b\xFF"}) {
+            EXPECT_THAT(result.error, testing::Not(HasSubstr(raw))) << arguments;
+        }
+    }
+}
+
 TEST_F(CommandLine, AnUnknownCommandIsToldWithTheNearest)
 {
     const std::pair<const char*, const char*> cases[] = {
