@@ -58,9 +58,15 @@ Result<std::vector<std::string>> namesIn(const std::string& folder)
         names.push_back(entry->path().filename().string());
     }
     if (error) {
-        return failure(concat("Getting contents of '", folder, "' failed."));
+        return failure(listingFailure(folder, error));
     }
     return names;
+}
+
+std::string listingFailure(const std::string& folder, std::error_code error)
+{
+    return error == std::errc::not_enough_memory ? "The memory does not suffice."
+                                                 : concat("Getting contents of '", folder, "' failed.");
 }
 
 int countPhrases(const std::vector<std::string>& names)

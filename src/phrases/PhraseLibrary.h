@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 // The folders that phrases are taken from: files numbered from 1 without gaps. [any]
@@ -16,9 +17,11 @@ struct ArrangementTrack;
 std::string phraseFolderOf(const ArrangementTrack& track,
                            const std::optional<std::filesystem::path>& resources);
 
-// The names in a folder, in no order; the sentence "Getting contents of '...' failed." where it cannot be
-// read.
+// The names in a folder, in no order; the sentence of listingFailure() where it cannot be read.
 Result<std::vector<std::string>> namesIn(const std::string& folder);
+
+// "Getting contents of '...' failed.", or that the memory does not suffice.
+std::string listingFailure(const std::string& folder, std::error_code error);
 
 // How many of the names are MIDI files.
 int countPhrases(const std::vector<std::string>& names);

@@ -1,4 +1,5 @@
 #include "base/Checked.h"
+#include "phrases/PhraseLibrary.h"
 #include "tests/phrases/DrawScript.h"
 #include "tests/phrases/PhraseFiles.h"
 #include "tests/phrases/PhraseMaking.h"
@@ -94,6 +95,14 @@ TEST_F(MIDIClipGeneratorLibraryDeathTest, AFolderThatCannotBeListedStops)
 {
     EXPECT_DEATH(Probe::loadRandomFileAtOf(generator, path + "none/"),
                  onlyLine("Getting contents of '" + path + "none/' failed."));
+}
+
+TEST(MIDIClipGeneratorLibrary, MemoryThatDoesNotSufficeIsNoFaultOfTheFolder)
+{
+    EXPECT_EQ(listingFailure("a/", std::make_error_code(std::errc::not_enough_memory)),
+              "The memory does not suffice.");
+    EXPECT_EQ(listingFailure("a/", std::make_error_code(std::errc::permission_denied)),
+              "Getting contents of 'a/' failed.");
 }
 
 TEST_F(MIDIClipGeneratorLibraryDeathTest, AFolderWithoutMIDIFilesStops)
