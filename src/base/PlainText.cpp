@@ -58,6 +58,22 @@ bool isControl(std::string_view text, std::size_t at)
            (lead == 0xC2 && byteAt(text, at + 1) < 0xA0);
 }
 
+// U+2028 and U+2029.
+bool isSeparator(std::string_view character)
+{
+    return character == "\xE2\x80\xA8" || character == "\xE2\x80\xA9";
+}
+
+// What turns the direction of what follows: U+061C, U+200E, U+200F, U+202A to U+202E, U+2066 to U+2069.
+bool isTurn(std::string_view character)
+{
+    const auto isWithin = [character](std::string_view first, std::string_view last) {
+        return character.size() == first.size() && character >= first && character <= last;
+    };
+    return character == "\xD8\x9C" || isWithin("\xE2\x80\x8E", "\xE2\x80\x8F") ||
+           isWithin("\xE2\x80\xAA", "\xE2\x80\xAE") || isWithin("\xE2\x81\xA6", "\xE2\x81\xA9");
+}
+
 } // namespace
 
 std::size_t utf8Length(std::string_view bytes)
@@ -85,7 +101,9 @@ std::string plainText(std::string_view text)
     plain.reserve(whole.size());
     for (std::size_t at = 0; at < whole.size();) {
         const std::size_t length = characterLength(whole, at);
-        plain += isControl(whole, at) ? "?" : std::string_view(whole).substr(at, length);
+        const std::string_view character = std::string_view(whole).substr(at, length);
+        const bool isHidden = isControl(whole, at) || isTurn(character);
+        plain += isHidden ? "?" : isSeparator(character) ? "\n" : character;
         at += length;
     }
     return plain;

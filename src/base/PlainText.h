@@ -16,7 +16,8 @@ std::string utf8Text(std::string_view bytes);
 // A text in UTF-8 with small letters for capitals, of any script.
 std::string smallLetters(std::string_view text);
 
-// A text as UTF-8 with a question mark for each control character but tabs and line ends.
+// A text as UTF-8 with a question mark for each control character but tabs and line ends, and for each mark
+// that turns the direction of writing; a line end for each separator of lines or paragraphs.
 std::string plainText(std::string_view text);
 
 // The same in one line, with a space for each tab and line end.

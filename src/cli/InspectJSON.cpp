@@ -60,18 +60,32 @@ JSON chordObject(const FoundChord& chord)
             {"notes", chord.notes}};
 }
 
-// The control characters that JSON allows inside a text, written as it writes the others.
+std::string escaped(std::string_view character)
+{
+    unsigned number = static_cast<std::uint8_t>(character.front());
+    number = character.size() == 3 ? number & 0x0FU : character.size() == 2 ? number & 0x1FU : number;
+    for (const char next : character.substr(1)) {
+        number = number << 6U | (static_cast<std::uint8_t>(next) & 0x3FU);
+    }
+    return concat("\\u", hexadecimal(static_cast<std::uint8_t>(number >> 8U)),
+                  hexadecimal(static_cast<std::uint8_t>(number & 0xFFU)));
+}
+
+// What a line would not show as it is, and JSON allows inside a text, written as it writes the others.
 std::string withoutControls(const std::string& json)
 {
     std::string result;
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        const bool isUpper = json[i] == '\xC2' && static_cast<std::uint8_t>(json[i + 1]) < 0xA0;
-        if (json[i] == '\x7F' || isUpper) {
-            i += isUpper ? 1 : 0;
-            result += "\\u00" + hexadecimal(static_cast<std::uint8_t>(json[i]));
+    for (std::size_t i = 0; i < json.size();) {
+        const auto lead = static_cast<std::uint8_t>(json[i]);
+        const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        const std::string_view character = std::string_view(json).substr(i, length);
+        const bool isShown = (lead >= 0x20 && lead < 0x7F) || plainLine(character) == character;
+        if (isShown) {
+            result += character;
         } else {
-            result += json[i];
+            result += escaped(character);
         }
+        i += length;
     }
     return result;
 }

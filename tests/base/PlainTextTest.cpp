@@ -39,6 +39,24 @@ TEST(PlainText, ControlCharactersAreQuestionMarks)
               "?2J");
 }
 
+TEST(PlainText, MarksThatTurnTheDirectionAreQuestionMarks)
+{
+    for (const char* mark :
+         {"\u061C", "\u200E", "\u200F", "\u202A", "\u202E", "\u2066", "\u2067", "\u2069"}) {
+        EXPECT_EQ(plainText(std::string("a") + mark + "b"), "a?b");
+    }
+    for (const char* text : {"\u061B", "\u061D", "\u200D", "\u2010", "\u202F", "\u2065", "\u206A"}) {
+        EXPECT_EQ(plainText(text), text);
+    }
+}
+
+TEST(PlainText, SeparatorsOfLinesAndParagraphsAreLineEnds)
+{
+    EXPECT_EQ(plainText("a\u2028b\u2029"), "a\nb\n");
+    EXPECT_EQ(plainLine("a\u2028b\u2029"), "a b ");
+    EXPECT_EQ(plainText("\u2027\u202F"), "\u2027\u202F");
+}
+
 TEST(PlainText, SmallLettersAreThoseOfEveryScript)
 {
     EXPECT_EQ(smallLetters("SLOW Tide 2"), "slow tide 2");

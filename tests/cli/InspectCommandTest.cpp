@@ -185,6 +185,19 @@ TEST_F(InspectCommandTest, NamesReachTheTerminalWithoutControlCharacters)
     EXPECT_EQ(JSON::parse(json)["tracks"][0]["name"], "\x1B\u009B\n");
 }
 
+TEST_F(InspectCommandTest, NamesReachTheTerminalWithoutMarksThatTurnItsDirection)
+{
+    std::string file = smallFile();
+    file.replace(file.find("A\xC4"
+                           "b"),
+                 3, "\u202E");
+    write("a.mid", file);
+    EXPECT_THAT(volvelle("inspect a.mid").output, HasSubstr(", 3.0 beats, \"?\"\n"));
+    const auto json = volvelle("inspect a.mid --json").output;
+    EXPECT_THAT(json, HasSubstr("\"name\":\"\\u202E\""));
+    EXPECT_EQ(JSON::parse(json)["tracks"][0]["name"], "\u202E");
+}
+
 TEST_F(InspectCommandTest, AFileThatIsNotThereIsOnePlainLine)
 {
     const auto result = volvelle("inspect gone.mid");
