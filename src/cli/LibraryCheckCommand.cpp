@@ -28,19 +28,36 @@ namespace fs = std::filesystem;
 
 using NamedChord = std::pair<double, std::string>; // position in beats, short name
 
+constexpr int noNumber = std::numeric_limits<int>::max();
+
 // "12.mid" is 12; what is no number stands after all numbers.
 int numberOf(const fs::path& file)
 {
-    int number = std::numeric_limits<int>::max();
+    int number = noNumber;
     const std::string stem = file.stem().string();
     const char* const end = stem.data() + stem.size();
     const auto read = std::from_chars(stem.data(), end, number);
-    return read.ec == std::errc() && read.ptr == end ? number : std::numeric_limits<int>::max();
+    return read.ec == std::errc() && read.ptr == end ? number : noNumber;
 }
 
 bool isBefore(const fs::path& one, const fs::path& other)
 {
     return std::pair(numberOf(one), one) < std::pair(numberOf(other), other);
+}
+
+// Behind a gap the numbers go on from there.
+void checkNumbers(const std::vector<fs::path>& files, std::vector<std::string>& problems)
+{
+    int expected = 1;
+    for (const fs::path& file : files) {
+        const std::string name = phraseName(expected);
+        const int number = numberOf(file);
+        const bool isGap = number > expected && number < noNumber && file.filename() == phraseName(number);
+        if (file.filename() != name) {
+            problems.push_back(concat(file.string(), ": '", name, "' was expected here"));
+        }
+        expected = isGap ? number + 1 : file.filename() == name ? expected + 1 : expected;
+    }
 }
 
 std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>& problems)
@@ -58,12 +75,7 @@ std::vector<fs::path> phrasesIn(const fs::path& folder, std::vector<std::string>
         problems.push_back(concat(folder.string(), ": there are no phrases"));
     }
     std::ranges::sort(files, isBefore);
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const std::string name = phraseName(checkedCast<int>(i + 1));
-        if (files[i].filename() != name) {
-            problems.push_back(concat(files[i].string(), ": '", name, "' was expected here"));
-        }
-    }
+    checkNumbers(files, problems);
     return files;
 }
 
@@ -147,6 +159,11 @@ std::optional<Score> checkPhrase(const fs::path& file, ScoreKind kind, std::vect
     const auto phrase = loaded(file, kind);
     if (!phrase->sequence) {
         problems.push_back(concat(place, ": the file vanished"));
+        return std::nullopt;
+    }
+    if (const OSStatus status = phrase->sequence->loadStatus; status != noErr) {
+        problems.push_back(concat(place, status == fileFormatErr ? ": the file is no MIDI file"
+                                                                 : ": the file cannot be read"));
         return std::nullopt;
     }
     if (const auto chords = std::dynamic_pointer_cast<MIDIChordPhrase>(phrase)) {
@@ -277,7 +294,8 @@ int runLibraryCheck(const LibraryCheckOptions& options, CommandOutput& output)
     if (!root) {
         return output.failure("There is no phrase library beside this program: name its folder.");
     }
-    const bool isScore = isScoreFile(*root);
+    std::error_code unknown;
+    const bool isScore = isScoreFile(*root) && !fs::is_directory(*root, unknown);
     if (const std::string line = misnomer(*root, isScore); !line.empty()) {
         return output.failure(line);
     }

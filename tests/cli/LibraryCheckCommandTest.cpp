@@ -178,10 +178,37 @@ TEST_F(LibraryCheckCommandTest, ASilentPhraseIsTold)
     EXPECT_EQ(problem(), "lib/Phrases2/10 drums/001.mid: the phrase is silent\n");
 }
 
-TEST_F(LibraryCheckCommandTest, AGapInTheNumbersIsTold)
+TEST_F(LibraryCheckCommandTest, APhraseThatCannotBeReadIsNotSilentButBroken)
 {
-    put(ScoreKind::lead, {{0.0, 1.0, 60, 90}}, {}, "003.mid");
-    EXPECT_THAT(problems(), Contains("lib/Phrases2/02 leads/003.mid: '002.mid' was expected here"));
+    const std::string place = "lib/Phrases2/02 leads/001.mid";
+    write(place, "no music");
+    EXPECT_EQ(problem(), place + ": the file is no MIDI file\n");
+    std::filesystem::resize_file(folder / "work" / place, (std::uintmax_t{1} << 31U) + 1);
+    EXPECT_EQ(problem(), place + ": the file cannot be read\n");
+}
+
+TEST_F(LibraryCheckCommandTest, AGapInTheNumbersIsToldOnce)
+{
+    for (const char* name : {"003.mid", "004.mid", "005.mid"}) {
+        put(ScoreKind::lead, {{0.0, 1.0, 60, 90}}, {}, name);
+    }
+    const auto lines = problems();
+    EXPECT_EQ(std::ranges::count_if(
+                  lines, [](const auto& line) { return line.find("expected here") != std::string::npos; }),
+              1);
+    EXPECT_THAT(lines, Contains("lib/Phrases2/02 leads/003.mid: '002.mid' was expected here"));
+}
+
+TEST_F(LibraryCheckCommandTest, AFolderNamedLikeAScoreIsAFolder)
+{
+    for (const std::string& name : {std::string("a.mid"), std::string("a.score")}) {
+        std::filesystem::copy(folder / "work/lib", folder / "work" / name,
+                              std::filesystem::copy_options::recursive);
+        const auto result = volvelle("library check " + name);
+        EXPECT_EQ(result.error, "");
+        EXPECT_EQ(result.output, "5 phrases are in order.\n");
+    }
+    EXPECT_EQ(volvelle("library check gone.score").error, "There is no folder or score 'gone.score'.\n");
 }
 
 TEST_F(LibraryCheckCommandTest, ALinkThatLeadsNowhereIsTold)
@@ -214,7 +241,7 @@ TEST_F(LibraryCheckCommandTest, AThousandFilesAndMoreStandInTheOrderOfTheirNumbe
     write("lib/Phrases2/09 basses/a.mid", bass);
     const auto lines = problems();
     EXPECT_EQ(lines[0], "lib/Phrases2/09 basses/1003.mid: '1002.mid' was expected here");
-    EXPECT_EQ(lines[1], "lib/Phrases2/09 basses/a.mid: '1003.mid' was expected here");
+    EXPECT_EQ(lines[1], "lib/Phrases2/09 basses/a.mid: '1004.mid' was expected here");
 }
 
 TEST_F(LibraryCheckCommandTest, TheProjectsOwnScoresAreInOrder)
