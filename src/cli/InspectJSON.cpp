@@ -113,6 +113,9 @@ std::string inspectJSON(const FileDescription& description, const std::optional<
         object["chords"].push_back(chordObject(chord));
     }
     object["warnings"] = description.warnings;
+    if (description.moreWarnings > 0) {
+        object["moreWarnings"] = description.moreWarnings;
+    }
     return withoutControls(object.dump());
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <utility>
 
 namespace volvelle {
@@ -193,6 +194,17 @@ OSStatus describeTracks(const MusicSequence& sequence, FileDescription& descript
     return status;
 }
 
+// The line behind the first 20 begins with the number of all others.
+void countMoreWarnings(FileDescription& description)
+{
+    constexpr std::size_t most = 20;
+    if (description.warnings.size() > most) {
+        const std::string& line = description.warnings.back();
+        std::from_chars(line.data(), line.data() + line.size(), description.moreWarnings);
+        description.warnings.pop_back();
+    }
+}
+
 } // namespace
 
 std::string warningLine(const FileDescription& description)
@@ -224,6 +236,7 @@ OSStatus describeData(const std::vector<std::uint8_t>& data, FileDescription& de
     status = status == noErr ? MusicSequenceGetLoadDivision(sequence, division) : status;
     description.division = division;
     status = status == noErr ? MusicSequenceGetLoadWarnings(sequence, description.warnings) : status;
+    countMoreWarnings(description);
     status = status == noErr ? describeTempo(sequence, description) : status;
     return status == noErr ? describeTracks(sequence, description) : status;
 }

@@ -40,7 +40,8 @@ struct FileDescription {
     std::vector<FoundTempo> tempo;
     std::vector<FoundTrack> tracks;
     std::vector<FoundChord> chords;
-    std::vector<std::string> warnings; // what was mended while reading
+    std::vector<std::string> warnings; // what was mended while reading, the first 20 places
+    int moreWarnings = 0;              // the number of those beyond
 };
 
 // The one line about what was mended, and what was kept of the file; empty where nothing was.

@@ -169,6 +169,22 @@ TEST_F(InspectCommandTest, ADamagedFileOpensWithAWarning)
                 StartsWith("Track 1 ends early"));
 }
 
+TEST_F(InspectCommandTest, OfManyWarningsTheNumberOfFurtherOnesIsAFieldOfItsOwn)
+{
+    const std::string track("MTrk\0\0\0\4\0\x90<d", 12);
+    std::string file("MThd\0\0\0\6\0\1\0\x64\0\x60", 14);
+    for (int i = 0; i < 100; ++i) {
+        file += track;
+    }
+    write("junk.mid", file);
+    const JSON json = JSON::parse(volvelle("inspect junk.mid --json").output);
+    ASSERT_EQ(json["warnings"].size(), 20U);
+    EXPECT_THAT(json["warnings"][19].get<std::string>(), StartsWith("Track 10: "));
+    EXPECT_EQ(json["moreWarnings"], 180);
+    write("junk.mid", file.substr(0, 14) + track);
+    EXPECT_FALSE(JSON::parse(volvelle("inspect junk.mid --json").output).contains("moreWarnings"));
+}
+
 TEST_F(InspectCommandTest, NamesReachTheTerminalWithoutControlCharacters)
 {
     std::string file = smallFile();
