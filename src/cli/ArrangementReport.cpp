@@ -64,4 +64,15 @@ std::string shortReport(const ArrangementSummary& arrangement)
     return line;
 }
 
+void tellUnread(const ArrangementSummary& arrangement, std::set<std::filesystem::path>& told,
+                CommandOutput& output)
+{
+    for (const auto& phrase : arrangement.phrases) {
+        if (phrase.status != noErr && told.insert(phrase.file).second) {
+            output.failure(
+                concat(readFailure(phrase.file, phrase.status), " ", phrase.label, " stays empty."));
+        }
+    }
+}
+
 } // namespace volvelle

@@ -3,6 +3,8 @@
 #include "cli/CommandOutput.h"
 #include "inspection/ArrangementSummary.h"
 
+#include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,5 +15,9 @@ void printReport(CommandOutput& output, const std::vector<ArrangementSummary>& a
 
 // The titles and the chords of one arrangement in one line.
 std::string shortReport(const ArrangementSummary& arrangement);
+
+// A line on standard error for each phrase that could not be read and is not among `told` yet.
+void tellUnread(const ArrangementSummary& arrangement, std::set<std::filesystem::path>& told,
+                CommandOutput& output);
 
 } // namespace volvelle

@@ -9,7 +9,9 @@
 #include "sequence/SequenceFileBytes.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace volvelle {
@@ -69,11 +71,15 @@ void report(const std::string& file, const std::vector<ArrangementSummary>& summ
     }
 }
 
-int generateFile(IdeaFile& file, const GenerateOptions& options, CommandOutput& output)
+int generateFile(IdeaFile& file, const GenerateOptions& options, std::set<std::filesystem::path>& unread,
+                 CommandOutput& output)
 {
     SummarisingGenerator generator;
     const auto sequence = options.longCount == 1 ? generator.makeArrangement(false)
                                                  : generator.makeArrangementLong(options.longCount);
+    for (const auto& arrangement : generator.summaries) {
+        tellUnread(arrangement, unread, output);
+    }
     std::vector<std::uint8_t> data;
     if (sequenceFileBytes(sequence->getMusicSequence(), data) != noErr || data.empty()) {
         return output.failure("The arrangement could not be turned into a MIDI file.");
@@ -102,8 +108,9 @@ int runGenerate(const GenerateOptions& options, CommandOutput& output)
     if (const int status = companions.prepare(file, options.count, output); status != exitDone) {
         return status;
     }
+    std::set<std::filesystem::path> unread; // that were told
     for (int number = 1; number <= options.count; ++number) {
-        int status = generateFile(file, options, output);
+        int status = generateFile(file, options, unread, output);
         status = status == exitDone ? companions.write(file.name(), file.lastNumber(), output) : status;
         if (status != exitDone) {
             return status;

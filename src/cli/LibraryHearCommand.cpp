@@ -21,6 +21,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace volvelle {
@@ -67,8 +68,11 @@ Result<> makeArrangement(const fs::path& phrase, ScoreKind kind, const fs::path&
         return failure("The arrangement could not be turned into a MIDI file.");
     }
     const Result<> written = writeFile(file, bytes);
+    const ArrangementSummary summary = summaryOf(generator);
+    std::set<fs::path> unread;
+    tellUnread(summary, unread, output);
     if (written) {
-        output.remark(concat("'", file.filename().string(), "': ", shortReport(summaryOf(generator))));
+        output.remark(concat("'", file.filename().string(), "': ", shortReport(summary)));
     }
     return written;
 }

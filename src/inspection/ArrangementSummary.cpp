@@ -26,7 +26,10 @@ ArrangementSummary summaryOf(MIDIClipGenerator& generator)
     ArrangementSummary summary;
     for (const ArrangementTrack& track : arrangementTracks) {
         if (!track.folder.empty()) {
-            summary.phrases.push_back({std::string(track.label), titleOf(track.phraseIn(mixer))});
+            const MIDIPhrase& phrase = track.phraseIn(mixer);
+            summary.phrases.push_back({std::string(track.label), titleOf(phrase),
+                                       phrase.currentURL.value_or(std::filesystem::path()),
+                                       phrase.sequence ? phrase.sequence->loadStatus : noErr});
         }
     }
     for (const auto& chord : generator.getChords()) {

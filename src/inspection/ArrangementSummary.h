@@ -4,6 +4,7 @@
 #include "wire/ShortMessage.h"
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct ArrangementSummary {
     struct Phrase {
         std::string label; // of its track
         std::string title; // its own, its file's name where it has none
+        std::filesystem::path file;
+        OSStatus status = noErr; // of reading it
     };
 
     struct Chord {

@@ -285,6 +285,19 @@ TEST_F(GenerateCommandTest, ATargetThatIsAFolderStaysAsItWas)
     EXPECT_EQ(read("folder/inside"), "x");
 }
 
+TEST_F(GenerateCommandTest, APhraseThatCannotBeReadIsToldOnce)
+{
+    shell("mkdir lib; cp -r \"${VOLVELLE%/*}\"/resources/Phrases* lib; rm lib/Phrases2/02*/*");
+    write("lib/Phrases2/02 leads/001.mid", "no music");
+    for (const char* count : {"--out a", "--count 3 --quiet", "--long 3", "--out - --quiet"}) {
+        const auto result = volvelle(std::string("generate --resources lib ") + count);
+        EXPECT_EQ(result.status, 0) << count;
+        EXPECT_EQ(result.error,
+                  "'lib/Phrases2/02 leads/001.mid' is no Standard MIDI File. MELODY PHRASE stays "
+                  "empty.\n");
+    }
+}
+
 TEST_F(GenerateCommandTest, ABrokenLibraryStopsWithItsMessageAndLeavesTheTargetAlone)
 {
     write("idea.mid", "old");
