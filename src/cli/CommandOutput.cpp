@@ -4,6 +4,7 @@
 #include "base/PlainText.h"
 #include "base/Text.h"
 #include "cli/TerminalWidth.h"
+#include "services/files/FileFailure.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -95,7 +96,8 @@ std::string readFailure(const std::filesystem::path& file, OSStatus status)
     case fileFormatErr:
         return concat("'", file.string(), "' is no Standard MIDI File.");
     default:
-        return concat("'", file.string(), "' could not be read.");
+        const std::string reason = readObstacle(file);
+        return concat("'", file.string(), "' could not be read", reason.empty() ? "" : ": ", reason, ".");
     }
 }
 

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <sstream>
+#include <unistd.h>
 
 namespace volvelle::test {
 namespace {
@@ -233,12 +234,32 @@ TEST_F(InspectCommandTest, RubbishIsOnePlainLine)
     }
 }
 
-TEST_F(InspectCommandTest, AFolderCannotBeRead)
+TEST_F(InspectCommandTest, WhatCannotBeReadIsToldWithItsReason)
 {
     write("folder/x", "");
-    const auto result = volvelle("inspect folder");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.error, "'folder' could not be read.\n");
+    write("large", "");
+    std::filesystem::resize_file(folder / "work/large", (std::uintmax_t{1} << 31U) + 1);
+    std::filesystem::create_symlink("loop", folder / "work/loop");
+    const std::string longName(300, 'a');
+    const std::pair<std::string, std::string> cases[] = {{"folder", "it is a folder"},
+                                                         {"large", "it is larger than 2 GiB"},
+                                                         {"loop", "its links lead in a circle"},
+                                                         {longName, "its name is too long"}};
+    for (const auto& [name, reason] : cases) {
+        const auto result = volvelle("inspect " + name);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'" + name + "' could not be read: " + reason + ".\n");
+    }
+}
+
+TEST_F(InspectCommandTest, AFileThatMayNotBeReadIsToldWithItsReason)
+{
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may read everything";
+    }
+    write("a.mid", "");
+    std::filesystem::permissions(folder / "work/a.mid", std::filesystem::perms::none);
+    EXPECT_EQ(volvelle("inspect a.mid").error, "'a.mid' could not be read: it may not be read.\n");
 }
 
 } // namespace

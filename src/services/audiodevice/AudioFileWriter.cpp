@@ -162,8 +162,7 @@ std::string AudioFileWriter::lineOfFailure() const
 {
     const int number = file->target.failure();
     if (number != 0) {
-        return writeFailure(file->target.failedAside() ? "the folder for temporary files" : file->path,
-                            number);
+        return writeFailure(file->target.failedAside() ? file->target.folderAside() : file->path, number);
     }
     return concat("'", file->path.string(), "' could not be written: ", sf_strerror(file->sound), ".");
 }

@@ -2,9 +2,14 @@
 
 #include "base/Text.h"
 #include "services/files/NewFile.h"
+#include "services/files/SafeFile.h"
 
 #include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
+#include <utility>
 
 namespace volvelle {
 
@@ -56,6 +61,19 @@ std::string writeFailureReason(const std::filesystem::path& file, int error)
 std::string writeFailure(const std::filesystem::path& file, int error)
 {
     return concat("'", file.string(), "' could not be written: ", writeFailureReason(file, error), ".");
+}
+
+std::string readObstacle(const std::filesystem::path& file)
+{
+    struct stat found = {};
+    const bool isFound = stat(file.c_str(), &found) == 0;
+    if (isFound && S_ISDIR(found.st_mode)) {
+        return writeFailureReason(file, EISDIR);
+    }
+    if (isFound && faccessat(AT_FDCWD, file.c_str(), R_OK, AT_EACCESS) == 0) {
+        return std::cmp_greater(found.st_size, greatestFile) ? "it is larger than 2 GiB" : "";
+    }
+    return errno == EACCES || errno == EPERM ? "it may not be read" : writeFailureReason(file, errno);
 }
 
 } // namespace volvelle

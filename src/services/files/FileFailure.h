@@ -12,4 +12,8 @@ std::string writeFailure(const std::filesystem::path& file, int error);
 // Its reason alone: "the device is full". [any]
 std::string writeFailureReason(const std::filesystem::path& file, int error);
 
+// Why a file could not be read, as that line tells it: "it is a folder"; empty where nothing is in the way.
+// [any]
+std::string readObstacle(const std::filesystem::path& file);
+
 } // namespace volvelle

@@ -80,8 +80,8 @@ int openNamelessIn(const std::filesystem::path& folder)
     return descriptor;
 }
 
-// In the first folder for temporary files that may be used, else in memory.
-int openNameless()
+// In the first folder for temporary files that may be used, else in memory; `aside` is told where.
+int openNameless(std::filesystem::path& aside)
 {
     std::error_code none;
     for (const std::filesystem::path& folder :
@@ -89,9 +89,11 @@ int openNameless()
           std::filesystem::path("/dev/shm")}) {
         const int descriptor = folder.empty() ? -1 : openNamelessIn(folder);
         if (descriptor >= 0) {
+            aside = folder;
             return descriptor;
         }
     }
+    aside = "memory";
     return memfd_create("volvelle", MFD_CLOEXEC);
 }
 
@@ -113,7 +115,7 @@ try {
     isDirect = exists && !S_ISREG(existing.st_mode) && !S_ISDIR(existing.st_mode);
     error = exists && S_ISDIR(existing.st_mode) ? EISDIR : target.empty() ? ENOENT : 0;
     if (error == 0 && isDirect) {
-        descriptor = openNameless();
+        descriptor = openNameless(aside);
         return recordUnless(descriptor >= 0);
     }
     error = error == 0 ? followLinks(target) : error;
@@ -133,7 +135,7 @@ try {
     isDirect = true;
     isComplete = false;
     error = 0;
-    descriptor = openNameless();
+    descriptor = openNameless(aside);
     return recordUnless(descriptor >= 0);
 } catch (const std::bad_alloc&) {
     error = ENOMEM;

@@ -52,8 +52,11 @@ public:
     // The system's number of the first failure, 0 for none.
     int failure() const { return error; }
 
-    // True where that befell the file without a name, and not the device or the pipe.
+    // True where that befell the file without a name, and not the device or the pipe; the folder that it
+    // stands in, or "memory".
     bool failedAside() const { return isDirect && error != 0 && !isComplete; }
+
+    const std::filesystem::path& folderAside() const { return aside; }
 
 private:
     bool openFree();
@@ -71,6 +74,7 @@ private:
     bool recordUnless(bool good); // notes the error of the system unless `good`
 
     std::filesystem::path target;
+    std::filesystem::path aside;
     std::string name;
     int descriptor = -1;
     int slot = -1;    // among the files that are being written

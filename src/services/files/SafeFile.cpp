@@ -11,8 +11,6 @@ namespace volvelle {
 
 namespace {
 
-constexpr std::size_t greatestFile = std::size_t{1} << 31U;
-
 OSStatus statusOf(int error)
 {
     switch (error) {

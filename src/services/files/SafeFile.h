@@ -3,6 +3,7 @@
 #include "base/Status.h"
 #include "services/files/NewFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -11,8 +12,10 @@
 // Whole files, read and written so that a file on disk is never half of what it should be.
 namespace volvelle {
 
-// The bytes of a file of up to 2 GiB. fileNotFoundErr where none stands there, else fileIOErr; `bytes` is
-// then as it was. [any]
+inline constexpr std::size_t greatestFile = std::size_t{1} << 31U; // bytes
+
+// The bytes of a file of up to `greatestFile`. fileNotFoundErr where none stands there, else fileIOErr;
+// `bytes` is then as it was. [any]
 [[nodiscard]] OSStatus readFile(const std::filesystem::path& path, std::vector<std::uint8_t>& bytes);
 
 // Puts a file with these bytes at the path, in the place of an existing one where `overwrite` is set, else

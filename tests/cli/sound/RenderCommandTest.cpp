@@ -176,10 +176,10 @@ TEST_F(RenderCommandTest, APipeGetsWhatAFileWouldGet)
     EXPECT_EQ(volvelle("render small.mid --out /dev/null").status, 0);
     EXPECT_EQ(shell("TMPDIR=/gone exec \"$VOLVELLE\" render small.mid --out - | cat").output,
               read("file.wav"));
-    const auto aside = shell("ulimit -f 1; exec \"$VOLVELLE\" render small.mid --out /dev/null");
+    const auto aside =
+        shell("ulimit -f 1; TMPDIR=/dev/shm exec \"$VOLVELLE\" render small.mid --out /dev/null");
     EXPECT_EQ(aside.status, 1);
-    EXPECT_EQ(aside.error, "'the folder for temporary files' could not be written: it would be larger than "
-                           "allowed.\n");
+    EXPECT_EQ(aside.error, "'/dev/shm' could not be written: it would be larger than allowed.\n");
     write("more.wav", "begin");
     shell("exec \"$VOLVELLE\" render small.mid --out - >>more.wav");
     EXPECT_TRUE(read("more.wav") == "begin" + read("file.wav"));
