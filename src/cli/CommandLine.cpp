@@ -36,7 +36,8 @@ void nameStandardOutput(Request& request)
     const auto isDevice = [](const std::filesystem::path& out) {
         return out == "/dev/stdout" || out == "/dev/fd/1" || out == "/proc/self/fd/1";
     };
-    for (auto* const out : {&request.generate.out, &request.record.out}) {
+    for (auto* const out :
+         {&request.generate.out, &request.generate.png, &request.generate.wav, &request.record.out}) {
         if (out->has_value() && isDevice(**out)) {
             *out = standardOutputName;
         }

@@ -37,18 +37,20 @@ std::string IdeaCompanions::misuseOf(const GenerateOptions& options)
     if ((options.png || options.wav) && options.out == standardOutputName) {
         return "Standard output takes an idea alone: leave --png and --wav out.";
     }
-    if (const std::string line = options.png ? misuseOfPicture(*options.png) : ""; !line.empty()) {
+    const bool isNumbered = options.count > 1;
+    if (const std::string line = options.png ? misuseOfPicture(*options.png, isNumbered) : "";
+        !line.empty()) {
         return line;
     }
-    if (options.wav && fileEnding(*options.wav) != ".wav") {
+    if (options.wav && fileEnding(*options.wav) != ".wav" && (isNumbered || !isStream(*options.wav))) {
         return concat("Sound is a WAV: name a file that ends in .wav, not '", options.wav->string(), "'.");
     }
     return "";
 }
 
-std::string IdeaCompanions::misuseOfPicture(const fs::path& file)
+std::string IdeaCompanions::misuseOfPicture(const fs::path& file, bool isNumbered)
 {
-    return fileEnding(file) == ".png"
+    return fileEnding(file) == ".png" || (!isNumbered && isStream(file))
                ? ""
                : concat("A picture is a PNG: name a file that ends in .png, not '", file.string(), "'.");
 }

@@ -20,8 +20,8 @@ public:
     // A plain line where what is asked for can never be, else nothing.
     static std::string misuseOf(const GenerateOptions& options);
 
-    // The same for the name of a picture.
-    static std::string misuseOfPicture(const std::filesystem::path& file);
+    // The same for the name of a picture. One that gets no number may be that of a pipe or a device.
+    static std::string misuseOfPicture(const std::filesystem::path& file, bool isNumbered);
 
     // exitDone where those of the next `count` ideas can be written; else says why not. Nothing is written.
     int prepare(IdeaFile ideas, int count, CommandOutput& output) const;

@@ -191,6 +191,38 @@ TEST_F(CommandLine, APictureStandsOnStandardOutputAlone)
     EXPECT_THAT(result.error, IsEmpty());
 }
 
+TEST_F(CommandLine, APictureGoesIntoAPipeOrADeviceOfAnyName)
+{
+    volvelle("generate --out a.mid");
+    EXPECT_EQ(volvelle("picture a.mid --size 64 --out a.png").status, 0);
+    const auto piped = shell("mkfifo pipe && cat pipe >got & while ! test -p pipe; do :; done; "
+                             "\"$VOLVELLE\" picture a.mid --size 64 --out pipe; wait");
+    EXPECT_EQ(piped.error, "");
+    EXPECT_TRUE(read("got") == read("a.png"));
+    EXPECT_EQ(volvelle("picture a.mid --size 64 --out /dev/full").error,
+              "'/dev/full' could not be written: the device is full.\n");
+    EXPECT_EQ(shell("exec \"$VOLVELLE\" picture a.mid --size 64 --out - >/dev/full").error,
+              "'standard output' could not be written: the device is full.\n");
+    const auto both = shell("exec 3>png 4>wav; \"$VOLVELLE\" generate --quiet --out b.mid --png /dev/fd/3 "
+                            "--wav /dev/fd/4 | cat");
+    EXPECT_EQ(both.error, "");
+    EXPECT_THAT(read("png"), testing::StartsWith("\x89PNG"));
+    EXPECT_THAT(read("wav"), testing::StartsWith("RIFF"));
+    EXPECT_EQ(volvelle("generate --count 2 --png /dev/null").status, 2);
+    EXPECT_EQ(volvelle("generate --png /dev/stdout").status, 2);
+}
+
+TEST_F(CommandLine, APictureOfAFileWithoutAnyTrackIsOnePlainLine)
+{
+    write("none.mid", std::string("MThd\0\0\0\6\0\1\0\0\0\x60", 14));
+    for (const char* command : {"picture none.mid --out a.png", "inspect none.mid"}) {
+        const auto result = volvelle(command);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.error, "'none.mid' holds no track.\n");
+    }
+    EXPECT_THAT(names(), testing::ElementsAre("none.mid"));
+}
+
 TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
 {
     volvelle("generate --out a.mid");

@@ -20,6 +20,14 @@ namespace volvelle {
 
 namespace {
 
+bool holdsTrack(const std::vector<std::uint8_t>& data)
+{
+    MusicSequence sequence;
+    std::uint32_t count = 0;
+    return NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_PreserveTracks, sequence) == noErr &&
+           MusicSequenceGetTrackCount(sequence, count) == noErr && count > 0;
+}
+
 QByteArray pngOf(const std::vector<std::uint8_t>& data, const PictureOptions& options)
 {
     FileCircle circle(data);
@@ -48,8 +56,10 @@ int write(const std::filesystem::path& out, const QByteArray& png)
 
 int runPicture(const PictureOptions& options, CommandOutput& output)
 {
-    if (options.out != standardOutputName) {
-        if (const std::string line = IdeaCompanions::misuseOfPicture(options.out); !line.empty()) {
+    const bool isNamed = options.out != standardOutputName;
+    const std::filesystem::path out = isNamed ? options.out : "standard output";
+    if (isNamed) {
+        if (const std::string line = IdeaCompanions::misuseOfPicture(options.out, false); !line.empty()) {
             return output.misuse(line);
         }
     }
@@ -60,6 +70,9 @@ int runPicture(const PictureOptions& options, CommandOutput& output)
     if (FileCircle(data).notes() < 0) {
         return output.failure(readFailure(options.file, fileFormatErr));
     }
+    if (!holdsTrack(data)) {
+        return output.failure(trackFailure(options.file));
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_LOGGING_RULES", "*=false");
     int count = 1;
@@ -68,12 +81,12 @@ int runPicture(const PictureOptions& options, CommandOutput& output)
     const QGuiApplication application(count, arguments);
     const QByteArray png = pngOf(data, options);
     if (png.isEmpty()) {
-        return output.failure(writeFailure(options.out, EIO));
+        return output.failure(writeFailure(out, EIO));
     }
     if (const int failed = write(options.out, png); failed != 0) {
-        return output.failure(writeFailure(options.out, failed));
+        return output.failure(writeFailure(out, failed));
     }
-    if (options.out != standardOutputName) {
+    if (isNamed) {
         output.remark(concat("Wrote '", options.out.string(), "'."));
     }
     return exitDone;

@@ -4,21 +4,10 @@
 #include "services/files/FileNames.h"
 
 #include <sndfile.h>
-#include <system_error>
 
 namespace volvelle {
 
 namespace {
-
-// A pipe, a device, or a name of an open descriptor.
-bool isStream(const std::filesystem::path& path)
-{
-    std::error_code unknown;
-    const auto status = std::filesystem::status(path, unknown);
-    const bool isOther = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
-                         !std::filesystem::is_directory(status);
-    return isOther || path.parent_path() == "/dev" || path.parent_path() == "/dev/fd";
-}
 
 int codeOf(const std::string& ending)
 {

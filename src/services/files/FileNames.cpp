@@ -67,4 +67,13 @@ bool isNameTaken(const std::filesystem::path& file)
     return std::filesystem::exists(std::filesystem::symlink_status(file, error));
 }
 
+bool isStream(const std::filesystem::path& path)
+{
+    std::error_code unknown;
+    const auto status = std::filesystem::status(path, unknown);
+    const bool isOther = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+                         !std::filesystem::is_directory(status);
+    return isOther || path.parent_path() == "/dev" || path.parent_path() == "/dev/fd";
+}
+
 } // namespace volvelle
