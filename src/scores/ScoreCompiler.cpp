@@ -14,7 +14,13 @@ namespace fs = std::filesystem;
 void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledPhrase>& phrases,
                    LibraryReport& report)
 {
-    const auto paths = scoresIn(scores / scoreFolder(kind));
+    const fs::path folder = scores / scoreFolder(kind);
+    std::error_code unknown;
+    if (!fs::exists(folder, unknown)) {
+        report.errors.push_back(concat(folder.string(), ": there is no such folder: all five are needed"));
+        return;
+    }
+    const auto paths = scoresIn(folder);
     if (!paths || paths->empty()) {
         report.errors.push_back(concat(scoreFolder(kind), ": ", paths ? noScores : paths.error()));
         return;

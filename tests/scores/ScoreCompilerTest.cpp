@@ -184,9 +184,13 @@ TEST_F(ScoreCompiler, AFolderThatIsMissingOrEmptyIsReportedAndNothingChanges)
     write(scores() / "basses/readme.txt", "no score");
     write(out() / "Phrases2/10 drums/001.mid", "old");
     EXPECT_EQ(compiled(),
-              (Lines{"basses: there are no scores in the folder", "drums: the folder cannot be read"}));
+              (Lines{"basses: there are no scores in the folder",
+                     (scores() / "drums").string() + ": there is no such folder: all five are needed"}));
     EXPECT_EQ(names(out()), Lines{"Phrases2"});
     EXPECT_EQ(names(out() / "Phrases2/10 drums"), Lines{"001.mid"});
+    write(scores() / "basses/001-a.score", lead);
+    write(scores() / "drums", "a file");
+    EXPECT_EQ(compiled(), Lines{"drums: the folder cannot be read"});
 }
 
 TEST_F(ScoreCompiler, AFolderWithoutFoldersOfScoresIsNamed)
