@@ -100,9 +100,10 @@ void addLibraryCompile(CLI::App& library, Request& request)
 
 void addLibraryHear(CLI::App& library, Request& request)
 {
-    CLI::App& hear = addCommand(library, "hear", "Play a score in three new arrangements",
-                                "Also --resources DIR, --verbose, --quiet.\n"
-                                "Example: volvelle library hear library/leads/004-kite.score");
+    CLI::App& hear =
+        addCommand(library, "hear", "Play a score in three new arrangements",
+                   "Also --resources DIR, --verbose, --quiet.\n"
+                   "Example: volvelle library hear library/leads/004-three-coins-one-pocket.score");
     LibraryHearOptions& options = request.libraryHear;
     hear.add_option("SCORE", options.score, "the score or MIDI file, in a folder of its kind")
         ->required()
