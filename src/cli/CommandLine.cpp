@@ -100,18 +100,31 @@ std::vector<std::string> namesOf(const std::vector<std::filesystem::path>& files
     return {files.begin(), files.end()};
 }
 
+// Whether an option of that name, of the program or of a command, takes a value.
+bool takesValue(const CLI::App& app, const std::string& name)
+{
+    const CLI::Option* option = app.get_option_no_throw(name);
+    if (option != nullptr && option->get_items_expected_max() > 0) {
+        return true;
+    }
+    const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
+    return std::ranges::any_of(commands,
+                               [&name](const CLI::App* command) { return takesValue(*command, name); });
+}
+
 // The arguments, the last one first. "--out=" becomes two words, as the next one would be its value else.
-std::vector<std::string> wordsOf(int argc, char** argv)
+std::vector<std::string> wordsOf(const CLI::App& app, int argc, char** argv)
 {
     std::vector<std::string> words;
     bool areOptions = true;
     for (int i = 1; i < argc; ++i) {
-        std::string word = argv[i];
+        const std::string word = argv[i];
+        const std::string name = word.substr(0, word.find('='));
         areOptions = areOptions && word != "--";
-        const bool isEmptied = areOptions && word.starts_with("--") && word.find('=') == word.size() - 1;
-        words.push_back(isEmptied ? word.substr(0, word.size() - 1) : word);
-        if (isEmptied) {
-            words.emplace_back();
+        if (areOptions && name.size() + 1 == word.size() && takesValue(app, name)) {
+            words.insert(words.end(), {name, ""});
+        } else {
+            words.push_back(word);
         }
     }
     std::ranges::reverse(words);
@@ -186,7 +199,7 @@ int runCommandLine(int argc, char** argv, const HandedCommands& commands)
     addOwnCommands(app, request);
     addHandedCommands(app, request, commands, argv);
     try {
-        app.parse(wordsOf(argc, argv));
+        app.parse(wordsOf(app, argc, argv));
         if (const std::string line = emptyValue(app); !line.empty()) {
             return CommandOutput(false).misuse(line);
         }

@@ -111,6 +111,7 @@ TEST_F(CommandLine, AnEmptyValueIsAQuestionOfUsageAndTakesNotTheNextWord)
     }
     EXPECT_THAT(names(), IsEmpty());
     EXPECT_EQ(volvelle("inspect --json -- --out=").error, "There is no file '--out='.\n");
+    EXPECT_EQ(volvelle("inspect gone.mid --json=").error, "There is no file 'gone.mid'.\n");
 }
 
 TEST_F(CommandLine, TheTimeOfARecordingIsAboveNothingAndUpToADay)
