@@ -1,6 +1,7 @@
 #include "base/FatalStop.h"
 
 #include "base/MainQueue.h"
+#include "base/PlainText.h"
 
 #include <atomic>
 #include <cstdio>
@@ -15,7 +16,7 @@ std::atomic<FinalStep> finalStep{nullptr};
 
 void fatalStop(std::string_view message)
 {
-    std::string line(message);
+    std::string line = plainText(message);
     line += '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
     std::fflush(stderr);

@@ -16,6 +16,12 @@ TEST(FatalStopDeathTest, TheMessageStandsAloneOnStandardErrorAndTheProgramAborts
                 "^No files found in 'x'\n$");
 }
 
+TEST(FatalStopDeathTest, TheMessageReachesTheTerminalWithoutControlCharacters)
+{
+    EXPECT_EXIT(fatalStop("No files found in '\x1B[31m\xFF'"), testing::KilledBySignal(SIGABRT),
+                "^No files found in '\\?\\[31m\xC3\xBF'\n$");
+}
+
 TEST(FatalStopDeathTest, TheFinalStepDecidesHowTheProgramEnds)
 {
     EXPECT_EXIT(
