@@ -40,6 +40,7 @@ void UIDocumentBrowserViewController::refresh()
     if (before && !selected && !found.empty()) {
         selected = found[std::min(*before, found.size() - 1)].location;
     }
+    selectFirstHit();
     tellChange();
 }
 
@@ -64,10 +65,18 @@ void UIDocumentBrowserViewController::filter()
     }
 }
 
+void UIDocumentBrowserViewController::selectFirstHit()
+{
+    if (!search.empty() && !selected && !found.empty()) {
+        selected = found.front().location;
+    }
+}
+
 void UIDocumentBrowserViewController::setSearchText(std::string text)
 {
     search = std::move(text);
     filter();
+    selectFirstHit();
     tellChange();
 }
 

@@ -72,6 +72,7 @@ public:
 
     const std::string& searchText() const { return search; }
 
+    // Where the selection is not among what is found, the first of that is selected.
     void setSearchText(std::string text);
 
     // The file that is selected, which is one of documents().
@@ -137,6 +138,7 @@ private:
     Result<std::filesystem::path> takeDocument(const std::filesystem::path& file) const;
     std::optional<std::size_t> indexOf(const std::filesystem::path& file) const;
 
+    void selectFirstHit();
     std::unique_ptr<DocumentFolder> folder;
     std::vector<FolderDocument> all;
     std::vector<FolderDocument> found;

@@ -311,6 +311,8 @@ void BrowserScreen::resizeEvent(QResizeEvent* event)
     }
 }
 
+    } else if (event->key() == Qt::Key_Down && search->hasFocus()) {
+        takeFocus();
 void BrowserScreen::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);

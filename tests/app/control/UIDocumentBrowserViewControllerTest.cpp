@@ -90,8 +90,27 @@ TEST_F(UIDocumentBrowserViewControllerTest, ASelectionIsOneOfTheListAndEndsWithI
     root->select("/elsewhere/a.mid");
     EXPECT_EQ(root->selection(), std::nullopt);
     root->select(documents / "a.mid");
-    root->setSearchText("b");
+    root->setSearchText("c");
     EXPECT_EQ(root->selection(), std::nullopt);
+}
+
+TEST_F(UIDocumentBrowserViewControllerTest, ASearchSelectsItsFirstHitWhereTheSelectionIsNone)
+{
+    makeBrowser({"a.mid", "tempo.mid", "tempo 2.mid"});
+    root->setSearchText("tempo");
+    EXPECT_EQ(selectedName(), "tempo.mid");
+    root->select(documents / "tempo 2.mid");
+    root->setSearchText("temp");
+    EXPECT_EQ(selectedName(), "tempo 2.mid");
+    root->setSearchText("");
+    EXPECT_EQ(selectedName(), "tempo 2.mid");
+    root->setSearchText("a");
+    EXPECT_EQ(selectedName(), "a.mid");
+    root->setSearchText("late");
+    EXPECT_EQ(root->selection(), std::nullopt);
+    writeDocument("late.mid");
+    root->refresh();
+    EXPECT_EQ(selectedName(), "late.mid");
 }
 
 TEST_F(UIDocumentBrowserViewControllerTest, ASelectionStaysWithItsFileElseWithItsPlace)
