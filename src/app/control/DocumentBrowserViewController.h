@@ -105,6 +105,8 @@ public:
     // Also while a document that could not be saved waits for the user's word.
     bool isOccupied() const override { return isPresenting || unsaved; }
 
+    bool isCovered() const override { return documentViewController && documentViewController->isUp(); }
+
     // MARK: The engine
 
     void startEngine(); // without an engine a fatal stop

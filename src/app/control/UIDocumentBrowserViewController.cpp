@@ -195,7 +195,7 @@ void UIDocumentBrowserViewController::revealDocument(
 
 Result<> UIDocumentBrowserViewController::renameSelection(const std::string& name)
 {
-    if (!folder || !selected) {
+    if (!canChangeSelection()) {
         return {};
     }
     const auto place = folder->rename(*selected, name);
@@ -209,7 +209,7 @@ Result<> UIDocumentBrowserViewController::renameSelection(const std::string& nam
 
 void UIDocumentBrowserViewController::duplicateSelection()
 {
-    if (!folder || !selected) {
+    if (!canChangeSelection()) {
         return;
     }
     if (const auto place = folder->duplicate(*selected)) {
@@ -222,7 +222,7 @@ void UIDocumentBrowserViewController::duplicateSelection()
 
 void UIDocumentBrowserViewController::moveSelectionToTrash()
 {
-    if (!folder || !selected) {
+    if (!canChangeSelection()) {
         return;
     }
     if (const auto gone = folder->moveToTrash(*selected); !gone) {
@@ -246,7 +246,7 @@ void UIDocumentBrowserViewController::undo()
 
 bool UIDocumentBrowserViewController::canUndo() const
 {
-    return folder && folder->canRestore();
+    return folder && folder->canRestore() && !isCovered();
 }
 
 bool UIDocumentBrowserViewController::canPerformAction(std::string_view selector)
@@ -254,9 +254,10 @@ bool UIDocumentBrowserViewController::canPerformAction(std::string_view selector
     if (selector == "undo:") {
         return canUndo();
     }
-    const bool needsSelection =
-        selector == "open:" || selector == "rename:" || selector == "duplicate:" || selector == "delete:";
-    return !needsSelection || selected.has_value();
+    if (selector == "rename:" || selector == "duplicate:" || selector == "delete:") {
+        return canChangeSelection();
+    }
+    return selector != "open:" || selected.has_value();
 }
 
 void UIDocumentBrowserViewController::show(const fs::path& spelling)

@@ -106,12 +106,13 @@ public:
     void revealDocument(const std::filesystem::path& file, bool importIfNeeded,
                         const std::function<void(const Result<std::filesystem::path>& place)>& completion);
 
-    // Each for the selected document; nothing where none is. Why a name is refused is for the caller to tell.
+    // Each for the selected document; nothing where none is, or while a document stands above the browser.
+    // Why a name is refused is for the caller to tell.
     Result<> renameSelection(const std::string& name);
     void duplicateSelection();
     void moveSelectionToTrash();
 
-    // Brings back what was moved to the trash last, and selects it.
+    // Brings back what was moved to the trash last, and selects it; nothing while a document stands above.
     void undo();
     bool canUndo() const;
 
@@ -124,6 +125,9 @@ public:
 
     // True while something stands above the browser that must not be disturbed.
     virtual bool isOccupied() const = 0;
+
+    // True while a document stands above the browser, whose files stay as they are then.
+    virtual bool isCovered() const = 0;
 
 protected:
     // What a new document needs before it can be made; a failure is told the user in its place.

@@ -7,7 +7,6 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QUrl>
 #include <QWindow>
 
@@ -55,7 +54,7 @@ void BrowserScreen::addAction(const QString& text, const QString& selector, cons
 
 void BrowserScreen::showMenu(const QPoint& at)
 {
-    auto* menu = new QMenu(this);
+    menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const auto& [action, selector] : actions) {
         action->setEnabled(logic->canPerformAction(selector.toStdString()));
@@ -67,6 +66,17 @@ void BrowserScreen::showMenu(const QPoint& at)
         }
     });
     menu->popup(tiles->viewport()->mapToGlobal(at));
+}
+
+// What is typed there is dropped: the file may be open by now.
+void BrowserScreen::closeMenuAndEditor()
+{
+    if (menu) {
+        menu->close();
+    }
+    if (QLineEdit* const field = nameField()) {
+        Q_EMIT tiles->itemDelegate()->closeEditor(field, QAbstractItemDelegate::RevertModelCache);
+    }
 }
 
 void BrowserScreen::showBrowser()
@@ -182,9 +192,9 @@ void BrowserScreen::rename()
     }
 }
 
-bool BrowserScreen::isNaming() const
+QLineEdit* BrowserScreen::nameField() const
 {
-    return qobject_cast<QLineEdit*>(tiles->indexWidget(tiles->currentIndex())) != nullptr;
+    return qobject_cast<QLineEdit*>(tiles->indexWidget(tiles->currentIndex()));
 }
 
 // What is refused stays in its field, unless the user went on somewhere else.
@@ -255,9 +265,10 @@ void BrowserScreen::import()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setSupportedSchemes({"file"});
-    connect(dialog, &QFileDialog::urlSelected, this, [this](const QUrl& address) {
-        if (const auto file = fileOf(address)) {
-            logic->importDocument(*file);
+    // Its signals tell addresses only where it is the desktop's own dialog.
+    connect(dialog, &QFileDialog::accepted, this, [this, dialog] {
+        if (const auto file = fileOf(dialog->selectedUrls().value(0))) {
+            logic->importOrWait(*file);
         } else {
             logic->showMessage("File Error", file.error());
         }
@@ -337,3 +348,4 @@ void BrowserScreen::followScreen()
 }
 
 } // namespace volvelle
+        closeMenuAndEditor();

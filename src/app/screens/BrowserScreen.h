@@ -9,6 +9,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QWidget>
@@ -43,9 +45,9 @@ public:
     // The keyboard's focus to the tiles, with the selected one in view, or to New where there are none.
     void takeFocus();
 
-    // Why a name was refused, as long as it is being edited; else documents that wait, else what was moved to
-    // the trash last and not left since, else why a name was refused that is edited no more; no value for
-    // none of them.
+    // Why a name was refused, as long as it is being edited; else why a file that was handed over cannot be
+    // opened, until the browser comes again; else documents that wait, else what was moved to the trash last
+    // and not left since, else why a name was refused that is edited no more; no value for none of them.
     std::optional<Notice> notice() const;
     void actOnNotice();
     void dropNotice();
@@ -79,6 +81,7 @@ private:
     void addAction(const QString& text, const QString& selector, const QKeySequence& key,
                    void (BrowserScreen::*action)());
     void showMenu(const QPoint& at);
+    void closeMenuAndEditor();
     void showBrowser();
     void showPage();
     void showSelection();
@@ -86,7 +89,10 @@ private:
     void open();
     void rename();
     void takeName(const std::filesystem::path& file, const QString& name);
-    bool isNaming() const;
+    QLineEdit* nameField() const; // null while no name is edited
+
+    bool isNaming() const { return nameField() != nullptr; }
+
     void tellRefusal(const QString& line);
     void duplicate();
     void moveToTrash();
@@ -106,6 +112,7 @@ private:
     QLabel* noHit = nullptr;
     QLabel* count = nullptr;
     TileModel* model = nullptr;
+    QPointer<QMenu> menu;                              // that is open
     std::vector<std::pair<QAction*, QString>> actions; // with their selectors
     std::optional<std::filesystem::path> scrolledTo;   // the selection that was brought into view last
     QString refusal;                                   // of the last name; empty for none

@@ -113,6 +113,30 @@ TEST_F(UIDocumentBrowserViewControllerTest, ASearchSelectsItsFirstHitWhereTheSel
     EXPECT_EQ(selectedName(), "late.mid");
 }
 
+TEST_F(UIDocumentBrowserViewControllerTest, WhileADocumentIsUpItsFilesStayAsTheyAre)
+{
+    makeBrowser({"a.mid", "b.mid"});
+    root->select(documents / "b.mid");
+    root->moveSelectionToTrash();
+    root->select(documents / "a.mid");
+    root->pickSelection();
+    ASSERT_TRUE(root->isCovered());
+    for (const char* selector : {"rename:", "duplicate:", "delete:", "undo:"}) {
+        EXPECT_FALSE(root->canPerformAction(selector)) << selector;
+    }
+    EXPECT_TRUE(root->renameSelection("c"));
+    root->duplicateSelection();
+    root->moveSelectionToTrash();
+    root->undo();
+    EXPECT_EQ(shownNames(), Lines{"a"});
+    EXPECT_TRUE(fs::exists(documents / "a.mid"));
+    EXPECT_EQ(host->alerts.size(), 0U);
+    up()->onButtonDone();
+    EXPECT_FALSE(root->isCovered());
+    root->undo();
+    EXPECT_EQ(selectedName(), "b.mid");
+}
+
 TEST_F(UIDocumentBrowserViewControllerTest, ASelectionStaysWithItsFileElseWithItsPlace)
 {
     makeBrowser({"a.mid", "b.mid", "c.mid"});
@@ -168,9 +192,8 @@ TEST_F(UIDocumentBrowserViewControllerTest, WhatCannotBeImportedIsTold)
 {
     makeBrowser({});
     root->importDocument(folder.path / "Gone.mid");
-    EXPECT_EQ(host->alertTexts(),
-              Lines{"File Error: Error: 'Gone' is not there any more. Could not open file '" +
-                    (folder.path / "Gone.mid").string() + "'. [OK]"});
+    EXPECT_EQ(host->alertTexts(), Lines{"File Error: Error: 'Gone' is not there any more. Could not open file '" +
+                                        (folder.path / "Gone.mid").string() + "'. [OK]"});
     host->press("OK");
     root->importDocument(folder.path);
     EXPECT_EQ(host->alerts.size(), 1U);
