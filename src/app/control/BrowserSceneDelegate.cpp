@@ -57,7 +57,7 @@ void BrowserSceneDelegate::openURLContext(const UIOpenURLContext& context) const
     }
     if (context.openInPlace && !browser->isOccupied()) {
         if (const auto check = checkDocument(context.url); !check) {
-            browser->showMessage("File Error", check.error());
+            browser->tellQuietly(check.error());
             return;
         }
     }

@@ -141,6 +141,12 @@ public:
     void openWaitingDocument();
     void forgetWaitingDocuments();
 
+    // Why a file that was handed over cannot be opened, in a line that is in nobody's way; empty for none.
+    // Told by onBrowserChanged.
+    const std::string& quietLine() const { return quiet; }
+
+    void tellQuietly(std::string line);
+
     // Tells the version, and whose the parts are.
     void showAbout();
 
@@ -181,6 +187,7 @@ private:
     std::shared_ptr<AudioSink> output;
     std::array<NotificationCenter::Token, 3> observers;
     std::vector<UIOpenURLContext> waiting;
+    std::string quiet;
     int alerts = 0; // that are up
     std::shared_ptr<MIDIDocument> unsaved;
 };

@@ -7,13 +7,13 @@
 
 namespace volvelle {
 
-Result<> checkDocument(const std::filesystem::path& file)
+Result<> checkDocument(const std::filesystem::path& file, bool wasSeen)
 {
     const std::string name = concat("'", shownName(file), "'");
     std::error_code error;
     const auto kind = std::filesystem::status(file, error);
     if (kind.type() == std::filesystem::file_type::not_found) {
-        return failure(concat(name, " is not there any more."));
+        return failure(concat(name, wasSeen ? " is not there any more." : " does not exist."));
     }
     if (std::filesystem::exists(kind) && !std::filesystem::is_regular_file(kind)) {
         return failure(concat(name, " is not a file."));

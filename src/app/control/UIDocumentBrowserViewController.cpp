@@ -162,7 +162,7 @@ void UIDocumentBrowserViewController::pick(const std::vector<fs::path>& files)
         return;
     }
     if (!files.empty() && !isOccupied()) {
-        if (const auto check = checkDocument(files.front()); !check) {
+        if (const auto check = checkDocument(files.front(), indexOf(files.front()).has_value()); !check) {
             showMessage("File Error", check.error());
             refresh();
             return;

@@ -138,11 +138,13 @@ protected:
 
 private:
     void filter();
+    void selectFirstHit();
     void show(const std::filesystem::path& spelling);
     Result<std::filesystem::path> takeDocument(const std::filesystem::path& file) const;
     std::optional<std::size_t> indexOf(const std::filesystem::path& file) const;
 
-    void selectFirstHit();
+    bool canChangeSelection() const { return folder && selected && !isCovered(); }
+
     std::unique_ptr<DocumentFolder> folder;
     std::vector<FolderDocument> all;
     std::vector<FolderDocument> found;

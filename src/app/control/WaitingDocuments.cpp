@@ -72,6 +72,13 @@ void DocumentBrowserViewController::forgetWaitingDocuments()
     tellChange();
 }
 
+void DocumentBrowserViewController::tellQuietly(std::string line)
+{
+    if (std::exchange(quiet, std::move(line)) != quiet) {
+        tellChange();
+    }
+}
+
 void DocumentBrowserViewController::showAbout()
 {
     showMessage("Volvelle", VOLVELLE_VERSION " makes musical ideas as MIDI files.\n\n"

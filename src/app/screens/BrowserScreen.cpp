@@ -133,6 +133,9 @@ std::optional<BrowserScreen::Notice> BrowserScreen::notice() const
     if (!refusal.isEmpty() && isNaming()) {
         return Notice{refusal, ""};
     }
+    if (!logic->quietLine().empty()) {
+        return Notice{QString::fromStdString(logic->quietLine()), ""};
+    }
     if (!logic->waitingDocuments().empty()) {
         return Notice{QString::fromStdString(logic->waitingLine()), "Open now"};
     }
@@ -153,8 +156,12 @@ void BrowserScreen::actOnNotice()
 
 void BrowserScreen::dropNotice()
 {
-    if (!refusal.isEmpty() && (isNaming() || (logic->waitingDocuments().empty() && trashed.isEmpty()))) {
+    const bool hasOther =
+        !logic->quietLine().empty() || !logic->waitingDocuments().empty() || !trashed.isEmpty();
+    if (!refusal.isEmpty() && (isNaming() || !hasOther)) {
         tellRefusal("");
+    } else if (!logic->quietLine().empty()) {
+        logic->tellQuietly("");
     } else if (!logic->waitingDocuments().empty()) {
         logic->forgetWaitingDocuments();
     } else {
@@ -240,6 +247,7 @@ void BrowserScreen::moveToTrash()
     logic->moveSelectionToTrash();
     if (!model->indexOf(before.location).isValid()) {
         trashed = QString::fromStdString(before.name);
+        logic->tellQuietly("");
         Q_EMIT noticeChanged();
     }
 }
@@ -303,6 +311,8 @@ void BrowserScreen::keyPressEvent(QKeyEvent* event)
         undo();
     } else if (isReturn) {
         open();
+    } else if (event->key() == Qt::Key_Down && search->hasFocus()) {
+        takeFocus();
     } else if (event->key() == Qt::Key_Escape && search->hasFocus()) {
         search->clear();
         takeFocus();
@@ -322,8 +332,6 @@ void BrowserScreen::resizeEvent(QResizeEvent* event)
     }
 }
 
-    } else if (event->key() == Qt::Key_Down && search->hasFocus()) {
-        takeFocus();
 void BrowserScreen::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
@@ -331,12 +339,16 @@ void BrowserScreen::showEvent(QShowEvent* event)
         connect(handle, &QWindow::screenChanged, this, &BrowserScreen::followScreen, Qt::UniqueConnection);
     }
     followScreen();
+    if (!event->spontaneous()) {
+        logic->tellQuietly("");
+    }
 }
 
 void BrowserScreen::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     if (!event->spontaneous()) {
+        closeMenuAndEditor();
         trashed.clear();
         refusal.clear();
     }
@@ -348,4 +360,3 @@ void BrowserScreen::followScreen()
 }
 
 } // namespace volvelle
-        closeMenuAndEditor();

@@ -12,7 +12,6 @@
 #include "app/shell/Shell.h"
 #include "base/Console.h"
 #include "cli/CommandLine.h"
-#include "services/audiodevice/AudioOutput.h"
 #include "services/settings/NSUserDefaults.h"
 
 #include <QApplication>
@@ -27,7 +26,6 @@ namespace volvelle {
 namespace {
 
 constexpr const char* applicationID = "com.orvane.Volvelle";
-constexpr const char* helpSiteKey = "helpSite";
 constexpr const char* appearanceKey = "appearance"; // "dark" or "light"; the desktop's choice without it
 
 constexpr const char* notTaken = "The window that is open already did not take the files.";
@@ -58,11 +56,6 @@ QStringList addressesOf(const std::vector<std::filesystem::path>& files)
         result << addressOf(unknown ? file : place);
     }
     return result;
-}
-
-std::shared_ptr<AudioSink> musicOutput()
-{
-    return std::make_shared<AudioOutput>(AudioOutput::forMusic());
 }
 
 void prepareApplication()
@@ -122,8 +115,7 @@ int runWindow(const AppOptions& options, CommandOutput& output)
     ColorScheme scheme;
     followColorScheme(scheme);
     const RunLoopBridge bridge;
-    const auto site = NSUserDefaults::standardUserDefaults()->stringForKey(helpSiteKey);
-    Shell shell({musicOutput, Thumbnails::usualFolder(), site.value_or(""), true});
+    Shell shell(Shell::usualOptions());
     running = &shell;
     shell.launch(files);
     if (!early.isEmpty()) {

@@ -16,6 +16,7 @@
 #include <QIcon>
 #include <QPushButton>
 
+#include <utility>
 #include <vector>
 
 namespace volvelle {
@@ -65,13 +66,17 @@ struct TurnedSink : AudioSink {
 
 class Road {
 public:
-    Road() : sink(std::make_shared<TurnedSink>()), shell(options(sink)) { shell.launch({}); }
+    using Before = std::function<void(std::string_view step, Shell& shell)>;
+
+    explicit Road(Before told)
+        : before(std::move(told)), sink(std::make_shared<TurnedSink>()), shell(options(sink))
+    {
+        shell.launch({});
+    }
 
     std::string walk()
     {
-        if (QIcon(":/icon.svg").pixmap(64).isNull()) {
-            return "The icon cannot be painted.";
-        }
+        before("New", shell);
         shell.root().createDocument();
         settle();
         if (document() == nullptr) {
@@ -90,6 +95,7 @@ public:
         if (document() != nullptr || readFile(file, saved) != noErr || saved != made) {
             return "Save did not write what was made.";
         }
+        before("Open", shell);
         shell.root().pickSelection();
         settle();
         if (document() == nullptr || shell.root().documentViewController->document()->data != saved) {
@@ -117,6 +123,7 @@ private:
 
     void press(const char* name)
     {
+        before(name, shell);
         DocumentScreen* const screen = document();
         for (QPushButton* button :
              screen == nullptr ? QList<QPushButton*>() : screen->findChildren<QPushButton*>()) {
@@ -141,12 +148,23 @@ private:
 
     static constexpr double step = 0.03; // seconds, of the transport's timer
 
+    const Before before;
     TurnedClock clock;
     std::shared_ptr<TurnedSink> sink;
     Shell shell;
 };
 
 } // namespace
+
+std::string iconFault()
+{
+    return QIcon(":/icon.svg").pixmap(64).isNull() ? "The icon cannot be painted." : "";
+}
+
+std::string walkRoad(const std::function<void(std::string_view step, Shell& shell)>& before)
+{
+    return Road(before).walk();
+}
 
 int runSelfTest(CommandOutput& output)
 {
@@ -163,8 +181,10 @@ int runSelfTest(CommandOutput& output)
     char* arguments[] = {name, nullptr};
     const QApplication application(count, arguments);
     Appearance::shared().apply(Theme::dark);
-    Road road;
-    const std::string fault = road.walk();
+    std::string fault = iconFault();
+    if (fault.empty()) {
+        fault = walkRoad([](std::string_view, Shell&) {});
+    }
     if (!fault.empty()) {
         return output.failure(concat("The self-test failed: ", fault));
     }

@@ -7,6 +7,8 @@
 #include "app/shell/FileManager.h"
 #include "base/Paths.h"
 #include "base/RunLoop.h"
+#include "services/audiodevice/AudioOutput.h"
+#include "services/settings/NSUserDefaults.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -20,6 +22,7 @@ namespace volvelle {
 
 namespace {
 
+constexpr const char* helpSiteKey = "helpSite";
 constexpr double soundInterval = 0.5; // seconds between two looks at the sink
 constexpr int folderPause = 200;      // ms, in which several changes of a folder become one
 constexpr const char* noSound = "There is no sound device: the music plays on silently.";
@@ -35,6 +38,13 @@ void openFolder(const QString& folder)
 }
 
 } // namespace
+
+Shell::Options Shell::usualOptions()
+{
+    const auto site = NSUserDefaults::standardUserDefaults()->stringForKey(helpSiteKey);
+    return {[] { return std::make_shared<AudioOutput>(AudioOutput::forMusic()); }, Thumbnails::usualFolder(),
+            site.value_or(""), true};
+}
 
 Shell::Shell(Options given)
     : options(std::move(given)),
@@ -101,11 +111,14 @@ void Shell::launch(const QStringList& files)
 
 void Shell::receive(const QStringList& files)
 {
+    if (!files.isEmpty()) {
+        rootScreen->tellQuietly("");
+    }
     for (const QString& address : files) {
         if (const auto file = fileOf(address)) {
             sceneDelegate.sceneOpenURLContexts({{*file, true}});
         } else {
-            rootScreen->showMessage("File Error", file.error());
+            rootScreen->tellQuietly(file.error());
         }
     }
     if (mainWindow->isVisible()) {

@@ -30,6 +30,9 @@ public:
         bool hasRemoteControl = true;
     };
 
+    // The sound device, the cache folder and what the settings say.
+    static Options usualOptions();
+
     explicit Shell(Options given);
     ~Shell() override;
 

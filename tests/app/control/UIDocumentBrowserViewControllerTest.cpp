@@ -192,7 +192,7 @@ TEST_F(UIDocumentBrowserViewControllerTest, WhatCannotBeImportedIsTold)
 {
     makeBrowser({});
     root->importDocument(folder.path / "Gone.mid");
-    EXPECT_EQ(host->alertTexts(), Lines{"File Error: Error: 'Gone' is not there any more. Could not open file '" +
+    EXPECT_EQ(host->alertTexts(), Lines{"File Error: Error: 'Gone' does not exist. Could not open file '" +
                                         (folder.path / "Gone.mid").string() + "'. [OK]"});
     host->press("OK");
     root->importDocument(folder.path);
@@ -243,7 +243,7 @@ TEST_F(UIDocumentBrowserViewControllerTest, ARevealedFileIsSelectedAndCopiedOnly
     EXPECT_EQ(selectedName(), "b.mid");
     root->revealDocument(folder.path / "c.mid", true, note);
     EXPECT_EQ(places, (Lines{(documents / "a.mid").string(), foreign.string(), (documents / "b.mid").string(),
-                             "'c' is not there any more."}));
+                             "'c' does not exist."}));
 }
 
 TEST_F(UIDocumentBrowserViewControllerTest, AFileIsRenamedDuplicatedAndStaysSelected)

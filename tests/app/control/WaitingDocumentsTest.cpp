@@ -79,7 +79,7 @@ TEST_F(WaitingDocuments, OneThatVanishedIsToldOnceTheBrowserIsSeen)
     root->presentDocument(other);
     fs::remove(other);
     root->openWaitingDocument();
-    EXPECT_EQ(host->alertTexts(), Lines{"File Error: File Error 'Other' is not there any more. [OK]"});
+    EXPECT_EQ(host->alertTexts(), Lines{"File Error: File Error 'Other' does not exist. [OK]"});
     EXPECT_EQ(root->waitingDocuments().size(), 0U);
     EXPECT_EQ(told.back(), "");
     EXPECT_FALSE(up()->isUp());

@@ -121,5 +121,22 @@ TEST_F(BrowserCoverTest, GoesFromTheSearchToTheTilesWithDown)
     EXPECT_EQ(selected(), "Slow tide");
 }
 
+TEST_F(BrowserCoverTest, TellsQuietlyWhatCannotBeOpened)
+{
+    root->tellQuietly("'nope' does not exist.");
+    EXPECT_EQ(notice(), "'nope' does not exist.");
+    press("Close");
+    EXPECT_EQ(notice(), "");
+    root->tellQuietly("'nope' does not exist.");
+    key(Qt::Key_Delete);
+    EXPECT_EQ(notice(), "'Copper' was moved to the trash.");
+    root->tellQuietly("'nope' does not exist.");
+    key(Qt::Key_Return);
+    ASSERT_NE(document(), nullptr);
+    EXPECT_EQ(notice(), "'nope' does not exist.");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(notice(), "");
+}
+
 } // namespace
 } // namespace volvelle::test

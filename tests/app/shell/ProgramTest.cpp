@@ -92,7 +92,7 @@ TEST_F(ProgramTest, DrawsNoPictureOfAnotherKind)
 TEST_F(ProgramTest, AFileThatMayNotBeWrittenIsAFailedTest)
 {
     ChildProcess child(command({}, {"--self-test"}, "ulimit -f 0; exec \"$0\" \"$@\" 2>&1"));
-    EXPECT_NE(child.readLine(), "");
+    EXPECT_EQ(child.readLine(), "The self-test failed: New opened no document.");
     EXPECT_EQ(child.waitForEnd(), 1);
 }
 

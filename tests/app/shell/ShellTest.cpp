@@ -1,8 +1,16 @@
 #include "app/shell/Shell.h"
+#include "app/screens/BrowserScreen.h"
+#include "app/screens/DocumentScreen.h"
 #include "app/screens/FileAddress.h"
+#include "app/screens/MessageBar.h"
 #include "app/shell/RunLoopBridge.h"
+#include "app/shell/SelfTest.h"
+#include "app/shell/SettingsFile.h"
+#include "base/MainQueue.h"
 #include "base/Paths.h"
+#include "services/settings/NSUserDefaults.h"
 #include "tests/support/ConsoleCapture.h"
+#include "tests/support/HandClock.h"
 #include "tests/support/ProjectFolders.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -12,8 +20,11 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
-#include <QMessageBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QPushButton>
 #include <QSessionManager>
+#include <QSettings>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -30,9 +41,12 @@ struct NoSink : AudioSink {
 
     void close() override {}
 
-    std::string description() const override { return "None"; }
+    std::string description() const override { return name; }
 
-    bool isAudible() const override { return false; }
+    bool isAudible() const override { return isHeard; }
+
+    std::string name = "None"; // "" while it is not known
+    bool isHeard = false;
 };
 
 // A file of one note of a beat.
@@ -56,8 +70,7 @@ struct ShellTest : testing::Test {
 
     void launch(const QStringList& files = {}, bool hasRemoteControl = false)
     {
-        shell = std::make_unique<Shell>(
-            Shell::Options{[] { return std::make_shared<NoSink>(); }, {}, "", hasRemoteControl});
+        shell = std::make_unique<Shell>(Shell::Options{[this] { return sink; }, {}, "", hasRemoteControl});
         shell->launch(files);
     }
 
@@ -66,11 +79,30 @@ struct ShellTest : testing::Test {
         return QTest::qWaitFor([&] { return shell->root().documents().size() == ideas; }, 10'000);
     }
 
+    // The line below the screens, empty for none.
+    std::string notice() const
+    {
+        const auto* bar = shell->window().findChild<MessageBar*>();
+        return bar->isVisible() ? bar->accessibleName().toStdString() : "";
+    }
+
+    // The line of a document about the sound, empty for none.
+    std::string soundLine() const
+    {
+        for (const QLabel* label : shell->window().document()->findChildren<QLabel*>()) {
+            if (label->isVisible() && label->text().contains("sound")) {
+                return label->text().toStdString();
+            }
+        }
+        return "";
+    }
+
     const std::string before = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
     TemporaryFolder home;
     ConsoleCapture console;
     RunLoopBridge bridge;
     const std::filesystem::path folder = home.path / "Documents/Volvelle";
+    const std::shared_ptr<NoSink> sink = std::make_shared<NoSink>();
     std::unique_ptr<Shell> shell;
 };
 
@@ -90,15 +122,148 @@ TEST_F(ShellTest, TheBrowserFollowsItsFolderThroughAll)
     EXPECT_TRUE(shows(1));
 }
 
-TEST_F(ShellTest, AnAlertOfTheFirstFileStandsInFront)
+TEST_F(ShellTest, AnAlertStandsInFrontWhenTheProgramIsCalledAgain)
 {
-    launch({QString::fromStdString(home.write("Bad.mid", "none").string())});
+    launch();
+    shell->root().showAbout();
     QWidget* const alert = QApplication::activeModalWidget();
     ASSERT_NE(alert, nullptr);
     EXPECT_TRUE(QTest::qWaitFor([&] { return alert->isActiveWindow(); }));
     shell->receive({});
     EXPECT_TRUE(alert->isActiveWindow());
     alert->close();
+}
+
+TEST_F(ShellTest, AFileThatCannotBeOpenedIsToldInALine)
+{
+    launch({QString::fromStdString((home.path / "nope.mid").string())});
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(notice(), "'nope' does not exist.");
+    shell->receive({QString::fromStdString(home.write("Bad.mid", "none").string())});
+    EXPECT_EQ(notice(), "'Bad' is not a MIDI file.");
+    shell->receive({});
+    EXPECT_EQ(notice(), "'Bad' is not a MIDI file.");
+    shell->receive({addressOf(home.write("Slow tide.mid", oneNote))});
+    EXPECT_EQ(notice(), "");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(ShellTest, ALineTellsThatThereIsNoSoundUntilThereIs)
+{
+    HandClock clock;
+    sink->name = "";
+    launch({addressOf(home.write("Slow tide.mid", oneNote))});
+    ASSERT_NE(shell->window().document(), nullptr);
+    EXPECT_EQ(soundLine(), "") << "nothing is known yet";
+    sink->name = "None";
+    clock.advance(0.4);
+    EXPECT_EQ(soundLine(), "");
+    clock.advance(0.2);
+    EXPECT_EQ(soundLine(), "There is no sound device: the music plays on silently.");
+    sink->isHeard = true;
+    clock.advance(0.6);
+    EXPECT_EQ(soundLine(), "");
+    sink->isHeard = false;
+    clock.advance(0.6);
+    EXPECT_EQ(soundLine(), "There is no sound device: the music plays on silently.");
+    shell.reset();
+}
+
+// The desktop's browser, which notes what it is asked to open.
+class SiteNote : public QObject {
+    Q_OBJECT
+
+public Q_SLOTS:
+
+    void take(const QUrl& url) { sites << url.toString(); }
+
+public:
+    QStringList sites;
+};
+
+TEST_F(ShellTest, TheSiteOfTheSettingsIsOpenedWithTheHelp)
+{
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
+                       QString::fromStdString((home.path / "config").string()));
+    home.write("config/volvelle/volvelle.ini", "[General]\nhelpSite=https://example.invalid/a,b\n");
+    NSUserDefaults::setStoreMaker(openSettings);
+    home.write("resources/Phrases/none", "");
+    home.write("resources/Phrases2/none", "");
+    home.write("resources/manual.pdf", "");
+    setResourcesFolder(home.path / "resources");
+    Shell::Options options = Shell::usualOptions();
+    NSUserDefaults::setStoreMaker({});
+    options.makeSink = [] { return std::make_shared<NoSink>(); };
+    options.thumbnails.clear();
+    options.hasRemoteControl = false;
+    SiteNote desktop;
+    QDesktopServices::setUrlHandler("https", &desktop, "take");
+    shell = std::make_unique<Shell>(options);
+    shell->launch({});
+    shell->window().browser()->help();
+    mainQueue().drain();
+    QDesktopServices::unsetUrlHandler("https");
+    EXPECT_EQ(desktop.sites, QStringList{"https://example.invalid/a,b"});
+}
+
+// The road of the self-test, broken at a step.
+struct SelfTest : ShellTest {
+    // How it ends where something is done before a step.
+    static std::string walk(std::string_view broken, const std::function<void(Shell&)>& act)
+    {
+        return walkRoad([&](std::string_view step, Shell& shell) {
+            if (step == broken) {
+                act(shell);
+            }
+        });
+    }
+
+    static std::function<void(Shell&)> hide(const char* name)
+    {
+        return [name](Shell& shell) {
+            for (QPushButton* button : shell.window().document()->findChildren<QPushButton*>()) {
+                button->setHidden(button->isHidden() || button->text() == name);
+            }
+        };
+    }
+};
+
+TEST_F(SelfTest, EndsWellWhereNothingIsBroken)
+{
+    EXPECT_EQ(walk("", {}), "");
+}
+
+TEST_F(SelfTest, TellsTheIconThatIsMissing)
+{
+    EXPECT_EQ(iconFault(), "The icon cannot be painted."); // which the program alone has
+}
+
+TEST_F(SelfTest, TellsThatNoDocumentOpened)
+{
+    EXPECT_EQ(walk("New", [](Shell&) { setResourcesFolder("/missing"); }), "New opened no document.");
+}
+
+TEST_F(SelfTest, TellsThatGenerateDidNotPlay)
+{
+    EXPECT_EQ(walk("Generate", hide("Generate")), "Generate did not play.");
+}
+
+TEST_F(SelfTest, TellsThatSaveWroteSomethingElse)
+{
+    const std::string told = "Save did not write what was made.";
+    EXPECT_EQ(walk("Save", hide("Save")), told);
+    EXPECT_EQ(walk("Save", [](Shell& shell) { shell.root().documentViewController->onButtonDone(); }), told);
+}
+
+TEST_F(SelfTest, TellsThatTheDocumentDidNotOpenAgain)
+{
+    EXPECT_EQ(walk("Open", [](Shell& shell) { std::filesystem::remove(*shell.root().selection()); }),
+              "The document that was saved did not open again.");
+}
+
+TEST_F(SelfTest, TellsThatDoneDidNotLeave)
+{
+    EXPECT_EQ(walk("Done", hide("Done")), "Done did not leave the document.");
 }
 
 TEST_F(ShellTest, AFileOfAnyBytesIsOpenedByItsAddress)
@@ -114,11 +279,8 @@ TEST_F(ShellTest, AnAddressOfNoFileHereIsRefused)
     launch();
     for (const char* address : {"file://server/a.mid", "file:///a%00.mid"}) {
         shell->receive({address});
-        const auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(alert, nullptr) << address;
-        EXPECT_TRUE(alert->informativeText().contains(address)) << alert->informativeText().toStdString();
-        QApplication::activeModalWidget()->close();
-        QTest::qWait(0);
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        EXPECT_NE(notice().find(address), std::string::npos) << notice();
     }
     EXPECT_EQ(shell->root().documentViewController, nullptr);
 }
@@ -181,3 +343,5 @@ TEST_F(ShellTest, ASessionThatGoesOnAfterAllKeepsTheWindowAndItsDocument)
 
 } // namespace
 } // namespace volvelle::test
+
+#include "ShellTest.moc"
