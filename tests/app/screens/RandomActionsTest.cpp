@@ -1,6 +1,8 @@
 #include "tests/app/screens/ScreensFixture.h"
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QPointer>
 
 #include <random>
 
@@ -17,9 +19,22 @@ constexpr int actions = 500;
 struct RandomActions : Screens {
     int draw(int lower, int upper) { return std::uniform_int_distribution(lower, upper)(draws); }
 
+    // The dialog of Import holds buttons that lead into the folders of this computer.
+    bool leaveImport() const
+    {
+        QPointer<QFileDialog> dialog = window->findChild<QFileDialog*>();
+        if (dialog) {
+            QTest::keyClick(dialog.data(), Qt::Key_Escape);
+        }
+        return dialog != nullptr;
+    }
+
     void pressSomething()
     {
         QWidget* const dialog = QApplication::activeModalWidget();
+        if (qobject_cast<QFileDialog*>(dialog) != nullptr) {
+            return;
+        }
         const auto buttons = (dialog != nullptr ? dialog : window.get())->findChildren<QAbstractButton*>();
         if (buttons.isEmpty()) {
             return;
@@ -47,9 +62,13 @@ struct RandomActions : Screens {
             {Qt::Key_N, Qt::ControlModifier},
             {Qt::Key_D, Qt::ControlModifier},
             {Qt::Key_F, Qt::ControlModifier},
+            {Qt::Key_O, Qt::ControlModifier},
             {Qt::Key_S, Qt::ControlModifier},
             {Qt::Key_Z, Qt::ControlModifier}};
         const auto [key, modifiers] = keys[draw(0, static_cast<int>(std::size(keys)) - 1)];
+        if (qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr) {
+            return;
+        }
         QWidget* const focused = QApplication::focusWidget();
         QTest::keyClick(focused != nullptr ? focused : window.get(), key,
                         Qt::KeyboardModifiers::fromInt(modifiers));
@@ -75,7 +94,7 @@ struct RandomActions : Screens {
 
     void actFromOutside()
     {
-        switch (draw(0, 4)) {
+        switch (draw(0, 5)) {
         case 0:
             root->refresh();
             break;
@@ -84,6 +103,11 @@ struct RandomActions : Screens {
             break;
         case 2:
             window->resize(draw(400, 1600), draw(300, 1000));
+            break;
+        case 4:
+            if (browser().isVisible() && QApplication::activeModalWidget() == nullptr) {
+                QTest::keyClick(&browser(), Qt::Key_O, Qt::ControlModifier);
+            }
             break;
         case 3:
             root->onBackground();
@@ -98,6 +122,11 @@ struct RandomActions : Screens {
 
     void act()
     {
+        if (draw(0, 1) == 0 && leaveImport()) {
+            ++imports;
+            settle();
+            return;
+        }
         switch (draw(0, 9)) {
         case 0:
         case 1:
@@ -125,6 +154,7 @@ struct RandomActions : Screens {
 
     std::filesystem::path outside;
     std::mt19937 draws{20};
+    int imports = 0;
 };
 
 TEST_F(RandomActions, LeaveAWindowThatCanBeUsed)
@@ -144,6 +174,7 @@ TEST_F(RandomActions, LeaveAWindowThatCanBeUsed)
         ASSERT_TRUE(isUp || !isPlaying()) << i;
         ASSERT_TRUE(root->isPresenting == isUp || QApplication::activeModalWidget() != nullptr) << i;
     }
+    EXPECT_GT(imports, 0);
 }
 
 } // namespace
