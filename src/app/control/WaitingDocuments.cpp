@@ -74,7 +74,8 @@ void DocumentBrowserViewController::forgetWaitingDocuments()
 
 void DocumentBrowserViewController::tellQuietly(std::string line)
 {
-    if (std::exchange(quiet, std::move(line)) != quiet) {
+    if (line != quiet) {
+        quiet = std::move(line);
         tellChange();
     }
 }

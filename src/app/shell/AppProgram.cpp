@@ -12,6 +12,7 @@
 #include "app/shell/Shell.h"
 #include "base/Console.h"
 #include "cli/CommandLine.h"
+#include "services/audiodevice/RtAudioSink.h"
 #include "services/settings/NSUserDefaults.h"
 
 #include <QApplication>
@@ -93,6 +94,7 @@ int runWindow(const AppOptions& options, CommandOutput& output)
     int count = 1;
     char name[] = "volvelle";
     char* arguments[] = {name, nullptr};
+    RtAudioSink::prepare(); // before there are threads that read the environment
     const QtMessageHandler before = qInstallMessageHandler(tellNoDisplay);
     const QApplication application(count, arguments);
     qInstallMessageHandler(before);

@@ -22,7 +22,7 @@ public:
 
     // Sets what the sound libraries read from the environment, unless it is set, and drops their chatter from
     // standard error, and nothing else.
-    // [main] Before the first sink is made.
+    // [main] Before the first sink is made, and before other threads that read the environment.
     static void prepare();
 
     Result<> open(AudioSource& source) override;

@@ -152,7 +152,7 @@ TEST_F(Leftovers, OfProcessesThatLiveAndWhatIsNamedOtherwiseStays)
                       ".volvelle--1-3.tmp",
                       ".volvelle-0-3.tmp",
                       ".volvelle-99999999999-3.tmp",
-                      ".volvelle-" + std::to_string(getpid()) + "-0.tmp",
+                      temporaryFileName(".tmp"),
                       ".volvelle-" + std::to_string(getppid()) + "-3-a.mid.replaced",
                       "volvelle-" + dead + "-3.tmp"};
     for (const std::string& name : names) {
