@@ -3,7 +3,9 @@
 #include "phrases/ChordFollowing.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <vector>
 
 namespace volvelle {
 
@@ -153,6 +155,25 @@ double distanceOf(std::span<const Onsets> one, std::span<const Onsets> other)
         apart += {std::popcount(one[i] ^ other[i]), std::popcount(one[i] | other[i])};
     }
     return apart.value();
+}
+
+double distanceInAnyOrder(std::span<const Onsets> one, std::span<const Onsets> other)
+{
+    constexpr int placesInBar = 16;
+    std::array<int, 4> order{0, 1, 2, 3};
+    std::vector<Onsets> moved(one.size());
+    double least = 1.0;
+    do {
+        for (std::size_t row = 0; row < one.size(); ++row) {
+            moved[row] = 0;
+            for (std::size_t bar = 0; bar < order.size(); ++bar) {
+                const Onsets places = one[row] >> (placesInBar * order.at(bar)) & 0xFFFFU;
+                moved[row] |= places << (placesInBar * bar);
+            }
+        }
+        least = std::min(least, distanceOf(moved, other));
+    } while (std::ranges::next_permutation(order).found);
+    return least;
 }
 
 } // namespace volvelle

@@ -43,4 +43,7 @@ Onsets snaresOf(const HeardNotes& drums);
 // one of them has, 0 to 1; 0 where neither has any.
 double distanceOf(std::span<const Onsets> one, std::span<const Onsets> other);
 
+// The smallest distance over all orders of the four bars of one of them.
+double distanceInAnyOrder(std::span<const Onsets> one, std::span<const Onsets> other);
+
 } // namespace volvelle

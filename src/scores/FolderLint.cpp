@@ -1,16 +1,21 @@
 #include "scores/FolderLint.h"
 
 #include "base/Text.h"
+#include "hearing/Share.h"
 #include "scores/PhraseBounds.h"
 #include "scores/ScoreOnsets.h"
 
 #include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
 
 namespace volvelle {
 
 namespace {
 
 using Faults = std::vector<std::string>;
+using BarOnsets = std::map<double, std::set<int>>;
 
 int fewOnsets(ScoreKind kind)
 {
@@ -65,6 +70,35 @@ void lintFirstBeats(const std::vector<Score>& basses, Faults& faults)
     }
 }
 
+// The lowest key at a beat of a bar, without a value for none.
+std::optional<int> keyAt(const BarOnsets& bar, double beat)
+{
+    const auto struck = bar.find(beat);
+    return struck == bar.end() ? std::nullopt : std::optional(*struck->second.begin());
+}
+
+// Bass lines whose half bars stand a third apart find a root in any chord, and so all turn into one.
+void lintThirds(const std::vector<Score>& basses, Faults& faults)
+{
+    int bars = 0;
+    int thirds = 0;
+    for (const Score& bass : basses) {
+        for (int bar = 1; bar <= Score::bars; ++bar) {
+            const BarOnsets places = scores::onsets(bass, bar);
+            const auto first = keyAt(places, 0.0);
+            const auto third = keyAt(places, 2.0);
+            const int step = first && third ? (*third - *first + 120) % 12 : 0;
+            thirds += step == 3 || step == 4 || step == 8 || step == 9 ? 1 : 0;
+            ++bars;
+        }
+    }
+    if (std::ssize(basses) >= fewBasses && thirds > mostThirds * bars) {
+        faults.push_back(concat(thirds, " of ", bars,
+                                " bars of basses go by a third or a sixth from beat 1 to beat 3: ",
+                                percentText(mostThirds), " at most"));
+    }
+}
+
 void lintFullDrums(const std::vector<Score>& drums, Faults& faults)
 {
     const auto full =
@@ -94,6 +128,7 @@ std::vector<std::string> lintFolder(const std::vector<Score>& phrases, ScoreKind
     }
     if (kind == ScoreKind::bass) {
         lintFirstBeats(phrases, faults);
+        lintThirds(phrases, faults);
     } else if (kind == ScoreKind::drums) {
         lintFullDrums(phrases, faults);
     }

@@ -95,19 +95,25 @@ void LibraryRules::holdPattern(const PlacedScore& own, std::span<const PlacedSco
 void LibraryRules::holdDistance(const PlacedScore& own, std::span<const PlacedScore> before)
 {
     const auto places = placesOf(own.score);
-    const PlacedScore* nearest = nullptr;
-    double least = leastDistance;
-    for (const PlacedScore& other : before) {
-        if (const double distance = distanceOf(places, placesOf(other.score)); distance < least) {
-            least = distance;
-            nearest = &other;
+    const auto nearestBy = [&](auto distance, double least, std::string_view how) {
+        const double bound = least;
+        const PlacedScore* nearest = nullptr;
+        for (const PlacedScore& other : before) {
+            if (const double found = distance(places, placesOf(other.score)); found < least) {
+                least = found;
+                nearest = &other;
+            }
         }
-    }
-    if (nearest != nullptr) {
-        const bool isDrums = own.score.kind == ScoreKind::drums;
-        add(own.file, concat(isDrums ? "the places of kicks and snares" : "the places where it is struck",
-                             " differ from those of ", nearest->file.string(), " in ", percentText(least),
-                             ", at least ", percentText(leastDistance)));
+        if (nearest != nullptr) {
+            const bool isDrums = own.score.kind == ScoreKind::drums;
+            add(own.file, concat(isDrums ? "the places of kicks and snares" : "the places where it is struck",
+                                 " differ from those of ", nearest->file.string(), how, " in ",
+                                 percentText(least), ", at least ", percentText(bound)));
+        }
+        return nearest != nullptr;
+    };
+    if (!nearestBy(distanceOf, leastDistance, "")) {
+        nearestBy(distanceInAnyOrder, leastDistanceOfBars, " with its bars in another order");
     }
 }
 

@@ -28,8 +28,11 @@ inline constexpr int leastGroundedBars = 3;     // of a bass, with a note on bea
 
 // MARK: Of a folder
 
-inline constexpr double leastDistance = 0.4; // of the places at which two of its phrases are struck
-inline constexpr int ofColours = 5;          // one phrase of so many is a colour at most
+inline constexpr double leastDistance = 0.4;        // of the places at which two of its phrases are struck
+inline constexpr double leastDistanceOfBars = 0.25; // of the same, the bars of one in any order
+inline constexpr double mostThirds = 0.5;           // of the bars of basses step by one from beat 1 to beat 3
+inline constexpr int fewBasses = 10;                // fewer may step as they like
+inline constexpr int ofColours = 5;                 // one phrase of so many is a colour at most
 inline constexpr int ofFullDrums = 10; // one drum phrase of so many has more than fullDrums hits at most
 inline constexpr int fullDrums = 80;
 

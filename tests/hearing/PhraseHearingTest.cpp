@@ -120,6 +120,20 @@ TEST(PhraseHearing, DistanceIsTheShareOfPlacesThatOnlyOneHas)
     EXPECT_EQ(distanceOf(Rows{}, Rows{}), 0.0);
 }
 
+TEST(PhraseHearing, BarsInAnotherOrderAreOnePhrase)
+{
+    using Rows = std::array<Onsets, 2>;
+    const Rows phrase{0x0001'0003'0007'000F, 0x8000'0000'0001'0010};
+    const Rows turned{0x000F'0007'0001'0003, 0x0010'0001'8000'0000};
+    EXPECT_GT(distanceOf(phrase, turned), 0.5);
+    EXPECT_EQ(distanceInAnyOrder(phrase, turned), 0.0);
+    EXPECT_EQ(distanceInAnyOrder(turned, phrase), 0.0);
+    // Rows move together.
+    EXPECT_GT(distanceInAnyOrder(phrase, Rows{turned[0], phrase[1]}), 0.0);
+    EXPECT_EQ(distanceInAnyOrder(Rows{0xF, 0}, Rows{0x3, 0}), 0.5);
+    EXPECT_EQ(distanceInAnyOrder(Rows{0x1, 0}, Rows{0x2, 0}), 1.0);
+}
+
 TEST(PhraseHearing, AShareIsToldInTenthsOfAPercent)
 {
     EXPECT_EQ(percentText(0.08), "8 %");

@@ -44,6 +44,35 @@ TEST(FolderLint, TwoOfThreeBassesSoundOnTheFirstBeatOfEveryBar)
     EXPECT_EQ(lintFolder(basses, ScoreKind::bass), Lines{});
 }
 
+// On beats 1 and 3 of each bar, so many semitones apart.
+Score bassOf(int step)
+{
+    Score score;
+    score.kind = ScoreKind::bass;
+    for (int half = 0; half < 2 * Score::bars; ++half) {
+        score.notes.push_back({half * 2.0, 2.0, static_cast<std::uint8_t>(half % 2 == 0 ? 40 : 40 + step)});
+    }
+    return score;
+}
+
+TEST(FolderLint, HalfOfTheBarsOfBassesGoByAThird)
+{
+    for (const int step : {-9, -8, -4, -3, 3, 4, 8, 9, 15}) {
+        std::vector<Score> basses(10, bassOf(7));
+        std::fill_n(basses.begin(), 5, bassOf(step));
+        EXPECT_EQ(lintFolder(basses, ScoreKind::bass), Lines{}) << step;
+        basses[5].notes[1].number = bassOf(step).notes[1].number;
+        EXPECT_EQ(
+            lintFolder(basses, ScoreKind::bass),
+            Lines{"21 of 40 bars of basses go by a third or a sixth from beat 1 to beat 3: 50 % at most"})
+            << step;
+        EXPECT_EQ(lintFolder(std::vector<Score>(9, bassOf(step)), ScoreKind::bass), Lines{}) << step;
+    }
+    for (const int step : {-12, -7, -5, -2, 0, 2, 5, 6, 7, 10, 12}) {
+        EXPECT_EQ(lintFolder(std::vector<Score>(10, bassOf(step)), ScoreKind::bass), Lines{}) << step;
+    }
+}
+
 TEST(FolderLint, ATenthOfTheDrumsIsFull)
 {
     Score full = phraseOf(ScoreKind::drums, 5);

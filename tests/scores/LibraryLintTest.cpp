@@ -198,6 +198,28 @@ TEST_F(LibraryLint, APhraseThatIsStruckAsAnotherIsTold)
                     " in 0 %, at least 40 %"});
 }
 
+TEST_F(LibraryLint, APhraseWithTheBarsOfAnotherIsTold)
+{
+    const auto lead = scores("leads").front();
+    const auto turned = copied(lead);
+    std::ifstream stream(turned);
+    Lines lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    const auto firstBar = std::ranges::find(lines, "notes:") + 1;
+    ASSERT_EQ(lines.end() - firstBar, Score::bars);
+    std::ranges::rotate(firstBar, firstBar + 1, lines.end());
+    std::string words;
+    for (const std::string& line : lines) {
+        words += line + "\n";
+    }
+    write(turned, words);
+    EXPECT_EQ(lintLibrary("lib").faults,
+              Lines{turned.string() + ": the places where it is struck differ from those of " +
+                    lead.string() + " with its bars in another order in 0 %, at least 25 %"});
+}
+
 TEST_F(LibraryLint, AChordPatternThatIsAnotherTransposedIsTold)
 {
     const auto first = next("lib/chord-patterns", "a.score");
