@@ -19,7 +19,7 @@ struct IdeaTest {
 inline constexpr std::array<IdeaTest, 8> ideaTests = {{
     {"tones sound outside the chord for 8 % of the time at most", 0.93},
     {"the bass meets half of the chord changes", 0.9},
-    {"the bass sounds the root in half of the chords", 0.9},
+    {"the bass sounds the root in half of the chords", 0.85},
     {"a kick lies under a quarter of the bass notes", 0.9},
     {"the poly-metric line is sparse, or 6 away from the lead in velocity", 0.93},
     {"three distinct chords, none for more than 8 beats", 1.0},
