@@ -14,8 +14,8 @@ public:
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
         // What tests change has its place before another thread reads the environment.
-        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
-            qputenv(name, "/nowhere");
+        for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+            qputenv(variable, "/nowhere");
         }
         application = std::make_unique<QApplication>(count, arguments);
     }
