@@ -242,19 +242,24 @@ int checkScores(const fs::path& root, bool isScore, bool ear, CommandOutput& out
     return summary(report.faults, static_cast<std::size_t>(report.scores), root, output);
 }
 
+std::size_t readPhrases(const std::vector<fs::path>& files, ScoreKind kind, LibraryRules& rules,
+                        std::vector<std::string>& problems)
+{
+    for (const fs::path& file : files) {
+        if (const auto score = checkPhrase(file, kind, problems)) {
+            rules.read[kind].push_back({file, *score});
+        }
+    }
+    return files.size();
+}
+
 int checkPhrases(const fs::path& root, bool ear, CommandOutput& output)
 {
     std::vector<std::string> problems;
     std::size_t count = 0;
     LibraryRules rules;
     for (const ScoreKind kind : allScoreKinds) {
-        const auto files = phrasesIn(root / phraseFolder(kind), problems);
-        count += files.size();
-        for (const fs::path& file : files) {
-            if (const auto score = checkPhrase(file, kind, problems)) {
-                rules.read[kind].push_back({file, *score});
-            }
-        }
+        count += readPhrases(phrasesIn(root / phraseFolder(kind), problems), kind, rules, problems);
     }
     const bool canBeHeard = problems.empty();
     holdRules(root, rules);
