@@ -58,23 +58,29 @@ bool isControl(std::string_view text, std::size_t at)
            (lead == 0xC2 && byteAt(text, at + 1) < 0xA0);
 }
 
-// U+2028 and U+2029.
-bool isSeparator(std::string_view character)
+bool isSeparator(char32_t point)
 {
-    return character == "\xE2\x80\xA8" || character == "\xE2\x80\xA9";
+    return point == 0x2028 || point == 0x2029;
 }
 
-// What turns the direction of what follows: U+061C, U+200E, U+200F, U+202A to U+202E, U+2066 to U+2069.
-bool isTurn(std::string_view character)
+// What turns the direction of what follows.
+bool isTurn(char32_t point)
 {
-    const auto isWithin = [character](std::string_view first, std::string_view last) {
-        return character.size() == first.size() && character >= first && character <= last;
-    };
-    return character == "\xD8\x9C" || isWithin("\xE2\x80\x8E", "\xE2\x80\x8F") ||
-           isWithin("\xE2\x80\xAA", "\xE2\x80\xAE") || isWithin("\xE2\x81\xA6", "\xE2\x81\xA9");
+    return point == 0x061C || point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
+           (point >= 0x2066 && point <= 0x2069);
 }
 
 } // namespace
+
+char32_t codePointOf(std::string_view character)
+{
+    const auto lead = static_cast<std::uint8_t>(character.front());
+    char32_t point = character.size() == 1 ? lead : lead & (0x7FU >> character.size());
+    for (const char next : character.substr(1)) {
+        point = point << 6U | (static_cast<std::uint8_t>(next) & 0x3FU);
+    }
+    return point;
+}
 
 std::size_t utf8Length(std::string_view bytes)
 {
@@ -102,8 +108,9 @@ std::string plainText(std::string_view text)
     for (std::size_t at = 0; at < whole.size();) {
         const std::size_t length = characterLength(whole, at);
         const std::string_view character = std::string_view(whole).substr(at, length);
-        const bool isHidden = isControl(whole, at) || isTurn(character);
-        plain += isHidden ? "?" : isSeparator(character) ? "\n" : character;
+        const char32_t point = codePointOf(character);
+        const bool isHidden = isControl(whole, at) || isTurn(point);
+        plain += isHidden ? "?" : isSeparator(point) ? "\n" : character;
         at += length;
     }
     return plain;

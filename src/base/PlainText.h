@@ -10,6 +10,9 @@ namespace volvelle {
 // How many bytes from the start on are whole characters in UTF-8.
 std::size_t utf8Length(std::string_view bytes);
 
+// The number of one whole character in UTF-8.
+char32_t codePointOf(std::string_view character);
+
 // The bytes of a text as UTF-8: as they are where they are that, else each as the character of its number.
 std::string utf8Text(std::string_view bytes);
 

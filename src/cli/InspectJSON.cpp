@@ -62,11 +62,7 @@ JSON chordObject(const FoundChord& chord)
 
 std::string escaped(std::string_view character)
 {
-    unsigned number = static_cast<std::uint8_t>(character.front());
-    number = character.size() == 3 ? number & 0x0FU : character.size() == 2 ? number & 0x1FU : number;
-    for (const char next : character.substr(1)) {
-        number = number << 6U | (static_cast<std::uint8_t>(next) & 0x3FU);
-    }
+    const char32_t number = codePointOf(character);
     return concat("\\u", hexadecimal(static_cast<std::uint8_t>(number >> 8U)),
                   hexadecimal(static_cast<std::uint8_t>(number & 0xFFU)));
 }
