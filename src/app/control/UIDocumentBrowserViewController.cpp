@@ -195,10 +195,11 @@ void UIDocumentBrowserViewController::revealDocument(
 
 Result<> UIDocumentBrowserViewController::renameSelection(const std::string& name)
 {
-    if (!canChangeSelection()) {
+    const fs::path* const file = changeableFile();
+    if (file == nullptr) {
         return {};
     }
-    const auto place = folder->rename(*selected, name);
+    const auto place = folder->rename(*file, name);
     if (!place) {
         refresh();
         return failure(place.error());
@@ -209,10 +210,11 @@ Result<> UIDocumentBrowserViewController::renameSelection(const std::string& nam
 
 void UIDocumentBrowserViewController::duplicateSelection()
 {
-    if (!canChangeSelection()) {
+    const fs::path* const file = changeableFile();
+    if (file == nullptr) {
         return;
     }
-    if (const auto place = folder->duplicate(*selected)) {
+    if (const auto place = folder->duplicate(*file)) {
         show(*place);
     } else {
         showMessage("File Error", place.error());
@@ -222,10 +224,11 @@ void UIDocumentBrowserViewController::duplicateSelection()
 
 void UIDocumentBrowserViewController::moveSelectionToTrash()
 {
-    if (!canChangeSelection()) {
+    const fs::path* const file = changeableFile();
+    if (file == nullptr) {
         return;
     }
-    if (const auto gone = folder->moveToTrash(*selected); !gone) {
+    if (const auto gone = folder->moveToTrash(*file); !gone) {
         showMessage("File Error", gone.error());
     }
     refresh();
@@ -255,7 +258,7 @@ bool UIDocumentBrowserViewController::canPerformAction(std::string_view selector
         return canUndo();
     }
     if (selector == "rename:" || selector == "duplicate:" || selector == "delete:") {
-        return canChangeSelection();
+        return changeableFile() != nullptr;
     }
     return selector != "open:" || selected.has_value();
 }

@@ -143,7 +143,11 @@ private:
     Result<std::filesystem::path> takeDocument(const std::filesystem::path& file) const;
     std::optional<std::size_t> indexOf(const std::filesystem::path& file) const;
 
-    bool canChangeSelection() const { return folder && selected && !isCovered(); }
+    // Null where nothing is selected, or what is must stay as it is.
+    const std::filesystem::path* changeableFile() const
+    {
+        return folder && selected && !isCovered() ? &*selected : nullptr;
+    }
 
     std::unique_ptr<DocumentFolder> folder;
     std::vector<FolderDocument> all;

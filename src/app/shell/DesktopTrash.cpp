@@ -74,7 +74,7 @@ Result<fs::path> takeByHand(const fs::path& file, const fs::path& trash)
     fs::create_directories(trash / "info", unmade);
     int failed = EEXIST;
     for (int number = 1; number <= mostNumbers && failed == EEXIST; ++number) {
-        const fs::path place = numberedFile(wanted, number);
+        fs::path place = numberedFile(wanted, number);
         const int noted = putFile(infoOf(place), infoText(file), false);
         failed = noted == 0 ? moveFile(file, place) : noted;
         if (failed == 0) {

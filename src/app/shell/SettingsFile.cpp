@@ -120,7 +120,7 @@ std::optional<SettingsValue> SettingsFile::value(const std::string& key) const
     const std::lock_guard lock(mutex);
     const QVariant held = settings.value(quoted(key));
     const QStringList parts = held.toStringList();
-    const auto typed = parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
+    auto typed = parts.size() == 2 ? valueOf(parts[0], parts[1]) : std::nullopt;
     if (typed || !held.isValid()) {
         return typed;
     }

@@ -54,7 +54,7 @@ std::string_view numberIn(std::string_view words)
 
 double number(const std::string& words)
 {
-    const std::string_view digits = numberIn(words);
+    const std::string digits(numberIn(words));
     double value = 0.0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return value;
