@@ -39,24 +39,30 @@ void RandomPiece::addState(Song& song, double beat)
         song.message(beat, 0xC0 | channel, below(128));
         return;
     case 3:
-        song.message(beat, 0xB0 | channel, below(2) * 32, below(10))
-            .message(beat, 0xC0 | channel, below(128));
+        addMessage(song, beat, 0xB0 | channel, below(2) * 32, 0, 10);
+        song.message(beat, 0xC0 | channel, below(128));
         return;
     case 4:
         song.message(beat, 0xD0 | channel, below(128));
         return;
     case 5:
-        song.message(beat, 0xA0 | channel, 36 + below(40), below(128));
+        addMessage(song, beat, 0xA0 | channel, 36 + below(40), 0, 128);
         return;
     case 6:
-        song.message(beat, 0xE0 | channel, below(128), below(128));
+        addMessage(song, beat, 0xE0 | channel, below(128), 0, 128);
         return;
     case 7:
-        song.message(beat, 0xB0 | channel, 120 + below(8), below(4));
+        addMessage(song, beat, 0xB0 | channel, 120 + below(8), 0, 4);
         return;
     default:
-        song.message(beat, 0xB0 | channel, below(128), 20 + below(108));
+        addMessage(song, beat, 0xB0 | channel, below(128), 20, 108);
     }
+}
+
+// One draw to a call: the order of draws within one is the compiler's.
+void RandomPiece::addMessage(Song& song, double beat, int status, int data1, int least, int count)
+{
+    song.message(beat, status, data1, least + below(count));
 }
 
 void RandomPiece::addParameter(Song& song, double beat, int channel)

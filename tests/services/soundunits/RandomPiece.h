@@ -26,6 +26,7 @@ private:
     int below(int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); }
 
     void addState(Song& song, double beat);
+    void addMessage(Song& song, double beat, int status, int data1, int least, int count);
     void addParameter(Song& song, double beat, int channel);
     void addExclusive(Song& song, double beat);
 
