@@ -20,7 +20,7 @@ protected:
               "#!/bin/sh\necho \"$@\" | sed 's/=[^ ]*resources/=R/; s,-- .*/,-- ,' >> heard\n"
               "test -s \"$(eval echo \\\"\\${$#}\\\")\"\n");
         std::filesystem::permissions(folder / "work/volvelle-sound", std::filesystem::perms::owner_all);
-        write("leads/001-a.score", "title: T\nstyle: S\nnotes:\n| ff C4:16 | r:16 | r:16 | r:16 |\n");
+        write("leads/001-a.score", "title: T\nstyle: S\nnotes:\n| ff C4:16 | r:16 | C4:16 | r:16 |\n");
         write("chord-patterns/001-a.score", "title: P\nstyle: S\nchords:\n| Am | FM | GM | E7 |\n");
     }
 
