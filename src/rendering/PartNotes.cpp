@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <bitset>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace volvelle {
@@ -31,6 +33,9 @@ struct PartSpan {
     double choking = end;
 };
 
+// How a note after a part ends what the part left sounding: where a pedal holds that, a release does not.
+enum class Ending : std::uint8_t { none, release, strike };
+
 // What of a piece sounds on where a part ends: a key that is struck again then ends what it sounded before.
 class KeysAtEnd {
 public:
@@ -38,8 +43,9 @@ public:
 
     void take(const SequencerEvent& event)
     {
+        now.apply(event.bytes);
         if (event.seconds < end) {
-            channels.apply(event.bytes);
+            atEnd.apply(event.bytes);
         }
     }
 
@@ -49,15 +55,19 @@ public:
         held.set(place(note), note.partner > end);
     }
 
-    // Of a note after the part: whether it ends one of the part.
-    bool ends(const SequencerEvent& note)
+    // Of a note after the part: how it ends one of the part.
+    Ending endingBy(const SequencerEvent& note)
     {
         const int channel = channelOf(note.bytes);
         const bool isDrum = channel == drumChannel && note.seconds < choking;
-        const bool isAgain = held.test(place(note)) || (struck.test(place(note)) && hasPedal(channel));
+        const bool isHeld = held.test(place(note));
+        const bool hangs = struck.test(place(note)) && hasPedal(atEnd[channel]);
         struck.reset(place(note));
         held.reset(place(note));
-        return isDrum || isAgain;
+        if (isDrum || hangs || (isHeld && hasPedal(now[channel]))) {
+            return Ending::strike;
+        }
+        return isHeld ? Ending::release : Ending::none;
     }
 
 private:
@@ -66,28 +76,39 @@ private:
         return static_cast<std::size_t>(channelOf(note.bytes)) << 7U | (note.bytes[1] & 0x7FU);
     }
 
-    bool hasPedal(int channel) const
+    static bool hasPedal(const ChannelState& channel)
     {
-        return std::ranges::any_of(holdPedals,
-                                   [&](int pedal) { return channels[channel].controller(pedal) >= 64; });
+        return std::ranges::any_of(holdPedals, [&](int pedal) { return channel.controller(pedal) >= 64; });
     }
 
     double end;     // seconds, as the next
     double choking; // up to here
-    DeviceChannels channels;
+    DeviceChannels atEnd;
+    DeviceChannels now;
     std::bitset<std::size_t{16} * 128> struck;
     std::bitset<std::size_t{16} * 128> held;
 };
 
-// A note-on as soft as can be, and its end.
-void addSoftly(std::vector<SequencerEvent>& events, SequencerEvent note)
+SequencerEvent releaseOf(const SequencerEvent& note, double begin, double end)
 {
-    note.bytes[2] = inaudible;
-    events.push_back(note);
-    std::swap(note.seconds, note.partner);
-    note.kind = SequencerEvent::noteOff;
-    note.bytes = {statusOf(STATUS_NOTEOFF, channelOf(note.bytes)), note.bytes[1], note.releaseVelocity};
-    events.push_back(note);
+    SequencerEvent release = note;
+    release.kind = SequencerEvent::noteOff;
+    release.seconds = end;
+    release.partner = begin;
+    release.bytes = {statusOf(STATUS_NOTEOFF, channelOf(note.bytes)), note.bytes[1], note.releaseVelocity};
+    return release;
+}
+
+// The note is not heard, or as soft as can be; what it releases began in the part.
+void addEnding(std::vector<SequencerEvent>& events, SequencerEvent note, Ending ending, const PartSpan& part)
+{
+    if (ending == Ending::release) {
+        events.push_back(releaseOf(note, part.begin, note.seconds));
+    } else if (ending == Ending::strike) {
+        note.bytes[2] = inaudible;
+        events.push_back(note);
+        events.push_back(releaseOf(note, note.seconds, note.partner));
+    }
 }
 
 } // namespace
@@ -113,8 +134,8 @@ SequencerEvents notesOf(const RenderPart& part, const SequencerEvents& piece)
         } else if (span.holds(event.seconds)) {
             keys.takeOwn(event);
             kept.push_back(event);
-        } else if (event.seconds >= span.end && keys.ends(event)) {
-            addSoftly(kept, event);
+        } else if (event.seconds >= span.end) {
+            addEnding(kept, event, keys.endingBy(event), span);
         }
     }
     return piece.with(std::move(kept));

@@ -40,16 +40,17 @@ double lengthOf(const SequencerEvents& events)
     return std::min(events.tempo.seconds(beatsOf(events)), longestLength);
 }
 
-// The first beat from `beat` on where no note hangs on others, else that beat.
-double seamFrom(double beat, const SequencerEvents& events, const BoundSpans& bound)
+// The block of the first beat from one on where no note hangs on others; -1 where there is none soon.
+std::int64_t seamFrom(double beat, const SequencerEvents& events, const BoundSpans& bound)
 {
     constexpr double farthest = 32.0; // beats
     for (double seam = beat; seam < beat + farthest; seam += 1.0) {
-        if (!bound.holds(events.tempo.seconds(seam))) {
-            return seam;
+        const double seconds = events.tempo.seconds(seam);
+        if (!bound.holds(seconds)) {
+            return static_cast<std::int64_t>(std::floor(seconds * blocksPerSecond));
         }
     }
-    return beat;
+    return -1;
 }
 
 } // namespace
@@ -61,11 +62,9 @@ std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores)
     const BoundSpans bound(events);
     std::vector<RenderPart> parts(1);
     for (int i = 1; i < count; ++i) {
-        const double beat = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, bound);
-        const double block = std::floor(events.tempo.seconds(beat) * blocksPerSecond);
         RenderPart part;
-        part.beginBlock = static_cast<std::int64_t>(block);
-        part.beginBeats = events.tempo.beats(block / blocksPerSecond);
+        part.beginBlock = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, bound);
+        part.beginBeats = events.tempo.beats(static_cast<double>(part.beginBlock) / blocksPerSecond);
         if (part.beginBlock > parts.back().beginBlock) {
             parts.back().endBlock = part.beginBlock;
             parts.back().endBeats = part.beginBeats;

@@ -27,9 +27,9 @@ struct RenderPart {
     bool isSequenced = false;
 };
 
-// Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat, where
-// that can be one without sostenuto, legato or portamento, and lasts some ten seconds to five minutes. A
-// piece longer than the longest ends a second after that. [any]
+// Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat where
+// no note hangs on those before it, and lasts some ten seconds to five minutes, longer where there is no such
+// beat. A piece longer than the longest ends a second after that. [any]
 std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores);
 
 // The piece as one part for the realtime sequencer, which begins a block later, and keeps within limits of

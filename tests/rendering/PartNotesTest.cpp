@@ -76,7 +76,7 @@ TEST(PartNotes, DrumsSoonBehindAPartStaySoSoftThatTheyOnlyEndOthers)
                             "4: B0", "5: 42 1", "6: 42 1", "7: 42 1", "8: 42 1", "8: B0"));
 }
 
-TEST(PartNotes, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
+TEST(PartNotes, AKeyThatAPedalHoldsIsStruckSoftlyWhereItIsStruckAnew)
 {
     RenderPart part;
     part.beginBeats = 1.0;
@@ -86,10 +86,39 @@ TEST(PartNotes, AKeyThatSoundsOnIsStruckSoftlyWhereItIsStruckAnew)
         {5.0, {0, 60, 99, 0, 1.0F}}, {5.0, {0, 61, 99, 0, 1.0F}},  {5.0, {0, 62, 99, 0, 1.0F}},
         {6.0, {0, 60, 98, 0, 1.0F}}, {6.0, {0, 62, 98, 0, 1.0F}}};
     const auto kept = [&](int pedal) { return linesOf(notesOf(part, eventsOf(pieceOf(notes, pedal)))); };
-    EXPECT_THAT(kept(0), ElementsAre("2: 60 100", "2: 62 100", "5: 60 1"));
+    EXPECT_THAT(kept(0), ElementsAre("2: 60 100", "2: 62 100"));
     for (const int pedal : {64, 66, 69}) {
         EXPECT_THAT(kept(pedal), ElementsAre("0: B0", "2: 60 100", "2: 62 100", "5: 60 1", "5: 62 1"));
     }
+}
+
+TEST(PartNotes, AKeyThatIsDownIsReleasedOrUnderALaterPedalStruckSoftlyWhereItIsStruckAnew)
+{
+    RenderPart part;
+    part.beginBeats = 1.0;
+    part.endBeats = 4.0;
+    const auto sequence = pieceOf({{2.0, {0, 60, 100, 0, 8.0F}},
+                                   {2.0, {0, 61, 100, 0, 8.0F}},
+                                   {5.0, {0, 60, 99, 0, 1.0F}},
+                                   {7.0, {0, 60, 98, 0, 1.0F}},
+                                   {7.0, {0, 61, 98, 0, 1.0F}}},
+                                  0);
+    MusicTrack track;
+    EXPECT_EQ(MusicSequenceGetIndTrack(sequence, 0, track), noErr);
+    EXPECT_EQ(MusicTrackNewMIDIChannelEvent(track, 6.0, {0xB0, 64, 64}), noErr);
+    const SequencerEvents piece = eventsOf(sequence);
+    const SequencerEvents kept = notesOf(part, piece);
+    EXPECT_THAT(linesOf(kept), ElementsAre("2: 60 100", "2: 61 100", "6: B0", "7: 61 1"));
+    std::vector<std::string> ends;
+    for (const SequencerEvent& event : kept.events) {
+        if (event.kind == SequencerEvent::noteOff) {
+            EXPECT_LT(event.partner, event.seconds);
+            EXPECT_GE(event.partner, piece.tempo.seconds(part.beginBeats));
+            ends.push_back(std::to_string(std::lround(piece.tempo.beats(event.seconds))) + ": " +
+                           std::to_string(event.bytes[1]));
+        }
+    }
+    EXPECT_THAT(ends, ElementsAre("5: 60", "8: 61", "10: 60", "10: 61"));
 }
 
 TEST(PartNotes, OfEarlierNotesTheEndsWithinThePartStay)
