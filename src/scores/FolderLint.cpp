@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <ranges>
 #include <set>
+#include <utility>
 
 namespace volvelle {
 
@@ -109,6 +111,46 @@ void lintFullDrums(const std::vector<Score>& drums, Faults& faults)
     }
 }
 
+// What stands most often, and how often.
+template <class Value>
+std::pair<Value, int> commonest(const std::map<Value, int>& counts)
+{
+    const auto most = std::ranges::max_element(counts, {}, &std::map<Value, int>::value_type::second);
+    return most == counts.end() ? std::pair<Value, int>() : std::pair<Value, int>(*most);
+}
+
+// A style goes up to its first comma.
+void lintStyles(const std::vector<Score>& phrases, Faults& faults)
+{
+    std::map<std::string, int> counts;
+    for (const Score& phrase : phrases) {
+        ++counts[phrase.style.substr(0, phrase.style.find(','))];
+    }
+    const auto [style, count] = commonest(counts);
+    if (count > mostOfStyle * static_cast<double>(phrases.size())) {
+        faults.push_back(concat(count, " of ", phrases.size(), " phrases have the style '", style,
+                                "': ", percentText(mostOfStyle), " at most"));
+    }
+}
+
+void lintRhythms(const std::vector<Score>& phrases, Faults& faults)
+{
+    std::map<std::set<double>, int> counts;
+    int bars = 0;
+    for (const Score& phrase : phrases) {
+        for (int bar = 1; bar <= Score::bars; ++bar) {
+            const BarOnsets onsets = scores::onsets(phrase, bar);
+            const auto places = std::views::keys(onsets);
+            counts[{places.begin(), places.end()}] += onsets.empty() ? 0 : 1;
+            bars += onsets.empty() ? 0 : 1;
+        }
+    }
+    if (const int count = commonest(counts).second; count > mostOfRhythm * bars) {
+        faults.push_back(concat(count, " of ", bars, " bars are struck at the same places: ",
+                                percentText(mostOfRhythm), " at most"));
+    }
+}
+
 void lintColours(const std::vector<Score>& phrases, Faults& faults)
 {
     const auto colours = std::ranges::count_if(phrases, &Score::colour);
@@ -131,6 +173,12 @@ std::vector<std::string> lintFolder(const std::vector<Score>& phrases, ScoreKind
         lintThirds(phrases, faults);
     } else if (kind == ScoreKind::drums) {
         lintFullDrums(phrases, faults);
+    }
+    if (std::ssize(phrases) >= fewForShares) {
+        lintStyles(phrases, faults);
+        if (kind != ScoreKind::chordPattern) {
+            lintRhythms(phrases, faults);
+        }
     }
     lintColours(phrases, faults);
     return faults;

@@ -32,7 +32,10 @@ inline constexpr double leastDistance = 0.4;        // of the places at which tw
 inline constexpr double leastDistanceOfBars = 0.25; // of the same, the bars of one in any order
 inline constexpr double mostThirds = 0.5;           // of the bars of basses step by one from beat 1 to beat 3
 inline constexpr int fewBasses = 10;                // fewer may step as they like
-inline constexpr int ofColours = 5;                 // one phrase of so many is a colour at most
+inline constexpr double mostOfStyle = 0.08;         // of its phrases have one style
+inline constexpr double mostOfRhythm = 0.12; // of its bars, empty ones aside, are struck at the same places
+inline constexpr int fewForShares = 25;      // of fewer phrases these two are not asked
+inline constexpr int ofColours = 5;          // one phrase of so many is a colour at most
 inline constexpr int ofFullDrums = 10; // one drum phrase of so many has more than fullDrums hits at most
 inline constexpr int fullDrums = 80;
 

@@ -99,5 +99,48 @@ TEST(FolderLint, AFifthOfAFolderAreColours)
     EXPECT_EQ(lintFolder({leads[0]}, ScoreKind::lead), Lines{});
 }
 
+// Each with a style and bars of its own, one of them nearly empty.
+std::vector<Score> manyLeads(int count)
+{
+    std::vector<Score> leads;
+    for (int i = 0; i < count; ++i) {
+        Score lead = phraseOf(ScoreKind::lead, 2);
+        lead.style = "style " + std::to_string(i) + ", as it comes";
+        for (std::size_t note = 0; note < lead.notes.size(); ++note) {
+            const int place = note % 2 == 0 ? i % 5 : 5 + i / 5;
+            lead.notes[note].position = Score::beatsInBar * static_cast<double>(note / 2) + 0.25 * place;
+        }
+        leads.push_back(lead);
+    }
+    return leads;
+}
+
+TEST(FolderLint, AStyleStandsForEightPerCentOfAFolder)
+{
+    std::vector<Score> leads = manyLeads(25);
+    leads[3].style = "ska, one";
+    leads[9].style = "ska, another";
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead), Lines{});
+    leads[12].style = "ska";
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead), Lines{"3 of 25 phrases have the style 'ska': 8 % at most"});
+    leads.pop_back();
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead), Lines{});
+}
+
+TEST(FolderLint, ARhythmStandsForTwelvePerCentOfTheBars)
+{
+    std::vector<Score> leads = manyLeads(25);
+    const Score common = leads[4];
+    leads[5].notes = leads[6].notes = common.notes;
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead), Lines{});
+    leads[7].notes = common.notes;
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead),
+              Lines{"16 of 100 bars are struck at the same places: 12 % at most"});
+    EXPECT_EQ(lintFolder(leads, ScoreKind::chordPattern), Lines{});
+    leads[7].notes.clear();
+    EXPECT_EQ(lintFolder(leads, ScoreKind::lead),
+              Lines{"12 of 96 bars are struck at the same places: 12 % at most"});
+}
+
 } // namespace
 } // namespace volvelle
