@@ -1,16 +1,18 @@
 #include "Done.h"
+#include "audio/SoundGraph.h"
 #include "base/Paths.h"
 #include "services/audiograph/graph/AVAudioEngine.h"
 #include "services/audiograph/graph/AVAudioUnitMIDIInstrument.h"
 #include "services/audiograph/graph/AudioUnitCalls.h"
 #include "services/audiograph/sequencer/AVAudioSequencer.h"
 #include "services/audiograph/sequencer/AVMusicTrack.h"
-#include "services/soundunits/MIDISynthUnit.h"
 #include "services/synthesizer/SoundBanks.h"
 
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <optional>
+#include <stdexcept>
 #include <vector>
 
 namespace {
@@ -25,27 +27,25 @@ struct Studio {
     Studio()
     {
         setResourcesFolder(VOLVELLE_RESOURCES);
-        registerMIDISynth();
-        instrument = AVAudioUnitMIDIInstrument::make(synthesizerComponent);
-        done(engine->attachNode(instrument));
-        done(engine->connect(instrument, engine->mainMixerNode(), 0, 0));
-        done(engine->enableManualRenderingMode(blockFrames));
-        done(engine->start());
+        if (const auto connected = graph.connectSynthesizer(std::nullopt); !connected) {
+            throw std::runtime_error(connected.error());
+        }
+        done(graph.engine->enableManualRenderingMode(blockFrames));
+        done(graph.engine->start());
     }
 
-    ~Studio() { engine->stop(); }
+    ~Studio() { graph.engine->stop(); }
 
     Studio(const Studio&) = delete;
     Studio& operator=(const Studio&) = delete;
 
     void renderBlock()
     {
-        done(engine->renderOffline(blockFrames, left.data(), right.data()));
+        done(graph.engine->renderOffline(blockFrames, left.data(), right.data()));
         benchmark::DoNotOptimize(left.data());
     }
 
-    const std::shared_ptr<AVAudioEngine> engine = std::make_shared<AVAudioEngine>();
-    std::shared_ptr<AVAudioUnitMIDIInstrument> instrument;
+    SoundGraph graph{false};
     std::array<float, blockFrames> left{};
     std::array<float, blockFrames> right{};
 };
@@ -61,7 +61,7 @@ benchmark::Counter shareOfCore(const benchmark::State& state)
 void voices(benchmark::State& state)
 {
     Studio studio;
-    const auto unit = studio.instrument->auAudioUnit();
+    const auto unit = studio.graph.instrument->auAudioUnit();
     for (std::uint32_t note = 0; note < static_cast<std::uint32_t>(state.range(0)); ++note) {
         const std::uint32_t channel = note % 8;
         done(MusicDeviceMIDIEvent(unit, 0xC0U | channel, 19, 0, 0)); // an organ holds its level
@@ -70,8 +70,7 @@ void voices(benchmark::State& state)
     for (auto _ : state) {
         studio.renderBlock();
     }
-    const auto synth = std::dynamic_pointer_cast<MIDISynthUnit>(unit);
-    state.counters["voices"] = synth->activeVoices();
+    state.counters["voices"] = studio.graph.activeVoices();
     state.counters["core"] = shareOfCore(state);
 }
 
@@ -121,13 +120,13 @@ std::vector<std::uint8_t> fileOfExclusives()
 void seekIn(benchmark::State& state, const std::vector<std::uint8_t>& file)
 {
     Studio studio;
-    AVAudioSequencer sequencer(studio.engine);
+    AVAudioSequencer sequencer(studio.graph.engine);
     if (const auto loaded = sequencer.loadFromData(file, AVAudioSequencer::channelsToTracks); !loaded) {
         state.SkipWithError(loaded.error().c_str());
         return;
     }
     for (const auto& track : sequencer.tracks()) {
-        track->setDestinationAudioUnit(studio.instrument);
+        track->setDestinationAudioUnit(studio.graph.instrument);
     }
     done(sequencer.start());
     double beats = 0.0;
