@@ -68,6 +68,20 @@ protected:
     const Bytes bytes = hex("6E 65 77"); // "new"
 };
 
+TEST_F(FileExchanges, AFolderThatWasMadeStaysWhereAllIsDone)
+{
+    for (const bool isDone : {false, true}) {
+        {
+            FileExchange files;
+            EXPECT_EQ(files.makeFolder(at("three/four")).error(), "");
+            if (isDone) {
+                EXPECT_EQ(files.carryOut().error(), "");
+            }
+        }
+        EXPECT_EQ(fs::exists(at("three/four")), isDone);
+    }
+}
+
 TEST_F(FileExchanges, FilesAreReplacedAddedAndRemoved)
 {
     {

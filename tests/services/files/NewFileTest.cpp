@@ -118,6 +118,31 @@ TEST_F(NewFiles, ANewFileForAPipeIsCopiedThereOnceItIsComplete)
     close(ends[1]);
 }
 
+TEST_F(NewFiles, ANewFileForADescriptorIsCopiedThereOnceItIsComplete)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
+    NewFile file;
+    EXPECT_FALSE(file.create(folder.path));
+    ASSERT_TRUE(file.createFor(ends[1]));
+    EXPECT_EQ(file.failure(), 0);
+    EXPECT_TRUE(file.write("abc", 3));
+    std::array<char, 8> read{};
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), -1);
+    EXPECT_TRUE(file.takePlace());
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 3);
+    EXPECT_STREQ(read.data(), "abc");
+    close(ends[0]);
+    ASSERT_TRUE(file.createFor(-1));
+    {
+        const FileSizeLimit limit(3);
+        EXPECT_FALSE(file.write("four", 4));
+    }
+    EXPECT_TRUE(file.failedAside());
+    close(ends[1]);
+    EXPECT_EQ(folder.names(), Lines{});
+}
+
 TEST_F(NewFiles, ANewFileForADeviceTakesItsPlaceOnlyWhereItMayBeReplaced)
 {
     NewFile file;
@@ -259,6 +284,23 @@ TEST_F(NewFiles, AFileThatAppearsMeanwhileIsNotReplaced)
     EXPECT_EQ(file.failure(), EEXIST);
     EXPECT_EQ(contentOf(path), hex("01"));
     EXPECT_EQ(folder.names().size(), 1U);
+}
+
+// Another program takes the place while the one that is replaced is looked at.
+TEST_F(NewFiles, WhatTookThePlaceMeanwhileGetsAFreeNameBesideWhatGoesBack)
+{
+    const auto other = [this](const std::filesystem::path&) {
+        EXPECT_EQ(putFile(folder.path / "other", hex("03"), false), 0);
+        std::filesystem::rename(folder.path / "other", path);
+        return false;
+    };
+    folder.write("a.mid", "1");
+    folder.write("a 2.mid", "2");
+    EXPECT_EQ(putFile(path, hex("02"), true, other), ECANCELED);
+    EXPECT_EQ(contentOf(path), hex("31"));
+    EXPECT_EQ(contentOf(folder.path / "a 2.mid"), hex("32"));
+    EXPECT_EQ(contentOf(folder.path / "a 3.mid"), hex("03"));
+    EXPECT_EQ(folder.names().size(), 3U);
 }
 
 TEST_F(NewFiles, AFileIsReplacedAlsoWhereItsNameHasNoRoomBesideAnother)

@@ -135,4 +135,19 @@ TEST_F(PatientWriteTest, WhatTookTooLongIsReadByNobody)
 }
 
 } // namespace
+
+TEST_F(PatientWriteTest, AFileIsWrittenAlsoWhereNoStandardInputIsOpen)
+{
+    folder.write("a", "");
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    const int failed = writePatiently(folder.path / "a", countingBytes(3), third.end());
+    const bool isOpen = fcntl(STDIN_FILENO, F_GETFD) >= 0;
+    dup2(input, STDIN_FILENO);
+    close(input);
+    EXPECT_EQ(failed, 0);
+    EXPECT_FALSE(isOpen);
+    EXPECT_EQ(std::filesystem::file_size(folder.path / "a"), 3U);
+}
+
 } // namespace volvelle::test
