@@ -1,5 +1,6 @@
 #include "app/screens/CirclePainter.h"
 
+#include "app/screens/ArcChoice.h"
 #include "app/screens/ArcPainting.h"
 #include "base/Checked.h"
 
@@ -10,21 +11,6 @@
 namespace volvelle {
 
 namespace {
-
-// About what an arc costs: microseconds, and more for each pixel of its length.
-constexpr double costOfArc = 7.0;
-constexpr double costOfPixel = 0.65;
-constexpr double mostCost = 1.5e6; // of a picture
-
-// So that every so manieth arc is painted in time.
-std::size_t strideOf(const CircleDrawing& drawing, double pixels)
-{
-    double cost = 0.0;
-    for (const CircleArc& arc : drawing.arcs) {
-        cost += arc.hasPlace() ? costOfArc + arc.radius * arc.sweep * pixels * costOfPixel : 0.0;
-    }
-    return static_cast<std::size_t>(std::max(1.0, std::ceil(cost / mostCost)));
-}
 
 void paintLines(QPainter& painter, const CircleDrawing& drawing)
 {
@@ -47,9 +33,11 @@ void CirclePainter::paint(QPainter& painter, const CircleDrawing& drawing, const
 {
     painter.save();
     paintLines(painter, drawing);
-    const std::size_t step = strideOf(drawing, std::abs(painter.deviceTransform().m11()));
-    for (std::size_t i = 0; i < drawing.arcs.size() && !stop.stop_requested(); i += step) {
-        paintArc(painter, drawing.arcs[i]);
+    const std::vector<bool> chosen = chooseArcs(drawing, std::abs(painter.deviceTransform().m11()));
+    for (std::size_t i = 0; i < drawing.arcs.size() && !stop.stop_requested(); ++i) {
+        if (chosen[i]) {
+            paintArc(painter, drawing.arcs[i]);
+        }
     }
     painter.restore();
 }
@@ -138,11 +126,13 @@ void CirclePainter::paintAll()
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(grid.transform);
-    stride = strideOf(scene.drawing, grid.transform.m11());
+    chosen = chooseArcs(scene.drawing, grid.transform.m11());
     tiles.resize(scene.drawing.arcs.size());
-    for (std::size_t i = 0; i < tiles.size(); i += stride) {
-        tiles[i] = tilesOf(scene.drawing.arcs[i]);
-        paintArc(painter, scene.drawing.arcs[i]);
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        if (chosen[i]) {
+            tiles[i] = tilesOf(scene.drawing.arcs[i]);
+            paintArc(painter, scene.drawing.arcs[i]);
+        }
     }
 }
 
@@ -158,7 +148,7 @@ QRegion CirclePainter::paintChanged(const std::vector<int>& changed)
         }
     };
     for (const int arc : changed) {
-        if (static_cast<std::size_t>(arc) % stride != 0) {
+        if (!chosen[static_cast<std::size_t>(arc)]) {
             continue;
         }
         std::vector<int>& own = checkedAt(tiles, arc);
@@ -176,7 +166,7 @@ QRegion CirclePainter::paintChanged(const std::vector<int>& changed)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(grid.transform);
     const auto isMarked = [&](int index) { return marked[static_cast<std::size_t>(index)]; };
-    for (std::size_t i = 0; i < tiles.size(); i += stride) {
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
         if (std::ranges::any_of(tiles[i], isMarked)) {
             paintArc(painter, checkedAt(scene.drawing.arcs, i));
         }

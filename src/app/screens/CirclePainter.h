@@ -13,9 +13,8 @@ namespace volvelle {
 // are painted anew, in the order of the events and each once. [any]
 class CirclePainter {
 public:
-    // Paints all of it from nothing. Where that took seconds, as with many thousands of notes that are held
-    // all around, every so manieth arc is painted: more could not be told apart. Asked to stop, it leaves out
-    // the rest.
+    // Paints all of it from nothing, but of many thousands of arcs those that `chooseArcs` chooses. Asked to
+    // stop, it leaves out the rest.
     static void paint(QPainter& painter, const CircleDrawing& drawing, const std::stop_token& stop = {});
 
     // Paints the circle as `drawSymbolMain` draws it, by way of the picture. It is made anew where anything
@@ -44,9 +43,9 @@ private:
     CircleScene scene;
     Grid grid;
     QImage picture;
-    std::size_t stride = 1;              // of the arcs that are painted
     int columns = 0;                     // of tiles
-    std::vector<std::vector<int>> tiles; // that each arc may touch
+    std::vector<bool> chosen;            // of the arcs
+    std::vector<std::vector<int>> tiles; // that each chosen arc may touch
 
     static Grid gridOf(const QPainter& painter, MIDICircleViewBase& circle, const CGRect& frame,
                        ResizingBehavior resizing);
