@@ -1,13 +1,13 @@
 #include "services/files/MoveFile.h"
 
 #include "services/files/FileNames.h"
+#include "services/files/FileRights.h"
 #include "services/files/SafeFile.h"
 
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -55,11 +55,11 @@ int moveFileByCopying(const std::filesystem::path& from, const std::filesystem::
     if (const int failed = putFile(to, bytes, false); failed != 0) {
         return failed == ENOTDIR ? ENOENT : failed;
     }
-    struct stat source = {};
-    const bool isMoved = stat(from.c_str(), &source) == 0 &&
-                         chmod(to.c_str(), source.st_mode & 07777U) == 0 && unlink(from.c_str()) == 0;
+    const int opened = open(to.c_str(), O_WRONLY | O_CLOEXEC);
+    const bool isMoved = opened >= 0 && takeRights(opened, from) && unlink(from.c_str()) == 0;
+    const int failed = errno;
+    close(opened);
     if (!isMoved) {
-        const int failed = errno;
         unlink(to.c_str());
         return failed;
     }

@@ -3,6 +3,7 @@
 #include "base/PendingFiles.h"
 #include "base/Text.h"
 #include "services/files/FileNames.h"
+#include "services/files/FileRights.h"
 
 #include <array>
 #include <cerrno>
@@ -203,7 +204,7 @@ bool NewFile::takePlace(bool overwrite, const Keeper& keep)
         return error == 0;
     }
     const std::filesystem::path folder = folderOf(target);
-    if (error == 0 && recordUnless(takeMode()) && recordUnless(fsync(descriptor) == 0)) {
+    if (error == 0 && recordUnless(takeRights(descriptor, target)) && recordUnless(fsync(descriptor) == 0)) {
         rememberItself();
         recordUnless(close(descriptor) == 0);
         descriptor = -1;
@@ -237,12 +238,6 @@ int NewFile::copyIntoTarget()
     const int unread = count < 0 ? errno : 0;
     close(opened);
     return failed != 0 ? failed : unread;
-}
-
-bool NewFile::takeMode()
-{
-    struct stat existing = {};
-    return stat(target.c_str(), &existing) != 0 || fchmod(descriptor, existing.st_mode & 07777U) == 0;
 }
 
 void NewFile::rememberItself()

@@ -41,9 +41,9 @@ public:
     // it its place back.
     using Keeper = std::function<bool(const std::filesystem::path& replaced)>;
 
-    // Puts the bytes on disk, and the file in the place of its target with the access rights of that. Without
-    // `overwrite` a target that is there by now is a failure, EEXIST. A file that `keep` will not have
-    // replaced is one too, ECANCELED; it is not asked where the file system cannot exchange two names.
+    // Puts the bytes on disk, and the file in the place of its target with the rights and attributes of that.
+    // Without `overwrite` a target that is there by now is a failure, EEXIST. A file that `keep` will not
+    // have replaced is one too, ECANCELED; it is not asked where the file system cannot exchange two names.
     bool takePlace(bool overwrite = true, const Keeper& keep = {});
 
     // Closes and removes the file.
@@ -63,7 +63,6 @@ private:
     bool openNew();
     int openTarget() const;
     int copyIntoTarget();
-    bool takeMode();
     bool takeName(bool overwrite, const Keeper& keep);
     bool exchange(const Keeper& keep);
     bool takeNameOfReplaced();
