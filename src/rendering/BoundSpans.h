@@ -10,32 +10,52 @@
 
 namespace volvelle {
 
-// Where in a piece notes hang on those before them, on any channel: by sostenuto or portamento, and, while a
-// key is down, by legato or a channel that sounds one note at a time. What begins there does not know them.
-// So, too, where a channel is made louder by its parameter, and no note is soft enough to be unheard. [any]
+// Where a piece cannot be cut, since a note before that place and one after it would change each other: a key
+// that is down, or held by a pedal, is struck again; a note is bound by legato to a key that is down. [any]
 class BoundSpans {
 public:
     explicit BoundSpans(const SequencerEvents& events);
 
-    // Just before the notes that begin there.
+    // Whether a note that begins before, in seconds, and one that begins then or later are so bound.
     bool holds(double seconds) const;
 
 private:
-    struct Change {
-        double seconds = 0.0;
-        bool isBound = false;
+    struct Key {
+        double begin = 0.0; // seconds, of its last strike
+        int down = 0;       // strikes that are not over
+        bool isHeld = false;
+        bool isSustained = false; // by the sostenuto
+    };
+
+    struct Channel {
+        std::array<Key, 128> keys;
+        std::bitset<128> sounding; // down or held
+        std::bitset<128> down;
+        bool holds = false; // by a pedal that takes all keys
+        bool sustains = false;
+        bool isLegato = false;
+        double glideBegin = -1.0; // seconds, of legato with portamento; -1 without
+    };
+
+    // After `begin` up to and with `end`, seconds.
+    struct Span {
+        double begin = 0.0;
+        double end = 0.0;
     };
 
     void takeMoment(std::span<const SequencerEvent> moment, const SequencerEvents& events);
     void takeMessage(const SequencerEvent& event, const SequencerEvents& events);
-    void countKey(const SequencerEvent& note);
-    void update(int channel);
-    void note(double seconds);
+    void strike(const SequencerEvent& note);
+    void release(const SequencerEvent& note, double seconds);
+    void letGo(Channel& channel, std::size_t number);
+    void update(int number, double seconds);
+    void bindKeysDown(const Channel& channel, double seconds);
+    void bind(double begin, double end);
+    void join();
 
-    DeviceChannels channels;
-    std::array<int, channelCount> keysDown{};
-    std::bitset<channelCount> bound;
-    std::vector<Change> changes; // each other than the one before
+    DeviceChannels states;
+    std::array<Channel, channelCount> channels;
+    std::vector<Span> spans; // by begin, apart from each other
 };
 
 } // namespace volvelle

@@ -1,9 +1,7 @@
 #include "rendering/PartNotes.h"
 
-#include "wire/DeviceChannels.h"
-
 #include <algorithm>
-#include <bitset>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -16,12 +14,17 @@ namespace {
 constexpr double chokingBeats = 8.0;  // in which a struck drum may still end another
 constexpr std::uint8_t inaudible = 1; // velocity
 
+// Each of them ends the others: scratches, hi-hats, whistles, guiros, cuicas, triangles and surdos.
+constexpr std::array<std::array<int, 3>, 7> drumsThatChoke{
+    {{29, 30, 30}, {42, 44, 46}, {71, 72, 72}, {73, 74, 74}, {78, 79, 79}, {80, 81, 81}, {86, 87, 87}}};
+
 // When a part begins, ends, and no longer chokes, in seconds: as a sequencer that starts at its beats has it.
 struct PartSpan {
     PartSpan(const RenderPart& part, const TempoMap& tempo) : begin(tempo.seconds(part.beginBeats))
     {
         if (std::isfinite(part.endBeats)) {
             end = tempo.seconds(part.endBeats);
+            ringing = tempo.seconds(std::max(0.0, part.endBeats - chokingBeats));
             choking = tempo.seconds(part.endBeats + chokingBeats);
         }
     }
@@ -30,85 +33,56 @@ struct PartSpan {
 
     double begin;
     double end = std::numeric_limits<double>::infinity();
-    double choking = end;
+    double ringing = end; // from here on
+    double choking = end; // up to here
 };
 
-// How a note after a part ends what the part left sounding: where a pedal holds that, a release does not.
-enum class Ending : std::uint8_t { none, release, strike };
-
-// What of a piece sounds on where a part ends: a key that is struck again then ends what it sounded before.
-class KeysAtEnd {
+// The drums that ring where a part ends, until one of them is struck after it.
+class RingingDrums {
 public:
-    explicit KeysAtEnd(const PartSpan& span) : end(span.end), choking(span.choking) {}
-
-    void take(const SequencerEvent& event)
-    {
-        now.apply(event.bytes);
-        if (event.seconds < end) {
-            atEnd.apply(event.bytes);
-        }
-    }
+    explicit RingingDrums(const PartSpan& span) : span(span) {}
 
     void takeOwn(const SequencerEvent& note)
     {
-        struck.set(place(note));
-        held.set(place(note), note.partner > end);
+        if (note.seconds >= span.ringing) {
+            setRinging(note, true);
+        }
     }
 
-    // Of a note after the part: how it ends one of the part.
-    Ending endingBy(const SequencerEvent& note)
+    // Of a note after the part.
+    bool isChokedBy(const SequencerEvent& note)
     {
-        const int channel = channelOf(note.bytes);
-        const bool isDrum = channel == drumChannel && note.seconds < choking;
-        const bool isHeld = held.test(place(note));
-        const bool hangs = struck.test(place(note)) && hasPedal(atEnd[channel]);
-        struck.reset(place(note));
-        held.reset(place(note));
-        if (isDrum || hangs || (isHeld && hasPedal(now[channel]))) {
-            return Ending::strike;
-        }
-        return isHeld ? Ending::release : Ending::none;
+        return note.seconds < span.choking && setRinging(note, false);
     }
 
 private:
-    static std::size_t place(const SequencerEvent& note)
+    // What was so before.
+    bool setRinging(const SequencerEvent& note, bool isRinging)
     {
-        return static_cast<std::size_t>(channelOf(note.bytes)) << 7U | (note.bytes[1] & 0x7FU);
+        if (channelOf(note.bytes) != drumChannel) {
+            return false;
+        }
+        const auto isOne = [&note](const auto& drums) {
+            return std::ranges::find(drums, int{note.bytes[1]}) != drums.end();
+        };
+        const auto found = std::ranges::find_if(drumsThatChoke, isOne);
+        return found != drumsThatChoke.end() &&
+               std::exchange(ringing[static_cast<std::size_t>(found - drumsThatChoke.begin())], isRinging);
     }
 
-    static bool hasPedal(const ChannelState& channel)
-    {
-        return std::ranges::any_of(holdPedals, [&](int pedal) { return channel.controller(pedal) >= 64; });
-    }
-
-    double end;     // seconds, as the next
-    double choking; // up to here
-    DeviceChannels atEnd;
-    DeviceChannels now;
-    std::bitset<std::size_t{16} * 128> struck;
-    std::bitset<std::size_t{16} * 128> held;
+    const PartSpan& span;
+    std::array<bool, drumsThatChoke.size()> ringing{};
 };
 
-SequencerEvent releaseOf(const SequencerEvent& note, double begin, double end)
+// A note-on as soft as can be, and its end.
+void addSoftly(std::vector<SequencerEvent>& events, SequencerEvent note)
 {
-    SequencerEvent release = note;
-    release.kind = SequencerEvent::noteOff;
-    release.seconds = end;
-    release.partner = begin;
-    release.bytes = {statusOf(STATUS_NOTEOFF, channelOf(note.bytes)), note.bytes[1], note.releaseVelocity};
-    return release;
-}
-
-// The note is not heard, or as soft as can be; what it releases began in the part.
-void addEnding(std::vector<SequencerEvent>& events, SequencerEvent note, Ending ending, const PartSpan& part)
-{
-    if (ending == Ending::release) {
-        events.push_back(releaseOf(note, part.begin, note.seconds));
-    } else if (ending == Ending::strike) {
-        note.bytes[2] = inaudible;
-        events.push_back(note);
-        events.push_back(releaseOf(note, note.seconds, note.partner));
-    }
+    note.bytes[2] = inaudible;
+    events.push_back(note);
+    std::swap(note.seconds, note.partner);
+    note.kind = SequencerEvent::noteOff;
+    note.bytes = {statusOf(STATUS_NOTEOFF, channelOf(note.bytes)), note.bytes[1], note.releaseVelocity};
+    events.push_back(note);
 }
 
 } // namespace
@@ -116,26 +90,20 @@ void addEnding(std::vector<SequencerEvent>& events, SequencerEvent note, Ending 
 SequencerEvents notesOf(const RenderPart& part, const SequencerEvents& piece)
 {
     const PartSpan span(part, piece.tempo);
-    KeysAtEnd keys(span);
+    RingingDrums drums(span);
     std::vector<SequencerEvent> kept;
     for (const SequencerEvent& event : piece.events) {
         if (event.kind == SequencerEvent::noteOff) {
-            const bool isEarlier = event.partner < span.begin && event.seconds > span.begin;
-            if (isEarlier || span.holds(event.partner)) {
+            if (span.holds(event.partner)) {
                 kept.push_back(event);
             }
-            continue;
-        }
-        if (event.kind != SequencerEvent::noteOn) {
-            if (event.kind != SequencerEvent::longMessage) {
-                keys.take(event);
-            }
+        } else if (event.kind != SequencerEvent::noteOn) {
             kept.push_back(event);
         } else if (span.holds(event.seconds)) {
-            keys.takeOwn(event);
+            drums.takeOwn(event);
             kept.push_back(event);
-        } else if (event.seconds >= span.end) {
-            addEnding(kept, event, keys.endingBy(event), span);
+        } else if (event.seconds >= span.end && drums.isChokedBy(event)) {
+            addSoftly(kept, event);
         }
     }
     return piece.with(std::move(kept));

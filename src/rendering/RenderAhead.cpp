@@ -11,8 +11,8 @@ constexpr std::size_t frames = PartRendering::blockFrames;
 
 }
 
-RenderAhead::RenderAhead(std::unique_ptr<PartRendering> rendering, bool onOwnThread)
-    : rendering(std::move(rendering))
+RenderAhead::RenderAhead(std::unique_ptr<PartRendering> rendering, bool onOwnThread, std::size_t most)
+    : rendering(std::move(rendering)), mostChunks(1 + most / blocksAtOnce)
 {
     if (!onOwnThread) {
         return;
@@ -26,7 +26,11 @@ RenderAhead::RenderAhead(std::unique_ptr<PartRendering> rendering, bool onOwnThr
 
 RenderAhead::~RenderAhead()
 {
-    isUnwanted = true;
+    {
+        const std::lock_guard lock(mutex);
+        isUnwanted = true;
+    }
+    changed.notify_all();
     if (thread.joinable()) {
         thread.join();
     }
@@ -35,13 +39,15 @@ RenderAhead::~RenderAhead()
 void RenderAhead::run()
 {
     bool isEnd = false;
-    while (!isEnd && !isUnwanted) {
+    while (!isEnd) {
         Chunk chunk;
         renderChunk(chunk);
         isEnd = chunk.empty();
-        const std::lock_guard lock(mutex);
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return isUnwanted || chunks.size() < mostChunks; });
+        isEnd = isEnd || isUnwanted;
         chunks.push_back(std::move(chunk));
-        changed.notify_one();
+        changed.notify_all();
     }
 }
 
@@ -67,8 +73,15 @@ bool RenderAhead::takeChunk()
     current = std::move(chunks.front());
     if (!current.empty()) {
         chunks.pop_front();
+        changed.notify_all();
     }
     return !current.empty();
+}
+
+std::size_t RenderAhead::blocksAhead()
+{
+    const std::lock_guard lock(mutex);
+    return chunks.size() * blocksAtOnce;
 }
 
 bool RenderAhead::addBlock(float* left, float* right)

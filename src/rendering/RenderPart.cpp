@@ -13,7 +13,6 @@ namespace {
 
 constexpr double blocksPerSecond = AudioSource::sampleRate / RenderPart::blockFrames;
 constexpr double shortestPart = 10.0;                                              // seconds
-constexpr double longestPart = 300.0;                                              // seconds
 constexpr double longestLength = RenderPart::longestPiece / blocksPerSecond + 1.0; // seconds
 
 int numberOfParts(double seconds, int cores)
@@ -22,7 +21,7 @@ int numberOfParts(double seconds, int cores)
         return 1;
     }
     const double most = std::floor(seconds / shortestPart);
-    const double rounds = std::ceil(seconds / longestPart / cores);
+    const double rounds = std::ceil(seconds / RenderPart::longestPart / cores);
     return static_cast<int>(std::clamp(rounds * cores, 1.0, std::max(1.0, most)));
 }
 
@@ -40,14 +39,14 @@ double lengthOf(const SequencerEvents& events)
     return std::min(events.tempo.seconds(beatsOf(events)), longestLength);
 }
 
-// The block of the first beat from one on where no note hangs on others; -1 where there is none soon.
+// The block of the first beat from one on where the piece can be cut; -1 where there is none soon.
 std::int64_t seamFrom(double beat, const SequencerEvents& events, const BoundSpans& bound)
 {
     constexpr double farthest = 32.0; // beats
     for (double seam = beat; seam < beat + farthest; seam += 1.0) {
-        const double seconds = events.tempo.seconds(seam);
-        if (!bound.holds(seconds)) {
-            return static_cast<std::int64_t>(std::floor(seconds * blocksPerSecond));
+        const double block = std::floor(events.tempo.seconds(seam) * blocksPerSecond);
+        if (!bound.holds(block / blocksPerSecond)) {
+            return static_cast<std::int64_t>(block);
         }
     }
     return -1;

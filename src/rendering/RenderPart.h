@@ -15,6 +15,7 @@ struct RenderPart {
     static constexpr int blockFrames = 512;
     static constexpr int quietBlocksAtEnd = 24;    // a quarter of a second of silence ends a tail
     static constexpr int longestTail = 2813;       // blocks, thirty seconds
+    static constexpr double longestPart = 300.0;   // seconds, where it can be cut
     static constexpr int longestPiece = 8'100'000; // blocks, twenty-four hours
 
     std::int64_t beginBlock = 0; // where it begins in the piece
@@ -28,8 +29,8 @@ struct RenderPart {
 };
 
 // Cuts a piece into one part, or into equal parts for so many cores at once: each begins with a beat where
-// no note hangs on those before it, and lasts some ten seconds to five minutes, longer where there is no such
-// beat. A piece longer than the longest ends a second after that. [any]
+// no note changes one before it or is changed by it, and lasts some ten seconds to five minutes, longer where
+// there is no such beat. A piece longer than the longest ends a second after that. [any]
 std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores);
 
 // The piece as one part for the realtime sequencer, which begins a block later, and keeps within limits of

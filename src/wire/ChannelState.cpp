@@ -1,7 +1,6 @@
 #include "wire/ChannelState.h"
 
 #include <algorithm>
-#include <span>
 
 namespace volvelle {
 
@@ -205,13 +204,6 @@ ChannelParameter& ChannelState::parameter(std::uint16_t number) noexcept
     parameters[parameterCount] = {};
     parameters[parameterCount].number = number;
     return parameters[parameterCount++];
-}
-
-int ChannelState::parameterHigh(std::uint16_t number) const noexcept
-{
-    const auto known = std::span(parameters).first(parameterCount);
-    const auto found = std::ranges::find(known, number, &ChannelParameter::number);
-    return found == known.end() ? ChannelParameter::unset : found->high;
 }
 
 void ChannelState::endTuningProgram() noexcept

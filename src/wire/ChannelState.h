@@ -2,7 +2,6 @@
 
 #include "wire/ChannelMessages.h"
 #include "wire/ChannelParameter.h"
-#include "wire/MIDIConstants.h"
 #include "wire/ShortMessage.h"
 
 #include <array>
@@ -47,12 +46,6 @@ public:
 
     // -1: nobody set it, and it has no usual value either.
     int controller(int number) const noexcept { return controllers[static_cast<std::size_t>(number)]; }
-
-    // The high data byte of a parameter, as ChannelParameter numbers it; -1 where nobody set it.
-    int parameterHigh(std::uint16_t number) const noexcept;
-
-    // Controller 126 was the last of 126 and 127.
-    bool isMonophonic() const noexcept { return mode == CONTROLLER_MONO; }
 
 private:
     static constexpr std::int8_t unset = ChannelParameter::unset;

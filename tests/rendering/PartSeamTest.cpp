@@ -11,8 +11,21 @@ namespace volvelle::test {
 
 namespace {
 
+struct PedalDown {
+    int pedal;
+    int channel;
+    double down; // beats
+    double up;
+};
+
+const std::vector<std::vector<PedalDown>> pedals{
+    {{64, 0, 20.0, 24.25}, {66, 1, 20.0, 24.25}},
+    {{66, 0, 22.6, 27.0}, {68, 1, 23.1, 26.0}},
+    {{64, 1, 23.0, 30.0}, {66, 1, 24.9, 29.0}},
+};
+
 // Twenty-two seconds, so that it is cut in the middle; messages of all kinds and notes throughout, pedals
-// that are down where it is cut.
+// that are down or come soon where it is cut.
 Song pieceOf(unsigned seed)
 {
     RandomPiece piece(seed);
@@ -21,8 +34,10 @@ Song pieceOf(unsigned seed)
         piece.addStates(song, beat, beat + 0.5, 4);
         piece.addNotes(song, beat + 0.5, beat + 1.5);
     }
-    song.message(20.0, 0xB0, 64, 127).message(20.0, 0xB1, 66, 127);
-    return song.message(24.25, 0xB0, 64, 0).message(24.25, 0xB1, 66, 0);
+    for (const auto& [pedal, channel, down, up] : pedals[seed % pedals.size()]) {
+        song.message(down, 0xB0 | channel, pedal, 127).message(up, 0xB0 | channel, pedal, 0);
+    }
+    return song;
 }
 
 class PartSeams : public RenderedParts {};
@@ -49,9 +64,7 @@ void expectAlike(const std::vector<std::uint8_t>& data)
 
 class PartSeam : public PartSeams, public testing::WithParamInterface<unsigned> {};
 
-// Of the first 60 those with the most that hangs together around the seam; 10, 12 and 14 cannot be cut.
-INSTANTIATE_TEST_SUITE_P(Seeds, PartSeam,
-                         testing::Values(1U, 2U, 3U, 4U, 5U, 6U, 8U, 11U, 13U, 16U, 19U, 30U, 60U));
+INSTANTIATE_TEST_SUITE_P(Seeds, PartSeam, testing::Range(1U, 19U));
 
 } // namespace
 

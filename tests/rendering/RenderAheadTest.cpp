@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <limits>
+#include <thread>
 
 namespace volvelle::test {
 
@@ -20,11 +22,11 @@ using Block = std::array<float, PartRendering::blockFrames>;
 
 class RenderAheadTest : public testing::Test {
 protected:
-    static std::unique_ptr<PartRendering> rendering()
+    static std::unique_ptr<PartRendering> rendering(int blocks = 24)
     {
         setResourcesFolder(buildFolder() / "resources");
         RenderPart part;
-        part.endBlock = 24;
+        part.endBlock = blocks;
         part.endBeats = std::numeric_limits<double>::infinity();
         auto made = PartRendering::make(pieceRead(smallMusic()), part, std::nullopt);
         EXPECT_TRUE(made) << made.error();
@@ -95,6 +97,33 @@ TEST_F(RenderAheadTest, EndsEarlyWhereTheRestIsNotWanted)
     {
         const RenderAhead never(rendering(), true);
     }
+}
+
+TEST_F(RenderAheadTest, WaitsWhereItKeepsEnough)
+{
+    constexpr std::size_t most = 2 * RenderAhead::blocksAtOnce;
+    RenderAhead ahead(rendering(1000), true, most);
+    while (ahead.blocksAhead() < most) {
+        std::this_thread::yield();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_LE(ahead.blocksAhead(), most + RenderAhead::blocksAtOnce);
+    RenderAhead without(rendering(1000), false);
+    EXPECT_EQ(without.blocksAhead(), 0U);
+    EXPECT_EQ(all(ahead), all(without));
+}
+
+TEST_F(RenderAheadTest, EndsEarlyWhereItWaits)
+{
+    RenderAhead ahead(rendering(1000), true, 0);
+    while (ahead.blocksAhead() == 0) {
+        std::this_thread::yield();
+    }
+}
+
+TEST_F(RenderAheadTest, KeepsFiveMinutesAtMost)
+{
+    EXPECT_EQ(RenderAhead::mostAhead, std::size_t{300} * 48000 / 512);
 }
 
 } // namespace volvelle::test

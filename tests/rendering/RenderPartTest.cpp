@@ -97,60 +97,101 @@ TEST(RenderPart, APartLastsFiveMinutesAtMostAndEachCoreHasAsManyOfThem)
     EXPECT_THAT(cutIntoParts(piece(2 * 590, 120.0), 2), SizeIs(2));
 }
 
-TEST(RenderPart, APieceIsCutWhereNoSostenutoOrPortamentoIsOn)
+MIDINoteMessage note(int key, float duration)
 {
-    for (const int pedal : {65, 66}) {
-        const auto cut = [pedal](double from, double to, int end) {
-            return seamOf({{from, {0xB3, pedal, 64}}, {to, {0xB3, end, 63}}});
-        };
-        EXPECT_EQ(cut(40.0, 41.0, pedal), 30);
-        EXPECT_EQ(cut(10.0, 20.0, pedal), 30);
-        EXPECT_EQ(cut(10.0, 33.5, pedal), 34);
-        EXPECT_EQ(cut(10.0, 34.0, 121), 34);
-        EXPECT_EQ(cut(10.0, 33.5, 64), uncut);
-        EXPECT_EQ(cut(30.0, 61.0, pedal), 61);
-        EXPECT_EQ(cut(30.0, 64.0, pedal), uncut);
+    return {3, static_cast<std::uint8_t>(key), 100, 0, duration};
+}
+
+TEST(RenderPart, APieceIsNotCutWhereAKeyThatIsDownIsStruckAgain)
+{
+    EXPECT_EQ(seamOf({}, {{28.0, note(60, 5.0F)}, {32.0, note(60, 1.0F)}}), 33);
+    EXPECT_EQ(seamOf({}, {{29.5, note(60, 5.0F)}, {30.5, note(60, 1.0F)}}), 31);
+    EXPECT_EQ(seamOf({}, {{28.0, note(60, 5.0F)}, {32.0, note(61, 1.0F)}}), 30);
+    EXPECT_EQ(seamOf({}, {{28.0, note(60, 4.0F)}, {32.0, note(60, 1.0F)}}), 30);
+    EXPECT_EQ(seamOf({}, {{30.0, note(60, 5.0F)}, {32.0, note(60, 1.0F)}}), 30);
+    EXPECT_EQ(seamOf({}, {{20.0, note(60, 5.0F)}, {29.0, note(60, 1.0F)}}), 30);
+}
+
+TEST(RenderPart, APieceIsNotCutWhereAKeyThatAPedalHoldsIsStruckAgain)
+{
+    const Notes again{{28.0, note(60, 1.0F)}, {35.0, note(60, 1.0F)}};
+    for (const int pedal : {64, 69}) {
+        const Event on{20.0, {0xB3, pedal, 64}};
+        EXPECT_EQ(seamOf({on}, again), 36);
+        EXPECT_EQ(seamOf({{28.5, {0xB3, pedal, 64}}}, again), 36);
+        EXPECT_EQ(seamOf({{29.5, {0xB3, pedal, 64}}}, again), 30);
+        EXPECT_EQ(seamOf({on, {31.0, {0xB3, pedal, 63}}}, again), 30);
+        EXPECT_EQ(seamOf({on, {31.0, {0xB3, 121, 0}}}, again), 30);
+        EXPECT_EQ(seamOf({{20.0, {0xB2, pedal, 64}}}, again), 30);
+        EXPECT_EQ(seamOf({on}, {{28.0, note(60, 1.0F)}, {35.0, note(61, 1.0F)}}), 30);
     }
 }
 
-TEST(RenderPart, APieceIsCutWhereNoKeyIsDownUnderLegatoOrInOneVoice)
+TEST(RenderPart, TheSostenutoHoldsWhatWasDownWhenItCame)
 {
-    const MIDINoteMessage held{3, 60, 100, 0, 5.0F};
-    for (const int binding : {68, 126}) {
-        const Event on{10.0, {0xB3, binding, 64}};
-        EXPECT_EQ(seamOf({on}), 30);
-        EXPECT_EQ(seamOf({on}, {{28.0, held}}), 33);
-        EXPECT_EQ(seamOf({on}, {{28.0, held}, {33.0, held}}), 33);
-        EXPECT_EQ(seamOf({on}, {{28.0, held}, {32.5, held}}), 38);
-        EXPECT_EQ(seamOf({on, {31.5, {0xB3, 126, 0}}}, {{28.0, held}}), 33);
-        EXPECT_EQ(seamOf({{10.0, {0xB2, binding, 64}}}, {{28.0, held}}), 30);
-    }
-    EXPECT_EQ(seamOf({{10.0, {0xB3, 126, 0}}, {31.5, {0xB3, 127, 0}}}, {{28.0, held}}), 32);
-    EXPECT_EQ(seamOf({{10.0, {0xB3, 68, 64}}, {31.5, {0xB3, 68, 63}}}, {{28.0, held}}), 32);
+    const Notes again{{28.0, note(60, 1.0F)}, {35.0, note(60, 1.0F)}};
+    EXPECT_EQ(seamOf({{28.5, {0xB3, 66, 64}}}, again), 36);
+    EXPECT_EQ(seamOf({{28.5, {0xB3, 66, 64}}, {31.0, {0xB3, 66, 0}}}, again), 30);
+    EXPECT_EQ(seamOf({{20.0, {0xB3, 66, 64}}}, again), 30);
+    EXPECT_EQ(seamOf({{29.5, {0xB3, 66, 64}}}, again), 30);
+    EXPECT_EQ(seamOf({{31.5, {0xB3, 66, 127}}, {40.0, {0xB3, 66, 0}}},
+                     {{29.0, note(64, 3.0F)}, {33.0, note(64, 0.25F)}}),
+              34);
 }
 
-TEST(RenderPart, APieceIsCutWhereNoChannelIsMadeLouder)
+TEST(RenderPart, APieceIsNotCutWhereANoteIsBoundByLegatoToAKeyThatIsDown)
 {
-    const auto made = [](int select, int number, int value) {
-        return std::vector<Event>{{1.0, {0xB3, select, 120}},
-                                  {1.0, {0xB3, select - 1, number}},
-                                  {1.0, {0xB3, 6, value}},
-                                  {31.5, {0xB3, 6, 64}}};
+    const Event on{10.0, {0xB3, 68, 64}};
+    EXPECT_EQ(seamOf({on}, {{28.0, note(60, 5.0F)}, {31.0, note(62, 1.0F)}}), 33);
+    EXPECT_EQ(seamOf({on}, {{28.0, note(60, 3.5F)}, {31.0, note(62, 9.0F)}}), 32);
+    EXPECT_EQ(seamOf({on}, {{28.0, note(60, 3.0F)}, {31.0, note(62, 1.0F)}}), 30);
+    EXPECT_EQ(seamOf({on}, {{28.0, note(60, 5.0F)}}), 30);
+    EXPECT_EQ(seamOf({on}, {{28.0, note(60, 5.0F)}, {30.0, note(72, 0.0F)}}), 31);
+    const Notes both{{28.0, note(60, 5.0F)}, {32.0, note(62, 0.5F)}};
+    EXPECT_EQ(seamOf({}, both), 30);
+    EXPECT_EQ(seamOf({{31.0, {0xB3, 68, 64}}}, both), 33);
+    EXPECT_EQ(seamOf({{31.0, {0xB3, 68, 64}}, {31.5, {0xB3, 68, 63}}}, both), 32);
+    EXPECT_EQ(seamOf({{31.0, {0xB2, 68, 64}}}, both), 30);
+    EXPECT_EQ(seamOf({{31.0, {0xB3, 126, 0}}}, both), 30);
+}
+
+TEST(RenderPart, APieceIsNotCutUnderLegatoWithPortamento)
+{
+    const Event legato{10.0, {0xB3, 68, 64}};
+    const Event portamento{12.0, {0xB3, 65, 64}};
+    EXPECT_EQ(seamOf({legato, portamento, {33.5, {0xB3, 65, 63}}}), 34);
+    EXPECT_EQ(seamOf({legato, portamento, {33.5, {0xB3, 68, 63}}}), 34);
+    EXPECT_EQ(seamOf({legato, portamento}), uncut);
+    EXPECT_EQ(seamOf({legato}), 30);
+    EXPECT_EQ(seamOf({portamento}), 30);
+}
+
+TEST(RenderPart, APieceIsCutUpToThirtyTwoBeatsLaterOrNotAtAll)
+{
+    const auto repeated = [](int end) {
+        Notes notes;
+        for (int beat = 20; beat <= end; ++beat) {
+            notes.emplace_back(beat, note(60, 0.5F));
+        }
+        return seamOf({{10.0, {0xB3, 64, 64}}}, notes);
     };
-    EXPECT_EQ(seamOf(made(99, 48, 63)), 32);
-    EXPECT_EQ(seamOf(made(99, 48, 0)), 32);
-    EXPECT_EQ(seamOf(made(99, 48, 64)), 30);
-    EXPECT_EQ(seamOf(made(99, 47, 63)), 30);
-    EXPECT_EQ(seamOf(made(101, 48, 63)), 30);
+    EXPECT_EQ(repeated(31), 32);
+    EXPECT_EQ(repeated(58), 59);
+    EXPECT_EQ(repeated(61), 62);
+    EXPECT_EQ(repeated(66), uncut);
 }
 
-TEST(RenderPart, AResetByASystemExclusiveSetsNotesFree)
+TEST(RenderPart, AResetByASystemExclusiveLiftsThePedals)
 {
-    Song song;
-    song.message(10.0, 0xB3, 66, 64).exclusive(32.5, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
-    const auto parts = pieceRead(song.length(60.0).file()).parts(2);
-    ASSERT_THAT(parts, SizeIs(2));
-    EXPECT_EQ(std::lround(parts[1].beginBeats), 33);
+    const auto cut = [](double reset) {
+        Song song;
+        song.message(10.0, 0xB3, 64, 64).exclusive(reset, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
+        song.note(28.0, 3, 60, 100, 1.0).note(35.0, 3, 60, 100, 1.0);
+        const auto parts = pieceRead(song.length(60.0).file()).parts(2);
+        return parts.size() == 2 ? std::lround(parts[1].beginBeats) : uncut;
+    };
+    EXPECT_EQ(cut(31.0), 30);
+    EXPECT_EQ(cut(37.0), 36);
 }
 
 TEST(RenderPart, APieceLongerThanADayIsToldByItsEndAndCutThere)
