@@ -60,6 +60,40 @@ TEST_F(CrowdedPiece, ANoteEndsBehindAnyNumberOfExclusives)
     expectSilentAfterTheNote(song.length(8.0));
 }
 
+// Each costs the time of some blocks.
+TEST_F(CrowdedPiece, AMomentOfResetsIsOne)
+{
+    Song song;
+    for (int i = 0; i < 4000; ++i) {
+        song.exclusive(1.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
+    }
+    song.message(1.0, 0xC0, organ).note(1.0 + tick, 0, 60, 100, 1.0);
+    const RenderPiece piece = pieceRead(song.length(8.0).file());
+    const std::vector<float> sound = rendered(piece, piece.parts(1));
+    EXPECT_LT(levelFrom(sound, quarterSecond), audible);
+    EXPECT_GT(levelFrom(sound, 3 * quarterSecond), audible);
+    EXPECT_LT(levelFrom(sound, 12 * quarterSecond), audible);
+}
+
+TEST_F(CrowdedPiece, OfResetsAmongOthersFourArePerformedInABlockOfTheSynthesizer)
+{
+    const auto onset = [](int resets) {
+        Song song;
+        for (int i = 0; i < resets; ++i) {
+            song.exclusive(1.0, {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7});
+            song.exclusive(1.0, {0xF0, 0x7F, 0x7F, 0x04, 0x01, 0x00, 0x7F, 0xF7});
+        }
+        song.note(1.0 + tick, 0, 60, 100, 4.0);
+        const RenderPiece piece = pieceRead(song.length(8.0).file());
+        const std::vector<float> sound = rendered(piece, piece.parts(1));
+        const auto isHeard = [](float sample) { return std::fabs(sample) > 0.01F; };
+        return std::ranges::find_if(sound, isHeard) - sound.begin();
+    };
+    const auto blocks = (onset(200) - onset(1)) / 64;
+    EXPECT_GE(blocks, 45);
+    EXPECT_LE(blocks, 70);
+}
+
 } // namespace
 
 } // namespace volvelle::test

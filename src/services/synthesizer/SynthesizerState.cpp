@@ -33,6 +33,12 @@ constexpr int noteOnShare = lineLength / Synthesizer::notesAtOnce;
 constexpr int keyShare = 16;      // a message for one key
 constexpr int voiceShare = 2;     // a message for a channel, by voice that sounds
 constexpr int freshMessages = 40; // for a channel that is reset
+constexpr int resetShare = lineLength / 4;
+
+bool isReset(const TimedMessage& message)
+{
+    return message.isLong() && effectOf(message.bytes()) == ExclusiveEffect::reset;
+}
 
 } // namespace
 
@@ -175,23 +181,29 @@ int SynthesizerState::share(const TimedMessage& message) const
 {
     const int ofChannel = voiceShare * fluid_synth_get_active_voice_count(synth.get());
     if (message.isLong()) {
-        const bool resets = effectOf(message.bytes()) == ExclusiveEffect::reset;
-        return resets ? freshMessages * ofChannel : ofChannel;
+        return isReset(message) ? std::max(resetShare, freshMessages * ofChannel) : ofChannel;
     }
     const int kind = kindOf(message.shortBytes);
     return kind == STATUS_NOTEON ? noteOnShare : kind < STATUS_CONTROLLER ? keyShare : ofChannel;
 }
 
+// A reset that follows another changes nothing.
 int SynthesizerState::performUpTo(int offset)
 {
     int taken = 0;
+    bool isFresh = false;
     while (!line.isEmpty() && line.front().offset <= offset) {
+        if (isFresh && isReset(line.front())) {
+            line.removeFront();
+            continue;
+        }
         const int needed = share(line.front());
         if (taken != 0 && taken + needed > lineLength) {
             return offset + ownBlock;
         }
         taken += needed;
         goOn();
+        isFresh = isReset(line.front());
         perform(line.front());
         line.removeFront();
     }
