@@ -157,8 +157,12 @@ public:
                        std::function<void(std::optional<std::filesystem::path>)> chosen)>
         askForPlace;
 
-    // Before the application may end: stops the music, and saves a document that could not be saved before;
-    // where that fails again, what it holds is kept as a version of its file.
+    // When the application may end and may go on: stops the music, and saves a document that could not be
+    // saved before; where that fails again, what it holds is kept as a version of its file. The user's answer
+    // about it still counts.
+    void prepareForQuestion();
+
+    // The same before the application ends: nobody is asked any more.
     void prepareForEnd();
 
     const std::shared_ptr<MIDIDocument>& unsavedDocument() const { return unsaved; }
@@ -180,6 +184,7 @@ private:
     void closeUnsaved();
     void dropUnsaved();
     void stopSequencer() const;
+    bool keepUnsavedAsVersion();
     void saveUnsavedElsewhere();
     void saveUnsavedTo(const std::optional<std::filesystem::path>& chosen);
 
@@ -190,6 +195,7 @@ private:
     std::string quiet;
     int alerts = 0; // that are up
     std::shared_ptr<MIDIDocument> unsaved;
+    bool isUnsavedKept = false; // as a version
 };
 
 // The one that `browserViewController` leads to; null for none. [main]

@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 void DocumentBrowserViewController::keepUnsavedDocument(const std::shared_ptr<MIDIDocument>& document)
 {
     unsaved = document;
+    isUnsavedKept = false;
     mainQueue().post([root = self()] {
         if (root->unsaved && root->unsaved->hasUnsavedChanges()) {
             root->offerUnsaved();
@@ -51,7 +52,10 @@ void DocumentBrowserViewController::dropUnsaved()
 
 void DocumentBrowserViewController::closeUnsaved()
 {
-    required(unsaved).closeWithCompletionHandler([this](bool isClosed) {
+    if (!unsaved) {
+        return;
+    }
+    unsaved->closeWithCompletionHandler([this](bool isClosed) {
         if (isClosed) {
             const auto document = std::exchange(unsaved, nullptr);
             refreshAndSelect(document->fileURL());
@@ -61,48 +65,60 @@ void DocumentBrowserViewController::closeUnsaved()
     });
 }
 
-void DocumentBrowserViewController::prepareForEnd()
+void DocumentBrowserViewController::prepareForQuestion()
 {
     stopSequencer();
-    if (!unsaved) {
-        return;
+    if (unsaved) {
+        unsaved->closeWithCompletionHandler(
+            [this](bool isClosed) { isUnsavedKept = isClosed || isUnsavedKept || keepUnsavedAsVersion(); });
     }
-    const auto document = unsaved;
-    document->closeWithCompletionHandler([this, document](bool isClosed) {
-        if (isClosed) {
-            unsaved.reset();
-            return;
-        }
-        const auto kept = NSFileVersion::addVersionOfItemAtURL(document->fileURL(), required(document->data));
-        if (kept) {
-            safeprint("DocumentBrowserViewController::prepareForEnd() : What could not be saved to '",
-                      document->fileURL().string(), "' was kept as a version of it.");
-            unsaved.reset();
-        } else {
-            safeprint("DocumentBrowserViewController::prepareForEnd() : Error: ", kept.error());
-        }
-    });
+}
+
+void DocumentBrowserViewController::prepareForEnd()
+{
+    prepareForQuestion();
+    if (isUnsavedKept) {
+        unsaved.reset();
+    }
+}
+
+bool DocumentBrowserViewController::keepUnsavedAsVersion()
+{
+    const fs::path& file = unsaved->fileURL();
+    const auto kept = NSFileVersion::addVersionOfItemAtURL(file, required(unsaved->data));
+    if (kept) {
+        safeprint("DocumentBrowserViewController::prepareForEnd() : What could not be saved to '",
+                  file.string(), "' was kept as a version of it.");
+    } else {
+        safeprint("DocumentBrowserViewController::prepareForEnd() : Error: ", kept.error());
+    }
+    return bool(kept);
 }
 
 void DocumentBrowserViewController::saveUnsavedElsewhere()
 {
+    if (!unsaved) {
+        return;
+    }
     isPresenting = true;
-    askForPlace(required(unsaved).fileURL(),
-                [root = std::weak_ptr(self())](const std::optional<fs::path>& chosen) {
-                    if (const auto there = root.lock()) {
-                        there->isPresenting = false;
-                        there->saveUnsavedTo(chosen);
-                    }
-                });
+    askForPlace(unsaved->fileURL(), [root = std::weak_ptr(self())](const std::optional<fs::path>& chosen) {
+        if (const auto there = root.lock()) {
+            there->isPresenting = false;
+            there->saveUnsavedTo(chosen);
+        }
+    });
 }
 
 void DocumentBrowserViewController::saveUnsavedTo(const std::optional<fs::path>& chosen)
 {
+    if (!unsaved) {
+        return;
+    }
     if (!chosen) {
         offerUnsaved();
         return;
     }
-    required(unsaved).saveToURL(*chosen, UIDocumentSaveOperation::forOverwriting, [this](bool isSaved) {
+    unsaved->saveToURL(*chosen, UIDocumentSaveOperation::forOverwriting, [this](bool isSaved) {
         if (isSaved) {
             closeUnsaved();
         } else {

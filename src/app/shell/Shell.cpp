@@ -132,8 +132,8 @@ void Shell::connectSystem()
         terminate();
         QCoreApplication::quit();
     });
-    // The session may yet go on: only a quiet music is owed to it.
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { rootScreen->prepareForEnd(); });
+    // The session may yet go on.
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { rootScreen->prepareForQuestion(); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { terminate(); });
     connect(mainWindow.get(), &MainWindow::screenChanged, this, [this] {
         lookAtSound();

@@ -271,6 +271,75 @@ TEST_F(UnsavedDocument, StaysWhereNothingCanKeepIt)
               1);
 }
 
+TEST_F(UnsavedDocument, IsStillTheUsersAfterAnEndThatDidNotCome)
+{
+    leaveWhileFull();
+    root->prepareForQuestion();
+    EXPECT_EQ(bytesOf(file), last);
+    EXPECT_TRUE(root->isOccupied());
+    host->press("Retry");
+    EXPECT_EQ(root->unsavedDocument(), nullptr);
+    EXPECT_FALSE(root->isOccupied());
+    EXPECT_EQ(root->selection(), file);
+}
+
+TEST_F(UnsavedDocument, IsKeptOnceAsAVersionHoweverOftenTheEndIsSpokenOf)
+{
+    setenv("XDG_STATE_HOME", (home.path / ".state").c_str(), 1);
+    leaveWhileFull();
+    fs::remove_all(documents);
+    root->prepareForQuestion();
+    root->prepareForQuestion();
+    host->press("Retry");
+    EXPECT_EQ(host->alerts.size(), 1U);
+    EXPECT_NE(root->unsavedDocument(), nullptr);
+    root->prepareForEnd();
+    EXPECT_EQ(NSFileVersion::otherVersionsOfItemAtURL(file)->size(), 1U);
+    EXPECT_EQ(root->unsavedDocument(), nullptr);
+    unsetenv("XDG_STATE_HOME");
+}
+
+TEST_F(UnsavedDocument, IsSavedElsewhereAfterAnEndThatDidNotCome)
+{
+    setenv("XDG_STATE_HOME", (home.path / ".state").c_str(), 1);
+    leaveWhileFull();
+    fs::remove_all(documents);
+    root->prepareForQuestion();
+    const fs::path elsewhere = home.path / "Elsewhere.mid";
+    root->askForPlace = [&](const fs::path&, const std::function<void(std::optional<fs::path>)>& chosen) {
+        chosen(elsewhere);
+    };
+    host->press("Retry");
+    host->press("Save As");
+    EXPECT_EQ(bytesOf(elsewhere), last);
+    EXPECT_EQ(root->unsavedDocument(), nullptr);
+    unsetenv("XDG_STATE_HOME");
+}
+
+TEST_F(UnsavedDocument, IsNotReachedByAnAnswerAfterTheEnd)
+{
+    std::function<void(std::optional<fs::path>)> answer;
+    leaveWhileFull();
+    root->askForPlace = [&](const fs::path&, std::function<void(std::optional<fs::path>)> chosen) {
+        answer = std::move(chosen);
+    };
+    {
+        const FileSizeLimit limit(10);
+        host->press("Retry");
+    }
+    const UIAlertController alert = host->alerts.back();
+    host->press("Save As");
+    root->prepareForEnd();
+    answer(std::nullopt);
+    answer(documents / "Elsewhere.mid");
+    for (const UIAlertAction& action : alert.actions) {
+        action.handler();
+    }
+    EXPECT_EQ(bytesOf(file), last);
+    EXPECT_FALSE(fs::exists(documents / "Elsewhere.mid"));
+    EXPECT_TRUE(host->alerts.empty());
+}
+
 TEST_F(UnsavedDocument, TheEndStopsTheMusic)
 {
     makeRoot();
