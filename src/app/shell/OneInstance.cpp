@@ -9,6 +9,7 @@
 #include <QThread>
 #include <QtEndian>
 
+#include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
 
@@ -46,6 +47,37 @@ QStringList filesOf(const QByteArray& names)
     return files;
 }
 
+int descriptorOf(const QLocalSocket& socket)
+{
+    return static_cast<int>(socket.socketDescriptor());
+}
+
+// One that does not come in time is refused from then on, which its sender is told.
+QByteArray answerFrom(QLocalSocket& socket)
+{
+    if (socket.waitForReadyRead(patience) || socket.state() != QLocalSocket::ConnectedState) {
+        return socket.readAll();
+    }
+    shutdown(descriptorOf(socket), SHUT_RD);
+    char answer = 0;
+    const bool isThere = recv(descriptorOf(socket), &answer, 1, MSG_DONTWAIT) == 1;
+    return isThere ? QByteArray(1, answer) : QByteArray();
+}
+
+// False where nobody waits for it any more.
+bool tell(const QLocalSocket& socket, const char* answer)
+{
+    return send(descriptorOf(socket), answer, 1, MSG_NOSIGNAL) == 1;
+}
+
+// A display's screens are one.
+QString usualDisplay()
+{
+    static const QRegularExpression screen("(:[0-9]+)\\.[0-9]+$");
+    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
+    return wayland.isNull() ? qEnvironmentVariable("DISPLAY").replace(screen, "\\1") : wayland;
+}
+
 QString folder()
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
@@ -56,7 +88,7 @@ QString folder()
 
 QString OneInstance::usualName()
 {
-    QString display = qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY"));
+    QString display = usualDisplay();
     display.replace(QRegularExpression("[^A-Za-z0-9]"), "-");
     return QString("%1/volvelle-%2%3").arg(folder()).arg(getuid()).arg(display);
 }
@@ -138,8 +170,7 @@ OneInstance::Answer OneInstance::handOver(const QStringList& files) const
         return Answer::absent;
     }
     socket.write(messageOf(files));
-    socket.waitForReadyRead(patience);
-    const QByteArray answer = socket.readAll();
+    const QByteArray answer = answerFrom(socket);
     if (answer == takenAnswer) {
         return Answer::taken;
     }
@@ -167,12 +198,12 @@ void OneInstance::takeFrom(QLocalSocket& socket)
     if (length <= longest && socket.bytesAvailable() < start.size() + static_cast<qint64>(length)) {
         return;
     }
-    const QByteArray message = length <= longest ? socket.read(start.size() + length) : QByteArray();
+    const bool fits = length <= longest;
+    const QByteArray message = fits ? socket.read(start.size() + length) : QByteArray();
     socket.disconnect(this);
-    socket.write(length <= longest ? takenAnswer : refusedAnswer);
-    socket.flush();
+    const bool isAwaited = tell(socket, fits ? takenAnswer : refusedAnswer);
     socket.disconnectFromServer();
-    if (length <= longest) {
+    if (fits && isAwaited) {
         receive(filesOf(message.mid(start.size())));
     }
 }

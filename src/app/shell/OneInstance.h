@@ -28,7 +28,8 @@ public:
         refused     // another one runs and did not take them: this one ends too
     };
 
-    // A first one that does not answer at all, or a place where none can listen, counts as none.
+    // A first one that does not answer in time, and drops the files then, or a place where none can listen,
+    // counts as none.
     Start begin(const QStringList& files, Receive handler);
 
     // From now on another process is the first: before what this one still has to do.

@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
+#include <sys/socket.h>
 #include <thread>
 
 namespace volvelle::test {
@@ -196,10 +198,58 @@ TEST_F(OneInstanceTest, BeginsWhereTheFirstHangs)
     EXPECT_EQ(startAgain({"/a.mid"}), Start::first);
 }
 
+TEST_F(OneInstanceTest, DropsTheFilesOfOneThatWentOnWithoutIt)
+{
+    OneInstance first(name);
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
+    Start late = Start::handedOver;
+    std::thread second([&] { late = OneInstance(name).begin({"/late.mid"}, [](const QStringList&) {}); });
+    second.join(); // while the first one is at work
+    EXPECT_EQ(late, Start::first);
+    EXPECT_EQ(startAgain({"/a.mid"}), Start::handedOver);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !received.isEmpty(); }));
+    EXPECT_EQ(received, QStringList{"/a.mid"});
+}
+
+TEST_F(OneInstanceTest, DropsTheFilesOfOneThatTakesNoAnswer)
+{
+    OneInstance first(name);
+    ASSERT_EQ(first.begin({}, keep()), Start::first);
+    QLocalSocket socket;
+    socket.connectToServer(name);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::ConnectedState; }));
+    socket.write(QByteArray("\0\0\0\7/a.mid\0", 11));
+    ASSERT_TRUE(socket.flush());
+    ASSERT_EQ(shutdown(static_cast<int>(socket.socketDescriptor()), SHUT_RD), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::UnconnectedState; }));
+    EXPECT_EQ(startAgain({"/b.mid"}), Start::handedOver);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !received.isEmpty(); }));
+    EXPECT_EQ(received, QStringList{"/b.mid"});
+}
+
 TEST_F(OneInstanceTest, BeginsWhereNoneCanListen)
 {
     OneInstance nowhere(QString::fromStdString((folder.path / "missing/one").string()));
     EXPECT_EQ(nowhere.begin({}, keep()), Start::first);
+}
+
+TEST(OneInstanceNameTest, IsOneForAllScreensOfADisplay)
+{
+    const QByteArray before = qgetenv("DISPLAY");
+    const QByteArray wayland = qgetenv("WAYLAND_DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+    const auto nameAt = [](const char* display) {
+        setenv("DISPLAY", display, 1);
+        return OneInstance::usualName();
+    };
+    EXPECT_EQ(nameAt(":97.0"), nameAt(":97"));
+    EXPECT_EQ(nameAt("far.example.com:97.1"), nameAt("far.example.com:97"));
+    EXPECT_NE(nameAt(":97"), nameAt(":98"));
+    EXPECT_NE(nameAt("10.0.0.1:97"), nameAt("10.0.0.2:97"));
+    before.isNull() ? unsetenv("DISPLAY") : setenv("DISPLAY", before, 1);
+    if (!wayland.isNull()) {
+        setenv("WAYLAND_DISPLAY", wayland, 1);
+    }
 }
 
 } // namespace
