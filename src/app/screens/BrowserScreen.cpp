@@ -133,16 +133,23 @@ std::optional<BrowserScreen::Notice> BrowserScreen::notice() const
     if (!refusal.isEmpty() && isNaming()) {
         return Notice{refusal, ""};
     }
-    if (!logic->quietLine().empty()) {
-        return Notice{QString::fromStdString(logic->quietLine()), ""};
+    const QString quiet = QString::fromStdString(logic->quietLine());
+    auto offered = offer();
+    if (!quiet.isEmpty()) {
+        return offered ? Notice{quiet + ' ' + offered->line, offered->action} : Notice{quiet, ""};
     }
+    return offered || refusal.isEmpty() ? offered : Notice{refusal, ""};
+}
+
+std::optional<BrowserScreen::Notice> BrowserScreen::offer() const
+{
     if (!logic->waitingDocuments().empty()) {
         return Notice{QString::fromStdString(logic->waitingLine()), "Open now"};
     }
     if (!trashed.isEmpty()) {
         return Notice{QString("'%1' was moved to the trash.").arg(trashed), "Undo"};
     }
-    return refusal.isEmpty() ? std::nullopt : std::optional(Notice{refusal, ""});
+    return std::nullopt;
 }
 
 void BrowserScreen::actOnNotice()
@@ -310,7 +317,10 @@ void BrowserScreen::keyPressEvent(QKeyEvent* event)
     } else if (event->matches(QKeySequence::Undo)) {
         undo();
     } else if (isReturn) {
-        open();
+        // That of a name's field is for the name.
+        if (!isNaming()) {
+            open();
+        }
     } else if (event->key() == Qt::Key_Down && search->hasFocus()) {
         takeFocus();
     } else if (event->key() == Qt::Key_Escape && search->hasFocus()) {

@@ -46,8 +46,9 @@ public:
     void takeFocus();
 
     // Why a name was refused, as long as it is being edited; else why a file that was handed over cannot be
-    // opened, until the browser comes again; else documents that wait, else what was moved to the trash last
-    // and not left since, else why a name was refused that is edited no more; no value for none of them.
+    // opened, until the browser comes again, and with it documents that wait, else what was moved to the
+    // trash last and not left since; else why a name was refused that is edited no more; no value for none of
+    // them.
     std::optional<Notice> notice() const;
     void actOnNotice();
     void dropNotice();
@@ -93,6 +94,7 @@ private:
 
     bool isNaming() const { return nameField() != nullptr; }
 
+    std::optional<Notice> offer() const; // the part of the notice with something to do
     void tellRefusal(const QString& line);
     void duplicate();
     void moveToTrash();

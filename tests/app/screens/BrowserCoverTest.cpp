@@ -67,6 +67,41 @@ TEST_F(BrowserCoverTest, LetsWhatIsChosenWaitWhereADocumentCameMeanwhile)
     EXPECT_EQ(root->documentViewController->document()->fileURL(), folder / "Other.mid");
 }
 
+TEST_F(BrowserCoverTest, TellsWhatWaitsBesideWhatCannotBeOpened)
+{
+    root->presentDocument(folder / "Slow tide.mid");
+    root->tellQuietly("'nosuch' does not exist.");
+    root->importOrWait(other);
+    settle();
+    EXPECT_EQ(notice(), "'nosuch' does not exist. 'Other' waits to be opened.");
+    press("Open now");
+    EXPECT_EQ(root->documentViewController->title, "Other");
+    EXPECT_EQ(notice(), "");
+}
+
+TEST_F(BrowserCoverTest, KeepsWhatWaitsWhereWhatCannotBeOpenedIsClosed)
+{
+    root->presentDocument(folder / "Slow tide.mid");
+    root->importOrWait(other);
+    root->tellQuietly("'nosuch' does not exist.");
+    settle();
+    press("Close");
+    EXPECT_EQ(notice(), "'Other' waits to be opened.");
+    press("Close");
+    EXPECT_EQ(notice(), "");
+}
+
+TEST_F(BrowserCoverTest, KeepsTheWayBackFromTheTrashBesideWhatCannotBeOpened)
+{
+    root->select(folder / "Copper.mid");
+    key(Qt::Key_Delete);
+    root->tellQuietly("'nosuch' does not exist.");
+    EXPECT_EQ(notice(), "'nosuch' does not exist. 'Copper' was moved to the trash.");
+    press("Undo");
+    EXPECT_TRUE(std::filesystem::exists(folder / "Copper.mid"));
+    EXPECT_EQ(notice(), "'nosuch' does not exist.");
+}
+
 TEST_F(BrowserCoverTest, ClosesItsMenuWhenADocumentComes)
 {
     root->select(folder / "Copper.mid");

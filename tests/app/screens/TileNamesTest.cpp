@@ -146,6 +146,41 @@ TEST_F(TileNamesTest, TellsThatAFileIsGoneThatIsRenamed)
     EXPECT_EQ(notice(), "'Hallway' is not there any more.");
 }
 
+TEST_F(TileNamesTest, TakesANameWhoseFieldOutlivedOtherTiles)
+{
+    writeThree();
+    open();
+    key(Qt::Key_F2);
+    type("Late");
+    std::filesystem::remove(folder / "Copper.mid");
+    root->refresh();
+    settle();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(document(), nullptr);
+    EXPECT_EQ(names(), (Names{"Late", "Slow tide"}));
+    EXPECT_EQ(selected(), "Late");
+    key(Qt::Key_Return);
+    EXPECT_NE(document(), nullptr);
+}
+
+TEST_F(TileNamesTest, TakesANameWhoseFieldOutlivedItsPlace)
+{
+    writeThree();
+    open();
+    key(Qt::Key_F2);
+    type("Late");
+    writeIdea("Newer.mid");
+    std::filesystem::remove(folder / "Slow tide.mid");
+    root->refresh();
+    settle();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Enter);
+    settle();
+    EXPECT_EQ(document(), nullptr);
+    EXPECT_EQ(names(), (Names{"Newer", "Late", "Copper"}));
+    EXPECT_EQ(selected(), "Late");
+}
+
 TEST_F(TileNamesTest, ShowsOpensAndRenamesANameOfOtherBytes)
 {
     writeIdea("a\xE9.mid");
