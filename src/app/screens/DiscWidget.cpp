@@ -2,6 +2,7 @@
 
 #include "app/screens/Appearance.h"
 #include "app/screens/Controls.h"
+#include "base/Console.h"
 
 #include <QCursor>
 #include <QEnterEvent>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 namespace volvelle {
@@ -24,6 +26,8 @@ DiscWidget::DiscWidget(QWidget* parent) : QWidget(parent), view(std::make_shared
     view->setNeedsDisplay = [this] {
         const bool hasMoved =
             std::exchange(beat, view->baseClass->currentBeat) != view->baseClass->currentBeat;
+        lacksDisc &= hasMoved;
+        lacksCircle &= hasMoved;
         if (window()->isMinimized()) {
             // It is painted when it comes back.
         } else if (hasMoved) {
@@ -45,6 +49,7 @@ void DiscWidget::setContent(DiscContent content)
 {
     content.isPlaying = shown.isPlaying;
     shown = std::move(content);
+    lacksDisc = lacksCircle = false;
     update();
 }
 
@@ -85,6 +90,23 @@ void DiscWidget::followCircle()
     shown.position = movesByBeats ? std::floor(position) : position;
 }
 
+void DiscWidget::paintWithinMemory(bool& isLeftOut, const std::function<void()>& painting)
+{
+    if (isLeftOut) {
+        return;
+    }
+    try {
+        painting();
+    } catch (const std::bad_alloc&) {
+        isLeftOut = true;
+        view->baseClass->chosen = nullptr;
+        discPainter = DiscPainter();
+        circlePainter = CirclePainter();
+        directPrint("DiscWidget : Error: There is not enough memory to paint all of the music.");
+        update();
+    }
+}
+
 // Draws again what the position changes alone.
 void DiscWidget::showPosition()
 {
@@ -93,14 +115,18 @@ void DiscWidget::showPosition()
         update();
         return;
     }
-    update(discPainter.move(shown));
+    paintWithinMemory(lacksDisc, [this] { update(discPainter.move(shown)); });
     if (!view->isHidden) {
-        const QRegion pixels =
-            circlePainter.move(*view->baseClass, view->bounds, ResizingBehavior::fitInside);
-        for (const QRect& rect : pixels) {
-            const QRectF lengths = toWidget.mapRect(QRectF(rect));
-            update(lengths.toAlignedRect());
-        }
+        paintWithinMemory(lacksCircle, [this] { moveCircle(); });
+    }
+}
+
+void DiscWidget::moveCircle()
+{
+    const QRegion pixels = circlePainter.move(*view->baseClass, view->bounds, ResizingBehavior::fitInside);
+    for (const QRect& rect : pixels) {
+        const QRectF lengths = toWidget.mapRect(QRectF(rect));
+        update(lengths.toAlignedRect());
     }
 }
 
@@ -109,11 +135,16 @@ void DiscWidget::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     toWidget = painter.deviceTransform().inverted();
     followCircle();
-    bool isNew = discPainter.paint(painter, shown, side(), Appearance::shared().theme());
+    bool isNew = false;
+    paintWithinMemory(
+        lacksDisc, [&] { isNew = discPainter.paint(painter, shown, side(), Appearance::shared().theme()); });
     view->bounds = DiscPainter::canvas(shown, side());
     isCirclePainted = !view->isHidden;
     if (isCirclePainted) {
-        isNew |= circlePainter.paint(painter, *view->baseClass, view->bounds, ResizingBehavior::fitInside);
+        paintWithinMemory(lacksCircle, [&] {
+            isNew |=
+                circlePainter.paint(painter, *view->baseClass, view->bounds, ResizingBehavior::fitInside);
+        });
     }
     if (isNew && event->region().boundingRect() != rect()) {
         update();

@@ -7,11 +7,12 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace volvelle {
 
-// The disc with the circle on it. A click plays or stops. [main]
+// The disc with the circle on it, without what finds no memory. A click plays or stops. [main]
 class DiscWidget : public QWidget {
     Q_OBJECT
 
@@ -53,6 +54,9 @@ private:
     void showPointer();
     void followCircle();
     void showPosition();
+    void moveCircle();
+    // What finds no memory is left out from then on, until there is other music, with one line.
+    void paintWithinMemory(bool& isLeftOut, const std::function<void()>& painting);
     double side() const;
 
     std::shared_ptr<MIDICircleView> view;
@@ -61,6 +65,8 @@ private:
     CirclePainter circlePainter;
     double beat = 0.0; // that the circle was at last
     bool isCirclePainted = false;
+    bool lacksDisc = false; // they find no memory
+    bool lacksCircle = false;
     QTransform toWidget; // from the pixels of the device that was painted on
     bool isPressed = false;
     QPointF pointer{-1.0, -1.0}; // where it was last

@@ -2,6 +2,8 @@
 
 #include "app/circle/MIDICircleViewDelegate.h"
 
+#include <new>
+
 // A sequence for the circle, written down by a test.
 namespace volvelle::test {
 
@@ -9,7 +11,18 @@ struct FakeSequence : MIDICircleViewDelegate {
     double beats = 16.0;
     std::vector<std::shared_ptr<AUMIDIEventEx>> events;
 
-    std::vector<std::shared_ptr<AUMIDIEventEx>> getEvents() override { return events; }
+    int answersUntilFull = -1; // how often the events find memory; -1 for always
+    int questions = 0;         // for the events
+
+    std::vector<std::shared_ptr<AUMIDIEventEx>> getEvents() override
+    {
+        ++questions;
+        if (answersUntilFull >= 0 && answersUntilFull-- == 0) {
+            answersUntilFull = 0;
+            throw std::bad_alloc();
+        }
+        return events;
+    }
 
     double getBeatCount() override { return beats; }
 

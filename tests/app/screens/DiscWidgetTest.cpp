@@ -2,6 +2,7 @@
 
 #include "tests/app/circle/FakeSequence.h"
 #include "tests/app/screens/ImageDifference.h"
+#include "tests/support/ConsoleCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -88,6 +89,7 @@ struct DiscWidgetTest : testing::Test {
     }
 
     static constexpr int side = 500;
+    const std::string noMemory = "DiscWidget : Error: There is not enough memory to paint all of the music.";
     test::FakeSequence sequence;
     QWidget window;
     DiscWidget disc{&window};
@@ -154,6 +156,42 @@ TEST_F(DiscWidgetTest, ShowsTheCircleThatComesOrGoesAsThePositionMoves)
         disc.circle()->isHidden = isHidden;
         moveTo(isHidden ? 2.5 : 3.5);
         EXPECT_LE(difference(), 4) << isHidden;
+    }
+}
+
+TEST_F(DiscWidgetTest, LeavesOutTheNotesThatFindNoMemory)
+{
+    test::ConsoleCapture console;
+    for (const int answers : {0, 1}) {
+        sequence.add({0x91, 80, 127}, 6.0, 8.0);
+        sequence.answersUntilFull = answers;
+        disc.circle()->setNeedsDisplay();
+        QApplication::processEvents();
+        EXPECT_EQ(console.take(), std::vector<std::string>{noMemory});
+        sequence.questions = 0;
+        moveTo(answers + 1.0);
+        moveTo(answers + 1.5);
+        EXPECT_EQ(sequence.questions, 0);
+        sequence.answersUntilFull = -1;
+        disc.circle()->setNeedsDisplay();
+        QApplication::processEvents();
+        EXPECT_LE(difference(), 4);
+    }
+}
+
+TEST_F(DiscWidgetTest, LeavesOutTheNotesThatFindNoMemoryAsItMoves)
+{
+    test::ConsoleCapture console;
+    for (const int answers : {0, 1}) {
+        moveTo(answers);
+        sequence.answersUntilFull = answers;
+        moveTo(answers + 3.0);
+        EXPECT_EQ(console.take(), std::vector<std::string>{noMemory});
+        EXPECT_EQ(disc.circle()->baseClass->chosen, nullptr);
+        sequence.answersUntilFull = -1;
+        disc.setContent(content);
+        QApplication::processEvents();
+        EXPECT_LE(difference(), 4);
     }
 }
 
