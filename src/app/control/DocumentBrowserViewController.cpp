@@ -5,8 +5,10 @@
 #include "base/Checked.h"
 #include "base/Console.h"
 #include "base/Paths.h"
+#include "base/PlainText.h"
 #include "base/Text.h"
 #include "phrases/PhraseLibrary.h"
+#include "services/documents/NSFileVersion.h"
 #include "services/files/SafeFile.h"
 
 #include <utility>
@@ -34,6 +36,18 @@ Result<> copyExample(const fs::path& from, const fs::path& folder)
         return failure(std::generic_category().message(failed));
     }
     return {};
+}
+
+bool hasUnresolvedVersions(const fs::path& file)
+{
+    const auto versions = NSFileVersion::unresolvedConflictVersionsOfItemAtURL(file);
+    return versions && !versions->empty();
+}
+
+std::string keptVersionsLine(const fs::path& file)
+{
+    return concat("Another version of '", shownName(file), "' is kept in '",
+                  shownPath(NSFileVersion::keptVersionsOfItemAtURL(file)), "'.");
 }
 
 } // namespace
@@ -178,11 +192,16 @@ void DocumentBrowserViewController::presentDocument(const fs::path& url)
     screen->loadViewIfNeeded();
     const auto document = MIDIDocument::make(url);
     screen->setDocument(document);
-    document->openWithCompletionHandler([this, &screen, &url](bool isOpen) {
+    const bool hasVersions = hasUnresolvedVersions(url);
+    document->openWithCompletionHandler([&, this](bool isOpen) {
         if (!isOpen) {
             safeprint("DocumentBrowserViewController::presentDocument() : Error: Document '", url.string(),
                       "' could not be opened.");
+            tellQuietly(plainLine(document->lastError()));
             return;
+        }
+        if (hasVersions && !hasUnresolvedVersions(url)) {
+            tellQuietly(keptVersionsLine(url));
         }
         safeprint("DocumentBrowserViewController::presentDocument() : Document opening.");
         isPresenting = true;

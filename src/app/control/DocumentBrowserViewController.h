@@ -141,8 +141,8 @@ public:
     void openWaitingDocument();
     void forgetWaitingDocuments();
 
-    // Why a file that was handed over cannot be opened, in a line that is in nobody's way; empty for none.
-    // Told by onBrowserChanged.
+    // Why a file cannot be opened, or where another version of the one that was is kept, in a line that is in
+    // nobody's way; empty for none. Told by onBrowserChanged.
     const std::string& quietLine() const { return quiet; }
 
     void tellQuietly(std::string line);

@@ -45,10 +45,9 @@ public:
     // The keyboard's focus to the tiles, with the selected one in view, or to New where there are none.
     void takeFocus();
 
-    // Why a name was refused, as long as it is being edited; else why a file that was handed over cannot be
-    // opened, until the browser comes again, and with it documents that wait, else what was moved to the
-    // trash last and not left since; else why a name was refused that is edited no more; no value for none of
-    // them.
+    // Why a name was refused, as long as it is being edited; else the logic's quiet line, until the browser
+    // comes again, and with it documents that wait, else what was moved to the trash last and not left since;
+    // else why a name was refused that is edited no more; no value for none of them.
     std::optional<Notice> notice() const;
     void actOnNotice();
     void dropNotice();

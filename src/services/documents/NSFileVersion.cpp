@@ -170,12 +170,17 @@ Result<> NSFileVersion::removeOtherVersionsOfItemAtURL(const fs::path& url)
     if (versions->empty()) {
         return {};
     }
-    const fs::path folder = folderFor(url, keptFolder);
+    const fs::path folder = keptVersionsOfItemAtURL(url);
     Result<> result = makeFolder(folder);
     for (std::size_t i = 0; result && i < versions->size(); ++i) {
         result = keep((*versions)[i]->place, folder);
     }
     return result;
+}
+
+fs::path NSFileVersion::keptVersionsOfItemAtURL(const fs::path& url)
+{
+    return folderFor(url, keptFolder);
 }
 
 void NSFileVersion::setResolved(bool value)

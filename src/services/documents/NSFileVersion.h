@@ -32,6 +32,9 @@ public:
     // Takes all versions off the list; their bytes go to "versions/kept".
     static Result<> removeOtherVersionsOfItemAtURL(const std::filesystem::path& url);
 
+    // The folder that they go to; empty for none.
+    static std::filesystem::path keptVersionsOfItemAtURL(const std::filesystem::path& url);
+
     // Where the bytes stand.
     const std::filesystem::path& url() const { return place; }
 

@@ -257,6 +257,28 @@ TEST_F(UnsavedDocument, IsKeptAsAVersionWhereTheEndComesFirst)
     unsetenv("XDG_STATE_HOME");
 }
 
+TEST_F(UnsavedDocument, IsSpokenOfAtTheNextOpeningWhereItWasKept)
+{
+    const fs::path state = home.path / ".state";
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    leaveWhileFull();
+    fs::remove_all(documents);
+    root->prepareForEnd();
+    host->press("OK");
+    writeDocument("Slow tide.mid");
+    makeRoot();
+    root->presentDocument(file);
+    const fs::path kept = state / "volvelle/versions/kept" / fs::canonical(file).relative_path();
+    EXPECT_EQ(root->quietLine(), "Another version of 'Slow tide' is kept in '" + kept.string() + "'.");
+    EXPECT_EQ(bytesOf(kept / "version 1.mid"), last);
+    up()->onButtonDone();
+    mainQueue().drain();
+    root->tellQuietly("");
+    root->presentDocument(file);
+    EXPECT_EQ(root->quietLine(), "");
+    unsetenv("XDG_STATE_HOME");
+}
+
 TEST_F(UnsavedDocument, StaysWhereNothingCanKeepIt)
 {
     leaveWhileFull();
