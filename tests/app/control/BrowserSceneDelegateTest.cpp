@@ -104,6 +104,17 @@ TEST_F(BrowserSceneDelegateTest, InItsPlaceOnlyMusicIsOpened)
     EXPECT_EQ(bytesOf(garbage), std::vector<std::uint8_t>({'n', 'o', ' ', 'm', 'u', 's', 'i', 'c'}));
 }
 
+TEST_F(BrowserSceneDelegateTest, AFileThatIsGoneBeforeItIsReadIsTold)
+{
+    const fs::path file = writeDocument("Slow tide.mid");
+    root->onBrowserChanged = [&file] { fs::remove(file); };
+    scene.sceneOpenURLContexts({{file, true}});
+    EXPECT_EQ(root->quietLine(), "'" + file.string() + "' could not be read: it does not exist.");
+    EXPECT_FALSE(root->isPresenting);
+    EXPECT_EQ(host->calls, Lines{});
+    EXPECT_EQ(host->alerts.size(), 0U);
+}
+
 TEST_F(BrowserSceneDelegateTest, WhileADocumentIsUpFilesWaitAndNothingIsCopied)
 {
     root->presentDocument(writeDocument("Slow tide.mid"));
