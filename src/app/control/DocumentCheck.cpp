@@ -5,7 +5,27 @@
 #include "services/files/SafeFile.h"
 #include "services/musicsequence/MusicSequence.h"
 
+#include <new>
+#include <utility>
+
 namespace volvelle {
+
+namespace {
+
+Result<> checkMusic(const std::string& name, const std::vector<std::uint8_t>& bytes)
+{
+    MusicSequence sequence;
+    std::uint32_t tracks = 0;
+    if (NewMusicSequenceFromData(bytes, kMusicSequenceLoadSMF_ChannelsToTracks, sequence) != noErr) {
+        return failure(concat(name, " is not a MIDI file."));
+    }
+    if (MusicSequenceGetTrackCount(sequence, tracks) != noErr || tracks == 0) {
+        return failure(concat(name, " holds no track."));
+    }
+    return {};
+}
+
+} // namespace
 
 Result<> checkDocument(const std::filesystem::path& file, bool wasSeen)
 {
@@ -23,15 +43,12 @@ Result<> checkDocument(const std::filesystem::path& file, bool wasSeen)
     if (status != noErr) {
         return failure(concat(name, " could not be read."));
     }
-    MusicSequence sequence;
-    std::uint32_t tracks = 0;
-    if (NewMusicSequenceFromData(bytes, kMusicSequenceLoadSMF_ChannelsToTracks, sequence) != noErr) {
-        return failure(concat(name, " is not a MIDI file."));
+    std::string tooLarge = concat(name, " is too large.");
+    try {
+        return checkMusic(name, bytes);
+    } catch (const std::bad_alloc&) {
+        return failure(std::move(tooLarge));
     }
-    if (MusicSequenceGetTrackCount(sequence, tracks) != noErr || tracks == 0) {
-        return failure(concat(name, " holds no track."));
-    }
-    return {};
 }
 
 } // namespace volvelle

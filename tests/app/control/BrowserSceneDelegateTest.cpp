@@ -1,5 +1,7 @@
 #include "app/control/BrowserSceneDelegate.h"
+#include "app/control/DocumentCheck.h"
 #include "tests/app/control/ScreenFixture.h"
+#include "tests/support/AllocationCount.h"
 
 #include <sys/stat.h>
 
@@ -102,6 +104,22 @@ TEST_F(BrowserSceneDelegateTest, InItsPlaceOnlyMusicIsOpened)
     EXPECT_EQ(lines.size(), 5U);
     EXPECT_EQ(host->calls, Lines{});
     EXPECT_EQ(bytesOf(garbage), std::vector<std::uint8_t>({'n', 'o', ' ', 'm', 'u', 's', 'i', 'c'}));
+}
+
+TEST_F(BrowserSceneDelegateTest, AFileThatTheMemoryCannotHoldIsNoDocument)
+{
+    std::size_t count = 0;
+    {
+        const AllocationCount allocations;
+        ASSERT_TRUE(checkDocument(foreign));
+        count = allocations.count;
+    }
+    std::optional<Result<>> checked;
+    {
+        const AllocationCount allocations(count - 1);
+        checked = checkDocument(foreign);
+    }
+    EXPECT_EQ(checked->error(), "'Other' is too large.");
 }
 
 TEST_F(BrowserSceneDelegateTest, AFileThatIsGoneBeforeItIsReadIsTold)
