@@ -145,6 +145,12 @@ std::shared_ptr<MIDIPhrase> loadPhrase(const fs::path& file, ScoreKind kind)
     return phrase;
 }
 
+std::shared_ptr<MIDIPhrase> readPhrase(const fs::path& file, ScoreKind kind)
+{
+    const auto phrase = loadPhrase(file, kind);
+    return phrase->sequence && phrase->sequence->loadStatus == noErr ? phrase : nullptr;
+}
+
 Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind)
 {
     Score score;
@@ -160,8 +166,8 @@ Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind)
 
 Result<Score> readMIDIPhrase(const fs::path& file, ScoreKind kind)
 {
-    const auto phrase = loadPhrase(file, kind);
-    if (!phrase->sequence || phrase->sequence->loadStatus != noErr) {
+    const auto phrase = readPhrase(file, kind);
+    if (!phrase) {
         return failure("the MIDI file cannot be read");
     }
     if (const Result<> whole = checkWhole(phrase->sequence->getMusicSequence()); !whole) {
@@ -189,8 +195,10 @@ PhraseCompany companyIn(const fs::path& resources)
         const fs::path folder = resources / phraseFolder(kind);
         std::error_code unknown;
         for (int number = 1; fs::is_regular_file(folder / phraseName(number), unknown); ++number) {
-            const Score score = scoreOf(*loadPhrase(folder / phraseName(number), kind), kind);
-            kind == ScoreKind::drums ? company.addDrums(score) : company.addPattern(score);
+            if (const auto phrase = readPhrase(folder / phraseName(number), kind)) {
+                const Score score = scoreOf(*phrase, kind);
+                kind == ScoreKind::drums ? company.addDrums(score) : company.addPattern(score);
+            }
         }
     }
     return company;

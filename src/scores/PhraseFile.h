@@ -16,6 +16,9 @@ class MIDIPhrase;
 // Loads a file that is there as the track of its kind does: notes on the grid, chords found.
 std::shared_ptr<MIDIPhrase> loadPhrase(const std::filesystem::path& file, ScoreKind kind);
 
+// Loads a file likewise; null where it cannot be read or is no longer there.
+std::shared_ptr<MIDIPhrase> readPhrase(const std::filesystem::path& file, ScoreKind kind);
+
 // A loaded phrase as a score without a text, as far as it lies before beat 16; of a chord pattern the chords
 // are those that were found, and the notes theirs.
 Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind);
@@ -25,7 +28,8 @@ Score scoreOf(const MIDIPhrase& phrase, ScoreKind kind);
 // damaged, longer, or without a note or a chord.
 Result<Score> readMIDIPhrase(const std::filesystem::path& file, ScoreKind kind);
 
-// The chord patterns and the drums below a folder of resources, as far as they are there without a gap.
+// The chord patterns and the drums below a folder of resources, as far as they are there without a gap. What
+// cannot be read is passed over.
 PhraseCompany companyIn(const std::filesystem::path& resources);
 
 } // namespace volvelle

@@ -217,6 +217,18 @@ TEST_F(PhraseFile, ThePatternsAndDrumsOfALibraryAreTheCompanyOfAPhrase)
     EXPECT_TRUE(companyIn(folder / "gone").harmonies.empty());
 }
 
+TEST_F(PhraseFile, APhraseThatVanishedOrIsBrokenIsNoCompany)
+{
+    put(parsed(head + "chords:\n| Am | FM | GM | . |\n", ScoreKind::chordPattern), "001.mid");
+    put(parsed(head + "chords:\n| Em | FM | GM | . |\n", ScoreKind::chordPattern), "003.mid");
+    const fs::path place = folder / phraseFolder(ScoreKind::chordPattern);
+    std::ofstream(place / "002.mid") << "no music";
+    EXPECT_EQ(companyIn(folder).harmonies.size(), 26U);
+    EXPECT_EQ(readPhrase(place / "002.mid", ScoreKind::chordPattern), nullptr);
+    EXPECT_EQ(readPhrase(place / "004.mid", ScoreKind::chordPattern), nullptr);
+    EXPECT_NE(readPhrase(place / "003.mid", ScoreKind::chordPattern), nullptr);
+}
+
 TEST_F(PhraseFile, MoreNotesAtOnceThanAChordHasKeysForAreRefused)
 {
     const auto cluster = [](int notes) {
