@@ -60,6 +60,11 @@ IdeaFile IdeaFile::firstFree(const fs::path& file)
     return {false, false, withEnding(file, true)};
 }
 
+IdeaFile IdeaFile::freeNumbers(const fs::path& file)
+{
+    return {false, true, withEnding(file, true)};
+}
+
 Result<> IdeaFile::prepare() const
 {
     NewFile attempt;

@@ -24,6 +24,9 @@ public:
     // The next free name of "F.mid", "F 2.mid" and so on. Writing fails where `file` ends without a name.
     static IdeaFile firstFree(const std::filesystem::path& file);
 
+    // The free ones of "F 1.mid", "F 2.mid" and so on.
+    static IdeaFile freeNumbers(const std::filesystem::path& file);
+
     // Fails where the one file that has a name could not be written, as far as can be told. Nothing is
     // written.
     Result<> prepare() const;

@@ -5,6 +5,7 @@
 #include "base/RandomSource.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
+#include "cli/IdeaFile.h"
 #include "cli/SiblingProgram.h"
 #include "inspection/ArrangementSummary.h"
 #include "phrases/ChordFollowing.h"
@@ -50,14 +51,18 @@ void putPhrase(MIDIClipGenerator& generator, const fs::path& phrase, ScoreKind k
     }
 }
 
-Result<> writeFile(const fs::path& file, const Bytes& bytes)
+Result<> writePhrase(const Score& score, const fs::path& file)
 {
-    const int failed = putFile(file, bytes, true);
+    const auto bytes = scoreToMIDI(score);
+    if (!bytes) {
+        return failure(bytes.error());
+    }
+    const int failed = putFile(file, *bytes, true);
     return failed == 0 ? Result<>() : failure(writeFailure(file, failed));
 }
 
 // Writes an arrangement that holds the phrase.
-Result<> makeArrangement(const fs::path& phrase, ScoreKind kind, const fs::path& file, CommandOutput& output)
+Result<> makeArrangement(const fs::path& phrase, ScoreKind kind, IdeaFile& file, CommandOutput& output)
 {
     MIDIClipGenerator generator;
     generator.makeArrangement(false);
@@ -67,12 +72,12 @@ Result<> makeArrangement(const fs::path& phrase, ScoreKind kind, const fs::path&
     if (sequenceFileBytes(required(sequence).getMusicSequence(), bytes) != noErr || bytes.empty()) {
         return failure("The arrangement could not be turned into a MIDI file.");
     }
-    const Result<> written = writeFile(file, bytes);
+    const Result<> written = file.write(bytes);
     const ArrangementSummary summary = summaryOf(generator);
     std::set<fs::path> unread;
     tellUnread(summary, unread, output);
     if (written) {
-        output.remark(concat("'", file.filename().string(), "': ", shortReport(summary)));
+        output.remark(concat("'", fs::path(file.name()).filename().string(), "': ", shortReport(summary)));
     }
     return written;
 }
@@ -101,13 +106,13 @@ int hear(const Score& score, const fs::path& folder, const LibraryHearOptions& o
     const HeldSignals signals;
     const PrivateFolder place;
     const fs::path phrase = place.path() / "phrase.mid";
-    const auto bytes = scoreToMIDI(score);
-    Result<> done = bytes ? writeFile(phrase, *bytes) : Result<>(failure(bytes.error()));
-    for (int number = 1; done && number <= arrangements; ++number) {
-        const fs::path file = (folder.empty() ? place.path() : folder) /
-                              concat(options.score.stem().string(), " ", number, ".mid");
+    Result<> done = writePhrase(score, phrase);
+    IdeaFile file = IdeaFile::freeNumbers((folder.empty() ? place.path() : folder) /
+                                          concat(options.score.stem().string(), ".mid"));
+    for (int made = 0; done && made < arrangements; ++made) {
         done = makeArrangement(phrase, score.kind, file, output);
-        if (const int status = done ? play(file, options, output) : int{exitDone}; status != exitDone) {
+        if (const int status = done ? play(file.name(), options, output) : int{exitDone};
+            status != exitDone) {
             return status;
         }
     }

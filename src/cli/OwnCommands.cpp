@@ -109,7 +109,8 @@ void addLibraryHear(CLI::App& library, Request& request)
         ->required()
         ->option_text("(required)");
     hear.add_option("--out", options.out,
-                    "folder that keeps the three as MIDI files; none is kept without it")
+                    "folder that keeps the three as MIDI files, under the next free numbers; none is kept "
+                    "without it")
         ->option_text("DIR");
     hear.add_option("--port", options.port, "a MIDI port of another program; the sound device without it")
         ->option_text("NAME");

@@ -53,6 +53,20 @@ TEST_F(LibraryHearCommandTest, AFolderKeepsTheArrangements)
     }
 }
 
+TEST_F(LibraryHearCommandTest, ASecondHearingReplacesNothing)
+{
+    write("kept/001-a 2.mid", "mine");
+    EXPECT_EQ(hear("leads/001-a.score --out kept").status, 0);
+    const std::string first = read("kept/001-a 1.mid");
+    EXPECT_THAT(hear("leads/001-a.score --out kept").output, StartsWith("'001-a 5.mid': "));
+    EXPECT_EQ(read("kept/001-a 1.mid"), first);
+    EXPECT_EQ(read("kept/001-a 2.mid"), "mine");
+    EXPECT_THAT(read("heard"), HasSubstr("001-a 3.mid\nplay --resources=R -- 001-a 4.mid\n"
+                                         "play --resources=R -- 001-a 5.mid\n"));
+    EXPECT_NE(read("kept/001-a 7.mid"), "");
+    EXPECT_FALSE(std::filesystem::exists(folder / "work/kept/001-a 8.mid"));
+}
+
 TEST_F(LibraryHearCommandTest, AChordPatternLeadsTheOthers)
 {
     std::filesystem::create_directory(folder / "work/kept");
