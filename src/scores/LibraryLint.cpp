@@ -32,12 +32,14 @@ public:
     void readFolder(ScoreKind kind);
     void lintFolderOf(ScoreKind kind);
     void lintFile(const fs::path& file, ScoreKind kind);
+    void lintNumber(const fs::path& file, const fs::path& place);
 
     LintReport report() const { return {scores, rules.faults}; }
 
 private:
     void lintNames(const fs::path& folder);
     void lintNumbers(const std::vector<fs::path>& files);
+    void holdNumber(const fs::path& file, int number, int expected);
 
     const fs::path library;
     int scores = 0; // that were looked at
@@ -122,15 +124,37 @@ void LibraryLinter::lintNumbers(const std::vector<fs::path>& files)
 {
     int expected = 1;
     for (const fs::path& file : files) {
-        const auto number = scoreNumber(file);
-        if (number && *number < expected) {
-            rules.add(file, concat("the number ", *number, " stands twice, ", expected, " is the next"));
-        } else if (number) {
-            if (*number > expected) {
-                rules.add(file, concat("the number ", *number, " leaves a gap, ", expected, " is the next"));
-            }
+        if (const auto number = scoreNumber(file)) {
+            holdNumber(file, *number, expected);
             expected = *number + 1;
         }
+    }
+}
+
+// The number of a score in `place`, against those beside it.
+void LibraryLinter::lintNumber(const fs::path& file, const fs::path& place)
+{
+    const auto number = scoreNumber(place);
+    const auto files = scoresIn(place.parent_path());
+    int expected = 1;
+    bool isThere = false;
+    for (const fs::path& beside : files ? *files : std::vector<fs::path>()) {
+        const bool isOwn = beside.filename() == place.filename();
+        const auto other = isOwn ? std::nullopt : scoreNumber(beside);
+        isThere = isThere || isOwn;
+        expected = other && other <= number ? *other + 1 : expected;
+    }
+    if (number && isThere) {
+        holdNumber(file, *number, expected);
+    }
+}
+
+void LibraryLinter::holdNumber(const fs::path& file, int number, int expected)
+{
+    if (number != expected) {
+        rules.add(file,
+                  concat("the number ", number, number < expected ? " stands twice, " : " leaves a gap, ",
+                         expected, " is the next"));
     }
 }
 
@@ -173,6 +197,7 @@ LintReport lintScoreFile(const fs::path& file, const PhraseCompany& elsewhere)
         linter.readFolder(beside);
     }
     linter.rules.begin();
+    linter.lintNumber(file, place);
     linter.lintFile(file, *kind);
     return linter.report();
 }

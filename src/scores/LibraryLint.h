@@ -15,8 +15,8 @@ namespace volvelle {
 // those of `elsewhere`.
 LintReport lintLibrary(const std::filesystem::path& library, const PhraseCompany& elsewhere = {});
 
-// Holds the rules of one score against a file, and its title and the places where it is struck against those
-// of the library around it. Its folder tells its kind; a link elsewhere is followed.
+// Holds the rules of one score against a file, and its number, its title and the places where it is struck
+// against those of the library around it. Its folder tells its kind; a link elsewhere is followed.
 LintReport lintScoreFile(const std::filesystem::path& file, const PhraseCompany& elsewhere = {});
 
 } // namespace volvelle

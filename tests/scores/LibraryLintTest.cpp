@@ -125,6 +125,20 @@ TEST_F(LibraryLint, NumbersWithAGapOrADoubleAreTold)
                      scores("leads").at(5).string() + ": the number 6 leaves a gap, 5 is the next"}));
 }
 
+TEST_F(LibraryLint, TheNumberOfOneScoreIsHeldAgainstItsFolder)
+{
+    const auto leads = scores("leads");
+    fs::rename(leads.at(4), "lib/leads/004-zz.score");
+    const std::string twice = ": the number 4 stands twice, 5 is the next";
+    EXPECT_EQ(lintScoreFile("lib/leads/004-zz.score").faults, Lines{"lib/leads/004-zz.score" + twice});
+    EXPECT_EQ(lintScoreFile(leads.at(3)).faults, Lines{leads.at(3).string() + twice});
+    EXPECT_EQ(lintScoreFile(leads.at(5)).faults,
+              Lines{leads.at(5).string() + ": the number 6 leaves a gap, 5 is the next"});
+    EXPECT_EQ(lintScoreFile(leads.at(6)).faults, Lines{});
+    fs::create_symlink(fs::absolute("lib/leads/004-zz.score"), "mine.score");
+    EXPECT_EQ(lintScoreFile("mine.score").faults, Lines{"mine.score" + twice});
+}
+
 TEST_F(LibraryLint, NamesOfAnotherFormAreTold)
 {
     fs::rename(scores("drums").back(), "lib/drums/99-short.score");
