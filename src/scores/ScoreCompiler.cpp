@@ -17,7 +17,7 @@ void compileFolder(const fs::path& scores, ScoreKind kind, std::vector<CompiledP
     const fs::path folder = scores / scoreFolder(kind);
     std::error_code unknown;
     if (!fs::exists(folder, unknown)) {
-        report.errors.push_back(concat(folder.string(), ": there is no such folder: all five are needed"));
+        report.errors.push_back(concat(scoreFolder(kind), ": there is no such folder: all five are needed"));
         return;
     }
     const auto paths = scoresIn(folder);
