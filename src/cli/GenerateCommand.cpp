@@ -1,10 +1,10 @@
 #include "cli/GenerateCommand.h"
 
-#include "base/Paths.h"
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
 #include "cli/IdeaCompanions.h"
 #include "cli/IdeaFile.h"
+#include "cli/MissingPhrases.h"
 #include "inspection/ArrangementSummary.h"
 #include "sequence/SequenceFileBytes.h"
 
@@ -40,22 +40,6 @@ std::string misuseOf(const GenerateOptions& options)
         return options.count == 1 ? "" : "Standard output takes one idea: leave --count out.";
     }
     return IdeaFile::misuseOf(*options.out);
-}
-
-std::string missingPhrases()
-{
-    const auto folder = resourcesFolder();
-    std::error_code error;
-    if (!folder) {
-        return "The phrases are missing: name the folder that holds Phrases and Phrases2 with --resources "
-               "DIR.";
-    }
-    if (!std::filesystem::is_directory(*folder / "Phrases", error)) {
-        return concat(
-            "'", folder->string(),
-            "' holds no phrases: name a folder that holds Phrases and Phrases2 with --resources DIR.");
-    }
-    return "";
 }
 
 void report(const std::string& file, const std::vector<ArrangementSummary>& summaries, int count,

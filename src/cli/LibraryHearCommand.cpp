@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "cli/ArrangementReport.h"
 #include "cli/IdeaFile.h"
+#include "cli/MissingPhrases.h"
 #include "cli/SiblingProgram.h"
 #include "inspection/ArrangementSummary.h"
 #include "phrases/ChordFollowing.h"
@@ -133,6 +134,9 @@ int runLibraryHear(const LibraryHearOptions& options, CommandOutput& output)
     const auto score = readScore(options.score, *kind);
     if (!score) {
         return output.failure(concat(options.score.string(), ": ", score.error()));
+    }
+    if (const std::string line = missingPhrases(); !line.empty()) {
+        return output.failure(line);
     }
     if (const Result<> library = checkPhraseLibrary(); !library) {
         return output.failure(library.error());

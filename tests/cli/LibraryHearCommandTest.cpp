@@ -102,6 +102,19 @@ TEST_F(LibraryHearCommandTest, APhraseOfTheLibraryThatIsNoFileIsNotWaitedFor)
     EXPECT_FALSE(std::filesystem::exists(folder / "work/heard"));
 }
 
+TEST_F(LibraryHearCommandTest, WithoutPhrasesItTellsHowToGiveThem)
+{
+    const auto bare = shell("cp \"$VOLVELLE\" alone; ./alone library hear leads/001-a.score");
+    EXPECT_EQ(bare.status, 1);
+    EXPECT_EQ(bare.error, "The phrases are missing: name the folder that holds Phrases and Phrases2 with "
+                          "--resources DIR.\n");
+    const auto partly = shell("cp -r \"${VOLVELLE%/*}/resources\" own; rm -r own/Phrases2; "
+                              "./alone library hear --resources own leads/001-a.score");
+    EXPECT_EQ(partly.status, 1);
+    EXPECT_EQ(partly.error, "'own/Phrases2/01 chords' holds no phrases: name a folder that holds Phrases and "
+                            "Phrases2 with --resources DIR.\n");
+}
+
 TEST_F(LibraryHearCommandTest, ASignalEndsAllOfItAndLeavesNoFolderBehind)
 {
     const std::tuple<std::string, std::string, int> cases[] = {
