@@ -1,9 +1,13 @@
+#include "base/Text.h"
 #include "scores/ChordName.h"
+#include "scores/PhraseBounds.h"
 #include "scores/PhraseLint.h"
 #include "scores/ScoreLint.h"
 #include "tests/scores/ScoreTexts.h"
 #include "tests/support/ProjectFolders.h"
 
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <iterator>
 
@@ -48,6 +52,21 @@ TEST(LibraryReadme, ItsExamplesKeepTheRules)
 TEST(LibraryReadme, ItNamesTheChordsThatAreFoundAgain)
 {
     EXPECT_NE(readme().find("`" + scores::chordTypes() + "`"), std::string::npos) << scores::chordTypes();
+}
+
+TEST(LibraryReadme, ItTellsTheBoundsOfAFolder)
+{
+    const auto percent = [](double share) { return concat(std::lround(share * 100), " %"); };
+    std::string words = readme();
+    std::ranges::replace(words, '\n', ' ');
+    for (const std::string& bound :
+         {"struck differ in " + percent(leastDistance) + " at least",
+          "with the bars of one in any order, in " + percent(leastDistanceOfBars) + " at least",
+          concat("Of ", fewBasses, " basses and more ", percent(mostThirds), " of the bars at most"),
+          concat("Of ", fewForShares, " phrases and more ", percent(mostOfStyle), " at most have one style"),
+          percent(mostOfRhythm) + " at most of the bars are struck at the same places"}) {
+        EXPECT_NE(words.find(bound), std::string::npos) << bound;
+    }
 }
 
 } // namespace
