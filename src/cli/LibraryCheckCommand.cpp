@@ -153,7 +153,8 @@ std::optional<Score> checkPhrase(const fs::path& file, ScoreKind kind, std::vect
     const std::string place = file.string();
     std::error_code error;
     if (!fs::is_regular_file(file, error)) {
-        problems.push_back(concat(place, ": there is no such file"));
+        problems.push_back(
+            concat(place, fs::exists(file, error) ? ": it is no file" : ": there is no such file"));
         return std::nullopt;
     }
     const auto phrase = loaded(file, kind);
@@ -288,7 +289,10 @@ std::string misnomer(const fs::path& root, bool isScore)
             std::error_code missing;
             return fs::is_directory(root / phraseFolder(kind), missing);
         });
-    return isLibrary ? "" : concat("'", root.string(), "' holds no phrases and no scores.");
+    return isLibrary
+               ? ""
+               : concat("'", root.string(),
+                        "' holds neither Phrases and Phrases2 nor a folder of scores: ", scoreFolders(), ".");
 }
 
 } // namespace

@@ -190,10 +190,10 @@ TEST_F(LibraryCheckCommandTest, WhatIsNoFileIsTold)
 {
     const std::string name = "lib/Phrases2/09 basses/002.mid";
     mkfifo((folder / "work" / name).c_str(), 0600);
-    EXPECT_EQ(problem(), name + ": there is no such file\n");
+    EXPECT_EQ(problem(), name + ": it is no file\n");
     std::filesystem::remove(folder / "work" / name);
     std::filesystem::create_directory(folder / "work" / name);
-    EXPECT_EQ(problem(), name + ": there is no such file\n");
+    EXPECT_EQ(problem(), name + ": it is no file\n");
 }
 
 TEST_F(LibraryCheckCommandTest, AThousandFilesAndMoreStandInTheOrderOfTheirNumbers)
@@ -274,12 +274,16 @@ TEST_F(LibraryCheckCommandTest, WhatIsNoLibraryAndNoScoreIsOneLine)
 {
     write("a.txt", "x");
     write("empty/a.txt", "x");
+    const std::string held = "' holds neither Phrases and Phrases2 nor a folder of scores: chord-patterns, "
+                             "chords, leads, basses, drums.\n";
     const std::pair<std::string, std::string> cases[] = {
         {"gone", "There is no folder or score 'gone'.\n"},
         {"''", "There is no folder or score ''.\n"},
         {"a.txt", "There is no folder or score 'a.txt'.\n"},
         {"gone/leads/001-a.score", "There is no folder or score 'gone/leads/001-a.score'.\n"},
-        {"empty", "'empty' holds no phrases and no scores.\n"}};
+        {"empty", "'empty" + held},
+        {"good/leads", "'good/leads" + held},
+        {"lib/Phrases2", "'lib/Phrases2" + held}};
     for (const auto& [name, line] : cases) {
         const auto result = volvelle("library check " + name);
         EXPECT_EQ(result.status, 1) << name;
