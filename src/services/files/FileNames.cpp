@@ -71,9 +71,9 @@ bool isStream(const std::filesystem::path& path)
 {
     std::error_code unknown;
     const auto status = std::filesystem::status(path, unknown);
-    const bool isOther = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
-                         !std::filesystem::is_directory(status);
-    return isOther || path.parent_path() == "/dev" || path.parent_path() == "/dev/fd";
+    const bool isThere = std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    const bool isOpened = path.parent_path() == "/dev" || path.parent_path() == "/dev/fd";
+    return isThere && (isOpened || !std::filesystem::is_regular_file(status));
 }
 
 } // namespace volvelle

@@ -23,7 +23,8 @@ std::filesystem::path numberedFile(const std::filesystem::path& file, int number
 // True where something has that name, a link that leads nowhere included. [any]
 bool isNameTaken(const std::filesystem::path& file);
 
-// True for a pipe, a device, or the name of an open descriptor: it gets bytes whatever its name ends in.
+// True for a pipe, a device, or the name of an open descriptor: it gets bytes whatever its name ends in. Only
+// what is there is one.
 // [any]
 bool isStream(const std::filesystem::path& path);
 

@@ -1,7 +1,12 @@
 #include "services/files/FileNames.h"
+#include "base/Text.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace volvelle::test {
 
@@ -64,6 +69,22 @@ TEST(FileNames, ANameIsTakenByWhateverHasIt)
     fs::create_symlink("nowhere", folder.path / "b");
     EXPECT_TRUE(isNameTaken(folder.path / "b"));
     EXPECT_FALSE(isNameTaken(folder.path / "a/b"));
+}
+
+TEST(FileNames, APipeADeviceAndAnOpenDescriptorAreStreams)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.write("a", "");
+    ASSERT_EQ(mkfifo((folder.path / "pipe").c_str(), 0600), 0);
+    const int descriptor = open(file.c_str(), O_RDONLY);
+    EXPECT_TRUE(isStream(folder.path / "pipe"));
+    EXPECT_TRUE(isStream("/dev/null"));
+    EXPECT_TRUE(isStream(concat("/dev/fd/", descriptor)));
+    close(descriptor);
+    EXPECT_FALSE(isStream(concat("/dev/fd/", descriptor)));
+    EXPECT_FALSE(isStream("/dev/volvelle"));
+    EXPECT_FALSE(isStream("/dev/shm"));
+    EXPECT_FALSE(isStream(file));
 }
 
 } // namespace
