@@ -34,7 +34,8 @@ IdeaCompanions::IdeaCompanions(const GenerateOptions& options)
 
 std::string IdeaCompanions::misuseOf(const GenerateOptions& options)
 {
-    if ((options.png || options.wav) && options.out == standardOutputName) {
+    const bool isPiped = options.png == standardOutputName || options.wav == standardOutputName;
+    if (isPiped || ((options.png || options.wav) && options.out == standardOutputName)) {
         return "Standard output takes an idea alone: leave --png and --wav out.";
     }
     const bool isNumbered = options.count > 1;

@@ -46,7 +46,10 @@ TEST_F(GenerateCompanions, OtherNamesAreAQuestionOfUsage)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"--png a.jpg", "A picture is a PNG: name a file that ends in .png, not 'a.jpg'.\n"},
-        {"--png -", "A picture is a PNG: name a file that ends in .png, not '-'.\n"},
+        {"--png /dev/volvelle", "A picture is a PNG: name a file that ends in .png, not '/dev/volvelle'.\n"},
+        {"--png -", "Standard output takes an idea alone: leave --png and --wav out.\n"},
+        {"--png /dev/stdout", "Standard output takes an idea alone: leave --png and --wav out.\n"},
+        {"--wav /dev/fd/1", "Standard output takes an idea alone: leave --png and --wav out.\n"},
         {"--wav a.flac", "Sound is a WAV: name a file that ends in .wav, not 'a.flac'.\n"},
         {"--out - --wav a.wav", "Standard output takes an idea alone: leave --png and --wav out.\n"}};
     for (const auto& [arguments, line] : cases) {
