@@ -54,7 +54,8 @@ int run(const Request& request)
     StandardOutputSink sink;
     const bool isFree = request.generate.out != standardOutputName &&
                         request.render.out != standardOutputName &&
-                        request.record.out != standardOutputName && request.picture.out != standardOutputName;
+                        request.record.out != standardOutputName &&
+                        request.picture.out != standardOutputName && !request.inspect.json;
     if (request.common.verbose && isFree) {
         console().setSink(&sink);
     }

@@ -44,12 +44,13 @@ void addGenerate(CLI::App& app, Request& request)
 
 void addInspect(CLI::App& app, Request& request)
 {
-    CLI::App& command =
-        addCommand(app, "inspect", "Show what MIDI files hold", "Example: volvelle inspect Idea.mid --json");
+    CLI::App& command = addCommand(app, "inspect", "Show what MIDI files hold",
+                                   "Also --verbose.\nExample: volvelle inspect Idea.mid --json");
     command.add_option("FILE", request.inspect.files, "the MIDI files")
         ->required()
         ->option_text("F.mid ... (required)");
-    command.add_flag("--json", request.inspect.json, "as JSON, a line for each file");
+    command.add_flag("--json", request.inspect.json,
+                     "as JSON, a line for each file; without the console lines");
     command.callback([&request] {
         request.action = [&request](CommandOutput& output) { return runInspect(request.inspect, output); };
     });
@@ -79,7 +80,8 @@ void addLibraryCheck(CLI::App& library, Request& request)
 void addLibraryCompile(CLI::App& library, Request& request)
 {
     CLI::App& compile = addCommand(library, "compile", "Turn text scores and MIDI files into phrases",
-                                   "Also --quiet.\nExample: volvelle library compile library phrases");
+                                   "Also --verbose, --quiet.\n"
+                                   "Example: volvelle library compile library phrases");
     compile
         .add_option("SCORES", request.libraryCompile.scores,
                     "folder of the scores, or of MIDI files of 16 beats in their place")

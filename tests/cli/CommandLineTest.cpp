@@ -192,6 +192,19 @@ TEST_F(CommandLine, APictureStandsOnStandardOutputAlone)
     EXPECT_THAT(result.error, IsEmpty());
 }
 
+TEST_F(CommandLine, AnInspectionInJSONStandsOnStandardOutputAlone)
+{
+    volvelle("generate --out a.mid");
+    const auto alone = volvelle("inspect a.mid --json");
+    EXPECT_THAT(volvelle("inspect a.mid").output, testing::StartsWith("'a.mid': "));
+    EXPECT_THAT(volvelle("inspect a.mid --verbose").output, testing::Not(testing::StartsWith("'a.mid': ")));
+    EXPECT_EQ(volvelle("inspect a.mid --json --verbose").output, alone.output);
+    for (const char* command : {"inspect", "library compile"}) {
+        EXPECT_THAT(volvelle(std::string(command) + " --help").output, HasSubstr("Also --verbose"))
+            << command;
+    }
+}
+
 TEST_F(CommandLine, APictureGoesIntoAPipeOrADeviceOfAnyName)
 {
     volvelle("generate --out a.mid");

@@ -24,8 +24,7 @@ std::filesystem::path numberedFile(const std::filesystem::path& file, int number
 bool isNameTaken(const std::filesystem::path& file);
 
 // True for a pipe, a device, or the name of an open descriptor: it gets bytes whatever its name ends in. Only
-// what is there is one.
-// [any]
+// what is there is one. [any]
 bool isStream(const std::filesystem::path& path);
 
 } // namespace volvelle
