@@ -20,17 +20,18 @@ namespace volvelle {
 
 namespace {
 
-bool holdsTrack(const std::vector<std::uint8_t>& data)
+// Reads a file and the number of its tracks.
+OSStatus read(const std::filesystem::path& file, std::vector<std::uint8_t>& data, std::uint32_t& tracks)
 {
     MusicSequence sequence;
-    std::uint32_t count = 0;
-    return NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_PreserveTracks, sequence) == noErr &&
-           MusicSequenceGetTrackCount(sequence, count) == noErr && count > 0;
+    OSStatus status = readFile(file, data);
+    status = status == noErr ? NewMusicSequenceFromData(data, kMusicSequenceLoadSMF_PreserveTracks, sequence)
+                             : status;
+    return status == noErr ? MusicSequenceGetTrackCount(sequence, tracks) : status;
 }
 
-QByteArray pngOf(const std::vector<std::uint8_t>& data, const PictureOptions& options)
+QByteArray pngOf(FileCircle& circle, const std::vector<std::uint8_t>& data, const PictureOptions& options)
 {
-    FileCircle circle(data);
     const QImage disc =
         documentDiscImage(circle, overviewOf(data), options.beat, options.size, 1.0, Theme::dark);
     QImage picture(disc.size(), QImage::Format_RGB32);
@@ -64,14 +65,16 @@ int runPicture(const PictureOptions& options, CommandOutput& output)
         }
     }
     std::vector<std::uint8_t> data;
-    if (const OSStatus status = readFile(options.file, data); status != noErr) {
+    std::uint32_t tracks = 0;
+    if (const OSStatus status = read(options.file, data, tracks); status != noErr) {
         return output.failure(readFailure(options.file, status));
     }
-    if (FileCircle(data).notes() < 0) {
-        return output.failure(readFailure(options.file, fileFormatErr));
-    }
-    if (!holdsTrack(data)) {
+    if (tracks == 0) {
         return output.failure(trackFailure(options.file));
+    }
+    FileCircle circle(data);
+    if (circle.notes() < 0) { // the memory did not suffice
+        return output.failure(readFailure(options.file, fileIOErr));
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_LOGGING_RULES", "*=false");
@@ -79,7 +82,7 @@ int runPicture(const PictureOptions& options, CommandOutput& output)
     char name[] = "volvelle";
     char* arguments[] = {name, nullptr};
     const QGuiApplication application(count, arguments);
-    const QByteArray png = pngOf(data, options);
+    const QByteArray png = pngOf(circle, data, options);
     if (png.isEmpty()) {
         return output.failure(writeFailure(out, EIO));
     }
