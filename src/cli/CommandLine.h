@@ -17,7 +17,7 @@ struct HandedCommands {
 };
 
 // Runs the command that the arguments ask for, without one the application with the files that they name, and
-// returns the exit status: 0 done, 1 could not (one plain line on standard error), 2 usage. A fatal stop ends
+// returns the exit status: 0 done, 1 could not (plain lines on standard error), 2 usage. A fatal stop ends
 // the process with 1. A command that is not among `commands` is handed over to the program that has it.
 // Called once. [main]
 int runCommandLine(int argc, char** argv, const HandedCommands& commands = {});
