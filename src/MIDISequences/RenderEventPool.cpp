@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint8_t inRecord = sizeof(AUMIDIEvent::data);
 constexpr std::size_t headSize = offsetof(AUMIDIEvent, data);
 
-enum class Size : std::uint8_t { small, medium, large, unpooled };
+enum class Size : std::uint8_t { small, medium, text, large, unpooled };
 
 // What stands before each record.
 struct Origin {
@@ -29,10 +29,12 @@ constexpr std::size_t blockSize(std::size_t length)
 
 using SmallBlocks = RenderEventBlocks<blockSize(inRecord)>;
 using MediumBlocks = RenderEventBlocks<blockSize(mediumRenderEvent)>;
+using TextBlocks = RenderEventBlocks<blockSize(textRenderEvent)>;
 using LargeBlocks = RenderEventBlocks<blockSize(largeRenderEvent)>;
 
 constinit SmallBlocks smallBlocks;
 constinit MediumBlocks mediumBlocks;
+constinit TextBlocks textBlocks;
 constinit LargeBlocks largeBlocks;
 
 Origin& originOf(AURenderEvent* event)
@@ -66,6 +68,9 @@ AURenderEvent* recordFor(std::size_t length)
     }
     if (length <= mediumRenderEvent) {
         return pooledRecord(mediumBlocks, Size::medium, length);
+    }
+    if (length <= textRenderEvent) {
+        return pooledRecord(textBlocks, Size::text, length);
     }
     if (length <= largeRenderEvent) {
         return pooledRecord(largeBlocks, Size::large, length);
@@ -113,6 +118,7 @@ void releaseRenderEvents(AURenderEvent* head) noexcept
 {
     Returned<SmallBlocks> small;
     Returned<MediumBlocks> medium;
+    Returned<TextBlocks> text;
     Returned<LargeBlocks> large;
     while (head != nullptr) {
         const Origin origin = originOf(head);
@@ -124,6 +130,9 @@ void releaseRenderEvents(AURenderEvent* head) noexcept
         case Size::medium:
             medium.add(origin.block);
             break;
+        case Size::text:
+            text.add(origin.block);
+            break;
         case Size::large:
             large.add(origin.block);
             break;
@@ -133,6 +142,7 @@ void releaseRenderEvents(AURenderEvent* head) noexcept
     }
     small.give(smallBlocks);
     medium.give(mediumBlocks);
+    text.give(textBlocks);
     large.give(largeBlocks);
 }
 
@@ -140,6 +150,7 @@ RenderEventRoom::RenderEventRoom(RenderEventCounts counts) : counts(counts)
 {
     smallBlocks.reserve(counts.small);
     mediumBlocks.reserve(counts.medium);
+    textBlocks.reserve(counts.text);
     largeBlocks.reserve(counts.large);
 }
 
@@ -147,6 +158,7 @@ RenderEventRoom::~RenderEventRoom()
 {
     smallBlocks.reserve(-counts.small);
     mediumBlocks.reserve(-counts.medium);
+    textBlocks.reserve(-counts.text);
     largeBlocks.reserve(-counts.large);
 }
 

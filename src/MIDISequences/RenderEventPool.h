@@ -4,12 +4,13 @@
 
 #include <cstdint>
 
-// The records of chains, shared by the whole process: blocks of three sizes, each kind kept in a free list. A
+// The records of chains, shared by the whole process: blocks of four sizes, each kind kept in a free list. A
 // chain may be made by one thread and given back by another.
 namespace volvelle {
 
 // Bytes; a small block has three. What is longer than a large one is taken from the system.
 inline constexpr std::uint16_t mediumRenderEvent = 32;  // metas of a tempo, short exclusives
+inline constexpr std::uint16_t textRenderEvent = 128;   // most metas of text
 inline constexpr std::uint16_t largeRenderEvent = 1043; // the longest that a flattened file holds
 
 // A record of a chain, with room for all its bytes: a copy of `record`, link cleared, with `record.length`
@@ -24,6 +25,7 @@ void releaseRenderEvents(AURenderEvent* head) noexcept;
 struct RenderEventCounts {
     int small = 0;
     int medium = 0;
+    int text = 0;
     int large = 0;
 };
 

@@ -88,7 +88,7 @@ private:
     using Pedals = std::array<std::array<std::uint8_t, holdPedals.size()>, channelCount>; // their values
 
     // A block of many tempi has the chains of several cycles.
-    const RenderEventRoom room{{2048, 256, 64}};
+    const RenderEventRoom room{{2048, 256, 64, 64}};
 
     double rate() const { return outputBusses.empty() ? 48000.0 : outputBusses.front().format.sampleRate; }
 

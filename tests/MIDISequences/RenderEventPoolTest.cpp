@@ -98,14 +98,14 @@ TEST(RenderEventPool, NeverGivesARecordTwice)
 
 TEST(RenderEventPool, AllocatesNothingThatWasMadeAheadOrCameBack)
 {
-    const RenderEventRoom room({467, 467, 467});
+    const RenderEventRoom room({350, 350, 350, 350});
     const Bytes bytes = counting(largeRenderEvent, 0);
-    constexpr std::uint16_t lengths[]{3, mediumRenderEvent, largeRenderEvent};
+    constexpr std::uint16_t lengths[]{3, mediumRenderEvent, textRenderEvent, largeRenderEvent};
     for (int round = 0; round < 100; ++round) {
         const RealtimeGuard guard;
         AURenderEvent* head = nullptr;
         for (int i = 0; i < 1400; ++i) {
-            AURenderEvent* event = makeRenderEvent(record(lengths[i % 3]), bytes.data());
+            AURenderEvent* event = makeRenderEvent(record(lengths[i % 4]), bytes.data());
             event->head.next = head;
             head = event;
         }
@@ -115,7 +115,7 @@ TEST(RenderEventPool, AllocatesNothingThatWasMadeAheadOrCameBack)
 
 TEST(RenderEventPool, TakesBackARecordWhoseLengthWasChanged)
 {
-    const RenderEventRoom room({0, 0, 300});
+    const RenderEventRoom room({0, 0, 0, 300});
     const Bytes bytes = counting(256, 0);
     const RealtimeGuard guard;
     for (int i = 0; i < 2000; ++i) {
@@ -128,7 +128,7 @@ TEST(RenderEventPool, TakesBackARecordWhoseLengthWasChanged)
 // What one owner holds is not counted for the other.
 TEST(RenderEventPool, HasRoomForAllOwnersTogether)
 {
-    const RenderEventRoom one({0, 0, 900});
+    const RenderEventRoom one({0, 0, 0, 900});
     const Bytes bytes = counting(largeRenderEvent, 0);
     const auto chainOf900 = [&] {
         AURenderEvent* head = nullptr;
@@ -140,7 +140,7 @@ TEST(RenderEventPool, HasRoomForAllOwnersTogether)
         return head;
     };
     AURenderEvent* const first = chainOf900();
-    const RenderEventRoom two({0, 0, 900});
+    const RenderEventRoom two({0, 0, 0, 900});
     AURenderEvent* second = nullptr;
     {
         const RealtimeGuard guard;

@@ -32,8 +32,9 @@ namespace volvelle {
 // taken away may be told once more.
 class AUMIDISequencer : public AUMIDIMonitor {
 public:
-    static constexpr std::size_t maximumSpecialEvents = 512;   // the oldest goes
-    static constexpr std::size_t maximumRealtimeEvents = 4096; // the newest is dropped
+    static constexpr std::size_t maximumSpecialEvents = 512;     // the oldest goes
+    static constexpr std::size_t maximumLargeSpecialEvents = 64; // of them above 128 bytes; the oldest goes
+    static constexpr std::size_t maximumRealtimeEvents = 4096;   // the newest is dropped
 
     AUMIDISequencer();
     ~AUMIDISequencer() override; // when nothing renders
@@ -44,8 +45,9 @@ public:
     std::atomic<bool> isMultiChannel{true}; // false: each loading is followed by setChannel(currentChannel)
     std::atomic<bool> isLooping{false};
     std::shared_ptr<MIDIPhraseMixer> phraseMixer;
-    AUMIDISequencerEvents specialEvents{maximumSpecialEvents}; // meta events passed, muted ones too
-    std::atomic<double> samplerate{48000.0};                   // Hz
+    // Meta events passed, muted ones too.
+    AUMIDISequencerEvents specialEvents{maximumSpecialEvents, maximumLargeSpecialEvents};
+    std::atomic<double> samplerate{48000.0}; // Hz
     std::optional<std::filesystem::path> currentFile;
     std::atomic<std::uint8_t> currentChannel{0};
     std::atomic<int> loopCount{0};        // 1 after any pass
@@ -261,7 +263,9 @@ private:
     // A whole chain: what ends running notes, what was sent, what falls due; and what specialEvents keeps.
     const RenderEventRoom room{
         {static_cast<int>(maximumRunningNotes) + static_cast<int>(maximumRealtimeEvents) + MAXEVENTS,
-         static_cast<int>(maximumSpecialEvents) + MAXEVENTS, 64}};
+         static_cast<int>(maximumSpecialEvents) + MAXEVENTS,
+         static_cast<int>(maximumSpecialEvents) + MAXEVENTS,
+         static_cast<int>(maximumLargeSpecialEvents) + 64}};
     std::atomic_flag owner = ATOMIC_FLAG_INIT;
     std::shared_ptr<AUMIDISequencerDelegate> retiredDelegate; // may still be under way on the render thread
     std::atomic<AUMIDISequencerList*> current;                // owned; never null

@@ -11,6 +11,11 @@ namespace {
 
 constexpr std::uint16_t inPlace = 3; // bytes
 
+bool isLarge(const AUMIDIEvent& record)
+{
+    return record.length > textRenderEvent;
+}
+
 AURenderEvent* wholeRecord(const AUMIDIEvent& record, const std::uint8_t* bytes)
 {
     return record.length > inPlace ? makeRenderEvent(record, bytes) : nullptr;
@@ -26,8 +31,8 @@ AUMIDIEvent recordOf(const AUMIDIEvent& record, const std::uint8_t* bytes)
 
 } // namespace
 
-AUMIDISequencerEvents::AUMIDISequencerEvents(std::size_t newCapacity)
-    : capacity(newCapacity), slots(newCapacity)
+AUMIDISequencerEvents::AUMIDISequencerEvents(std::size_t newCapacity, std::size_t newLargeCapacity)
+    : capacity(newCapacity), largeCapacity(newLargeCapacity), slots(newCapacity)
 {
     for (std::size_t i = 0; i < capacity; ++i) {
         slots[i].turn.store(i, std::memory_order_relaxed);
@@ -52,15 +57,14 @@ bool AUMIDISequencerEvents::push(const AUMIDIEvent& record, const std::uint8_t* 
 
 void AUMIDISequencerEvents::pushOverOldest(const AUMIDIEvent& record, const std::uint8_t* bytes)
 {
+    while (isLarge(record) && largeCount.load(std::memory_order_relaxed) >= largeCapacity && dropOldest()) {
+    }
     AURenderEvent* const whole = wholeRecord(record, bytes);
     const AUMIDIEvent copy = recordOf(record, bytes);
     if (tryPush(copy, whole)) {
         return;
     }
-    if (AURenderEvent* const gone = pop(); gone != nullptr) {
-        releaseRenderEvents(gone);
-        dropped.fetch_add(1, std::memory_order_relaxed);
-    }
+    dropOldest();
     if (!tryPush(copy, whole)) {
         releaseRenderEvents(whole);
         dropped.fetch_add(1, std::memory_order_relaxed);
@@ -76,6 +80,7 @@ AURenderEvent* AUMIDISequencerEvents::pop()
     }
     const AUMIDIEvent record = slot->record;
     AURenderEvent* const whole = std::exchange(slot->whole, nullptr);
+    largeCount.fetch_sub(isLarge(record) ? 1 : 0, std::memory_order_relaxed);
     slot->turn.store(number + capacity, std::memory_order_release);
     return whole != nullptr ? whole : makeRenderEvent(record, record.data);
 }
@@ -117,6 +122,17 @@ std::vector<std::uint8_t> AUMIDISequencerEvents::bytes(std::size_t index) const
     return {first, first + record.length};
 }
 
+bool AUMIDISequencerEvents::dropOldest()
+{
+    AURenderEvent* const gone = pop();
+    if (gone == nullptr) {
+        return false;
+    }
+    releaseRenderEvents(gone);
+    dropped.fetch_add(1, std::memory_order_relaxed);
+    return true;
+}
+
 bool AUMIDISequencerEvents::tryPush(const AUMIDIEvent& record, AURenderEvent* whole)
 {
     std::size_t number = 0;
@@ -124,6 +140,7 @@ bool AUMIDISequencerEvents::tryPush(const AUMIDIEvent& record, AURenderEvent* wh
     if (slot == nullptr) {
         return false;
     }
+    largeCount.fetch_add(isLarge(record) ? 1 : 0, std::memory_order_relaxed);
     slot->record = record;
     slot->whole = whole;
     slot->turn.store(number + 1, std::memory_order_release);

@@ -15,18 +15,24 @@ namespace volvelle {
 class AUMIDISequencerEvents {
 public:
     // `newCapacity` is a power of two.
-    explicit AUMIDISequencerEvents(std::size_t newCapacity);
+    explicit AUMIDISequencerEvents(std::size_t newCapacity) : AUMIDISequencerEvents(newCapacity, newCapacity)
+    {
+    }
+
+    AUMIDISequencerEvents(std::size_t newCapacity, std::size_t newLargeCapacity);
     ~AUMIDISequencerEvents();
     AUMIDISequencerEvents(const AUMIDISequencerEvents&) = delete;
     AUMIDISequencerEvents& operator=(const AUMIDISequencerEvents&) = delete;
 
     const std::size_t capacity;
+    const std::size_t largeCapacity;       // records above textRenderEvent bytes that pushOverOldest() keeps
     std::atomic<std::uint64_t> dropped{0}; // records that found no room, or that made room
 
     // A copy of the record with `record.length` bytes from `bytes`. Where there is no room it is dropped.
     bool push(const AUMIDIEvent& record, const std::uint8_t* bytes);
 
-    // The same, but where there is no room the oldest goes; the new one, where that is just being taken out.
+    // The same, but where there is no room the oldest go, for a large record as far as the first large one;
+    // the new one, where they are just being taken out.
     void pushOverOldest(const AUMIDIEvent& record, const std::uint8_t* bytes);
 
     // The oldest as a record of a chain, which the caller owns; null where there is none.
@@ -53,11 +59,13 @@ private:
         AURenderEvent* whole = nullptr; // owned; for more than three bytes
     };
 
+    bool dropOldest();
     bool tryPush(const AUMIDIEvent& record, AURenderEvent* whole);
     Slot* claim(std::atomic<std::size_t>& next, std::size_t ahead, std::size_t& number) noexcept;
     const Slot& slotAt(std::size_t index) const;
 
     std::vector<Slot> slots;
+    std::atomic<std::size_t> largeCount{0};
     std::atomic<std::size_t> newest{0}; // records that came in since the beginning
     std::atomic<std::size_t> oldest{0}; // records that went out since the beginning
 };

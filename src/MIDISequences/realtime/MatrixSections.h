@@ -27,7 +27,7 @@ public:
     std::vector<AUMIDIEvent> allEvents; // of the last cycle
 
 private:
-    const RenderEventRoom room{{MAXEVENTS, 0, 0}};
+    const RenderEventRoom room{{MAXEVENTS, 0, 0, 0}};
     virtual void prepare(std::int64_t time, int frameCount);
 
 public:

@@ -12,10 +12,11 @@
 namespace volvelle {
 
 inline constexpr std::size_t listRoomAhead = 1024;   // events for which room is made at construction
-inline constexpr std::size_t longListRoomAhead = 64; // of them above mediumRenderEvent bytes
+inline constexpr std::size_t longListRoomAhead = 64; // of them of each of the longer sizes
 
 // What a list of that many events needs.
 inline constexpr RenderEventCounts listRoom{static_cast<int>(listRoomAhead), static_cast<int>(listRoomAhead),
+                                            static_cast<int>(longListRoomAhead),
                                             static_cast<int>(longListRoomAhead)};
 
 // Calls `visit` with each MIDI and exclusive record of a list; records of other types are left out.

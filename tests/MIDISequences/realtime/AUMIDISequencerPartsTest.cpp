@@ -100,6 +100,25 @@ TEST(AUMIDISequencerEvents, DropsTheNewestOrTheOldestWhereItIsFull)
     EXPECT_TRUE(events.empty());
 }
 
+TEST(AUMIDISequencerEvents, OfLargeRecordsTheOldestGoWithWhatIsBeforeThem)
+{
+    AUMIDISequencerEvents events(8, 2);
+    const Bytes bytes(129, 7);
+    for (std::int64_t time = 0; time < 4; ++time) {
+        events.pushOverOldest(recordOf(time, 129), bytes.data());
+        events.pushOverOldest(recordOf(time, 128), bytes.data());
+    }
+    EXPECT_EQ(events.dropped, 3U);
+    EXPECT_EQ(events.size(), 5U);
+    EXPECT_EQ(events.take()->event().eventSampleTime, 1);
+    EXPECT_EQ(events.take()->array(), bytes);
+    events.pushOverOldest(recordOf(4, 129), bytes.data());
+    EXPECT_EQ(events.dropped, 3U);
+    EXPECT_EQ(events.size(), 4U);
+    EXPECT_EQ(events.bytes(3), bytes);
+    EXPECT_TRUE(events.push(recordOf(5, 129), bytes.data()));
+}
+
 TEST(AUMIDISequencerEvents, LosesNothingBetweenSeveralThreads)
 {
     AUMIDISequencerEvents events(64);

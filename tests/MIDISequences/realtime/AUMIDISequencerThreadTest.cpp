@@ -28,6 +28,15 @@ StampedEvents song(int count, std::int64_t distance)
     return list;
 }
 
+// A text of so many bytes.
+Bytes metaOf(std::size_t length)
+{
+    Bytes bytes(length, 'a');
+    bytes[0] = 0xFD;
+    bytes[1] = 5;
+    return bytes;
+}
+
 std::shared_ptr<MIDISequence16> smallMusic()
 {
     auto music = std::make_shared<MIDISequence16>();
@@ -82,15 +91,19 @@ private:
     SequencerProbe& sequencer;
 };
 
-// As many running notes and sent events as there is room for end and go out in one cycle, with a full
-// inputList's worth of the file's.
-void playAllBoundsInOneCycle()
+// As many running notes and sent events as there is room for end and go out in one cycle, with so many of the
+// file's, and as many metas of that length were passed before as are kept.
+void playAllBoundsInOneCycle(const Bytes& event, std::size_t eventCount)
 {
     SequencerProbe sequencer;
     StampedEvents list(AUMIDISequencer::maximumRunningNotes, {0, {0x90, 60, 1}});
-    list.insert(list.end(), AUMIDISequencer::MAXEVENTS, {600, {0xB0, 7, 1}});
+    list.insert(list.end(), eventCount, {600, event});
     list.push_back({90'000, {0xB0, 7, 1}});
     sequencer.load(list);
+    const auto passed = eventsOf({{0, event}}).front();
+    for (std::size_t i = 0; i < AUMIDISequencer::maximumSpecialEvents; ++i) {
+        sequencer.specialEvents.pushOverOldest(passed->event(), passed->data());
+    }
     sequencer.startClean(1);
     sequencer.process(1, 512);
     for (std::size_t i = 0; i < AUMIDISequencer::maximumRealtimeEvents; ++i) {
@@ -104,7 +117,7 @@ void playAllBoundsInOneCycle()
             ++count;
         }
     }
-    std::_Exit(count == 2048 + 4096 + 512 ? 0 : 1);
+    std::_Exit(count == 2048 + 4096 + eventCount ? 0 : 1);
 }
 
 } // namespace
@@ -113,7 +126,11 @@ void playAllBoundsInOneCycle()
 TEST(AUMIDISequencerThreadDeathTest, ACycleWithAllBoundsFilledTakesNoMemory)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(playAllBoundsInOneCycle(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(playAllBoundsInOneCycle({0xB0, 7, 1}, 512), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(playAllBoundsInOneCycle(metaOf(32), 512), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(playAllBoundsInOneCycle(metaOf(40), 512), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(playAllBoundsInOneCycle(metaOf(128), 512), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(playAllBoundsInOneCycle(metaOf(1043), 64), testing::ExitedWithCode(0), "");
 }
 
 TEST(AUMIDISequencerThread, ACycleTakesNoMemoryAndNoLockOnceItRuns)
@@ -141,6 +158,27 @@ TEST(AUMIDISequencerThread, ACycleTakesNoMemoryAndNoLockOnceItRuns)
         sequencer.cleanupCount = 0;
     }
     EXPECT_TRUE(sequencer.isPlaying());
+}
+
+TEST(AUMIDISequencerThread, ALoopWithMoreLongMetasThanAreKeptTakesNoMemory)
+{
+    for (const std::size_t length : {40U, 128U, 129U, 1043U}) {
+        SequencerProbe sequencer;
+        sequencer.isLooping = true;
+        StampedEvents list;
+        for (int i = 0; i < 600; ++i) {
+            list.push_back({i * 100, metaOf(length)});
+        }
+        sequencer.load(list);
+        sequencer.start(1);
+        sequencer.process(1, 512);
+        for (std::int64_t time = 513; time < 400 * 512; time += 512) {
+            const RealtimeGuard guard;
+            sequencer.process(time, 512);
+        }
+        EXPECT_EQ(sequencer.specialEvents.size(), length > 128 ? 64U : 512U);
+        EXPECT_EQ(sequencer.specialEvents.take()->array(), metaOf(length));
+    }
 }
 
 TEST(AUMIDISequencerThread, AFilePutOffIsPutInUseWithoutMemoryAndLocks)
