@@ -247,7 +247,7 @@ private:
     bool prepareFile(const std::optional<std::filesystem::path>& url);
 
     AURenderEvent* cycle(std::int64_t time, int frameCount, Told& told);
-    void endRunningNotes(RenderEventChain& chain);
+    void endRunningNotes(RenderEventChain& chain, bool isSent);
     void sendWaiting(RenderEventChain& chain, std::int64_t time, std::size_t count);
     void playFile(RenderEventChain& chain, int frameCount, double tempo, Told& told);
     bool play(RenderEventChain& chain, std::size_t index, double tempo);

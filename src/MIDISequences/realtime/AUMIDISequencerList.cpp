@@ -36,11 +36,16 @@ AUMIDISequencerList::~AUMIDISequencerList()
     }
 }
 
-AUMIDIEvent AUMIDISequencerList::record(std::size_t index) const
+AUMIDIEvent AUMIDISequencerList::recordOf(const AUMIDIEventEx& event)
 {
-    const AUMIDIEventEx& event = *file.fileEvents[index];
     AUMIDIEvent result = *event.pEvent();
     result.length = static_cast<std::uint16_t>(std::min<std::uint32_t>(result.length, event.length()));
+    return result;
+}
+
+AUMIDIEvent AUMIDISequencerList::record(std::size_t index) const
+{
+    AUMIDIEvent result = recordOf(*file.fileEvents[index]);
     if (channel) {
         result.data[0] = inChannel(result.data[0], *channel);
     }

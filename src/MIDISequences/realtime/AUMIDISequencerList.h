@@ -34,7 +34,10 @@ public:
         return file.fileEvents[index];
     }
 
-    // A copy of the record, in the channel of the list; never longer than the event.
+    // A copy of the record, never longer than the event.
+    static AUMIDIEvent recordOf(const AUMIDIEventEx& event);
+
+    // The same in the channel of the list.
     AUMIDIEvent record(std::size_t index) const;
     std::int64_t stamp(std::size_t index) const;
 

@@ -58,7 +58,7 @@ AURenderEvent* AUMIDISequencer::cycle(std::int64_t time, int frameCount, Told& t
         return nullptr;
     }
     RenderEventChain chain;
-    endRunningNotes(chain);
+    endRunningNotes(chain, waiting > 0);
     sendWaiting(chain, time, waiting);
     if (!stopped && suspendTime < time) {
         playFile(chain, frameCount, tempo, told);
@@ -66,14 +66,14 @@ AURenderEvent* AUMIDISequencer::cycle(std::int64_t time, int frameCount, Told& t
     return chain.head;
 }
 
-void AUMIDISequencer::endRunningNotes(RenderEventChain& chain)
+void AUMIDISequencer::endRunningNotes(RenderEventChain& chain, bool isSent)
 {
-    const bool isSeeking = seeking.exchange(false);
+    const bool isSeeking = seeking.exchange(false) || isSent;
     if ((!stopped && !isSeeking) || runningNotes.empty()) {
         return;
     }
     for (const auto& note : runningNotes) {
-        chain.append(*note->pEvent(), note->data()).data[2] = 0;
+        chain.append(AUMIDISequencerList::recordOf(*note), note->data()).data[2] = 0;
         ++cleanupCount;
     }
     clearWithoutQueue();

@@ -124,6 +124,20 @@ TEST_F(AUMIDISequencerProcess, WhatWasSentComesBeforeTheFilesEventsASampleApart)
     EXPECT_TRUE(sequencer.realtimeEvents.empty());
 }
 
+// The cycle before may have come between the two steps of sending.
+TEST_F(AUMIDISequencerProcess, WhatWasSentEndsTheRunningNotesThoughNothingSeeksAnyMore)
+{
+    sequencer.load(withLast({{0, {0x90, 60, 90}}}));
+    sequencer.startClean(1000);
+    sequencer.play(1000, 512);
+    sequencer.sendEvent(3, 0xB0, 7, 1);
+    sequencer.seeking = false;
+
+    EXPECT_THAT(sequencer.play(1512, 512),
+                ElementsAre(Stamped{0, {0x90, 60, 0}}, Stamped{1512, {0xB3, 7, 1}}));
+    EXPECT_EQ(sequencer.cleanupCount, 1);
+}
+
 TEST_F(AUMIDISequencerProcess, WhatWasSentGoesOutWithoutAFileToo)
 {
     sequencer.sendEvent(0, 0x90, 60, 100);
@@ -253,6 +267,14 @@ TEST_F(AUMIDISequencerProcess, ACycleThatFindsAnOperationUnderWayGivesNothing)
 
     EXPECT_EQ(sequencer.getCurrentPositionInSamples(), 0);
     EXPECT_THAT(sequencer.play(513, 512), ElementsAre(Stamped{513, {0xB0, 7, 1}}));
+}
+
+TEST_F(AUMIDISequencerProcess, ThePlainFormThatFindsAnOperationUnderWayGivesNothing)
+{
+    sequencer.load(withLast({{0, {0xB0, 7, 1}}}));
+    sequencer.startClean(1000);
+    EXPECT_THAT(sequencer.playInternal(1000, 512), testing::SizeIs(1));
+    sequencer.exclusively([&] { EXPECT_THAT(sequencer.playInternal(1512, 512), IsEmpty()); });
 }
 
 TEST_F(AUMIDISequencerProcess, StoppingAtOnceIsStopping)

@@ -56,6 +56,17 @@ TEST_F(AUMIDISequencerRecords, WhatEndsANoteHasItsCableAndType)
     EXPECT_THAT(toldBy(sequencer.process(1512, 512)), ElementsAre(end));
 }
 
+TEST_F(AUMIDISequencerRecords, NoneIsLongerThanItsEventAndSoIsWhatEndsANote)
+{
+    auto events = eventsOf({{100, {0x92, 60, 90}}, {90'000, {0xB0, 1, 1}}});
+    events[0]->pEvent()->length = 200;
+    sequencer.load(std::move(events));
+    sequencer.startClean(1000);
+    EXPECT_THAT(sequencer.play(1000, 512), ElementsAre(Stamped{1100, {0x92, 60, 90}}));
+    sequencer.seeking = true;
+    EXPECT_THAT(sequencer.play(1512, 512), ElementsAre(Stamped{100, {0x92, 60, 0}}));
+}
+
 TEST_F(AUMIDISequencerRecords, WhatIsSentHasTheCableOfTheSequencerOrForDataNone)
 {
     sequencer.cable = 6;
