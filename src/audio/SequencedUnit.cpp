@@ -35,6 +35,11 @@ SequencedUnit::SequencedUnit(std::shared_ptr<AUAudioUnit> played)
     sequencer.setSamplerate(rate());
 }
 
+SequencedUnit::~SequencedUnit()
+{
+    instrument->setMIDIOutputEventBlock(nullptr);
+}
+
 Result<> SequencedUnit::load(const std::vector<std::uint8_t>& data)
 {
     MusicSequence music;

@@ -31,6 +31,7 @@ class SequencedUnit : public AUAudioUnit {
 public:
     // Never null, and a node's only through this unit.
     explicit SequencedUnit(std::shared_ptr<AUAudioUnit> played);
+    ~SequencedUnit() override; // the instrument may live on: it sends nothing any more
 
     const std::shared_ptr<AUAudioUnit> instrument;
 

@@ -177,6 +177,23 @@ TEST_F(SequencedUnitTest, WhatItIsAskedTheInstrumentAnswers)
     EXPECT_EQ(played, 1);
 }
 
+TEST_F(SequencedUnitTest, AnInstrumentThatOutlivesItSendsToNothing)
+{
+    FakeUnitPlan plan;
+    plan.MIDIOutputNames = {"out"};
+    const auto fake = std::make_shared<FakeUnit>(fakeComponent, plan);
+    int played = 0;
+    auto unit = std::make_unique<SequencedUnit>(fake);
+    unit->setMIDIOutputEventBlock([&played](std::int64_t, std::uint8_t, int, const std::uint8_t*) {
+        ++played;
+        return noErr + 1;
+    });
+    EXPECT_EQ(fake->playMIDI(0, 0, {0x90, 1, 2}), noErr + 1);
+    unit = nullptr;
+    EXPECT_EQ(fake->playMIDI(0, 0, {0x90, 1, 2}), noErr);
+    EXPECT_EQ(played, 1);
+}
+
 TEST_F(SequencedUnitTest, NothingIsTheInstrumentOfNoUnit)
 {
     EXPECT_DEATH(SequencedUnit(nullptr), "");
