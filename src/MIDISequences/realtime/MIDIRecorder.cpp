@@ -4,6 +4,8 @@
 #include "base/Console.h"
 #include "wire/MIDIConstants.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace volvelle {
@@ -17,12 +19,6 @@ const Clock& wallClock()
 {
     static const WallClock wall;
     return wall;
-}
-
-// `value` within the range; one that is not a number stays.
-double limited(double value, double lowest, double highest)
-{
-    return value < lowest ? lowest : value > highest ? highest : value;
 }
 
 std::uint16_t placeOf(std::uint8_t channel, std::uint8_t key)
@@ -124,12 +120,17 @@ void MIDIRecorder::setStartPosition(std::int64_t sampletime)
 
 void MIDIRecorder::setTempofactor(double value)
 {
-    tempoFactor = limited(value, 0.1, 10.0);
+    if (!std::isnan(value)) {
+        tempoFactor = std::clamp(value, 0.1, 10.0);
+    }
 }
 
 void MIDIRecorder::setRecordTempo(double value)
 {
-    tempo = limited(value, 12.0, 1200.0);
+    if (std::isnan(value)) {
+        return;
+    }
+    tempo = std::clamp(value, 12.0, 1200.0);
     setTempofactor(tempo / usualTempo);
     setTempo(value);
 }

@@ -66,8 +66,9 @@ public:
     virtual void controller(std::uint8_t channel, std::uint8_t number, std::uint8_t value); // does nothing
 
     virtual void setStartPosition(std::int64_t sampletime);
-    virtual void setTempofactor(double value); // to 0.1 to 10
-    // Sets tempo and factor within their ranges, but the tempo of the sequence to `value` as it is.
+    virtual void setTempofactor(double value); // to 0.1 to 10; what is not a number changes nothing
+    // Sets tempo and factor within their ranges, but the tempo of the sequence to `value` as it is. What is
+    // not a number changes nothing.
     virtual void setRecordTempo(double value);
     // A faster tempo gives fewer beats.
     virtual double samplesToBeats(std::int64_t samplePosition);

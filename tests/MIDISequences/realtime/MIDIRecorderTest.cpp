@@ -161,6 +161,16 @@ TEST_F(MIDIRecorderTest, ResetEmptiesTheTreeAlone)
     recorder->reset();
 }
 
+TEST_F(MIDIRecorderTest, ATempoThatIsNotANumberChangesNothing)
+{
+    recorder->setRecordTempo(60.0);
+    recorder->setRecordTempo(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(recorder->getTempo(), 60.0);
+    EXPECT_EQ(recorder->samplesToBeats(24000), 2.0);
+    recorder->setTempofactor(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(recorder->samplesToBeats(24000), 2.0);
+}
+
 TEST_F(MIDIRecorderTest, TheTempoIsLimitedButThatOfTheSequenceIsNot)
 {
     EXPECT_EQ(recorder->samplesToBeats(12000), 0.5);
