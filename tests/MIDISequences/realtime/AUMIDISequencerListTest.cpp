@@ -56,6 +56,17 @@ TEST_F(AUMIDISequencerListTest, InAChannelItGivesCopiesThatAreTheSameButForTheSt
     EXPECT_THAT(made.event(2), IsNull());
 }
 
+TEST_F(AUMIDISequencerListTest, ARowOfAnyLengthIsFreedWithoutEndingTheStack)
+{
+    auto row = std::make_unique<AUMIDISequencerList>(SequencerFile{}, nullptr);
+    for (int i = 0; i < 500'000; ++i) {
+        auto next = std::make_unique<AUMIDISequencerList>(SequencerFile{}, nullptr);
+        next->next = std::move(row);
+        row = std::move(next);
+    }
+    row.reset();
+}
+
 } // namespace
 
 } // namespace volvelle::test

@@ -202,6 +202,35 @@ TEST(AUMIDISequencerThread, AFilePutOffIsPutInUseWithoutMemoryAndLocks)
     EXPECT_GT(sequencer.getEventList().size(), 10U);
 }
 
+TEST(AUMIDISequencerThread, ADelegateThatStartsWhatWasPutInUseFreesNothingOfWhatWasBefore)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.path / "song.mid";
+    smallMusic()->saveToFile(file);
+    SequencerProbe sequencer;
+    sequencer.isLooping = true;
+    auto events = eventsOf({{0, {0x90, 60, 90}}, {2000, {0x90, 61, 90}}});
+    const std::weak_ptr<AUMIDIEventEx> before = events.front();
+    sequencer.load(std::move(events));
+    sequencer.loadMIDIFile(file, false);
+    int starts = 0;
+    sequencer.listener->answer = [&](const std::string& call) {
+        if (call == "loaded") {
+            sequencer.start(1);
+            ++starts;
+        }
+    };
+    sequencer.start(1);
+    for (std::int64_t time = 1; time < 20 * 512; time += 512) {
+        const RealtimeGuard guard;
+        sequencer.process(time, 512);
+    }
+    EXPECT_EQ(starts, 1);
+    EXPECT_FALSE(before.expired());
+    sequencer.stop();
+    EXPECT_TRUE(before.expired());
+}
+
 TEST(AUMIDISequencerThread, AnEndAndADelegateThatStartsTakeNoMemoryAndNoLock)
 {
     SequencerProbe sequencer;
