@@ -217,6 +217,21 @@ TEST_F(SequencedPlayTest, AStopInAPauseRewinds)
     EXPECT_FALSE(sequenced->isPlaying());
 }
 
+TEST_F(SequencedPlayTest, AStartInAPauseEndsThePause)
+{
+    play(Song().message(0.5, 0xB2, 64, 127).note(1.0, 2, 60, 100, 4.0));
+    hand.render(48'000, 480);
+    sequenced->pause();
+    hand.render(480);
+    sequenced->start();
+    hand.render(4'800, 480);
+    take();
+    sequenced->goOn();
+    hand.render(480);
+    EXPECT_THAT(take(), IsEmpty());
+    EXPECT_TRUE(sequenced->isPlaying());
+}
+
 TEST_F(SequencedPlayTest, ItEndsWithItsLastEvent)
 {
     play(Song().note(0.0, 2, 60, 100, 1.0).length(8.0));
@@ -264,9 +279,14 @@ TEST_F(SequencedPlayTest, AFileWithoutEventsHasEndedAtOnce)
     EXPECT_FALSE(sequenced->isPlaying());
 }
 
-TEST_F(SequencedPlayTest, WhatIsNoFileIsOneSentence)
+TEST_F(SequencedPlayTest, WhatIsNoFileIsOneSentenceAndStops)
 {
+    play(Song().note(1.0, 2, 60, 100, 2.0));
+    hand.render(48'000, 480);
     EXPECT_EQ(sequenced->load({1, 2, 3}).error(), "The music could not be read.");
+    EXPECT_FALSE(sequenced->isPlaying());
+    hand.render(480);
+    EXPECT_EQ(hanging(), 0);
 }
 
 TEST_F(SequencedPlayTest, AnExclusiveThatTheListCutsShortIsLeftOut)
