@@ -34,7 +34,7 @@ public:
     virtual bool isRecording() const;
 
     // Keeps a copy, timed from startTime on, and tells of it in the log; notes with key 0 are not kept. A
-    // meta event loses its type, and is saved with type 0x7F and all its bytes. [render] Takes its turn on
+    // meta event loses its type, and is saved with type 0x7F and all its bytes. [sender] Takes its turn on
     // the queue, and allocates.
     virtual void record(const AUMIDIEventEx& event);
 
