@@ -160,8 +160,9 @@ public:
     virtual void resetControllers(std::uint8_t channel);
 
     // Makes the first byte of every channel message its channel plus `channel`: what was one is no message
-    // any more, and no filter drops it. A channel of 16 and above is told. It walks the list: cycles give
-    // nothing meanwhile. [main]
+    // any more, and no filter drops it. A note that sounds is so not ended any more, but by allNotesOff() on
+    // its channel. A channel of 16 and above is told. It walks the list: cycles give nothing meanwhile.
+    // [main]
     virtual void setChannel(std::uint8_t channel);
 
     // MARK: Positions and tempo

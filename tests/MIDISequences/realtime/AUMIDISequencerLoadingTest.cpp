@@ -316,6 +316,18 @@ TEST_F(AUMIDISequencerLoading, TheSequenceAnswersForTemposPatchesAndSaving)
     EXPECT_THAT(folder.names(), Not(Contains("not.mid")));
 }
 
+TEST_F(AUMIDISequencerLoading, ANoteThatSoundsWhileTheChannelIsSetIsNotEndedAnyMore)
+{
+    sequencer.load(StampedEvents{{0, {0x90, 60, 90}}, {600, {0x80, 60, 0}}, {90'000, {0xB0, 7, 1}}});
+    sequencer.startClean(1);
+    EXPECT_THAT(sequencer.play(1, 512), ElementsAre(Stamped{1, {0x90, 60, 90}}));
+    sequencer.setChannel(5);
+    EXPECT_THAT(sequencer.play(513, 512), ElementsAre(Stamped{601, {5, 60, 0}}));
+    sequencer.seekToPosition(0.5);
+    EXPECT_THAT(sequencer.play(1025, 512), ElementsAre(Stamped{0, {5, 60, 0}}));
+    EXPECT_EQ(sequencer.getRunningNotesCount(), 0);
+}
+
 TEST(AUMIDISequencerLoadingDeathTest, NoCurrentFileIsAFatalStop)
 {
     AUMIDISequencer sequencer;
