@@ -50,7 +50,7 @@ public:
 
     virtual void musicTrackToPatterns();    // does nothing
     virtual void patternsToMusicSequence(); // does nothing
-    // At the end.
+    // At the end. The 65,536th section is a fatal stop, here and in getPattern().
     virtual void createSection();
     // Its music tracks stay. An index above the count is reported, and nothing is deleted.
     virtual void deleteSection(std::uint16_t at);

@@ -226,6 +226,16 @@ TEST_F(MIDIPatternSequenceDeathTest, AnIndexThatEqualsTheCountStops)
     EXPECT_STOP(grid->updateSection(1), indexMessage);
 }
 
+TEST_F(MIDIPatternSequenceDeathTest, MoreSectionsThanAnIndexCountsStop)
+{
+    grid->sections.resize(65'534, grid->sections[0]);
+    EXPECT_EXIT((showLog(), grid->getPattern(65'535, 0)), testing::KilledBySignal(SIGABRT),
+                testing::Eq(growing + "\n" + stopped(conversionMessage)));
+    grid->createSection();
+    EXPECT_EQ(grid->sections.size(), 65'535U);
+    EXPECT_STOP(grid->createSection(), conversionMessage);
+}
+
 TEST_F(MIDIPatternSequenceDeathTest, AChannelOfSixteenStops)
 {
     const auto pattern = std::make_shared<PatternNode>();
