@@ -139,18 +139,6 @@ TEST_F(AUMIDISequencerEnd, TheLinesOfAnEndAreToldByTheWayForRenderingThreads)
                 ElementsAre("AUMIDISequencer::stop()", "AUMIDISequencer::seek(0.0)", "after"));
 }
 
-TEST_F(AUMIDISequencerEnd, TheInternalFormTellsThemByThatWayToo)
-{
-    sequencer.load(StampedEvents{{0, {0xB0, 7, 1}}});
-    sequencer.startClean(1);
-    ConsoleCapture console;
-    sequencer.playInternal(1, 512);
-    realtimeprint("after");
-
-    EXPECT_THAT(console.take(),
-                ElementsAre("AUMIDISequencer::stop()", "AUMIDISequencer::seek(0.0)", "after"));
-}
-
 TEST_F(AUMIDISequencerEnd, ADelegateMayStartInItsCall)
 {
     sequencer.load(StampedEvents{{0, {0xB0, 7, 1}}});

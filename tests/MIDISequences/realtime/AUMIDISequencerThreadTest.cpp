@@ -1,4 +1,5 @@
 #include "tests/MIDISequences/realtime/SequencerProbe.h"
+#include "tests/support/ConsoleCapture.h"
 #include "tests/support/RealtimeGuard.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -251,6 +252,20 @@ TEST(AUMIDISequencerThread, AnEndAndADelegateThatStartsTakeNoMemoryAndNoLock)
         }
     }
     EXPECT_GT(starts, 500);
+}
+
+TEST(AUMIDISequencerThread, AnEndOfTheInternalFormTakesNoMemoryAndNoLockEither)
+{
+    SequencerProbe sequencer;
+    sequencer.load(song(20, 20));
+    sequencer.listener->answer = [&](const std::string&) { sequencer.start(1); };
+    const ConsoleCapture console;
+    sequencer.startClean(1);
+    for (int i = 0; i < 100; ++i) {
+        const RealtimeGuard guard;
+        sequencer.processInternal(1, 512);
+    }
+    EXPECT_EQ(sequencer.listener->calls.size(), 101U);
 }
 
 TEST(AUMIDISequencerThread, ADelegateThatIsTakenAwayIsNotFreedByTheThreadThatTellsIt)
