@@ -110,13 +110,22 @@ TEST_F(DesktopBusTest, SleepAndWakingAreToldOnceEach)
 {
     std::vector<std::string> told;
     const SleepWatch watch([&] { told.emplace_back("sleep"); }, [&] { told.emplace_back("wake"); });
+    const auto tellOf = [this](bool isStarting) {
+        tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {isStarting});
+    };
     // The bus knows by its answer what the watch listens to.
     EXPECT_FALSE(QDBusConnection::systemBus().interface()->isServiceRegistered("org.freedesktop.login1"));
     ASSERT_TRUE(desktop.registerService("org.freedesktop.login1"));
-    for (const bool isStarting : {false, true, true, false, false}) {
-        tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {isStarting});
+    tellOf(false);
+    // The watch hears a service that has just come once its own connection knows of that.
+    const auto isHeard = [&] {
+        tellOf(true);
+        return !told.empty();
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isHeard, 60'000));
+    for (const bool isStarting : {true, false, false, true}) {
+        tellOf(isStarting);
     }
-    tell("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep", {true});
     EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() >= 3; }, 60'000));
     EXPECT_EQ(told, (std::vector<std::string>{"sleep", "wake", "sleep"}));
 }
