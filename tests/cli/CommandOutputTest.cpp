@@ -39,10 +39,10 @@ protected:
     }
 
     // What the terminal got of a program.
-    std::string shown(const std::string& arguments) const
+    std::string shown(const std::string& arguments, int status = 0) const
     {
         const std::string name = ptsname(screen);
-        EXPECT_EQ(volvelle(arguments + " >" + name + " 2>" + name).status, 0);
+        EXPECT_EQ(volvelle(arguments + " >" + name + " 2>" + name).status, status);
         std::string text;
         char bytes[4096];
         pollfd waiting = {screen, POLLIN, 0};
@@ -83,6 +83,14 @@ TEST_F(CommandOutputOnTerminalTest, ABarIsGoneBeforeALineIsShown)
     EXPECT_THAT(text, HasSubstr("] 1 of 3\r\x1B[K'a 2.mid': "));
     EXPECT_THAT(text, HasSubstr("] 2 of 3\r\x1B[K'a 3.mid': "));
     EXPECT_THAT(text, Not(HasSubstr("3 of 3")));
+}
+
+TEST_F(CommandOutputOnTerminalTest, ABarIsGoneBeforeAFailureIsTold)
+{
+    setColumns(80);
+    std::filesystem::create_directory(folder / "work/a 2.mid");
+    EXPECT_THAT(shown("generate --count 3 --quiet --out a", 1), Not(HasSubstr("1 of 3")));
+    EXPECT_THAT(shown("generate --count 3 --out a", 1), HasSubstr("] 1 of 3\r\x1B[K'a 2.mid' "));
 }
 
 TEST_F(CommandOutputOnTerminalTest, ABarHasTheWidthOfTheTerminal)

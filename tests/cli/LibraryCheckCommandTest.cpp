@@ -322,6 +322,7 @@ TEST_F(LibraryCheckCommandTest, AChordPatternOfThousandsOfNotesIsTold)
     notes.pop_back();
     put(ScoreKind::chordPattern, notes, {});
     EXPECT_THAT(problems(), Not(Contains(HasSubstr(" events, at most "))));
+    EXPECT_THAT(problems(), Contains(HasSubstr("lib/Phrases/chord patterns/001.mid: ")));
 }
 
 TEST_F(LibraryCheckCommandTest, WhatACompilationLeftBehindIsPassedOver)

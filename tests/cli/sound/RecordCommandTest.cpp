@@ -240,6 +240,13 @@ TEST_F(RecordCommandTest, WhereThereIsNoNameThereIsNoFreeOne)
     }
 }
 
+TEST_F(RecordCommandTest, AFreeNameBesideAFolderHasItsEnding)
+{
+    IdeaFile file = IdeaFile::firstFree(folder.path / "spare");
+    EXPECT_TRUE(file.write(std::vector<std::uint8_t>{1}));
+    EXPECT_TRUE(fs::exists(folder.path / "spare.mid"));
+}
+
 TEST_F(RecordCommandTest, ElsewhereNoFileIsReplaced)
 {
     ports.messages = oneNote;
