@@ -237,6 +237,21 @@ TEST_F(LargeBanks, SoundsThatWereAnnouncedAreThereInTheNextBankAtOnce)
     EXPECT_LE(greatestDifference(heardNote(), trueNote(organ)), 1.0e-3F);
 }
 
+TEST_F(LargeBanks, AProgramThatWasPreloadedIsThereAtOnce)
+{
+    for (const std::uint32_t flag : {1U, 0U}) {
+        ASSERT_EQ(AudioUnitSetProperty(studio.instrument->auAudioUnit(), MIDISynthUnit::enablePreloadProperty,
+                                       0, 0, &flag, sizeof flag),
+                  noErr);
+        if (flag == 1U) {
+            send(0xC0, organ);
+        }
+    }
+    studio.run(2);
+    send(0xC0, organ);
+    EXPECT_LE(greatestDifference(heardNote(), trueNote(organ)), 1.0e-3F);
+}
+
 TEST_F(LargeBanks, TheStateOfTheChannelsGoesOnInAnotherBank)
 {
     send(0xB0, 11, 40);

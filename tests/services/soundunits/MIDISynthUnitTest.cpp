@@ -95,6 +95,15 @@ TEST_F(MIDISynthUnitTest, ItsBuiltInSoundsAreTheBestInstalledBank)
     EXPECT_EQ(unit().soundBank().filename(), "gs_instruments.dls");
 }
 
+TEST_F(MIDISynthUnitTest, ItHasOneBusThatIsInUse)
+{
+    begin();
+    const auto& busses = instrument->auAudioUnit()->outputBusses;
+    ASSERT_EQ(busses.size(), 1U);
+    EXPECT_TRUE(busses.front().isEnabled);
+    EXPECT_EQ(busses.front().format.channelCount, 2U);
+}
+
 TEST_F(MIDISynthUnitTest, ANoteSoundsAndDiesAway)
 {
     begin();
@@ -164,6 +173,19 @@ TEST_F(MIDISynthUnitTest, ProgramChangesUnderPreloadNeitherSoundNorChangeTheChan
 
     send(noteOn, 60, 100);
     EXPECT_NEAR(level(200), organ, organ * 0.05);
+}
+
+TEST_F(MIDISynthUnitTest, MessagesUnderPreloadAreHeldToTheirRange)
+{
+    begin();
+    ASSERT_EQ(setPreload(1), noErr);
+    const auto sent = [this](std::uint32_t status, std::uint32_t data1, std::uint32_t data2) {
+        return MusicDeviceMIDIEvent(instrument->auAudioUnit(), status, data1, data2, 0);
+    };
+    EXPECT_EQ(sent(0xFF, 127, 127), noErr);
+    EXPECT_EQ(sent(0x1C0, 0, 0), kAudio_ParamError);
+    EXPECT_EQ(sent(0xC0, 128, 0), kAudio_ParamError);
+    EXPECT_EQ(sent(0xC0, 0, 128), kAudio_ParamError);
 }
 
 TEST_F(MIDISynthUnitTest, PropertiesAreHeldToTheirShape)
