@@ -194,7 +194,7 @@ OSStatus describeTracks(const MusicSequence& sequence, FileDescription& descript
     return status;
 }
 
-// The line behind the first 20 begins with the number of all others.
+// The line after the first 20 begins with the number of all others.
 void countMoreWarnings(FileDescription& description)
 {
     constexpr std::size_t most = 20;

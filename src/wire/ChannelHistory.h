@@ -43,7 +43,7 @@ private:
     static constexpr std::size_t stride = 1024; // messages, or exclusives, from one snapshot to the next
     static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-    // Of the exclusives that count in a snapshot, and of those behind it.
+    // Of the exclusives that count in a snapshot, and of those after it.
     using Numbers = std::array<std::uint32_t, ExclusiveMemory::maximumMessages + stride>;
 
     // A channel message, or, where the first byte is 0, what an exclusive does to the channels.

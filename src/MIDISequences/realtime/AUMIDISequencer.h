@@ -116,7 +116,7 @@ public:
     // The records due from `time` to the end of the block, that included; valid until the next call, which
     // takes them back. Null for none. First come records that end running notes (see cleanupCount), then what
     // was sent, a sample apart, then the file's; an event at the end has the next block's first frame. What
-    // was sent may so be stamped behind the file's, or behind the block: stampInOrder() of
+    // was sent may so be stamped after the file's, or after the block: stampInOrder() of
     // RenderEventStamps.h tells where each sounds.
     // - A late note is dropped and told; any other late event is told and has immediateTime.
     // - Time 0 gives nothing of the file.

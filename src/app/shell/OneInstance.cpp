@@ -24,7 +24,7 @@ constexpr const char* takenAnswer = "+";
 constexpr const char* refusedAnswer = "-";
 
 // A message: the count of its bytes, in four bytes from the highest, then each file in UTF-8 with a zero
-// behind it.
+// after it.
 QByteArray messageOf(const QStringList& files)
 {
     QByteArray names;

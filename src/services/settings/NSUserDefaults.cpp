@@ -41,7 +41,7 @@ Stores& stores()
 
 constexpr std::string_view blanks = " \t\n\v\f\r";
 
-// The number that a text begins with, behind blanks and a plus; "" for none.
+// The number that a text begins with, after blanks and a plus; "" for none.
 std::string_view numberIn(std::string_view words)
 {
     words.remove_prefix(std::min(words.find_first_not_of(blanks), words.size()));

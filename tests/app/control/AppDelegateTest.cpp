@@ -15,7 +15,7 @@ public:
     void end() override { calls.emplace_back("end"); }
 };
 
-class AppDelegateTest : public Screens {
+class AppDelegateTest : public LogicScreens {
 protected:
     AppDelegateTest() { UIApplication::sharedApplication().remoteControl = remote; }
 

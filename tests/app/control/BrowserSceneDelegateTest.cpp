@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class BrowserSceneDelegateTest : public Screens {
+class BrowserSceneDelegateTest : public LogicScreens {
 protected:
     BrowserSceneDelegateTest() { scene.window = std::make_shared<UIWindow>(UIWindow{makeRoot()}); }
 

@@ -9,9 +9,9 @@ namespace volvelle::test {
 namespace {
 
 // A silent unit that counts how often its engine stopped.
-class CountingUnit : public AUAudioUnit {
+class StopCounter : public AUAudioUnit {
 public:
-    CountingUnit() : AUAudioUnit(limiterComponent) { outputBusses.push_back({{48000.0, 2}, "out", true}); }
+    StopCounter() : AUAudioUnit(limiterComponent) { outputBusses.push_back({{48000.0, 2}, "out", true}); }
 
     void engineStopped() override { ++stops; }
 
@@ -26,7 +26,7 @@ protected:
     }
 };
 
-class DocumentBrowserEngineTest : public Screens {
+class DocumentBrowserEngineTest : public LogicScreens {
 protected:
     std::shared_ptr<DocumentBrowserViewController> unloaded()
     {
@@ -146,7 +146,7 @@ TEST_F(DocumentBrowserEngineTest, AnEngineThatPausesKeepsWhatSoundsAndOneThatSto
 {
     makeRoot();
     AVAudioEngine& driven = engine();
-    const auto unit = std::make_shared<CountingUnit>();
+    const auto unit = std::make_shared<StopCounter>();
     ASSERT_EQ(driven.attachNode(std::make_shared<AVAudioUnit>(unit)), noErr);
     root->pauseEngine();
     EXPECT_FALSE(driven.isRunning());

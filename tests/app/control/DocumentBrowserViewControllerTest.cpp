@@ -7,7 +7,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class DocumentBrowserViewControllerTest : public Screens {
+class DocumentBrowserViewControllerTest : public LogicScreens {
 protected:
     fs::path writeExample() const
     {

@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class DocumentRoad : public Screens {
+class DocumentRoad : public LogicScreens {
 protected:
     DocumentRoad() { makeRoot(); }
 

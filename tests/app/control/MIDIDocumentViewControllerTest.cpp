@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class MIDIDocumentViewControllerTest : public Screens {
+class MIDIDocumentViewControllerTest : public LogicScreens {
 protected:
     // The screen of a document, with its root screen.
     fs::path openSlowTide()

@@ -5,7 +5,7 @@ namespace volvelle::test {
 
 namespace {
 
-class RemoteCommandsTest : public Screens {
+class RemoteCommandsTest : public LogicScreens {
 protected:
     RemoteCommandsTest() { makeRoot(); }
 

@@ -24,7 +24,7 @@ namespace volvelle::test {
 using Lines = std::vector<std::string>;
 
 // Pulls when a test says so.
-class HandSink : public AudioSink {
+class MeasuringSink : public AudioSink {
 public:
     AudioSource* source = nullptr;
     std::string failed; // of opening; empty for none
@@ -228,15 +228,15 @@ private:
 };
 
 // The root screen over a home folder of its own, a small phrase library, and a host that shows nothing.
-class Screens : public MIDIDocuments {
+class LogicScreens : public MIDIDocuments {
 protected:
-    Screens()
+    LogicScreens()
     {
         setenv("HOME", home.path.c_str(), 1);
         setenv("XDG_CONFIG_HOME", (home.path / ".config").c_str(), 1);
     }
 
-    ~Screens() override
+    ~LogicScreens() override
     {
         browserViewController.reset();
         unsetenv("XDG_CONFIG_HOME");
@@ -316,7 +316,7 @@ protected:
     std::shared_ptr<FakeHost> host = std::make_shared<FakeHost>();
     std::shared_ptr<FakeStoryboard> storyboard = std::make_shared<FakeStoryboard>();
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
-    std::shared_ptr<HandSink> sink = std::make_shared<HandSink>();
+    std::shared_ptr<MeasuringSink> sink = std::make_shared<MeasuringSink>();
     Lines sites;
     std::shared_ptr<DocumentBrowserViewController> root;
 

@@ -6,7 +6,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class UIDocumentBrowserViewControllerTest : public Screens {
+class UIDocumentBrowserViewControllerTest : public LogicScreens {
 protected:
     void makeBrowser(const Lines& names)
     {

@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // A document that was changed, saved and left while its file could not be written.
-class UnsavedDocument : public Screens {
+class UnsavedDocument : public LogicScreens {
 protected:
     void leaveWhileFull()
     {

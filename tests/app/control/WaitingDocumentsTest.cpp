@@ -6,7 +6,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class WaitingDocuments : public Screens {
+class WaitingDocuments : public LogicScreens {
 protected:
     WaitingDocuments()
     {

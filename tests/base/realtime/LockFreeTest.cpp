@@ -90,13 +90,13 @@ TEST(LatestValue, AnotherThreadNeverSeesHalfAValue)
     EXPECT_TRUE(isWhole);
 }
 
-struct Counted {
-    explicit Counted(int& newCount) : count(newCount) { ++count; }
+struct CountedObject {
+    explicit CountedObject(int& newCount) : count(newCount) { ++count; }
 
-    ~Counted() { --count; }
+    ~CountedObject() { --count; }
 
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
+    CountedObject(const CountedObject&) = delete;
+    CountedObject& operator=(const CountedObject&) = delete;
 
     int& count;
 };
@@ -106,23 +106,23 @@ TEST(Handoff, WhatIsReplacedIsFreedByTheMainThreadOnly)
     int living = 0;
     int farewells = 0;
     {
-        Handoff<Counted> handoff;
+        Handoff<CountedObject> handoff;
         const auto take = [&] {
-            return handoff.take([&](Counted* before) { farewells += before != nullptr; });
+            return handoff.take([&](CountedObject* before) { farewells += before != nullptr; });
         };
         EXPECT_FALSE(take());
-        handoff.publish(std::make_unique<Counted>(living));
-        handoff.publish(std::make_unique<Counted>(living));
+        handoff.publish(std::make_unique<CountedObject>(living));
+        handoff.publish(std::make_unique<CountedObject>(living));
         EXPECT_EQ(living, 1); // the first was never seen
         EXPECT_TRUE(take());
         EXPECT_EQ(farewells, 0);
-        handoff.publish(std::make_unique<Counted>(living));
+        handoff.publish(std::make_unique<CountedObject>(living));
         EXPECT_TRUE(take());
         EXPECT_EQ(farewells, 1);
         EXPECT_EQ(living, 2);
         handoff.collect();
         EXPECT_EQ(living, 1);
-        handoff.publish(std::make_unique<Counted>(living));
+        handoff.publish(std::make_unique<CountedObject>(living));
     }
     EXPECT_EQ(living, 0);
 }

@@ -16,8 +16,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 // One message as the listener writes it.
-struct HeardMessage {
-    explicit HeardMessage(const std::string& line)
+struct PortMessage {
+    explicit PortMessage(const std::string& line)
     {
         std::istringstream words(line);
         words >> milliseconds >> std::hex;
@@ -55,9 +55,9 @@ protected:
     int waitForNote()
     {
         for (std::string line = listener->readLine(); !line.empty(); line = listener->readLine()) {
-            elapsed += HeardMessage(line).milliseconds;
-            if (HeardMessage(line).isOn()) {
-                return HeardMessage(line).bytes[1];
+            elapsed += PortMessage(line).milliseconds;
+            if (PortMessage(line).isOn()) {
+                return PortMessage(line).bytes[1];
             }
         }
         return 0;
@@ -67,11 +67,11 @@ protected:
     bool waitForEndOf(int key)
     {
         for (std::string line = listener->readLine(); !line.empty(); line = listener->readLine()) {
-            elapsed += HeardMessage(line).milliseconds;
-            if (HeardMessage(line).isOn()) {
+            elapsed += PortMessage(line).milliseconds;
+            if (PortMessage(line).isOn()) {
                 return false;
             }
-            if (HeardMessage(line).ends(key)) {
+            if (PortMessage(line).ends(key)) {
                 return true;
             }
         }

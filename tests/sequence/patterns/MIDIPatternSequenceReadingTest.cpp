@@ -175,9 +175,11 @@ TEST_F(MIDIPatternSequenceReadingTest, ACellThatTheListenerTakesAwayTakesTheEven
 
 TEST_F(MIDIPatternSequenceReadingTest, AGridThatItsListenerGivesUpIsReadToItsEnd)
 {
-    class LettingGo : public SequenceFoundDelegate {
+    class LettingGridGo : public SequenceFoundDelegate {
     public:
-        explicit LettingGo(std::shared_ptr<ObservedGrid>& sequence) : holder(sequence), watched(sequence) {}
+        explicit LettingGridGo(std::shared_ptr<ObservedGrid>& sequence) : holder(sequence), watched(sequence)
+        {
+        }
 
         void foundNoteEvent(const std::shared_ptr<MidiNoteEvent>& event) override
         {
@@ -191,7 +193,7 @@ TEST_F(MIDIPatternSequenceReadingTest, AGridThatItsListenerGivesUpIsReadToItsEnd
         std::vector<int> numbers;
     };
 
-    const auto lettingGo = std::make_shared<LettingGo>(grid);
+    const auto lettingGo = std::make_shared<LettingGridGo>(grid);
     grid->delegate = lettingGo;
     putRow(0.0, 0);
     putNote(1.0, 60);

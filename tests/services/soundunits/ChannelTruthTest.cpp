@@ -60,7 +60,7 @@ TEST_P(ChannelTruth, ASeekSoundsAsIfAllBeforeHadBeenPlayed)
     EXPECT_GT(loudest(expected), audible);
 }
 
-// Notes of few keys, before and behind beat 8; those before have ended by beat 10.
+// Notes of few keys, before and after beat 8; those before have ended by beat 10.
 Song overlappingKeys(unsigned seed)
 {
     std::mt19937 random(seed);
