@@ -92,7 +92,7 @@ std::int64_t wholeNumber(double value)
 // Without the loss of a double, where no exponent moves the point.
 std::int64_t wholeNumber(const std::string& words)
 {
-    const std::string_view digits = numberIn(words);
+    const std::string digits(numberIn(words));
     const char* const end = digits.data() + digits.size();
     double value = 0.0;
     std::int64_t whole = 0;
