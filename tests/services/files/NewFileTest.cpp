@@ -55,6 +55,16 @@ protected:
         return called.substr(called.find_first_not_of("0123456789-", std::string(".volvelle-").size()));
     }
 
+    // Out of a pipe, when the file takes its place and not before.
+    static void expectThatABCComesAtOnce(NewFile& file, int reader)
+    {
+        std::array<char, 8> read{};
+        EXPECT_EQ(::read(reader, read.data(), read.size()), -1);
+        EXPECT_TRUE(file.takePlace());
+        EXPECT_EQ(::read(reader, read.data(), read.size()), 3);
+        EXPECT_STREQ(read.data(), "abc");
+    }
+
     TemporaryFolder folder;
     std::filesystem::path path = folder.path / "a.mid";
 };
@@ -109,11 +119,7 @@ TEST_F(NewFiles, ANewFileForAPipeIsCopiedThereOnceItIsComplete)
     EXPECT_TRUE(file.write("axc", 3));
     EXPECT_EQ(file.seek(1, SEEK_SET), 1);
     EXPECT_TRUE(file.write("b", 1));
-    std::array<char, 8> read{};
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), -1);
-    EXPECT_TRUE(file.takePlace());
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 3);
-    EXPECT_STREQ(read.data(), "abc");
+    expectThatABCComesAtOnce(file, ends[0]);
     close(ends[0]);
     close(ends[1]);
 }
@@ -127,11 +133,7 @@ TEST_F(NewFiles, ANewFileForADescriptorIsCopiedThereOnceItIsComplete)
     ASSERT_TRUE(file.createFor(ends[1]));
     EXPECT_EQ(file.failure(), 0);
     EXPECT_TRUE(file.write("abc", 3));
-    std::array<char, 8> read{};
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), -1);
-    EXPECT_TRUE(file.takePlace());
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 3);
-    EXPECT_STREQ(read.data(), "abc");
+    expectThatABCComesAtOnce(file, ends[0]);
     close(ends[0]);
     ASSERT_TRUE(file.createFor(-1));
     {
