@@ -42,19 +42,19 @@ Stores& stores()
 constexpr std::string_view blanks = " \t\n\v\f\r";
 
 // The number that a text begins with, after blanks and a plus; "" for none.
-std::string_view numberIn(std::string_view words)
+std::string numberIn(std::string_view words)
 {
     words.remove_prefix(std::min(words.find_first_not_of(blanks), words.size()));
     const std::size_t sign = words.starts_with('+') || words.starts_with('-') ? 1 : 0;
     const std::size_t first = words.find_first_of("0123456789", sign);
     const bool isNumber = first == sign || (first == sign + 1 && words[sign] == '.');
     words.remove_prefix(words.starts_with('+') ? 1 : 0);
-    return isNumber ? words : "";
+    return std::string(isNumber ? words : "");
 }
 
 double number(const std::string& words)
 {
-    const std::string digits(numberIn(words));
+    const std::string digits = numberIn(words);
     double value = 0.0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return value;
@@ -92,7 +92,7 @@ std::int64_t wholeNumber(double value)
 // Without the loss of a double, where no exponent moves the point.
 std::int64_t wholeNumber(const std::string& words)
 {
-    const std::string digits(numberIn(words));
+    const std::string digits = numberIn(words);
     const char* const end = digits.data() + digits.size();
     double value = 0.0;
     std::int64_t whole = 0;

@@ -177,11 +177,11 @@ void SynthesizerState::performProgram(int channel, int program)
     fluid_synth_program_change(synth.get(), channel, program);
 }
 
-int SynthesizerState::share(const TimedMessage& message) const
+int SynthesizerState::share(const TimedMessage& message, bool resets) const
 {
     const int ofChannel = voiceShare * fluid_synth_get_active_voice_count(synth.get());
     if (message.isLong()) {
-        return isReset(message) ? std::max(resetShare, freshMessages * ofChannel) : ofChannel;
+        return resets ? std::max(resetShare, freshMessages * ofChannel) : ofChannel;
     }
     const int kind = kindOf(message.shortBytes);
     return kind == STATUS_NOTEON ? noteOnShare : kind < STATUS_CONTROLLER ? keyShare : ofChannel;
@@ -193,17 +193,18 @@ int SynthesizerState::performUpTo(int offset)
     int taken = 0;
     bool isFresh = false;
     while (!line.isEmpty() && line.front().offset <= offset) {
-        if (isFresh && isReset(line.front())) {
+        const bool resets = isReset(line.front());
+        if (isFresh && resets) {
             line.removeFront();
             continue;
         }
-        const int needed = share(line.front());
+        const int needed = share(line.front(), resets);
         if (taken != 0 && taken + needed > lineLength) {
             return offset + ownBlock;
         }
         taken += needed;
         goOn();
-        isFresh = isReset(line.front());
+        isFresh = resets;
         perform(line.front());
         line.removeFront();
     }

@@ -72,7 +72,7 @@ private:
     void performParameter(int channel, int value);
     void performProgram(int channel, int program);
     void control(int channel, int number, int value);
-    int share(const TimedMessage& message) const;
+    int share(const TimedMessage& message, bool resets) const;
     void resetControllers(int channel);
     void forgetTunings();
 };
