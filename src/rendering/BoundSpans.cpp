@@ -1,8 +1,13 @@
 #include "rendering/BoundSpans.h"
 
+#include "wire/DeviceChannels.h"
+
 #include <algorithm>
+#include <array>
+#include <bitset>
 #include <limits>
-#include <tuple>
+#include <span>
+#include <utility>
 
 namespace volvelle {
 
@@ -17,7 +22,47 @@ std::size_t keyOf(const SequencerEvent& note)
 
 } // namespace
 
-BoundSpans::BoundSpans(const SequencerEvents& events)
+// Walks through a piece and knows what sounds.
+class BoundSpans::Finder {
+public:
+    explicit Finder(const SequencerEvents& events);
+
+    std::vector<Span> takeSpans();
+
+private:
+    struct Key {
+        double begin = 0.0; // seconds, of its last strike
+        int down = 0;       // strikes that are not over
+        bool isHeld = false;
+        bool isSustained = false; // by the sostenuto
+
+        bool sounds() const { return down > 0 || isHeld || isSustained; }
+    };
+
+    struct Channel {
+        std::array<Key, 128> keys;
+        std::bitset<128> down;
+        bool holds = false; // by a pedal that takes all keys
+        bool sustains = false;
+        bool isLegato = false;
+        double glideBegin = -1.0; // seconds, of legato with portamento; -1 without
+    };
+
+    void takeMoment(std::span<const SequencerEvent> moment);
+    void takeMessage(const SequencerEvent& event);
+    void strike(const SequencerEvent& note);
+    void release(const SequencerEvent& note, double seconds);
+    void update(int number, double seconds);
+    void bindKeysDown(const Channel& channel, double seconds);
+    void bind(double begin, double end);
+
+    const SequencerEvents& events;
+    DeviceChannels states;
+    std::array<Channel, channelCount> channels;
+    std::vector<Span> spans; // as they end
+};
+
+BoundSpans::Finder::Finder(const SequencerEvents& events) : events(events)
 {
     const std::span<const SequencerEvent> all(events.events);
     for (std::size_t at = 0; at < all.size();) {
@@ -25,7 +70,7 @@ BoundSpans::BoundSpans(const SequencerEvents& events)
         while (end < all.size() && all[end].seconds == all[at].seconds) {
             ++end;
         }
-        takeMoment(all.subspan(at, end - at), events);
+        takeMoment(all.subspan(at, end - at));
         at = end;
     }
     for (const Channel& channel : channels) {
@@ -33,17 +78,26 @@ BoundSpans::BoundSpans(const SequencerEvents& events)
             bind(channel.glideBegin, std::numeric_limits<double>::infinity());
         }
     }
-    join();
 }
 
-bool BoundSpans::holds(double seconds) const
+// Joined where they meet.
+std::vector<BoundSpans::Span> BoundSpans::Finder::takeSpans()
 {
-    const auto behind = std::ranges::lower_bound(spans, seconds, {}, &Span::begin);
-    return behind != spans.begin() && seconds <= (behind - 1)->end;
+    std::ranges::sort(spans, {}, &Span::begin);
+    std::size_t count = 0;
+    for (const Span& span : spans) {
+        if (count > 0 && span.begin <= spans[count - 1].end) {
+            spans[count - 1].end = std::max(spans[count - 1].end, span.end);
+        } else {
+            spans[count++] = span;
+        }
+    }
+    spans.resize(count);
+    return std::move(spans);
 }
 
 // As a sequencer sends it: first the ends of what began earlier.
-void BoundSpans::takeMoment(std::span<const SequencerEvent> moment, const SequencerEvents& events)
+void BoundSpans::Finder::takeMoment(std::span<const SequencerEvent> moment)
 {
     const double seconds = moment.front().seconds;
     for (const SequencerEvent& event : moment) {
@@ -58,29 +112,30 @@ void BoundSpans::takeMoment(std::span<const SequencerEvent> moment, const Sequen
                 release(event, seconds);
             }
         } else if (event.kind != SequencerEvent::noteOff) {
-            takeMessage(event, events);
+            takeMessage(event);
         }
     }
 }
 
-void BoundSpans::takeMessage(const SequencerEvent& event, const SequencerEvents& events)
+void BoundSpans::Finder::takeMessage(const SequencerEvent& event)
 {
     if (event.kind != SequencerEvent::longMessage) {
         states.apply(event.bytes);
         update(channelOf(event.bytes), event.seconds);
         return;
     }
-    states.apply(ExclusiveChange::of(events.longMessages[event.longIndex]));
-    for (int number = 0; number < channelCount; ++number) {
+    const ExclusiveChange change = ExclusiveChange::of(events.longMessages[event.longIndex]);
+    states.apply(change);
+    for (int number = 0; change.resets && number < channelCount; ++number) {
         update(number, event.seconds);
     }
 }
 
-void BoundSpans::strike(const SequencerEvent& note)
+void BoundSpans::Finder::strike(const SequencerEvent& note)
 {
     Channel& channel = channels[static_cast<std::size_t>(channelOf(note.bytes))];
     Key& key = channel.keys[keyOf(note)];
-    if (channel.sounding[keyOf(note)]) {
+    if (key.sounds()) {
         bind(key.begin, note.seconds);
     }
     if (channel.isLegato) {
@@ -88,11 +143,10 @@ void BoundSpans::strike(const SequencerEvent& note)
     }
     key.begin = note.seconds;
     ++key.down;
-    channel.sounding.set(keyOf(note));
     channel.down.set(keyOf(note));
 }
 
-void BoundSpans::release(const SequencerEvent& note, double seconds)
+void BoundSpans::Finder::release(const SequencerEvent& note, double seconds)
 {
     Channel& channel = channels[static_cast<std::size_t>(channelOf(note.bytes))];
     Key& key = channel.keys[keyOf(note)];
@@ -102,18 +156,11 @@ void BoundSpans::release(const SequencerEvent& note, double seconds)
     if (--key.down <= 0) {
         key.down = 0;
         key.isHeld = channel.holds;
-        letGo(channel, keyOf(note));
+        channel.down.reset(keyOf(note));
     }
 }
 
-void BoundSpans::letGo(Channel& channel, std::size_t number)
-{
-    const Key& key = channel.keys[number];
-    channel.down.set(number, key.down > 0);
-    channel.sounding.set(number, key.down > 0 || key.isHeld || key.isSustained);
-}
-
-void BoundSpans::update(int number, double seconds)
+void BoundSpans::Finder::update(int number, double seconds)
 {
     Channel& channel = channels[static_cast<std::size_t>(number)];
     const ChannelState& state = states[number];
@@ -125,11 +172,9 @@ void BoundSpans::update(int number, double seconds)
         bindKeysDown(channel, seconds);
     }
     if (holds != channel.holds || sustains != channel.sustains) {
-        for (std::size_t key = 0; key < channel.keys.size(); ++key) {
-            Key& changed = channel.keys[key];
-            changed.isHeld = changed.isHeld && holds;
-            changed.isSustained = sustains && (channel.sustains ? changed.isSustained : changed.down > 0);
-            letGo(channel, key);
+        for (Key& key : channel.keys) {
+            key.isHeld = key.isHeld && holds;
+            key.isSustained = sustains && (channel.sustains ? key.isSustained : key.down > 0);
         }
     }
     channel.isLegato = isLegato;
@@ -144,7 +189,7 @@ void BoundSpans::update(int number, double seconds)
     }
 }
 
-void BoundSpans::bindKeysDown(const Channel& channel, double seconds)
+void BoundSpans::Finder::bindKeysDown(const Channel& channel, double seconds)
 {
     double begin = seconds;
     for (std::size_t key = 0; channel.down.any() && key < channel.keys.size(); ++key) {
@@ -153,25 +198,19 @@ void BoundSpans::bindKeysDown(const Channel& channel, double seconds)
     bind(begin, seconds);
 }
 
-void BoundSpans::bind(double begin, double end)
+void BoundSpans::Finder::bind(double begin, double end)
 {
     if (begin < end) {
         spans.push_back({begin, end});
     }
 }
 
-void BoundSpans::join()
+BoundSpans::BoundSpans(const SequencerEvents& events) : spans(Finder(events).takeSpans()) {}
+
+bool BoundSpans::holds(double seconds) const
 {
-    std::ranges::sort(spans, {}, &Span::begin);
-    std::size_t count = 0;
-    for (const Span& span : spans) {
-        if (count > 0 && span.begin <= spans[count - 1].end) {
-            spans[count - 1].end = std::max(spans[count - 1].end, span.end);
-        } else {
-            spans[count++] = span;
-        }
-    }
-    spans.resize(count);
+    const auto behind = std::ranges::lower_bound(spans, seconds, {}, &Span::begin);
+    return behind != spans.begin() && seconds <= (behind - 1)->end;
 }
 
 } // namespace volvelle

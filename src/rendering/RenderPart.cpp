@@ -52,14 +52,10 @@ std::int64_t seamFrom(double beat, const SequencerEvents& events, const BoundSpa
     return -1;
 }
 
-} // namespace
-
-std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores)
+// Into so many at most.
+void cut(std::vector<RenderPart>& parts, const SequencerEvents& events, double seconds, int count)
 {
-    const double seconds = lengthOf(events);
-    const int count = numberOfParts(seconds, cores);
     const BoundSpans bound(events);
-    std::vector<RenderPart> parts(1);
     for (int i = 1; i < count; ++i) {
         RenderPart part;
         part.beginBlock = seamFrom(std::ceil(events.tempo.beats(seconds * i / count)), events, bound);
@@ -69,6 +65,18 @@ std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores)
             parts.back().endBeats = part.beginBeats;
             parts.push_back(part);
         }
+    }
+}
+
+} // namespace
+
+std::vector<RenderPart> cutIntoParts(const SequencerEvents& events, int cores)
+{
+    const double seconds = lengthOf(events);
+    const int count = numberOfParts(seconds, cores);
+    std::vector<RenderPart> parts(1);
+    if (count > 1) {
+        cut(parts, events, seconds, count);
     }
     parts.back().endBlock = static_cast<std::int64_t>(std::ceil(seconds * blocksPerSecond));
     parts.back().endBeats = std::numeric_limits<double>::infinity();
